@@ -1,0 +1,64 @@
+# Settings and helper functions that every target of the tree uses.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_SHARED_LIBRARY_PREFIX "")
+
+# Windows 7 is the oldest system; what is newer is bound at run time.
+add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT
+                        _WIN32_WINNT=0x0601 WINVER=0x0601 __USE_MINGW_ANSI_STDIO=0)
+
+# Log lines show sources as .\common\X.cpp, wherever the tree was checked out.
+# The last map that fits wins.
+add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=./ -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/src/=./)
+
+# -static: no compiler runtime library to ship; --kill-at: plain export names on 32 bit.
+add_link_options(-static -Wl,--kill-at -Wl,--tsaware)
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_link_options(-s)
+endif()
+
+# fenwyn_warnings(<target>...): our own code compiles without a single warning.
+function(fenwyn_warnings)
+  foreach(target IN LISTS ARGN)
+    target_compile_options(${target} PRIVATE
+      $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+        -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wnull-dereference -Werror
+        -Wno-error=null-dereference -Wno-cast-function-type>
+      $<$<COMPILE_LANGUAGE:C>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror>)
+  endforeach()
+endfunction()
+
+# `stage` builds what ships and no test.
+add_custom_target(stage)
+
+# fenwyn_ship(<target> [subfolder]): the target's file goes into the stage folder.
+function(fenwyn_ship target)
+  add_dependencies(stage ${target})
+  set(folder "${FENWYN_STAGE_DIR}")
+  if(ARGC GREATER 1)
+    set(folder "${folder}/${ARGV1}")
+  endif()
+  set_target_properties(${target} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY "${folder}"
+    LIBRARY_OUTPUT_DIRECTORY "${folder}"
+    ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/implib")
+endfunction()
+
+# fenwyn_unit_test(<name> SOURCES ... [LIBS ...] [RESOURCES file.rc]): one GoogleTest program, run through the emulator.
+# The program is written to build/<preset>/unit/; `ctest` and ./test run them one at a time.
+function(fenwyn_unit_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;RESOURCES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES} ${ARG_RESOURCES})
+  fenwyn_warnings(${name})
+  # Tests are compiled once and run once: compiling them is what costs. The headers that all of them include are
+  # compiled beforehand.
+  target_compile_options(${name} PRIVATE -O0)
+  target_precompile_headers(${name} REUSE_FROM fenwyn_test_main)
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} gmock gtest fenwyn_test_main)
+  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/unit" "${CMAKE_SOURCE_DIR}/tests")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/unit")
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE TIMEOUT 300)
+endfunction()
