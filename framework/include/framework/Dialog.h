@@ -1,0 +1,24 @@
+// Dialogs from templates in the executable's resources. The template may name its own window class: the class only has
+// to be registered with the system's dialog procedure (a copy of the system dialog class under another name).
+#pragma once
+
+#include "framework/Wnd.h"
+
+class CDialog : public CWnd {
+ public:
+    explicit CDialog(UINT templateId) : m_uTemplateId(templateId) {}
+
+    // Creates the dialog, modeless. False: the last system error says why.
+    bool Create(HWND parent);
+
+    bool PreTranslateMessage(MSG& message) override;
+
+ protected:
+    // WM_INITDIALOG. True lets the system set the focus to the first control.
+    virtual bool OnInitDialog() { return true; }
+
+ private:
+    static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+
+    UINT m_uTemplateId;
+};

@@ -1,0 +1,41 @@
+// The application object: one global instance, its start, message loop and end.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+
+class CWnd;
+
+class CWinApp {
+ public:
+    CWinApp();
+    virtual ~CWinApp();
+    CWinApp(const CWinApp&) = delete;
+    CWinApp& operator=(const CWinApp&) = delete;
+
+    // The whole life of the program, called from the entry point: InitInstance, the message loop when that returned
+    // true, and ExitInstance in every case. Returns the process's exit code. `commandLine` outlives the call.
+    int Main(HINSTANCE instance, const wchar_t* commandLine);
+
+    // The end of the main window ends the message loop.
+    static void windowGone(const CWnd& window);
+
+    HINSTANCE m_hInstance = nullptr;
+    const wchar_t* m_lpCmdLine = L"";         // without the program's name
+    std::atomic<CWnd*> m_pMainWnd = nullptr;  // not owned; other threads may ask whether there is one
+
+ protected:
+    // False ends the program without a message loop.
+    virtual bool InitInstance() { return true; }
+    // The base destroys a main window that is still there and returns the loop's exit code.
+    virtual int ExitInstance();
+    // Until WM_QUIT.
+    virtual void Run();
+
+ private:
+    static bool preTranslate(MSG& message);
+
+    static CWinApp* s_pCurrent;
+    int m_nExitCode = 0;
+};

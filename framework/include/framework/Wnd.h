@@ -1,0 +1,95 @@
+// The window object: a C++ object bound to a window from the first message of its creation to the last of its
+// destruction. All calls belong on the thread that created the window.
+#pragma once
+
+#include <memory>
+
+#include "framework/MessageMap.h"
+
+namespace framework {
+struct Binding;
+}
+
+class CWnd {
+ public:
+    CWnd();
+    // Destroys a window that this object created and that is still there; derived destroy logic does not run any more
+    // then. A subclassed window stays, without an object. Allowed inside the object's own handlers.
+    virtual ~CWnd();
+    CWnd(const CWnd&) = delete;
+    CWnd& operator=(const CWnd&) = delete;
+
+    // The object bound to a window of this thread; null when there is none.
+    [[nodiscard]] static CWnd* fromHandle(HWND window);
+
+    // CreateWindowEx with this object bound before WM_NCCREATE. False: the last system error says why.
+    bool CreateEx(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, const RECT& place,
+                  HWND parent, HMENU menuOrId);
+    // Binds the object to a window of this thread that exists already and has no object, until one of the two is gone.
+    bool SubclassWindow(HWND window);
+    bool SubclassDlgItem(int id, const CWnd& dialog) { return SubclassWindow(::GetDlgItem(dialog.m_hWnd, id)); }
+
+    // Destroys the window; false when there was none.
+    virtual bool DestroyWindow();
+
+    // The message loop offers each message to the objects of the target window's ancestry first; true: it is used up.
+    virtual bool PreTranslateMessage(MSG& message);
+
+    [[nodiscard]] bool isWindow() const { return m_hWnd != nullptr && ::IsWindow(m_hWnd) != FALSE; }
+    [[nodiscard]] bool isVisible() const { return isWindow() && ::IsWindowVisible(m_hWnd) != FALSE; }
+    [[nodiscard]] RECT clientRect() const;
+    [[nodiscard]] RECT windowRect() const;  // screen coordinates
+    void invalidate() const { ::InvalidateRect(m_hWnd, nullptr, TRUE); }
+    void addExStyle(DWORD bits) const;
+
+    HWND m_hWnd = nullptr;  // null before creation and after destruction
+
+ protected:
+    // Looks the message up in the map, then falls back to DefWindowProc. Overrides call it for what they leave.
+    virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+    // What the window would do without this object.
+    virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+    // Default processing of the message being handled, with its own parameters.
+    LRESULT Default();
+
+    [[nodiscard]] virtual const MessageMap& messageMap() const;
+
+    // The very last call: the window is gone, m_hWnd is null. The object may delete itself here.
+    virtual void PostNcDestroy() {}
+
+    static const MessageMap kEmptyMap;
+
+ private:
+    friend class CreationScope;
+
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    bool bind(HWND window, bool ownsWindow);
+    static void unbind(HWND window);
+    static void windowDestroyed(HWND window);
+    [[nodiscard]] const MessageEntry* findEntry(UINT message, UINT notifyCode, bool reflected) const;
+    static bool reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result);
+
+    std::shared_ptr<framework::Binding> m_pBinding;
+};
+
+// While it lives, the next window that this thread creates is bound to the object. CWnd::CreateEx and CDialog use it;
+// it is public for those who call a creating function of the system themselves.
+class CreationScope {
+ public:
+    explicit CreationScope(CWnd& object);
+    ~CreationScope();
+    CreationScope(const CreationScope&) = delete;
+    CreationScope& operator=(const CreationScope&) = delete;
+
+    // Takes what the creating function returned. True: the window is there and bound to the object. A window that could
+    // not be bound is destroyed. Safe after the object was deleted by its own creation handlers.
+    [[nodiscard]] bool confirm(HWND window) const;
+
+ private:
+    static LRESULT CALLBACK hook(int code, WPARAM wParam, LPARAM lParam);
+
+    CWnd* m_pObject;
+    CreationScope* m_pOuter;
+    HHOOK m_hHook;
+    HWND m_hBound = nullptr;
+};

@@ -1,0 +1,61 @@
+#include <utility>
+
+#include "framework/Wnd.h"
+
+namespace {
+
+thread_local CreationScope* g_pCurrentScope = nullptr;
+
+// An input method may create its own window in the middle of ours. Its second class is "MSCTFIME UI": seven characters
+// tell enough.
+bool isInputMethodWindow(HWND window) {
+    wchar_t name[8] = {};
+    ::GetClassNameW(window, name, 8);
+    return ::lstrcmpW(name, L"IME") == 0 || ::lstrcmpW(name, L"MSCTFIM") == 0;
+}
+
+}  // namespace
+
+CreationScope::CreationScope(CWnd& object)
+    : m_pObject(&object),
+      m_pOuter(g_pCurrentScope),
+      m_hHook(::SetWindowsHookExW(WH_CBT, &CreationScope::hook, nullptr, ::GetCurrentThreadId())) {
+    g_pCurrentScope = this;
+}
+
+CreationScope::~CreationScope() {
+    const DWORD error = ::GetLastError();
+    g_pCurrentScope = m_pOuter;
+    if (m_hHook != nullptr) {
+        ::UnhookWindowsHookEx(m_hHook);
+    }
+    // A hook of somebody else may have refused the window after we had bound it, without a word to the window.
+    if (m_hBound != nullptr && ::IsWindow(m_hBound) == FALSE) {
+        CWnd::unbind(m_hBound);
+    }
+    ::SetLastError(error);
+}
+
+bool CreationScope::confirm(HWND window) const {
+    if (window == nullptr || ::IsWindow(window) == FALSE) {
+        return false;
+    }
+    if (window != m_hBound) {
+        ::DestroyWindow(window);
+        ::SetLastError(ERROR_HOOK_NOT_INSTALLED);
+        return false;
+    }
+    return true;
+}
+
+LRESULT CALLBACK CreationScope::hook(int code, WPARAM wParam, LPARAM lParam) {
+    const auto window = reinterpret_cast<HWND>(wParam);
+    if (code == HCBT_CREATEWND && g_pCurrentScope != nullptr && !isInputMethodWindow(window)) {
+        // Only the first window is ours: what its creation handlers create in turn is not.
+        CreationScope* scope = std::exchange(g_pCurrentScope, nullptr);
+        if (scope->m_pObject->bind(window, true)) {
+            scope->m_hBound = window;
+        }
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}

@@ -1,0 +1,59 @@
+#include "framework/WinApp.h"
+
+#include "framework/Wnd.h"
+
+CWinApp* CWinApp::s_pCurrent = nullptr;
+
+CWinApp::CWinApp() {
+    s_pCurrent = this;
+}
+
+CWinApp::~CWinApp() {
+    if (s_pCurrent == this) {
+        s_pCurrent = nullptr;
+    }
+}
+
+int CWinApp::Main(HINSTANCE instance, const wchar_t* commandLine) {
+    m_hInstance = instance;
+    m_lpCmdLine = commandLine;
+    if (InitInstance()) {
+        Run();
+    }
+    return ExitInstance();
+}
+
+void CWinApp::Run() {
+    MSG message{};
+    while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (!preTranslate(message)) {
+            ::TranslateMessage(&message);
+            ::DispatchMessageW(&message);
+        }
+    }
+    m_nExitCode = static_cast<int>(message.wParam);
+}
+
+int CWinApp::ExitInstance() {
+    if (CWnd* frame = m_pMainWnd; frame != nullptr) {
+        frame->DestroyWindow();
+    }
+    return m_nExitCode;
+}
+
+void CWinApp::windowGone(const CWnd& window) {
+    if (s_pCurrent != nullptr && s_pCurrent->m_pMainWnd == &window) {
+        s_pCurrent->m_pMainWnd = nullptr;
+        ::PostQuitMessage(0);
+    }
+}
+
+bool CWinApp::preTranslate(MSG& message) {
+    for (HWND window = message.hwnd; window != nullptr; window = ::GetAncestor(window, GA_PARENT)) {
+        CWnd* object = CWnd::fromHandle(window);
+        if (object != nullptr && object->PreTranslateMessage(message)) {
+            return true;
+        }
+    }
+    return false;
+}

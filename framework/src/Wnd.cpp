@@ -1,0 +1,184 @@
+#include "framework/Wnd.h"
+
+#include <utility>
+
+#include "Binding.h"
+#include "framework/WinApp.h"
+
+using framework::Binding;
+using framework::Dispatch;
+using framework::DispatchScope;
+
+const MessageMap CWnd::kEmptyMap{nullptr, {}};
+
+CWnd::CWnd() = default;
+
+CWnd::~CWnd() {
+    if (m_pBinding != nullptr) {
+        // From here on the window's messages find no object; the binding itself goes with the window.
+        const std::shared_ptr<Binding> keep = std::move(m_pBinding);
+        keep->object = nullptr;
+        if (keep->ownsWindow && !keep->destroying) {
+            ::DestroyWindow(m_hWnd);
+        }
+    }
+    CWinApp::windowGone(*this);
+}
+
+CWnd* CWnd::fromHandle(HWND window) {
+    const std::shared_ptr<Binding> binding = framework::findBinding(window);
+    return binding == nullptr ? nullptr : binding->object;
+}
+
+bool CWnd::bind(HWND window, bool ownsWindow) {
+    if (m_pBinding != nullptr || framework::findBinding(window) != nullptr) {
+        return false;
+    }
+    auto binding = std::make_shared<Binding>(Binding{this, nullptr, ownsWindow});
+    const LONG_PTR super = ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CWnd::procedure));
+    if (super == 0) {
+        return false;
+    }
+    binding->superProcedure = reinterpret_cast<WNDPROC>(super);
+    framework::addBinding(window, binding);
+    m_pBinding = std::move(binding);
+    m_hWnd = window;
+    return true;
+}
+
+// Takes the object, if it still has one, off a window that is gone or going.
+void CWnd::unbind(HWND window) {
+    const std::shared_ptr<Binding> binding = framework::findBinding(window);
+    if (binding == nullptr) {
+        return;
+    }
+    if (reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(window, GWLP_WNDPROC)) == &CWnd::procedure) {
+        ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(binding->superProcedure));
+    }
+    if (binding->object != nullptr) {
+        binding->object->m_hWnd = nullptr;
+        binding->object->m_pBinding.reset();
+    }
+    framework::removeBinding(window);
+}
+
+bool CWnd::SubclassWindow(HWND window) {
+    return window != nullptr && ::GetWindowThreadProcessId(window, nullptr) == ::GetCurrentThreadId() &&
+           bind(window, false);
+}
+
+bool CWnd::CreateEx(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, const RECT& place,
+                    HWND parent, HMENU menuOrId) {
+    if (m_hWnd != nullptr) {
+        ::SetLastError(ERROR_ALREADY_EXISTS);
+        return false;
+    }
+    const CreationScope scope(*this);
+    const bool anywhere = place.left == CW_USEDEFAULT;
+    const int width = anywhere ? CW_USEDEFAULT : place.right - place.left;
+    const int height = anywhere ? CW_USEDEFAULT : place.bottom - place.top;
+    return scope.confirm(::CreateWindowExW(exStyle, className, title, style, place.left, place.top, width, height,
+                                           parent, menuOrId, ::GetModuleHandleW(nullptr), nullptr));
+}
+
+bool CWnd::DestroyWindow() {
+    return m_hWnd != nullptr && ::DestroyWindow(m_hWnd) != FALSE;
+}
+
+bool CWnd::PreTranslateMessage(MSG& /*message*/) {
+    return false;
+}
+
+RECT CWnd::clientRect() const {
+    RECT rect{};
+    ::GetClientRect(m_hWnd, &rect);
+    return rect;
+}
+
+RECT CWnd::windowRect() const {
+    RECT rect{};
+    ::GetWindowRect(m_hWnd, &rect);
+    return rect;
+}
+
+void CWnd::addExStyle(DWORD bits) const {
+    ::SetWindowLongPtrW(m_hWnd, GWL_EXSTYLE, ::GetWindowLongPtrW(m_hWnd, GWL_EXSTYLE) | static_cast<LONG_PTR>(bits));
+}
+
+const MessageMap& CWnd::messageMap() const {
+    return kEmptyMap;
+}
+
+const MessageEntry* CWnd::findEntry(UINT message, UINT notifyCode, bool reflected) const {
+    for (const MessageMap* map = &messageMap(); map != nullptr; map = map->base) {
+        for (const MessageEntry& entry : map->entries) {
+            const UINT number = entry.registered != nullptr ? *entry.registered : entry.message;
+            if (number != 0 && number == message && entry.notifyCode == notifyCode && entry.reflected == reflected) {
+                return &entry;
+            }
+        }
+    }
+    return nullptr;
+}
+
+LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    LRESULT result = 0;
+    if (message == WM_NOTIFY && reflectNotify(wParam, lParam, result)) {
+        return result;
+    }
+    const MessageEntry* entry = findEntry(message, 0, false);
+    return entry == nullptr ? DefWindowProc(message, wParam, lParam) : entry->invoke(*this, wParam, lParam);
+}
+
+// Offers a control's notification to the control's own object.
+bool CWnd::reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result) {
+    const auto* header = reinterpret_cast<const NMHDR*>(lParam);
+    CWnd* sender = header == nullptr ? nullptr : fromHandle(header->hwndFrom);
+    const MessageEntry* entry = sender == nullptr ? nullptr : sender->findEntry(WM_NOTIFY, header->code, true);
+    if (entry == nullptr) {
+        return false;
+    }
+    // The control may be in the middle of another message, painting for one: Default() must not mean that one.
+    const DispatchScope scope(sender->m_pBinding, WM_NOTIFY, wParam, lParam);
+    result = entry->invoke(*sender, wParam, lParam);
+    return true;
+}
+
+LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    return m_pBinding == nullptr ? 0 : ::CallWindowProcW(m_pBinding->superProcedure, m_hWnd, message, wParam, lParam);
+}
+
+LRESULT CWnd::Default() {
+    const Dispatch* current = m_pBinding == nullptr ? nullptr : m_pBinding->current;
+    return current == nullptr ? 0 : DefWindowProc(current->message, current->wParam, current->lParam);
+}
+
+LRESULT CALLBACK CWnd::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const std::shared_ptr<Binding> binding = framework::findBinding(window);
+    if (binding == nullptr) {
+        return ::DefWindowProcW(window, message, wParam, lParam);
+    }
+    binding->destroying |= message == WM_DESTROY || message == WM_NCDESTROY;
+    LRESULT result = 0;
+    if (binding->object == nullptr) {
+        result = ::CallWindowProcW(binding->superProcedure, window, message, wParam, lParam);
+    } else {
+        const DispatchScope scope(binding, message, wParam, lParam);
+        result = binding->object->WindowProc(message, wParam, lParam);
+        // The handler may have deleted the object: only the binding is safe to touch now.
+    }
+    if (message == WM_NCDESTROY) {
+        windowDestroyed(window);
+    }
+    return result;
+}
+
+void CWnd::windowDestroyed(HWND window) {
+    const std::shared_ptr<Binding> binding = framework::findBinding(window);
+    CWnd* object = binding == nullptr ? nullptr : binding->object;
+    unbind(window);
+    if (object != nullptr) {
+        CWinApp::windowGone(*object);
+        object->PostNcDestroy();
+    }
+}
