@@ -1,0 +1,229 @@
+/* The contract between Fenwyn and a function plug-in, for C (C11) and C++.
+ *
+ * A plug-in is a DLL with the plain functions below, exported under exactly these names: case-sensitive, undecorated
+ * (on 32 bit use a .def file or --kill-at) and with the WINAPI calling convention. Each function of the strip names its
+ * own plug-in; one plug-in serves one function. docs/plugin-guide.md is the tutorial, PluginCheck.exe tests a plug-in.
+ *
+ * Rules that hold for every export:
+ * - Thread: Fenwyn's user-interface thread, unless another is named. Whatever takes longer than some 50 ms is felt.
+ * - Results: a signed 32-bit number; what it means stands at each export.
+ * - Memory: out arguments point to Fenwyn's own memory, preset as described, valid during the call only.
+ * - Reserved arguments point to zero; Fenwyn never reads what the plug-in leaves there. Plug-ins leave them alone.
+ * - Every export is looked up by name at every call. A missing export fails that one operation.
+ * - No C++ types, no exceptions and no structured exceptions cross the boundary.
+ */
+#ifndef FENWYN_PLUGIN_H
+#define FENWYN_PLUGIN_H
+
+#include <windows.h>
+
+#include <oleauto.h>
+#include <stddef.h>
+
+/* NOLINTBEGIN(modernize-use-using): this is C too */
+
+#ifdef __cplusplus
+extern "C" {
+#define FENWYN_LAYOUT_CHECK(condition, text) static_assert(condition, text)
+#else
+#define FENWYN_LAYOUT_CHECK(condition, text) _Static_assert(condition, text)
+#endif
+
+/* Success of every export that is not said to differ. Any other value is a failure, positive ones included. */
+#define FENWYN_OK 0
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Every function but "Output_2"
+ * ---------------------------------------------------------------------------------------------------------------- */
+
+/* Called once, right after loading. lZero is 0. Result: 0 = the function is supported on this machine; any other value
+ * = it is not, and gets no card (the plug-in is finalised and unloaded). */
+#define FENWYN_INITIALIZE "InitializeHotkeyDll"
+typedef LONG(WINAPI* FenwynInitializeHotkeyDll)(LONG lZero, ULONG* pReserved);
+
+/* Called whenever the function's items are built. Both values are 0 before the call. Result: negative = failure, zero
+ * and positive = success. What the values mean, by function:
+ *
+ *   Mute, Lock, Sleep, Hibernate, Touchpad,
+ *   CursorOverlay, NumericOverlay    info must be FENWYN_TWO_ITEMS; info 2 is ignored
+ *   Zoom, KBB                        info: bit 0..2 = item 0..2 exists; info 2 is ignored
+ *   ODD                              info: bit 0..4 = item value 0..4 exists; info 2 is ignored
+ *   PowerPlan                        info: bit 0..3 = plan 0..3 exists; info 2 is ignored
+ *   Wireless                         info: bit 0..14 = state 0..14 is offered; info 2 is ignored. A failure makes the
+ *                                    card show its error notice instead of items
+ *   Brightness                       info: number of levels (the highest level); info 2 is ignored
+ *   Output                           info: bit 0..18 = arrangement 0..18; info 2: bit 0..25 = arrangement 32..57,
+ *                                    bit 31 = arrangement 63
+ */
+#define FENWYN_GET_DISPLAY_ITEM_INFO "GetDisplayItemInfo"
+typedef LONG(WINAPI* FenwynGetDisplayItemInfo)(ULONG* puInfo, ULONG* puInfo2, ULONG* pReserved);
+
+/* info of the functions that always have their two items. */
+#define FENWYN_TWO_ITEMS 3u
+
+/* Called when items are built, and for the overlays also at every repaint of the strip: keep it fast. *plItem receives
+ * the current item:
+ *
+ *   Mute, Touchpad, CursorOverlay, NumericOverlay   0 = on, 1 = off
+ *   Lock, Sleep, Hibernate, Wireless                not asked
+ *   Zoom                                            0, 1, 2
+ *   KBB                                             low 16 bits: 0 = timer, 1 = on, 2 = off; high 16 bits: the timer's
+ *                                                   seconds
+ *   ODD                                             0..4
+ *   PowerPlan                                       plan number 0..3
+ *   Brightness                                      the level, 0 .. number of levels; with dual control bits 0..7 are
+ *                                                   the first screen's level and bits 8..15 the second's
+ *   Output                                          arrangement number 0..18, 32..57 or 63
+ *   Output_2                                        index of the current entry
+ */
+#define FENWYN_GET_CURRENT_ITEM "GetCurrentItem"
+typedef LONG(WINAPI* FenwynGetCurrentItem)(LONG* plItem, ULONG* pReserved);
+
+/* The user has chosen. lItem counts as the function's current item does, with two exceptions: for Zoom and KBB it is
+ * the position among the items that exist. Lock, Sleep and Hibernate get 0 (do it) or 1 (cancel), Wireless a state
+ * number, Output_2 an entry's index. Not called for Brightness, which hears FocusItem.
+ * Thread: the user-interface thread; for "Output" also the panic thread, with the first arrangement, while another
+ * export may be running. */
+#define FENWYN_SELECT_ITEM "SelectItem"
+typedef LONG(WINAPI* FenwynSelectItem)(LONG lItem, ULONG* pReserved);
+
+/* Called once, before unloading. The result is ignored. Give up every thread, window and hook here: the library is
+ * unmapped right afterwards. Called for "Output_2" as well. */
+#define FENWYN_FINALIZE "FinalizeHotkeyDll"
+typedef LONG(WINAPI* FenwynFinalizeHotkeyDll)(void);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Brightness
+ * ---------------------------------------------------------------------------------------------------------------- */
+
+/* Instead of SelectItem. lParameter is the level that the user chose, 1 .. number of levels, or -1 when the keys were
+ * released without one: nothing to do then, and a success. */
+#define FENWYN_FOCUS_ITEM "FocusItem"
+typedef LONG(WINAPI* FenwynFocusItem)(LONG lParameter, ULONG* pReserved);
+
+/* *pbDual: ONE byte, preset 0; set it to 1 when the machine adjusts two screens separately. Write no more than a
+ * byte. */
+#define FENWYN_IS_DUAL_BRT_CTRL "IsDualBrtCtrl"
+typedef LONG(WINAPI* FenwynIsDualBrtCtrl)(BYTE* pbDual);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Power plan
+ * ---------------------------------------------------------------------------------------------------------------- */
+
+/* The name of a plan. *pbstrText is null before the call; the plug-in stores a BSTR (SysAllocString), which Fenwyn
+ * frees with SysFreeString. *pReserved is a 64-bit zero. */
+#define FENWYN_GET_CUSTOM_ITEM_TEXT "GetCustomItemText"
+typedef LONG(WINAPI* FenwynGetCustomItemText)(ULONG uPlan, BSTR* pbstrText, ULONGLONG* pReserved);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Output_2: display output with favourites
+ *
+ * FnF5_InitializeHotkeyDll, FnF5_GetDisplayItemCount and FnF5_GetDisplayItemInfo take the place of
+ * InitializeHotkeyDll and GetDisplayItemInfo; GetCurrentItem, SelectItem and FinalizeHotkeyDll are those above.
+ * ---------------------------------------------------------------------------------------------------------------- */
+
+/* Allocates a block of lByteCount bytes from Fenwyn's heap; null when the count is not positive or memory has run out.
+ * For the texts of FnF5_GetDisplayItemInfo only. Callable on any thread until FinalizeHotkeyDll returns. The block
+ * becomes Fenwyn's as soon as an export hands it out, and Fenwyn frees it; a block that was never handed out cannot be
+ * given back. */
+typedef void*(WINAPI* FenwynAllocate)(LONG lByteCount);
+
+/* Called once, right after loading. lZero is 0. pfnAllocate stays valid until FinalizeHotkeyDll returns. Result: 0 =
+ * supported. */
+#define FENWYN_FNF5_INITIALIZE "FnF5_InitializeHotkeyDll"
+typedef LONG(WINAPI* FenwynFnF5InitializeHotkeyDll)(LONG lZero, ULONG* pReserved, FenwynAllocate pfnAllocate);
+
+/* Called whenever the items are built. *plCount: number of entries; below 1 there are none. */
+#define FENWYN_FNF5_GET_DISPLAY_ITEM_COUNT "FnF5_GetDisplayItemCount"
+typedef LONG(WINAPI* FenwynFnF5GetDisplayItemCount)(LONG* plCount, ULONG* pReserved);
+
+/* One display of an entry, for the preview under the enlarged item. The same bytes on 32 and 64 bit. */
+#define FENWYN_CONNECTOR_CHARS 32
+typedef struct FenwynDisplayRecord {
+    /* Name of the connector, ended by a zero within the field, e.g. L"HDMI 1". The first of the words LCD, RGB, DVI,
+     * HDMI, DisplayPort that it contains (in this order, case-sensitive) picks the picture; a name with none of them
+     * gets no row. */
+    WCHAR szConnector[FENWYN_CONNECTOR_CHARS];
+    ULONG uDisplayIndex; /* zero-based; shown as index + 1 */
+    ULONG uWidth;        /* pixels */
+    ULONG uHeight;       /* pixels */
+} FenwynDisplayRecord;
+
+FENWYN_LAYOUT_CHECK(sizeof(WCHAR) == 2 && sizeof(ULONG) == 4, "the contract counts in 16-bit and 32-bit units");
+FENWYN_LAYOUT_CHECK(offsetof(FenwynDisplayRecord, szConnector) == 0, "the connector name begins the record");
+FENWYN_LAYOUT_CHECK(offsetof(FenwynDisplayRecord, uDisplayIndex) == 64, "display index at byte 64");
+FENWYN_LAYOUT_CHECK(offsetof(FenwynDisplayRecord, uWidth) == 68, "width at byte 68");
+FENWYN_LAYOUT_CHECK(offsetof(FenwynDisplayRecord, uHeight) == 72, "height at byte 72");
+FENWYN_LAYOUT_CHECK(sizeof(FenwynDisplayRecord) == 76, "records follow each other every 76 bytes");
+
+/* Arrangements of an entry (*plMode). Modes 9 and 10 open the display-configuration program by themselves. */
+enum FenwynOutputMode {
+    FENWYN_MODE_INTERNAL = 0,     /* built-in screen only */
+    FENWYN_MODE_EXTERNAL = 1,     /* external screen only: a monitor */
+    FENWYN_MODE_PROJECTOR = 2,    /* external screen only: a projector */
+    FENWYN_MODE_CLONE = 3,        /* the same picture on all screens */
+    FENWYN_MODE_EXTEND_RIGHT = 4, /* one desktop over the screens; the others lie to the right, */
+    FENWYN_MODE_EXTEND_LEFT = 5,  /* to the left, */
+    FENWYN_MODE_EXTEND_ABOVE = 6, /* above, */
+    FENWYN_MODE_EXTEND_BELOW = 7, /* or below */
+    FENWYN_MODE_SEVERAL = 8,      /* several displays, in an arrangement that none of these describes */
+    FENWYN_MODE_CONFIGURE = 9,    /* opens the program with "\Config" */
+    FENWYN_MODE_SAVE = 10         /* opens the program with "\Save": name and keep the present arrangement */
+};
+
+/* Info flags of an entry. Every other bit is 0. */
+#define FENWYN_ENTRY_CUSTOM 0x02u          /* has a text of its own: a favourite of the user */
+#define FENWYN_ENTRY_NEEDS_SETUP 0x08u     /* choosing it opens the display-configuration program */
+#define FENWYN_ENTRY_SHOW_RESOLUTION 0x10u /* the preview shows resolutions */
+
+/* Called for each index 0 .. count - 1 whenever the items are built.
+ *   plMode         preset -1; receives the arrangement (enum above).
+ *   ppszText       preset null; receives the text of a custom entry, ended by a zero, in a block of FenwynAllocate,
+ *                  which Fenwyn frees. Leave it null for entries that are not custom; a text given all the same is
+ *                  freed and not shown.
+ *   puRecordCount  preset 0; receives the number of display records (value A), 0 for an entry without a preview.
+ *   puRecords      preset 0; receives the address of the first of these FenwynDisplayRecords (value B), widened to 64
+ *                  bits. The records stay the plug-in's. They must remain unchanged until the next call of this export
+ *                  with the same index, or until FinalizeHotkeyDll.
+ *   puFlags        preset 0; receives FENWYN_ENTRY_... flags.
+ * Any result but 0 makes the whole list fail. */
+#define FENWYN_FNF5_GET_DISPLAY_ITEM_INFO "FnF5_GetDisplayItemInfo"
+typedef LONG(WINAPI* FenwynFnF5GetDisplayItemInfo)(ULONG uIndex, LONG* plMode, WCHAR** ppszText, ULONG* puRecordCount,
+                                                   ULONGLONG* puRecords, ULONG* puFlags, ULONG* pReserved);
+
+/* The output key was held, or nothing was pressed for three seconds after it: bring back a picture that can be seen.
+ * Thread: one of its own, never the user-interface thread, and another export may be running meanwhile. Fenwyn cuts the
+ * call off when it ends and the call has not returned within a second. */
+#define FENWYN_FNF5_SET_CURRENT_FOR_PANIC "FnF5_SetCurrentForPanic"
+typedef LONG(WINAPI* FenwynFnF5SetCurrentForPanic)(void);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * For plug-ins: define FENWYN_PLUGIN before including this header and the compiler holds your exports against the
+ * contract.
+ * ---------------------------------------------------------------------------------------------------------------- */
+#ifdef FENWYN_PLUGIN
+#ifndef FENWYN_EXPORT /* define it empty when a .def file names the exports */
+#define FENWYN_EXPORT __declspec(dllexport)
+#endif
+FENWYN_EXPORT LONG WINAPI InitializeHotkeyDll(LONG lZero, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI GetDisplayItemInfo(ULONG* puInfo, ULONG* puInfo2, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI GetCurrentItem(LONG* plItem, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI SelectItem(LONG lItem, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI FinalizeHotkeyDll(void);
+FENWYN_EXPORT LONG WINAPI FocusItem(LONG lParameter, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI IsDualBrtCtrl(BYTE* pbDual);
+FENWYN_EXPORT LONG WINAPI GetCustomItemText(ULONG uPlan, BSTR* pbstrText, ULONGLONG* pReserved);
+FENWYN_EXPORT LONG WINAPI FnF5_InitializeHotkeyDll(LONG lZero, ULONG* pReserved, FenwynAllocate pfnAllocate);
+FENWYN_EXPORT LONG WINAPI FnF5_GetDisplayItemCount(LONG* plCount, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI FnF5_GetDisplayItemInfo(ULONG uIndex, LONG* plMode, WCHAR** ppszText, ULONG* puRecordCount,
+                                                  ULONGLONG* puRecords, ULONG* puFlags, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI FnF5_SetCurrentForPanic(void);
+#endif
+
+#ifdef __cplusplus
+}
+#endif
+
+/* NOLINTEND(modernize-use-using) */
+
+#endif

@@ -1,0 +1,274 @@
+#include "PluginChecker.h"
+
+#include "OutputChecker.h"
+#include "PluginLibrary.h"
+
+namespace check {
+
+namespace {
+
+constexpr DWORD kManyLevels = 100;
+
+const Rule* findRule(const std::wstring& function) {
+    for (const Rule& rule : kRules) {
+        if (CompareStringOrdinal(function.c_str(), -1, rule.function, -1, TRUE) == CSTR_EQUAL) {
+            return &rule;
+        }
+    }
+    return nullptr;
+}
+
+bool hasBit(DWORD mask, LONG bit) {
+    return bit >= 0 && bit < 32 && ((mask >> bit) & 1U) != 0;
+}
+
+// The checks of all functions but the display output with favourites.
+class CBasicChecker {
+ public:
+    CBasicChecker(const Rule& rule, CPluginLibrary& library, CReport& report)
+        : m_rule(rule), m_library(library), m_report(report) {}
+
+    void run(std::optional<long> item) {
+        if (!initialize()) {
+            return;
+        }
+        const bool offers = itemInfo();
+        if (m_library.has(FENWYN_IS_DUAL_BRT_CTRL) && m_rule.infoRule == InfoRule::Levels) {
+            dualControl();
+        }
+        if (offers && m_rule.itemRule != ItemRule::NotAsked) {
+            currentItem();
+        }
+        if (offers && m_rule.itemRule == ItemRule::BitOf && m_library.has(FENWYN_GET_CUSTOM_ITEM_TEXT)) {
+            planNames();
+        }
+        if (item) {
+            choose(*item);
+        }
+    }
+
+ private:
+    bool initialize() {
+        Guarded<ULONG> reserved(0);
+        const LONG result = m_library.call<FenwynInitializeHotkeyDll>(FENWYN_INITIALIZE, 0L, reserved.out());
+        reserved.checkGuard(m_report, FENWYN_INITIALIZE, L"reserved");
+        if (result != FENWYN_OK) {
+            m_report.warning(L"InitializeHotkeyDll says that this machine does not support the function (" +
+                             std::to_wstring(result) + L"): it gets no card, and nothing further was asked.");
+        }
+        return result == FENWYN_OK;
+    }
+
+    bool itemInfo() {
+        Guarded<ULONG> info(0);
+        Guarded<ULONG> info2(0);
+        Guarded<ULONG> reserved(0);
+        const LONG result = m_library.call<FenwynGetDisplayItemInfo>(FENWYN_GET_DISPLAY_ITEM_INFO, info.out(),
+                                                                     info2.out(), reserved.out());
+        info.checkGuard(m_report, FENWYN_GET_DISPLAY_ITEM_INFO, L"info");
+        info2.checkGuard(m_report, FENWYN_GET_DISPLAY_ITEM_INFO, L"info 2");
+        reserved.checkGuard(m_report, FENWYN_GET_DISPLAY_ITEM_INFO, L"reserved");
+        m_uInfo = info.value();
+        m_uInfo2 = info2.value();
+        if (result < 0) {
+            infoFailed(result);
+            return false;
+        }
+        return checkInfo();
+    }
+
+    void infoFailed(LONG result) {
+        const std::wstring number = L"GetDisplayItemInfo failed (" + std::to_wstring(result) + L"): ";
+        if (std::wstring_view(m_rule.function) == L"Wireless") {
+            m_report.warning(number + L"the card shows its error notice.");
+        } else {
+            m_report.error(number + L"the card shows no items.");
+        }
+    }
+
+    bool checkInfo() {
+        switch (m_rule.infoRule) {
+            case InfoRule::Exact:
+                return checkExactInfo();
+            case InfoRule::Levels:
+                return checkLevels();
+            case InfoRule::Mask:
+            case InfoRule::TwoMasks:
+                break;
+        }
+        return checkMasks();
+    }
+
+    bool checkExactInfo() {
+        if (m_uInfo == m_rule.info) {
+            return true;
+        }
+        m_report.error(L"GetDisplayItemInfo gives " + std::to_wstring(m_uInfo) + L" as info; this function needs " +
+                       std::to_wstring(m_rule.info) + L", or the card shows no items.");
+        return false;
+    }
+
+    bool checkLevels() {
+        if (m_uInfo == 0 || m_uInfo > static_cast<ULONG>(MAXLONG)) {
+            m_report.error(L"GetDisplayItemInfo gives " + std::to_wstring(m_uInfo) +
+                           L" brightness levels; it needs 1 at least.");
+            return false;
+        }
+        m_report.note(L"There are " + std::to_wstring(m_uInfo) + L" brightness levels.");
+        if (m_uInfo > kManyLevels) {
+            m_report.warning(L"So many levels make one press of a key hardly visible.");
+        }
+        return true;
+    }
+
+    bool checkMasks() {
+        warnOfExtraBits(m_uInfo & ~m_rule.info, L"info");
+        if (m_rule.infoRule == InfoRule::TwoMasks) {
+            warnOfExtraBits(m_uInfo2 & ~m_rule.info2, L"info 2");
+        }
+        const DWORD offered = m_uInfo & m_rule.info;
+        const DWORD offered2 = m_uInfo2 & m_rule.info2;
+        if (offered == 0 && offered2 == 0) {
+            m_report.error(L"GetDisplayItemInfo offers no items.");
+            return false;
+        }
+        m_report.note(L"Items offered: info " + hex(m_uInfo) + L", info 2 " + hex(m_uInfo2) + L".");
+        return true;
+    }
+
+    void warnOfExtraBits(DWORD extra, const wchar_t* value) {
+        if (extra != 0) {
+            m_report.warning(std::wstring(L"Bits ") + hex(extra) + L" of \"" + value +
+                             L"\" mean nothing and are ignored.");
+        }
+    }
+
+    void dualControl() {
+        Guarded<BYTE> dual(0);
+        const LONG result = m_library.call<FenwynIsDualBrtCtrl>(FENWYN_IS_DUAL_BRT_CTRL, dual.out());
+        dual.checkGuard(m_report, FENWYN_IS_DUAL_BRT_CTRL, L"dual");
+        m_bDual = dual.value() != 0;
+        if (result != FENWYN_OK) {
+            m_report.error(L"IsDualBrtCtrl failed (" + std::to_wstring(result) + L"): the card shows no slider.");
+        } else if (m_bDual) {
+            m_report.note(L"The screens are adjusted separately: the card shows both levels and no slider.");
+        }
+    }
+
+    void currentItem() {
+        Guarded<LONG> item(-1);
+        Guarded<ULONG> reserved(0);
+        const LONG result = m_library.call<FenwynGetCurrentItem>(FENWYN_GET_CURRENT_ITEM, item.out(), reserved.out());
+        item.checkGuard(m_report, FENWYN_GET_CURRENT_ITEM, L"item");
+        reserved.checkGuard(m_report, FENWYN_GET_CURRENT_ITEM, L"reserved");
+        if (result != FENWYN_OK) {
+            m_report.error(L"GetCurrentItem failed (" + std::to_wstring(result) +
+                           L"): any result but 0 is a failure, and the card shows no items.");
+        } else if (!itemMakesSense(item.value())) {
+            m_report.error(L"GetCurrentItem gives " + std::to_wstring(item.value()) +
+                           L", which is none of this function's items.");
+        } else {
+            m_report.note(L"The current item is " + std::to_wstring(item.value()) + L" (" +
+                          hex(static_cast<ULONG>(item.value())) + L").");
+        }
+    }
+
+    [[nodiscard]] bool itemMakesSense(LONG item) const {
+        const LONG levels = static_cast<LONG>(m_uInfo);
+        switch (m_rule.itemRule) {
+            case ItemRule::NotAsked:
+                return true;
+            case ItemRule::Below:
+                return item >= 0 && item < m_rule.items;
+            case ItemRule::LowHalf:
+                return (item & 0xFFFF) < m_rule.items;
+            case ItemRule::BitOf:
+                return hasBit(m_uInfo & m_rule.info, item);
+            case ItemRule::Level:
+                return m_bDual ? (item & 0xFF) <= levels && (item >> 8 & 0xFF) <= levels : item >= 0 && item <= levels;
+            case ItemRule::Arrangement:
+                return hasBit(m_uInfo & m_rule.info, item) || hasBit(m_uInfo2 & m_rule.info2, item - 32);
+        }
+        return false;
+    }
+
+    void planNames() {
+        for (LONG plan = 0; plan < 4; ++plan) {
+            if (hasBit(m_uInfo, plan)) {
+                planName(static_cast<ULONG>(plan));
+            }
+        }
+    }
+
+    void planName(ULONG plan) {
+        Guarded<BSTR> text(nullptr);
+        Guarded<ULONGLONG> reserved(0);
+        const LONG result =
+            m_library.call<FenwynGetCustomItemText>(FENWYN_GET_CUSTOM_ITEM_TEXT, plan, text.out(), reserved.out());
+        reserved.checkGuard(m_report, FENWYN_GET_CUSTOM_ITEM_TEXT, L"reserved");
+        const std::wstring who = L"GetCustomItemText for plan " + std::to_wstring(plan);
+        if (result != FENWYN_OK) {
+            m_report.error(who + L" failed (" + std::to_wstring(result) + L"): the card shows no items.");
+        } else if (SysStringLen(text.value()) == 0) {
+            m_report.error(who + L" gives no text.");
+        } else {
+            m_report.note(L"Plan " + std::to_wstring(plan) + L" is \"" + text.value() + L"\".");
+        }
+        SysFreeString(text.value());
+    }
+
+    void choose(long item) {
+        const bool slider = m_rule.infoRule == InfoRule::Levels;
+        const char* const name = slider ? FENWYN_FOCUS_ITEM : FENWYN_SELECT_ITEM;
+        Guarded<ULONG> reserved(0);
+        const LONG result = m_library.call<FenwynSelectItem>(name, static_cast<LONG>(item), reserved.out());
+        reserved.checkGuard(m_report, name, L"reserved");
+        const std::wstring call = wide(name) + L"(" + std::to_wstring(item) + L")";
+        if (result != FENWYN_OK) {
+            m_report.error(call + L" failed (" + std::to_wstring(result) + L").");
+        } else {
+            m_report.note(call + L" succeeded.");
+        }
+    }
+
+    const Rule& m_rule;
+    CPluginLibrary& m_library;
+    CReport& m_report;
+    ULONG m_uInfo = 0;
+    ULONG m_uInfo2 = 0;
+    bool m_bDual = false;
+};
+
+}  // namespace
+
+CReport checkPlugin(const std::wstring& path, const std::wstring& function, std::optional<long> item) {
+    CReport report;
+    const bool favourites = CompareStringOrdinal(function.c_str(), -1, kOutputWithFavourites, -1, TRUE) == CSTR_EQUAL;
+    const Rule* const rule = findRule(function);
+    if (!favourites && rule == nullptr) {
+        report.error(L"Fenwyn knows no function \"" + function + L"\". It knows: " + knownFunctions() + L".");
+        return report;
+    }
+    CPluginLibrary library(report);
+    if (!library.load(path) || !library.requireExports(favourites ? kOutputExports : rule->exports)) {
+        return report;
+    }
+    if (favourites) {
+        checkOutput(library, report, item);
+    } else {
+        CBasicChecker(*rule, library, report).run(item);
+    }
+    library.call<FenwynFinalizeHotkeyDll>(FENWYN_FINALIZE);
+    library.unload();
+    return report;
+}
+
+std::wstring knownFunctions() {
+    std::wstring names = kOutputWithFavourites;
+    for (const Rule& rule : kRules) {
+        names += std::wstring(L" ") + rule.function;
+    }
+    return names;
+}
+
+}  // namespace check

@@ -1,0 +1,20 @@
+// Holds a plug-in against the contract: loads it, calls its questions in Fenwyn's order, and unloads it. The machine is
+// not changed: neither SelectItem nor FocusItem nor the panic export is called, unless an item is given.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Report.h"
+
+namespace check {
+
+// `function`: the function's name as the function list has it; letter case does not matter. `item`: passed to
+// SelectItem (FocusItem for Brightness) when given.
+[[nodiscard]] CReport checkPlugin(const std::wstring& path, const std::wstring& function,
+                                  std::optional<long> item = std::nullopt);
+
+// The names that Fenwyn knows, separated by blanks.
+[[nodiscard]] std::wstring knownFunctions();
+
+}  // namespace check

@@ -1,0 +1,53 @@
+#include "State.h"
+
+namespace sim {
+
+namespace {
+
+constexpr wchar_t kRecordFile[] = L"RecordFile";
+
+bool writeValue(const std::wstring& function, const wchar_t* value, DWORD type, const void* data, DWORD bytes) {
+    return RegSetKeyValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value, type, data, bytes) == ERROR_SUCCESS;
+}
+
+}  // namespace
+
+std::wstring stateKeyOf(const std::wstring& function) {
+    return function.empty() ? std::wstring(kStateKey) : std::wstring(kStateKey) + L"\\" + function;
+}
+
+DWORD readNumber(const std::wstring& function, const wchar_t* value, DWORD fallback) {
+    DWORD number = 0;
+    DWORD bytes = sizeof number;
+    const LSTATUS error = RegGetValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value, RRF_RT_REG_DWORD,
+                                       nullptr, &number, &bytes);
+    return error == ERROR_SUCCESS ? number : fallback;
+}
+
+std::wstring readText(const std::wstring& function, const wchar_t* value, const std::wstring& fallback) {
+    wchar_t text[1024];
+    DWORD bytes = sizeof text;
+    const LSTATUS error =
+        RegGetValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value, RRF_RT_REG_SZ, nullptr, text, &bytes);
+    return error == ERROR_SUCCESS ? std::wstring(text) : fallback;
+}
+
+bool writeNumber(const std::wstring& function, const wchar_t* value, DWORD number) {
+    return writeValue(function, value, REG_DWORD, &number, sizeof number);
+}
+
+bool writeText(const std::wstring& function, const wchar_t* value, const std::wstring& text) {
+    const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+    return writeValue(function, value, REG_SZ, text.c_str(), bytes);
+}
+
+bool resetState() {
+    const std::wstring recordFile = readText({}, kRecordFile, {});
+    const LSTATUS error = RegDeleteTreeW(HKEY_CURRENT_USER, kStateKey);
+    if (error != ERROR_SUCCESS && error != ERROR_FILE_NOT_FOUND) {
+        return false;
+    }
+    return recordFile.empty() || writeText({}, kRecordFile, recordFile);
+}
+
+}  // namespace sim

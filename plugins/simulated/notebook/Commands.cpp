@@ -1,0 +1,136 @@
+#include "Commands.h"
+
+#include <windows.h>
+
+#include "Functions.h"
+#include "Machine.h"
+#include "SampleSettings.h"
+#include "Session.h"
+#include "State.h"
+
+namespace sim {
+
+namespace {
+
+using Arguments = std::vector<std::wstring>;
+
+constexpr unsigned long kEndPatience = 5000;  // ms
+constexpr wchar_t kWholeMachine[] = L".";     // /set's name for the state key itself
+
+ExitCode refused(LSTATUS error, std::wstring& answer) {
+    answer = error == ERROR_ACCESS_DENIED ? L"The settings are the machine's: run this as administrator.\n"
+                                          : L"The registry refused (error " + std::to_wstring(error) + L").\n";
+    return kRegistryRefused;
+}
+
+ExitCode onRegister(const Arguments& arguments, std::wstring& answer) {
+    const bool all = arguments.size() == 2 && arguments[1] == L"/all";
+    if (arguments.size() > 1 && !all) {
+        return kWrongUse;
+    }
+    const LSTATUS error = registerSample(HKEY_LOCAL_MACHINE, programFolder(), all);
+    return error == ERROR_SUCCESS ? kDone : refused(error, answer);
+}
+
+ExitCode onUnregister(const Arguments&, std::wstring& answer) {
+    const LSTATUS error = unregisterSample(HKEY_LOCAL_MACHINE, programFolder());
+    return error == ERROR_SUCCESS ? kDone : refused(error, answer);
+}
+
+ExitCode onEnd(const Arguments&, std::wstring& answer) {
+    if (endFenwyn(kEndPatience)) {
+        return kDone;
+    }
+    answer = L"Fenwyn still runs.\n";
+    return kStillRunning;
+}
+
+ExitCode onReset(const Arguments&, std::wstring& answer) {
+    return resetState() ? kDone : refused(ERROR_ACCESS_DENIED, answer);
+}
+
+// Decimal or 0x..., with a sign or without; negative numbers as their 32-bit pattern.
+bool parseNumber(const std::wstring& text, DWORD& number) {
+    wchar_t* end = nullptr;
+    const long long value = wcstoll(text.c_str(), &end, 0);
+    if (text.empty() || *end != L'\0' || value < INT32_MIN || value > UINT32_MAX) {
+        return false;
+    }
+    number = static_cast<DWORD>(value);
+    return true;
+}
+
+ExitCode onSet(const Arguments& arguments, std::wstring& answer) {
+    if (arguments.size() != 4) {
+        return kWrongUse;
+    }
+    const std::wstring function = arguments[1] == kWholeMachine ? std::wstring() : arguments[1];
+    if (!function.empty() && findFunction(function) == nullptr) {
+        answer = L"There is no function \"" + function + L"\".\n";
+        return kWrongUse;
+    }
+    DWORD number = 0;
+    const wchar_t* value = arguments[2].c_str();
+    const bool written = parseNumber(arguments[3], number) ? writeNumber(function, value, number)
+                                                           : writeText(function, value, arguments[3]);
+    return written ? kDone : refused(ERROR_ACCESS_DENIED, answer);
+}
+
+ExitCode onState(const Arguments&, std::wstring& answer) {
+    for (const Function& function : kFunctions) {
+        answer += std::wstring(function.name) + L"\t" + stateText(function) + L"\n";
+    }
+    return kDone;
+}
+
+struct Command {
+    const wchar_t* name;
+    ExitCode (*run)(const Arguments& arguments, std::wstring& answer);
+    const wchar_t* use;
+};
+
+constexpr Command kCommands[] = {
+    {L"/register", onRegister, L"/register [/all]: make Fenwyn show this notebook's functions"},
+    {L"/unregister", onUnregister, L"/unregister: take these settings out again"},
+    {L"/end", onEnd, L"/end: end Fenwyn and wait until it is gone"},
+    {L"/reset", onReset, L"/reset: a new machine"},
+    {L"/set", onSet, L"/set <function> <name> <value>: change a state value; function \".\" is the machine"},
+    {L"/state", onState, L"/state: tell the state of every function"},
+};
+
+std::wstring usage() {
+    std::wstring text = L"NotebookSim: the simulated notebook's window\n";
+    for (const Command& command : kCommands) {
+        text += std::wstring(L"NotebookSim ") + command.use + L"\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+std::wstring programFolder() {
+    std::wstring path(MAX_PATH, L'\0');
+    DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    while (length == path.size()) {
+        path.resize(2 * path.size());
+        length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    }
+    path.resize(length);
+    return path.substr(0, path.rfind(L'\\'));
+}
+
+ExitCode runCommand(const Arguments& arguments, std::wstring& answer) {
+    for (const Command& command : kCommands) {
+        if (!arguments.empty() && arguments[0] == command.name) {
+            const ExitCode code = command.run(arguments, answer);
+            if (code == kWrongUse && answer.empty()) {
+                answer = usage();
+            }
+            return code;
+        }
+    }
+    answer = usage();
+    return kWrongUse;
+}
+
+}  // namespace sim

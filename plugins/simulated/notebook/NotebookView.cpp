@@ -1,0 +1,167 @@
+#include "NotebookView.h"
+
+#include "Functions.h"
+#include "Machine.h"
+#include "State.h"
+#include "ZelHotkey.h"
+
+namespace sim {
+
+namespace {
+
+// Design sizes, at 96 dpi.
+constexpr int kWidth = 880;
+constexpr int kMargin = 22;
+constexpr int kHeaderHeight = 62;
+constexpr int kRowHeight = 34;
+constexpr int kFooterHeight = 44;
+constexpr int kColumns = 2;
+constexpr int kRowsPerColumn = static_cast<int>((std::size(kFunctions) + kColumns - 1) / kColumns);
+constexpr int kColumnGap = 28;
+constexpr int kKeyWidth = 72;
+constexpr int kCaptionLeft = 88;
+constexpr int kStateLeft = 226;
+constexpr int kMarkWidth = 3;
+constexpr int kTitleHeight = 22;
+constexpr int kTextHeight = 15;
+
+constexpr COLORREF kPaper = RGB(0xF5, 0xF6, 0xF8);
+constexpr COLORREF kLine = RGB(0xDD, 0xE1, 0xE6);
+constexpr COLORREF kInk = RGB(0x1C, 0x20, 0x26);
+constexpr COLORREF kQuiet = RGB(0x5B, 0x63, 0x6E);
+constexpr COLORREF kAccent = RGB(0x0A, 0x5F, 0xC4);
+constexpr COLORREF kKeyFace = RGB(0xFF, 0xFF, 0xFF);
+constexpr COLORREF kKeyEdge = RGB(0xB9, 0xC0, 0xCA);
+constexpr COLORREF kLatched = RGB(0xC2, 0x41, 0x0C);
+
+// A face that every system has or replaces by one whose bold is bold and whose letters are as wide as they are
+// measured.
+common::UniqueFont fontOf(int height, LONG weight) {
+    LOGFONTW font{};
+    font.lfHeight = -height;
+    font.lfWeight = weight;
+    font.lfQuality = CLEARTYPE_QUALITY;
+    std::wstring(L"Arial").copy(font.lfFaceName, LF_FACESIZE - 1);
+    return common::UniqueFont(CreateFontIndirectW(&font));
+}
+
+void fill(HDC dc, const RECT& place, COLORREF color) {
+    const common::UniqueBrush brush(CreateSolidBrush(color));
+    FillRect(dc, &place, brush.get());
+}
+
+bool modifierLatched() {
+    DWORD latched = 0;
+    DWORD bytes = sizeof latched;
+    RegGetValueW(HKEY_CURRENT_USER, ZEL_REG_STATE, ZEL_VALUE_LATCHED, RRF_RT_REG_DWORD, nullptr, &latched, &bytes);
+    return latched != 0;
+}
+
+std::wstring keysOf(const Function& function) {
+    std::wstring keys = function.keys[0].name;
+    for (std::size_t i = 1; i < function.keyCount(); ++i) {
+        keys += std::wstring(L" / ") + function.keys[i].name;
+    }
+    return keys;
+}
+
+}  // namespace
+
+NotebookModel readNotebook(const NotebookModel& previous) {
+    NotebookModel model;
+    bool anyChanged = false;
+    for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
+        NotebookRow row{keysOf(kFunctions[i]), kFunctions[i].caption, stateText(kFunctions[i])};
+        row.changed = i < previous.rows.size() && previous.rows[i].state != row.state;
+        anyChanged |= row.changed;
+        model.rows.push_back(std::move(row));
+    }
+    for (std::size_t i = 0; !anyChanged && i < previous.rows.size(); ++i) {
+        model.rows[i].changed = previous.rows[i].changed;
+    }
+    model.latched = modifierLatched();
+    model.lastCall = readText({}, L"LastCall", {});
+    model.lastKey = previous.lastKey;
+    return model;
+}
+
+CNotebookView::CNotebookView(int dpi)
+    : m_nDpi(dpi),
+      m_font(fontOf(scaled(kTextHeight), FW_NORMAL)),
+      m_boldFont(fontOf(scaled(kTextHeight), FW_BOLD)),
+      m_titleFont(fontOf(scaled(kTitleHeight), FW_NORMAL)) {}
+
+SIZE CNotebookView::size() const {
+    return {scaled(kWidth), scaled(kHeaderHeight + kRowsPerColumn * kRowHeight + kFooterHeight + kMargin / 2)};
+}
+
+void CNotebookView::draw(HDC dc, const NotebookModel& model) const {
+    const SIZE whole = size();
+    fill(dc, {0, 0, whole.cx, whole.cy}, kPaper);
+    SetBkMode(dc, TRANSPARENT);
+    drawHeader(dc, model);
+    const int columnWidth = (kWidth - 2 * kMargin - (kColumns - 1) * kColumnGap) / kColumns;
+    for (std::size_t i = 0; i < model.rows.size(); ++i) {
+        const int left = kMargin + static_cast<int>(i) / kRowsPerColumn * (columnWidth + kColumnGap);
+        const int top = kHeaderHeight + static_cast<int>(i) % kRowsPerColumn * kRowHeight;
+        drawRow(dc, model.rows[i], {scaled(left), scaled(top), scaled(left + columnWidth), scaled(top + kRowHeight)});
+    }
+    drawFooter(dc, model);
+}
+
+void CNotebookView::drawHeader(HDC dc, const NotebookModel& model) const {
+    const RECT place{scaled(kMargin), scaled(8), scaled(kWidth - kMargin), scaled(kHeaderHeight - 8)};
+    drawText(dc, m_titleFont.get(), kInk, L"Simulated notebook", place, DT_LEFT);
+    if (model.latched) {
+        drawText(dc, m_boldFont.get(), kLatched, L"Modifier latched", place, DT_RIGHT);
+    } else {
+        drawText(dc, m_font.get(), kQuiet, L"Hold the modifier (right Ctrl) and press a key", place, DT_RIGHT);
+    }
+}
+
+void CNotebookView::drawRow(HDC dc, const NotebookRow& row, const RECT& place) const {
+    fill(dc, {place.left, place.bottom - 1, place.right, place.bottom}, kLine);
+    if (row.changed) {
+        const int left = place.left - scaled(3 * kMarkWidth);
+        fill(dc, {left, place.top + scaled(6), left + scaled(kMarkWidth), place.bottom - scaled(6)}, kAccent);
+    }
+    const int inset = scaled(4);
+    drawKey(dc, row.keys, {place.left, place.top + inset, place.left + scaled(kKeyWidth), place.bottom - inset - 1});
+    drawText(dc, m_font.get(), kInk, row.caption,
+             {place.left + scaled(kCaptionLeft), place.top, place.left + scaled(kStateLeft - 8), place.bottom},
+             DT_LEFT);
+    drawText(dc, m_boldFont.get(), row.changed ? kAccent : kInk, row.state,
+             {place.left + scaled(kStateLeft), place.top, place.right, place.bottom}, DT_LEFT);
+}
+
+void CNotebookView::drawFooter(HDC dc, const NotebookModel& model) const {
+    const int top = kHeaderHeight + kRowsPerColumn * kRowHeight + kMargin / 4;
+    const RECT place{scaled(kMargin), scaled(top), scaled(kWidth - kMargin), scaled(top + kFooterHeight)};
+    RECT calls = place;
+    calls.right = scaled(kWidth * 2 / 3);
+    RECT keys = place;
+    keys.left = calls.right;
+    drawText(dc, m_font.get(), kQuiet, model.lastCall.empty() ? L"No call yet" : L"Last call: " + model.lastCall, calls,
+             DT_LEFT);
+    drawText(dc, m_font.get(), kQuiet, model.lastKey.empty() ? L"" : L"Key that came through: " + model.lastKey, keys,
+             DT_RIGHT);
+}
+
+void CNotebookView::drawKey(HDC dc, const std::wstring& label, const RECT& place) const {
+    const common::UniqueBrush face(CreateSolidBrush(kKeyFace));
+    const common::UniquePen edge(CreatePen(PS_SOLID, 1, kKeyEdge));
+    const common::SelectScope selectFace(dc, face.get());
+    const common::SelectScope selectEdge(dc, edge.get());
+    RoundRect(dc, place.left, place.top, place.right, place.bottom, scaled(6), scaled(6));
+    drawText(dc, m_font.get(), kInk, label, place, DT_CENTER);
+}
+
+void CNotebookView::drawText(HDC dc, HFONT font, COLORREF color, const std::wstring& text, RECT place,
+                             UINT format) const {
+    const common::SelectScope selectFont(dc, font);
+    SetTextColor(dc, color);
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &place,
+              format | DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
+}
+
+}  // namespace sim

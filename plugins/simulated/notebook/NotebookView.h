@@ -1,0 +1,57 @@
+// The picture of the simulated notebook: what there is to see, and drawing it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "common/Handle.h"
+
+namespace sim {
+
+struct NotebookRow {
+    std::wstring keys;
+    std::wstring caption;
+    std::wstring state;
+    bool changed = false;  // by the latest change
+
+    bool operator==(const NotebookRow&) const = default;
+};
+
+struct NotebookModel {
+    std::vector<NotebookRow> rows;
+    bool latched = false;   // the modifier stays down without being held
+    std::wstring lastCall;  // the last call that changed the machine
+    std::wstring lastKey;   // the last key that reached the window
+
+    bool operator==(const NotebookModel&) const = default;
+};
+
+// Reads the machine as it is now. Rows whose state differs from `previous` are marked; when none differs, the marks
+// stay as they were.
+[[nodiscard]] NotebookModel readNotebook(const NotebookModel& previous);
+
+class CNotebookView {
+ public:
+    // dpi: of the screen; 96 draws the sizes as they are designed.
+    explicit CNotebookView(int dpi);
+
+    [[nodiscard]] SIZE size() const;  // pixels
+    void draw(HDC dc, const NotebookModel& model) const;
+
+ private:
+    [[nodiscard]] int scaled(int length) const { return MulDiv(length, m_nDpi, USER_DEFAULT_SCREEN_DPI); }
+    void drawHeader(HDC dc, const NotebookModel& model) const;
+    void drawRow(HDC dc, const NotebookRow& row, const RECT& place) const;
+    void drawFooter(HDC dc, const NotebookModel& model) const;
+    void drawKey(HDC dc, const std::wstring& label, const RECT& place) const;
+    void drawText(HDC dc, HFONT font, COLORREF color, const std::wstring& text, RECT place, UINT format) const;
+
+    int m_nDpi;
+    common::UniqueFont m_font;
+    common::UniqueFont m_boldFont;
+    common::UniqueFont m_titleFont;
+};
+
+}  // namespace sim

@@ -1,0 +1,47 @@
+#include "RegistryWatch.h"
+
+namespace sim {
+
+namespace {
+
+// Above both keys of interest, so that a key that is deleted and made anew is still seen.
+constexpr wchar_t kWatchedKey[] = L"SOFTWARE\\KESTOVA";
+
+}  // namespace
+
+bool CRegistryWatch::start(HWND window, UINT message) {
+    m_hStop.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    m_hChanged.reset(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+    if (!m_hStop || !m_hChanged) {
+        return false;
+    }
+    m_thread = std::thread([this, window, message] { watch(window, message); });
+    return true;
+}
+
+void CRegistryWatch::stop() {
+    if (m_thread.joinable()) {
+        SetEvent(m_hStop.get());
+        m_thread.join();
+    }
+}
+
+void CRegistryWatch::watch(HWND window, UINT message) const {
+    const HANDLE handles[] = {m_hStop.get(), m_hChanged.get()};
+    for (;;) {
+        // Opened anew each time: the key may have been deleted meanwhile.
+        common::UniqueRegKey key;
+        const bool watching =
+            RegCreateKeyExW(HKEY_CURRENT_USER, kWatchedKey, 0, nullptr, 0, KEY_NOTIFY, nullptr, key.put(), nullptr) ==
+                ERROR_SUCCESS &&
+            RegNotifyChangeKeyValue(key.get(), TRUE, REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_LAST_SET,
+                                    m_hChanged.get(), TRUE) == ERROR_SUCCESS;
+        // Only now, with the watch in place: what changed before is read, what changes later is reported.
+        PostMessageW(window, message, 0, 0);
+        if (!watching || WaitForMultipleObjects(2, handles, FALSE, INFINITE) != WAIT_OBJECT_0 + 1) {
+            return;
+        }
+    }
+}
+
+}  // namespace sim

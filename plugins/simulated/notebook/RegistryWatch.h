@@ -1,0 +1,32 @@
+// Tells a window when the simulated machine or Fenwyn's published state changed, without polling.
+#pragma once
+
+#include <windows.h>
+
+#include <thread>
+
+#include "common/Handle.h"
+
+namespace sim {
+
+class CRegistryWatch {
+ public:
+    CRegistryWatch() = default;
+    ~CRegistryWatch() { stop(); }
+    CRegistryWatch(const CRegistryWatch&) = delete;
+    CRegistryWatch& operator=(const CRegistryWatch&) = delete;
+
+    // Posts `message` to `window` after every change of a value or key below HKCU\SOFTWARE\KESTOVA, until stop().
+    // Changes that come together may arrive as one. False: the system gave no event.
+    bool start(HWND window, UINT message);
+    void stop();
+
+ private:
+    void watch(HWND window, UINT message) const;
+
+    common::UniqueHandle m_hStop;
+    common::UniqueHandle m_hChanged;
+    std::thread m_thread;
+};
+
+}  // namespace sim

@@ -1,0 +1,129 @@
+#include "SampleSettings.h"
+
+#include <set>
+
+#include "Functions.h"
+#include "ZelHotkey.h"
+#include "common/Handle.h"
+
+namespace sim {
+
+namespace {
+
+constexpr wchar_t kMakerKey[] = L"SOFTWARE\\KESTOVA";
+constexpr wchar_t kProductKey[] = L"SOFTWARE\\KESTOVA\\Fenwyn";
+
+// Where the sample differs from the program's own defaults.
+struct ConfigValue {
+    const wchar_t* name;
+    DWORD value;
+};
+constexpr ConfigValue kConfig[] = {{L"EnableHover", 1}, {L"MouseEnterIdle", 500}};
+
+std::vector<BYTE> bytesOf(const void* data, std::size_t size) {
+    const auto* begin = static_cast<const BYTE*>(data);
+    return {begin, begin + size};
+}
+
+Setting textSetting(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
+    return {key, name, REG_SZ, bytesOf(text.c_str(), (text.size() + 1) * sizeof(wchar_t))};
+}
+
+void appendFunction(std::vector<Setting>& settings, const Function& function, const std::wstring& folder) {
+    const std::wstring key = std::wstring(ZEL_REG_HOTKEY) + L"\\" + function.name;
+    std::vector<BYTE> codes;
+    for (std::size_t i = 0; i < function.keyCount(); ++i) {
+        const std::vector<BYTE> code = bytesOf(&function.keys[i].code, sizeof(DWORD));
+        codes.insert(codes.end(), code.begin(), code.end());
+    }
+    settings.push_back(textSetting(key, L"Caption", function.caption));
+    settings.push_back({key, ZEL_VALUE_CODE, REG_BINARY, std::move(codes)});
+    settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, folder + L"\\plugins\\Sim" + function.name + L".dll"));
+}
+
+LSTATUS write(HKEY root, const Setting& setting) {
+    const wchar_t* key = setting.key.c_str();
+    const wchar_t* name = setting.name.c_str();
+    if (setting.keepExisting && RegGetValueW(root, key, name, RRF_RT_ANY, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
+        return ERROR_SUCCESS;
+    }
+    return RegSetKeyValueW(root, key, name, setting.type, setting.data.data(), static_cast<DWORD>(setting.data.size()));
+}
+
+bool stillAsWritten(HKEY root, const Setting& setting) {
+    common::UniqueRegKey key;
+    if (RegOpenKeyExW(root, setting.key.c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) {
+        return false;
+    }
+    std::vector<BYTE> stored(setting.data.size());
+    DWORD type = 0;
+    auto size = static_cast<DWORD>(stored.size());
+    const LSTATUS error = RegQueryValueExW(key.get(), setting.name.c_str(), nullptr, &type, stored.data(), &size);
+    return error == ERROR_SUCCESS && type == setting.type && size == stored.size() && stored == setting.data;
+}
+
+// ERROR_SUCCESS also when there is no such key, or when it is not empty and stays.
+LSTATUS removeIfEmpty(HKEY root, const std::wstring& path) {
+    common::UniqueRegKey key;
+    DWORD subkeys = 0;
+    DWORD values = 0;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS ||
+        RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, nullptr, nullptr,
+                         nullptr, nullptr) != ERROR_SUCCESS ||
+        subkeys + values != 0) {
+        return ERROR_SUCCESS;
+    }
+    key.reset();
+    return RegDeleteKeyW(root, path.c_str());
+}
+
+}  // namespace
+
+std::vector<Setting> sampleSettings(const std::wstring& folder, bool all) {
+    std::vector<Setting> settings{textSetting(kProductKey, L"InstallPath", folder)};
+    for (const ConfigValue& row : kConfig) {
+        settings.push_back({ZEL_REG_CONFIG, row.name, REG_DWORD, bytesOf(&row.value, sizeof row.value), true});
+    }
+    std::wstring list;
+    for (const Function& function : kFunctions) {
+        if (function.inSample || all) {
+            list += std::wstring(function.name) + L";";
+            appendFunction(settings, function, folder);
+        }
+    }
+    // Last: who sees the list finds all that it names.
+    settings.push_back(textSetting(ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, list));
+    return settings;
+}
+
+LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all) {
+    for (const Setting& setting : sampleSettings(folder, all)) {
+        if (const LSTATUS error = write(root, setting); error != ERROR_SUCCESS) {
+            return error;
+        }
+    }
+    return ERROR_SUCCESS;
+}
+
+LSTATUS unregisterSample(HKEY root, const std::wstring& folder) {
+    LSTATUS firstError = ERROR_SUCCESS;
+    const auto note = [&](LSTATUS error) {
+        firstError = firstError == ERROR_SUCCESS && error != ERROR_SUCCESS ? error : firstError;
+    };
+    std::set<std::wstring, std::greater<>> keys{kMakerKey, kProductKey, ZEL_REG_CONFIG,
+                                                ZEL_REG_HOTKEY};  // deepest first
+    for (const bool all : {false, true}) {
+        for (const Setting& setting : sampleSettings(folder, all)) {
+            keys.insert(setting.key);
+            if (stillAsWritten(root, setting)) {
+                note(RegDeleteKeyValueW(root, setting.key.c_str(), setting.name.c_str()));
+            }
+        }
+    }
+    for (const std::wstring& key : keys) {
+        note(removeIfEmpty(root, key));
+    }
+    return firstError;
+}
+
+}  // namespace sim

@@ -1,0 +1,47 @@
+// The frame around every export of a simulated plug-in: configured delay and result, record of the call, and no
+// exception that leaves the library.
+#pragma once
+
+#include <initializer_list>
+#include <new>
+#include <string>
+
+#include "CallRecord.h"
+#include "FenwynPlugin.h"
+#include "Functions.h"
+
+namespace sim {
+
+// The row of the table that this library was built for.
+[[nodiscard]] const Function& self() noexcept;
+
+inline constexpr LONG kFailed = 1;
+
+// Who calls what: whether the call changes the machine decides whether the notebook's window shows it.
+enum class Effect { Question, Change };
+
+struct Outcome {
+    LONG result;
+    std::wstring arguments;
+};
+
+[[nodiscard]] std::wstring joined(std::initializer_list<long long> arguments);
+
+// The configured result of an export after its configured delay; 0 when the export is to work.
+[[nodiscard]] LONG configuredResult(const wchar_t* exportName);
+void finishCall(const wchar_t* exportName, Effect effect, const Outcome& outcome);
+
+// Runs `body` (which returns an Outcome) unless a result is configured, and records the call.
+template <typename Body>
+LONG perform(const wchar_t* exportName, Effect effect, const std::wstring& argumentsIfSkipped, Body body) noexcept {
+    try {
+        const LONG configured = configuredResult(exportName);
+        const Outcome outcome = configured != 0 ? Outcome{configured, argumentsIfSkipped} : body();
+        finishCall(exportName, effect, outcome);
+        return outcome.result;
+    } catch (const std::exception&) {
+        return kFailed;
+    }
+}
+
+}  // namespace sim
