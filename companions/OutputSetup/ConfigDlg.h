@@ -1,0 +1,33 @@
+// The window that lists the displays and the favourites, which can be renamed and deleted here.
+#pragma once
+
+#include "Favourites.h"
+#include "SetupDlg.h"
+
+namespace setup {
+
+class CConfigDlg : public CSetupDlg {
+ public:
+    explicit CConfigDlg(const Surroundings& surroundings);
+
+ protected:
+    [[nodiscard]] const MessageMap& messageMap() const override { return kMap; }
+    bool OnInitDialog() override;
+    void onControl(UINT id, UINT code) override;
+
+ private:
+    LRESULT OnNotify(WPARAM wParam, LPARAM lParam);
+    void onListKey(WORD key);
+    // The person has typed a new name; null when they gave up.
+    void rename(int row, const wchar_t* typed);
+    void deleteSelected();
+    void showFavourites();
+    void enableButtons() const;
+
+    static const MessageEntry kEntries[];
+    static const MessageMap kMap;
+
+    Favourites m_vecFavourites;  // as shown
+};
+
+}  // namespace setup

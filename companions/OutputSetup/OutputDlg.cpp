@@ -1,0 +1,81 @@
+#include "OutputDlg.h"
+
+#include "SetupIds.h"
+#include "Texts.h"
+
+namespace setup {
+constinit const MessageEntry COutputDlg::kEntries[] = {onMessage<&COutputDlg::OnRequest>(kRequestMessage)};
+constinit const MessageMap COutputDlg::kMap{&CSetupDlg::kSetupMap, COutputDlg::kEntries};
+
+COutputDlg::COutputDlg(const Request& request, const Surroundings& surroundings)
+    : CSetupDlg(IDD_OUTPUT, L"" OUTPUT_CLASS, surroundings), m_request(request) {}
+
+bool COutputDlg::OnInitDialog() {
+    setTexts({{0, IDS_OUTPUT_TITLE},
+              {IDC_MODES_LABEL, IDS_MODES_LABEL},
+              {IDC_DISPLAYS_LABEL, IDS_DISPLAYS_LABEL},
+              {IDOK, IDS_APPLY},
+              {IDCANCEL, IDS_CANCEL}});
+    prepareDisplayList();
+    showDisplays();
+    showModes();
+    return true;
+}
+
+// One line per arrangement of the mask; each line knows its arrangement.
+void COutputDlg::showModes() {
+    const HWND list = control(IDC_MODES);
+    ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
+    for (int mode = 0; mode < kMaskBits; ++mode) {
+        if (((m_request.mask >> mode) & 1U) == 0) {
+            continue;
+        }
+        const std::wstring name = modeText(mode);
+        const LRESULT line = ::SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
+        ::SendMessageW(list, LB_SETITEMDATA, static_cast<WPARAM>(line), mode);
+        if (mode == m_request.mode) {
+            ::SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(line), 0);
+        }
+    }
+}
+
+void COutputDlg::onControl(UINT id, UINT code) {
+    const bool chosen = id == IDC_MODES && code == LBN_DBLCLK;
+    if (id == IDOK || chosen) {
+        apply();
+    } else {
+        CSetupDlg::onControl(id, code);
+    }
+}
+
+// Closes the window when the displays are set up as chosen.
+void COutputDlg::apply() {
+    const LRESULT line = ::SendMessageW(control(IDC_MODES), LB_GETCURSEL, 0, 0);
+    if (line == LB_ERR) {
+        return;
+    }
+    const auto mode =
+        static_cast<int>(::SendMessageW(control(IDC_MODES), LB_GETITEMDATA, static_cast<WPARAM>(line), 0));
+    if (!topologyOf(mode)) {
+        tell(text(IDS_ERROR_CANNOT_APPLY));
+        return;
+    }
+    if (const LONG error = surroundings().apply(mode); error != ERROR_SUCCESS) {
+        tell(text(IDS_ERROR_APPLY, systemErrorText(static_cast<DWORD>(error))));
+        return;
+    }
+    DestroyWindow();
+}
+
+// Anybody can send this: what makes no sense is ignored.
+LRESULT COutputDlg::OnRequest(WPARAM mask, LPARAM mode) {
+    if (mode < 0 || mode >= kMaskBits || mask > 0xFFFF || ((mask >> mode) & 1U) == 0) {
+        return FALSE;
+    }
+    m_request.mask = static_cast<unsigned>(mask);
+    m_request.mode = static_cast<int>(mode);
+    showModes();
+    return TRUE;
+}
+
+}  // namespace setup

@@ -1,0 +1,32 @@
+// The window that sets the displays up in one of several arrangements.
+#pragma once
+
+#include "CommandLine.h"
+#include "SetupDlg.h"
+
+namespace setup {
+
+class COutputDlg : public CSetupDlg {
+ public:
+    COutputDlg(const Request& request, const Surroundings& surroundings);
+
+    // The number of a second start, sent to the window that is there already as (mask, mode).
+    static constexpr UINT kRequestMessage = WM_USER + 110;
+
+ protected:
+    [[nodiscard]] const MessageMap& messageMap() const override { return kMap; }
+    bool OnInitDialog() override;
+    void onControl(UINT id, UINT code) override;
+
+ private:
+    LRESULT OnRequest(WPARAM mask, LPARAM mode);
+    void showModes();
+    void apply();
+
+    static const MessageEntry kEntries[];
+    static const MessageMap kMap;
+
+    Request m_request;
+};
+
+}  // namespace setup

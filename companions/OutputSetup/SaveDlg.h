@@ -1,0 +1,22 @@
+// The window that names the present arrangement and keeps it as a favourite.
+#pragma once
+
+#include "SetupDlg.h"
+
+namespace setup {
+
+class CSaveDlg : public CSetupDlg {
+ public:
+    explicit CSaveDlg(const Surroundings& surroundings);
+
+ protected:
+    bool OnInitDialog() override;
+    void showDisplays() override;
+    void onControl(UINT id, UINT code) override;
+
+ private:
+    void save();
+    void askForAnotherName(UINT message);
+};
+
+}  // namespace setup

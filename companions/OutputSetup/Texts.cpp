@@ -1,0 +1,36 @@
+#include "Texts.h"
+
+#include "SetupIds.h"
+
+namespace setup {
+
+std::wstring text(UINT id) {
+    // With a length of 0 the call gives the place of the text in the resource, which is not ended by a zero.
+    const wchar_t* place = nullptr;
+    const int length = ::LoadStringW(::GetModuleHandleW(nullptr), id, reinterpret_cast<LPWSTR>(&place), 0);
+    return length <= 0 ? std::wstring() : std::wstring(place, static_cast<std::size_t>(length));
+}
+
+std::wstring text(UINT id, const std::wstring& argument) {
+    std::wstring result = text(id);
+    if (const std::size_t mark = result.find(L"%1"); mark != std::wstring::npos) {
+        result.replace(mark, 2, argument);
+    }
+    return result;
+}
+
+std::wstring systemErrorText(DWORD error) {
+    wchar_t buffer[512] = {};
+    const DWORD length = ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
+                                          buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
+    std::wstring words(buffer, length);
+    words.erase(words.find_last_not_of(L" \r\n") + 1);
+    return words.empty() ? std::to_wstring(error) : words + L" (" + std::to_wstring(error) + L")";
+}
+
+std::wstring modeText(LONG mode) {
+    const LONG id = IDS_MODE + mode;
+    return mode >= 0 && id <= IDS_MODE_LAST ? text(static_cast<UINT>(id)) : text(IDS_MODE_OTHER, std::to_wstring(mode));
+}
+
+}  // namespace setup

@@ -1,0 +1,22 @@
+// The program's texts in the language of the user interface.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace setup {
+
+// A text of the string table; empty when there is none.
+[[nodiscard]] std::wstring text(UINT id);
+
+// The same with its "%1" replaced.
+[[nodiscard]] std::wstring text(UINT id, const std::wstring& argument);
+
+// The system's own words for an error code, or the number where it has none.
+[[nodiscard]] std::wstring systemErrorText(DWORD error);
+
+// What people call an arrangement (FENWYN_MODE_...).
+[[nodiscard]] std::wstring modeText(LONG mode);
+
+}  // namespace setup

@@ -1,0 +1,7 @@
+// OutputSetup.exe, the display-configuration program that the display-output function starts.
+#include "SetupApp.h"
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, wchar_t* commandLine, int /*show*/) {
+    setup::CSetupApp app(setup::realSurroundings());
+    return app.Main(instance, commandLine);
+}

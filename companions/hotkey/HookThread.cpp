@@ -1,0 +1,131 @@
+#include "HookThread.h"
+
+#include <atomic>
+#include <utility>
+
+#include "OwnModule.h"
+
+namespace hotkey {
+namespace {
+
+std::atomic<IHookClient*> s_pClient{nullptr};
+
+constexpr DWORD kInstallTimeout = 5000;
+
+common::UniqueHandle autoResetEvent() noexcept {
+    return common::UniqueHandle(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
+}
+
+void drainMessages() noexcept {
+    MSG message;
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        ::DispatchMessageW(&message);
+    }
+}
+
+// Time left until the next tick; the deadline moves on from `lastTick`.
+DWORD timeToTick(DWORD interval, ULONGLONG lastTick) noexcept {
+    if (interval == INFINITE) {
+        return INFINITE;
+    }
+    const ULONGLONG passed = ::GetTickCount64() - lastTick;
+    return passed >= interval ? 0 : interval - static_cast<DWORD>(passed);
+}
+
+}  // namespace
+
+KeyEvent keyEventOf(const KBDLLHOOKSTRUCT& info) noexcept {
+    KeyEvent event{info.vkCode, info.scanCode & 0xFF, (info.flags & LLKHF_UP) == 0, info.time};
+    bool bExtended = (info.flags & LLKHF_EXTENDED) != 0;
+    if (info.vkCode == VK_PACKET) {
+        event.slot = 0;  // a character, not a key
+    } else if (event.slot == 0) {
+        const UINT scan = ::MapVirtualKeyW(info.vkCode, MAPVK_VK_TO_VSC_EX);
+        event.slot = scan & 0xFF;
+        bExtended = bExtended || (scan & 0xFF00) != 0;
+    }
+    if (event.slot != 0 && bExtended) {
+        event.slot |= 0x100;
+    }
+    return event;
+}
+
+CHookThread::CHookThread() noexcept
+    : m_hReady(autoResetEvent()), m_hWake(autoResetEvent()), m_hStop(autoResetEvent()) {}
+
+HRESULT CHookThread::start(IHookClient& client, std::shared_ptr<void> keepAlive) {
+    if (!m_hReady || !m_hWake || !m_hStop) {
+        return E_OUTOFMEMORY;
+    }
+    IHookClient* expected = nullptr;
+    if (!s_pClient.compare_exchange_strong(expected, &client)) {
+        return E_UNEXPECTED;
+    }
+    const HRESULT hr = m_thread.start([this, &client, alive = std::move(keepAlive)]() noexcept { _run(client); });
+    if (FAILED(hr)) {
+        s_pClient = nullptr;
+        return hr;
+    }
+    if (::WaitForSingleObject(m_hReady.get(), kInstallTimeout) != WAIT_OBJECT_0) {
+        requestStop();
+        return HRESULT_FROM_WIN32(ERROR_TIMEOUT);
+    }
+    return m_hrInstalled;
+}
+
+void CHookThread::_run(IHookClient& client) noexcept {
+    ::SetThreadPriority(::GetCurrentThread(), THREAD_PRIORITY_HIGHEST);
+    drainMessages();  // makes the thread's message queue: a key before the first wait would miss the hook without it
+    {
+        const common::UniqueHook hook(::SetWindowsHookExW(WH_KEYBOARD_LL, &CHookThread::_hookProc, ownModule(), 0));
+        const bool bInstalled = static_cast<bool>(hook);
+        m_hrInstalled = bInstalled ? S_OK : HRESULT_FROM_WIN32(::GetLastError());
+        if (bInstalled) {
+            client.handleWake();
+        }
+        ::SetEvent(m_hReady.get());
+        if (bInstalled) {
+            _loop(client);
+        }
+    }
+    client.handleEnd();
+    s_pClient = nullptr;
+}
+
+void CHookThread::_loop(IHookClient& client) noexcept {
+    const HANDLE events[] = {m_hStop.get(), m_hWake.get()};
+    ULONGLONG lastTick = ::GetTickCount64();
+    bool bTicking = false;
+    for (;;) {
+        const DWORD interval = client.tickInterval();
+        if (bTicking != (interval != INFINITE)) {
+            bTicking = !bTicking;
+            lastTick = ::GetTickCount64();
+        }
+        const DWORD timeout = timeToTick(interval, lastTick);
+        const DWORD reason = ::MsgWaitForMultipleObjectsEx(2, events, timeout, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+        if (reason == WAIT_OBJECT_0 || reason == WAIT_FAILED) {
+            return;
+        }
+        if (reason == WAIT_OBJECT_0 + 1) {
+            client.handleWake();
+        }
+        drainMessages();  // calls the hook
+        if (bTicking && timeToTick(interval, lastTick) == 0) {
+            lastTick = ::GetTickCount64();
+            client.handleTick();
+        }
+    }
+}
+
+LRESULT CALLBACK CHookThread::_hookProc(int code, WPARAM wParam, LPARAM lParam) noexcept {
+    IHookClient* const pClient = s_pClient.load(std::memory_order_acquire);
+    if (code == HC_ACTION && pClient != nullptr) {
+        if (pClient->handleKey(keyEventOf(*reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam)))) {
+            return 1;
+        }
+    }
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+}  // namespace hotkey

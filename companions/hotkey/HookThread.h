@@ -1,0 +1,56 @@
+// A low-level keyboard hook on a thread of its own.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+#include "KeyTracker.h"
+#include "LibraryThread.h"
+#include "common/Handle.h"
+
+namespace hotkey {
+
+// All calls come on the hook's thread.
+class IHookClient {
+ public:
+    virtual ~IHookClient() = default;
+    // Inside the hook: the whole desktop waits for the answer, and the system drops a hook that is slow. True swallows.
+    [[nodiscard]] virtual bool handleKey(const KeyEvent& event) noexcept = 0;
+    // After CHookThread::wake(), and once before the first key.
+    virtual void handleWake() noexcept {}
+    // Every tickInterval() ms.
+    virtual void handleTick() noexcept {}
+    [[nodiscard]] virtual DWORD tickInterval() const noexcept { return INFINITE; }
+    // The hook is gone; the last call.
+    virtual void handleEnd() noexcept {}
+};
+
+// At most one per module at a time, because a low-level hook's procedure gets no argument of its own.
+class CHookThread {
+ public:
+    CHookThread() noexcept;
+
+    // Returns once the hook is installed, or with the reason why it is not. `client` must live until the thread has
+    // ended, which `keepAlive` (held by the thread) may see to. E_UNEXPECTED while this module has another hook.
+    [[nodiscard]] HRESULT start(IHookClient& client, std::shared_ptr<void> keepAlive);
+    void wake() noexcept { ::SetEvent(m_hWake.get()); }
+    void requestStop() noexcept { ::SetEvent(m_hStop.get()); }
+    [[nodiscard]] bool wait(DWORD milliseconds) const noexcept { return m_thread.wait(milliseconds); }
+
+ private:
+    void _run(IHookClient& client) noexcept;
+    void _loop(IHookClient& client) noexcept;
+    static LRESULT CALLBACK _hookProc(int code, WPARAM wParam, LPARAM lParam) noexcept;
+
+    CLibraryThread m_thread;
+    common::UniqueHandle m_hReady;
+    common::UniqueHandle m_hWake;
+    common::UniqueHandle m_hStop;
+    HRESULT m_hrInstalled = E_PENDING;
+};
+
+// What the hook was told, as the tracker wants it. Injected keys without a scan code get the layout's.
+[[nodiscard]] KeyEvent keyEventOf(const KBDLLHOOKSTRUCT& info) noexcept;
+
+}  // namespace hotkey

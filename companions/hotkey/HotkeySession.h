@@ -1,0 +1,39 @@
+// One run of the hotkey library, from Start to Stop.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+#include "Delivery.h"
+#include "HookThread.h"
+#include "KeyWatcher.h"
+#include "LibraryThread.h"
+#include "NotificationQueue.h"
+
+namespace hotkey {
+
+// Its threads hold references to it, so that it outlives a Stop that had to give up waiting for a callback.
+class CHotkeySession : public std::enable_shared_from_this<CHotkeySession> {
+ public:
+    CHotkeySession(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback);
+
+    // Once. On failure nothing goes on running. Throws std::bad_alloc.
+    [[nodiscard]] HRESULT start();
+    void enable() noexcept { m_watcher.enable(); }
+    // HRESULT_FROM_WIN32(ERROR_TIMEOUT) when a thread still runs after a second.
+    [[nodiscard]] HRESULT stop() noexcept;
+    // True on the thread that calls back.
+    [[nodiscard]] bool isDelivering() const noexcept { return m_deliveryThread.isCurrent(); }
+
+ private:
+    void _readSettings();
+
+    CNotificationQueue m_queue;
+    CKeyWatcher m_watcher;
+    CHookThread m_hook;
+    CDelivery m_delivery;
+    CLibraryThread m_deliveryThread;
+};
+
+}  // namespace hotkey

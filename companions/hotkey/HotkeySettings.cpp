@@ -1,0 +1,77 @@
+#include "HotkeySettings.h"
+
+#include <string>
+
+#include "RegistryRead.h"
+#include "include/ZelHotkey.h"
+
+namespace hotkey {
+namespace {
+
+// More functions than a keyboard has keys are a mistake, which must not keep the reader busy.
+constexpr unsigned kMaxFunctions = kKeySlots;
+
+// The keyboard reports the two sides of these apart, so that "either" is no key.
+struct SideRow {
+    DWORD either;
+    DWORD right;
+};
+constexpr SideRow kSides[] = {{VK_SHIFT, VK_RSHIFT}, {VK_CONTROL, VK_RCONTROL}, {VK_MENU, VK_RMENU}};
+
+DWORD modifierOf(DWORD configured) noexcept {
+    if (configured == 0 || configured > 0xFE) {
+        return VK_RCONTROL;
+    }
+    for (const SideRow& row : kSides) {
+        if (row.either == configured) {
+            return row.right;
+        }
+    }
+    return configured;
+}
+
+void addCodesOf(HKEY hotkeyKey, const std::wstring& function, KeySet& listed) {
+    const common::UniqueRegKey key = openKey(hotkeyKey, function.c_str());
+    if (!key || !readBytes(key.get(), ZEL_VALUE_FUNC_DLL)) {
+        return;
+    }
+    const auto codes = readNumbers(key.get(), ZEL_VALUE_CODE);
+    if (!codes) {
+        return;
+    }
+    for (const DWORD code : *codes) {
+        listed.set(slotOfCode(code));
+    }
+}
+
+KeySet readListed(HKEY hotkeyKey) {
+    KeySet listed;
+    const std::wstring list = readText(hotkeyKey, ZEL_VALUE_FUNC_LIST).value_or(std::wstring());
+    std::size_t start = 0;
+    for (unsigned n = 0; n < kMaxFunctions; ++n) {
+        const std::size_t end = list.find(L';', start);
+        if (end == std::wstring::npos) {
+            break;
+        }
+        addCodesOf(hotkeyKey, list.substr(start, end - start), listed);
+        start = end + 1;
+    }
+    listed.reset(0);  // what no key can send, and the modifier itself, are never swallowed
+    return listed;
+}
+
+}  // namespace
+
+TrackerSettings readTrackerSettings() {
+    TrackerSettings settings;
+    const common::UniqueRegKey key = openKey(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY);
+    if (!key) {
+        return settings;
+    }
+    settings.modifierKey = modifierOf(readNumber(key.get(), ZEL_VALUE_MODIFIER_KEY, VK_RCONTROL));
+    settings.sticky = readNumber(key.get(), ZEL_VALUE_STICKY_MODIFIER, 0) != 0;
+    settings.listed = readListed(key.get());
+    return settings;
+}
+
+}  // namespace hotkey

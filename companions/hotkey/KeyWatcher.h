@@ -1,0 +1,38 @@
+// The hook's side of the hotkey library: feeds the tracker and keeps it true to the keyboard.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <optional>
+
+#include "HookThread.h"
+#include "KeyTracker.h"
+#include "StickyWindow.h"
+
+namespace hotkey {
+
+class CKeyWatcher : public IHookClient {
+ public:
+    explicit CKeyWatcher(INotificationSink& sink);
+
+    // Takes effect with the next key. Thread: any.
+    void enable() noexcept { m_bEnabled = true; }
+    // Takes effect when the hook's thread is woken. Thread: any.
+    void setSettings(const TrackerSettings& settings) noexcept;
+
+    [[nodiscard]] bool handleKey(const KeyEvent& event) noexcept override;
+    void handleWake() noexcept override;
+    void handleTick() noexcept override;
+    [[nodiscard]] DWORD tickInterval() const noexcept override;
+    void handleEnd() noexcept override;
+
+ private:
+    std::atomic<bool> m_bEnabled{false};
+    SRWLOCK m_lock = SRWLOCK_INIT;
+    std::optional<TrackerSettings> m_pending;  // under m_lock
+    CKeyTracker m_tracker;
+    CStickyWindow m_stickyWindow;
+};
+
+}  // namespace hotkey

@@ -1,0 +1,19 @@
+// Scope of a slim lock: it needs no clean-up, so that it can live in a library that is unloaded at any time.
+#pragma once
+
+#include <windows.h>
+
+namespace hotkey {
+
+class CExclusiveLock {
+ public:
+    explicit CExclusiveLock(SRWLOCK& lock) noexcept : m_lock(lock) { ::AcquireSRWLockExclusive(&m_lock); }
+    ~CExclusiveLock() { ::ReleaseSRWLockExclusive(&m_lock); }
+    CExclusiveLock(const CExclusiveLock&) = delete;
+    CExclusiveLock& operator=(const CExclusiveLock&) = delete;
+
+ private:
+    SRWLOCK& m_lock;
+};
+
+}  // namespace hotkey

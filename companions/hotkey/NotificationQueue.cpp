@@ -1,0 +1,61 @@
+#include "NotificationQueue.h"
+
+#include "Lock.h"
+
+namespace hotkey {
+
+CNotificationQueue::CNotificationQueue() noexcept : m_hFilled(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
+
+bool CNotificationQueue::make(DWORD code) noexcept {
+    const CExclusiveLock lock(m_lock);
+    if (m_nCount + m_nOpen + 2 > kCapacity) {
+        return false;
+    }
+    ++m_nOpen;
+    _store({code, false});
+    return true;
+}
+
+void CNotificationQueue::breakOf(DWORD code) noexcept {
+    const CExclusiveLock lock(m_lock);
+    if (m_nOpen == 0 || m_nCount == kCapacity) {
+        return;
+    }
+    --m_nOpen;
+    _store({code, true});
+}
+
+void CNotificationQueue::latchChanged(bool bLatched) noexcept {
+    const CExclusiveLock lock(m_lock);
+    m_bLatched = bLatched;
+    m_bLatchNews = true;
+    ::SetEvent(m_hFilled.get());
+}
+
+void CNotificationQueue::_store(const Notification& notification) noexcept {
+    m_ring[(m_nFirst + m_nCount) % kCapacity] = notification;
+    ++m_nCount;
+    ::SetEvent(m_hFilled.get());
+}
+
+std::optional<Notification> CNotificationQueue::pop() noexcept {
+    const CExclusiveLock lock(m_lock);
+    if (m_nCount == 0) {
+        return std::nullopt;
+    }
+    const Notification first = m_ring[m_nFirst];
+    m_nFirst = (m_nFirst + 1) % kCapacity;
+    --m_nCount;
+    return first;
+}
+
+std::optional<bool> CNotificationQueue::takeLatchChange() noexcept {
+    const CExclusiveLock lock(m_lock);
+    if (!m_bLatchNews) {
+        return std::nullopt;
+    }
+    m_bLatchNews = false;
+    return m_bLatched;
+}
+
+}  // namespace hotkey

@@ -1,0 +1,55 @@
+// Carries makes and breaks from the hook's thread to the delivery thread.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+#include "KeyTracker.h"
+#include "common/Handle.h"
+
+namespace hotkey {
+
+struct Notification {
+    DWORD code = 0;
+    bool isBreak = false;
+
+    friend bool operator==(const Notification&, const Notification&) = default;
+};
+
+// A ring of fixed size: the hook's thread neither allocates nor waits for a slow callback. Thread-safe for one thread
+// that writes and one that reads.
+class CNotificationQueue : public INotificationSink {
+ public:
+    static constexpr std::size_t kCapacity = 1024;
+
+    CNotificationQueue() noexcept;
+
+    // False (nothing stored) unless there is room for this make, its break and the breaks of all makes before it.
+    [[nodiscard]] bool make(DWORD code) noexcept override;
+    void breakOf(DWORD code) noexcept override;
+    void latchChanged(bool bLatched) noexcept override;
+
+    [[nodiscard]] std::optional<Notification> pop() noexcept;
+    // The latch as it is now, when that was not asked before.
+    [[nodiscard]] std::optional<bool> takeLatchChange() noexcept;
+
+    // Auto-reset event: something was stored. Null when the system refused it.
+    [[nodiscard]] HANDLE filledEvent() const noexcept { return m_hFilled.get(); }
+
+ private:
+    void _store(const Notification& notification) noexcept;
+
+    SRWLOCK m_lock = SRWLOCK_INIT;
+    common::UniqueHandle m_hFilled;
+    std::array<Notification, kCapacity> m_ring{};
+    std::size_t m_nFirst = 0;
+    std::size_t m_nCount = 0;
+    std::size_t m_nOpen = 0;  // makes whose break has not been stored yet
+    bool m_bLatched = false;
+    bool m_bLatchNews = false;
+};
+
+}  // namespace hotkey

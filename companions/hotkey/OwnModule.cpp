@@ -1,0 +1,12 @@
+#include "OwnModule.h"
+
+namespace hotkey {
+
+HMODULE ownModule() noexcept {
+    HMODULE hModule = nullptr;
+    ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                         reinterpret_cast<LPCWSTR>(&ownModule), &hModule);
+    return hModule;
+}
+
+}  // namespace hotkey

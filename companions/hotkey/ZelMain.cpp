@@ -1,0 +1,63 @@
+// The exports of ZelMain.dll.
+#include <windows.h>
+
+#include <memory>
+#include <new>
+
+#include "HotkeySession.h"
+#include "Lock.h"
+#include "include/ZelHotkey.h"
+
+namespace {
+
+SRWLOCK s_lock = SRWLOCK_INIT;
+
+// Never destroyed: when the process ends with the library running, its threads may be anywhere.
+std::shared_ptr<hotkey::CHotkeySession>& session() noexcept {
+    static auto& session = *new std::shared_ptr<hotkey::CHotkeySession>();
+    return session;
+}
+
+}  // namespace
+
+extern "C" __declspec(dllexport) LONG WINAPI Start(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback) {
+    if (hotkeyCallback == nullptr || configCallback == nullptr) {
+        return E_POINTER;
+    }
+    const hotkey::CExclusiveLock lock(s_lock);
+    if (session()) {
+        return E_UNEXPECTED;
+    }
+    try {
+        auto started = std::make_shared<hotkey::CHotkeySession>(hotkeyCallback, configCallback);
+        const HRESULT hr = started->start();
+        if (SUCCEEDED(hr)) {
+            session() = std::move(started);
+        }
+        return hr;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+extern "C" __declspec(dllexport) LONG WINAPI EnableHotkey() {
+    const hotkey::CExclusiveLock lock(s_lock);
+    if (!session()) {
+        return E_UNEXPECTED;
+    }
+    session()->enable();
+    return S_OK;
+}
+
+extern "C" __declspec(dllexport) LONG WINAPI Stop() {
+    const hotkey::CExclusiveLock lock(s_lock);
+    if (!session()) {
+        return S_FALSE;
+    }
+    if (session()->isDelivering()) {
+        return HRESULT_FROM_WIN32(ERROR_POSSIBLE_DEADLOCK);
+    }
+    const HRESULT hr = session()->stop();
+    session().reset();
+    return hr;
+}

@@ -1,0 +1,134 @@
+/* The hotkey library ZelMain.dll and its companion ZelEvnt.dll, for C (C11) and C++.
+ *
+ * Both are bound at run time: LoadLibrary, then GetProcAddress with the names below. A maker's own library may take
+ * their place as long as it keeps to this header. Exports are undecorated on 32 bit as well, use the WINAPI calling
+ * convention and return a 32-bit status: 0 is success, everything else a failure (HRESULT values here). No C++ types
+ * and no exceptions cross the boundary, in either direction.
+ *
+ * Key events. One key, the modifier, stands in for Fn (right Ctrl unless configured otherwise). Its press is reported
+ * as code 0. Every key pressed while it is down is reported with its PC set-1 scan code (F1 = 0x3B .. F10 = 0x44,
+ * F11 = 0x57, F12 = 0x58); an extended key as 0xE000 | scan code. A key whose code the function list names is swallowed
+ * from its press to its release, so that no other program sees it. Every other key and the modifier itself pass on
+ * untouched. A key that was down before the modifier is not reported.
+ *
+ * - A held key is reported once: its automatic repeats are no presses.
+ * - Every make is followed by exactly one break, at the latest with the modifier's: when the modifier goes up first,
+ *   the breaks of the keys still down come right before its own, in the order in which they were pressed.
+ * - A release that was never seen (session switch, lost focus, secure desktop) is noticed within about 300 ms and
+ *   reported then. The state of a swallowed key cannot be asked for: its break comes with the modifier's, or with its
+ *   own next press when more than 2.5 seconds have passed since its last repeat.
+ * - While a callback blocks, up to about a thousand events wait; presses beyond that are dropped whole, with their
+ *   breaks.
+ */
+#ifndef ZEL_HOTKEY_H
+#define ZEL_HOTKEY_H
+
+#include <windows.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * ZelMain.dll
+ * ---------------------------------------------------------------------------------------------------------------- */
+#define ZEL_MAIN_LIBRARY L"ZelMain.dll"
+
+/* The code of the modifier key itself. */
+#define ZEL_CODE_MODIFIER 0u
+
+/* Second argument of the hotkey callback. */
+#define ZEL_MAKE 0u
+#define ZEL_BREAK 1u
+
+/* Argument of the configuration callback. A receiver treats ZEL_CONFIG_CHANGED_ALT like ZEL_CONFIG_CHANGED and ignores
+ * what it does not know. This library sends the first and the last. */
+#define ZEL_CONFIG_CHANGED 8u
+#define ZEL_CONFIG_CHANGED_ALT 0x40000000u
+#define ZEL_CONFIG_END 0x80000000u
+
+/* Thread: both callbacks run on the library's one delivery thread, one at a time, in the order of the events. They may
+ * block it (key events wait meanwhile, the keyboard does not), but Stop waits for them only for a second. They must not
+ * call Stop. */
+typedef void(WINAPI* ZelHotkeyCallback)(DWORD code, DWORD modifier);
+typedef void(WINAPI* ZelConfigCallback)(DWORD code);
+
+/* Starts watching the keyboard and the configuration. From here on the configuration callback may be called; key events
+ * wait for EnableHotkey. Fails with E_POINTER for a null callback, with E_UNEXPECTED when already started, or with the
+ * system's error when a hook or a thread cannot be had. Thread: any. */
+#define ZEL_START "Start"
+typedef LONG(WINAPI* ZelStart)(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback);
+
+/* From here on keys are reported and swallowed. A modifier that is down already counts from its next press. Calling it
+ * again changes nothing. E_UNEXPECTED before Start. Thread: any. */
+#define ZEL_ENABLE_HOTKEY "EnableHotkey"
+typedef LONG(WINAPI* ZelEnableHotkey)(void);
+
+/* Stops watching, delivers the breaks of everything that is still down, and ends the library's threads; 0 means that no
+ * callback runs any more. Waits for a second at most: a callback that has not returned by then gets its remaining
+ * events dropped, is the last one called, and Stop returns HRESULT_FROM_WIN32(ERROR_TIMEOUT). Start works again in
+ * either case. S_FALSE when not started; HRESULT_FROM_WIN32(ERROR_POSSIBLE_DEADLOCK), without effect, when called from
+ * a callback. Thread: any other. The library's threads hold a reference to it: FreeLibrary without Stop is harmless,
+ * the library stays mapped until its threads have ended; to stop
+ * it after that, load it again first. */
+#define ZEL_STOP "Stop"
+typedef LONG(WINAPI* ZelStop)(void);
+
+/* Changes under these keys are reported with ZEL_CONFIG_CHANGED once nothing has changed any more for 100 ms (but after
+ * a second of constant changes at the latest), whether or not the keys exist at first. Writing a value that was there
+ * already is no change. */
+#define ZEL_REG_CONFIG L"SOFTWARE\\KESTOVA\\Fenwyn\\Config" /* in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER */
+#define ZEL_REG_HOTKEY L"SOFTWARE\\KESTOVA\\Fenwyn\\HotKey" /* in HKEY_LOCAL_MACHINE, with everything below it */
+
+/* The function list: a string of function names, each followed by ';'. Below the key each function has a key of its own
+ * with "Code" (little-endian 32-bit numbers) and "FuncDll"; one that lacks either is not in the list. */
+#define ZEL_VALUE_FUNC_LIST L"FuncList"
+#define ZEL_VALUE_CODE L"Code"
+#define ZEL_VALUE_FUNC_DLL L"FuncDll"
+
+/* Settings of this library, DWORDs directly in ZEL_REG_HOTKEY; they take effect as soon as the change is noticed.
+ *
+ * ModifierKey: virtual-key code of the modifier, VK_RCONTROL unless given. VK_SHIFT, VK_CONTROL and VK_MENU mean the
+ * right one of the two; 0 and values above 0xFE count as not given.
+ *
+ * StickyModifier: 1 = a tap of the modifier alone latches it: its make is reported and its break withheld, so that keys
+ * can be pressed one after another. A further tap, the message below, a change of the modifier or a lost session
+ * releases the latch and reports the break. 0 (the default) = the modifier acts only while it is held. */
+#define ZEL_VALUE_MODIFIER_KEY L"ModifierKey"
+#define ZEL_VALUE_STICKY_MODIFIER L"StickyModifier"
+
+/* While StickyModifier is 1 and the library runs, it owns a hidden top-level window of this class and title. The
+ * registered message posted to it (both parameters 0) releases the latch. */
+#define ZEL_STICKY_WINDOW_CLASS L"Dravik"
+#define ZEL_STICKY_WINDOW_TITLE L"Dravik Window"
+#define ZEL_STICKY_CANCEL_MESSAGE L"KESTOVA Fenwyn-WM_CANCEL_STICKY"
+
+/* What the latch is right now, for display only: DWORD 1 = latched, 0 = not, in a volatile key of HKEY_CURRENT_USER.
+ * Missing means 0. */
+#define ZEL_REG_STATE L"SOFTWARE\\KESTOVA\\Fenwyn\\State"
+#define ZEL_VALUE_LATCHED L"Latched"
+
+/* The way to end the program from outside: while this event is set, the library sends ZEL_CONFIG_END, once at first and
+ * then every second, so that a program which was still starting hears it too. Manual reset; Start creates it
+ * unsignalled and resets one that exists. Open it with EVENT_MODIFY_STATE and call SetEvent. */
+#define ZEL_END_EVENT L"Local\\KESTOVA_Fenwyn_End"
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * ZelEvnt.dll
+ * ---------------------------------------------------------------------------------------------------------------- */
+#define ZEL_EVNT_LIBRARY L"ZelEvnt.dll"
+
+/* A program that asks the user for one hotkey (a query) creates this auto-reset event while it waits for the key, and
+ * gives up when the event is set. */
+#define ZEL_CANCEL_QUERY_EVENT L"Local\\KESTOVA_Fenwyn_CancelQuery"
+
+/* Cancels a pending query. 0 when one was told to give up, and also when none is pending; else the system's error as an
+ * HRESULT (the name belongs to something else, access denied). Never waits. Thread: any. */
+#define ZEL_CANCEL_QUERY_EXPORT "CancelQueryEvent"
+typedef LONG(WINAPI* ZelCancelQueryEvent)(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,25 @@
+// Tells presses of one key from its repeats.
+#pragma once
+
+#include <windows.h>
+
+#include "KeyTracker.h"
+
+namespace prtscreen {
+
+class CPressFilter {
+ public:
+    // True for a press. A release that was never seen costs no press once the key has been silent for long enough.
+    [[nodiscard]] bool isPress(bool bDown, DWORD time) noexcept {
+        const bool bPress = bDown && (!m_bDown || time - m_nTime > hotkey::CKeyTracker::kRepeatGap);
+        m_bDown = bDown;
+        m_nTime = time;
+        return bPress;
+    }
+
+ private:
+    bool m_bDown = false;
+    DWORD m_nTime = 0;
+};
+
+}  // namespace prtscreen

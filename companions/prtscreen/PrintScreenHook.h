@@ -1,0 +1,42 @@
+// Calls back when Print Screen is pressed, and holds the key back until that is done.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <memory>
+
+#include "HookThread.h"
+#include "LibraryThread.h"
+#include "PressFilter.h"
+#include "common/Handle.h"
+#include "include/PrtHook.h"
+
+namespace prtscreen {
+
+// Its threads hold references to it.
+class CPrintScreenHook : public hotkey::IHookClient, public std::enable_shared_from_this<CPrintScreenHook> {
+ public:
+    explicit CPrintScreenHook(PrtHookCallback callback) noexcept;
+
+    // Once. On failure nothing goes on running. Throws std::bad_alloc.
+    [[nodiscard]] HRESULT start();
+    // False when a thread still runs after a second; it calls back no more.
+    [[nodiscard]] bool stop() noexcept;
+    [[nodiscard]] bool isCallingBack() const noexcept { return m_helper.isCurrent(); }
+
+    [[nodiscard]] bool handleKey(const hotkey::KeyEvent& event) noexcept override;
+
+ private:
+    void _help() noexcept;
+
+    PrtHookCallback m_callback;
+    CPressFilter m_filter;
+    common::UniqueHandle m_hPressed;  // auto reset: call back
+    common::UniqueHandle m_hDone;     // auto reset: the callback has returned
+    std::atomic<bool> m_bStopping{false};
+    hotkey::CHookThread m_hook;
+    hotkey::CLibraryThread m_helper;
+};
+
+}  // namespace prtscreen

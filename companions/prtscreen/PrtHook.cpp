@@ -1,0 +1,48 @@
+// The exports of PrtHook.dll.
+#include <windows.h>
+
+#include <memory>
+#include <new>
+
+#include "Lock.h"
+#include "PrintScreenHook.h"
+#include "include/PrtHook.h"
+
+namespace {
+
+SRWLOCK s_lock = SRWLOCK_INIT;
+
+// Never destroyed: the hook usually runs until the process ends, and then its threads may be anywhere.
+std::shared_ptr<prtscreen::CPrintScreenHook>& installed() noexcept {
+    static auto& hook = *new std::shared_ptr<prtscreen::CPrintScreenHook>();
+    return hook;
+}
+
+}  // namespace
+
+extern "C" __declspec(dllexport) BOOL WINAPI InstallHook(PrtHookCallback callback) {
+    const hotkey::CExclusiveLock lock(s_lock);
+    if (callback == nullptr || installed()) {
+        return FALSE;
+    }
+    try {
+        auto hook = std::make_shared<prtscreen::CPrintScreenHook>(callback);
+        if (FAILED(hook->start())) {
+            return FALSE;
+        }
+        installed() = std::move(hook);
+        return TRUE;
+    } catch (const std::bad_alloc&) {
+        return FALSE;
+    }
+}
+
+extern "C" __declspec(dllexport) BOOL WINAPI RemoveHook() {
+    const hotkey::CExclusiveLock lock(s_lock);
+    if (!installed() || installed()->isCallingBack()) {
+        return FALSE;
+    }
+    const bool bEnded = installed()->stop();
+    installed().reset();
+    return bEnded;
+}
