@@ -1,0 +1,51 @@
+#include "Data/HotkeyConfig.h"
+
+#include "Data/RegistryPaths.h"
+#include "Data/ZelConfig.h"
+#include "common/RegConfig.h"
+#include "common/Status.h"
+
+namespace {
+
+HRESULT readText(const RegConfigAccess& key, const wchar_t* name, std::wstring& out) {
+    std::vector<wchar_t> units;
+    const HRESULT status = key.GetValue(name, units);
+    if (SUCCEEDED(status)) {
+        out.assign(units.begin(), units.end());
+    }
+    return status;
+}
+
+// Failures are logged where they happen; the caller skips the function. `key` stays open.
+HRESULT readHotkeyInfo(HKEY hotkeyKey, RegConfigAccess& key, HotkeyInfo& info) {
+    HRESULT status = key.Open(hotkeyKey, info.strFuncName.c_str(), KEY_READ);
+    if (FAILED(status)) {
+        return status;
+    }
+    if (!CZelConfig::getQrdConfig().bHideCaption) {
+        readText(key, regpath::kCaption, info.strCaption);
+    }
+    status = key.GetValue(regpath::kCode, info.vecCode);
+    return FAILED(status) ? status : readText(key, regpath::kFuncDll, info.strFuncDll);
+}
+
+}  // namespace
+
+HRESULT CHotkeyConfig::enumHotkeyConfigs(IEnumHotkeyConfigs* pEnum) {
+    LOG_ENTER_LEAVE();
+    RETURN_UNLESS(pEnum != nullptr, L"pEnum", E_POINTER);
+    RegConfigAccess key;
+    RETURN_IF_FAILED(key.Open(HKEY_LOCAL_MACHINE, regpath::kHotkeyKey, KEY_READ));
+    std::wstring list;
+    RETURN_IF_FAILED(readText(key, regpath::kFuncList, list));
+    std::size_t start = 0;
+    for (std::size_t end; (end = list.find(L';', start)) != std::wstring::npos; start = end + 1) {
+        HotkeyInfo info;
+        info.strFuncName = list.substr(start, end - start);
+        RegConfigAccess subKey;  // closed only after the callback
+        if (SUCCEEDED(readHotkeyInfo(key.key(), subKey, info))) {
+            pEnum->processHotkeyInfo(&info);
+        }
+    }
+    return S_OK;
+}

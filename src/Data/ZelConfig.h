@@ -1,0 +1,62 @@
+// The card configuration: sixteen settings of the user and the machine, read from the registry, never written.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+
+// One setting: used like a DWORD. The user-interface thread reloads it while the hotkey library's thread reads it; a
+// reader gets the old or the new value, never a mixture.
+class ConfigValue {
+ public:
+    ConfigValue() noexcept = default;
+    ConfigValue(const ConfigValue& other) noexcept : m_value(static_cast<DWORD>(other)) {}
+    ConfigValue& operator=(const ConfigValue& other) noexcept { return *this = static_cast<DWORD>(other); }
+    ~ConfigValue() = default;
+
+    ConfigValue& operator=(DWORD value) noexcept {
+        m_value.store(value, std::memory_order_relaxed);
+        return *this;
+    }
+    operator DWORD() const noexcept { return m_value.load(std::memory_order_relaxed); }
+
+ private:
+    std::atomic<DWORD> m_value{0};
+};
+
+// A new record holds the defaults. No value is range-checked; of a yes/no field every value but 0 means yes.
+struct QrdConfig {
+    QrdConfig() noexcept;
+
+    // The user's own key, when there is one, overrides the machine's for these five.
+    ConfigValue bDisable;         // hotkey events are ignored, and the hover strip stays away
+    ConfigValue uPosition;        // 0: the strip lies at the top of the work area, else at its bottom
+    ConfigValue bEnableHover;     // a hover strip calls the cards up while they are hidden
+    ConfigValue uMouseEnterIdle;  // milliseconds the pointer rests on the hover strip before the cards come
+    ConfigValue bTopmost;         // the hover strip stays above other windows
+
+    // Machine-wide only.
+    ConfigValue bHideMainDlg;              // the strip itself stays hidden; large cards still show
+    ConfigValue bIgnoreFnKey;              // the modifier alone shows nothing, and a latched Fn stays latched
+    ConfigValue bAutoHide;                 // the cards hide by themselves after uAutoHideDelayTime
+    ConfigValue uAutoHideDelayTime;        // milliseconds
+    ConfigValue bProgrammable;             // the button utility may give keys another meaning
+    ConfigValue bHideCaption;              // cards carry no caption
+    ConfigValue bShowQrdAtLaunch;          // cards show at start; a second start toggles them
+    ConfigValue bAlwaysShowItemsCaption;   // every item shows its description, not only the chosen one
+    ConfigValue uItemDescMaxWidth;         // widest item description, in pixels at image ratio 1
+    ConfigValue uSliderThumbSize;          // length of the slider's thumb, in pixels at image ratio 1
+    ConfigValue bHideMainUIWhenLostFocus;  // the cards hide when the strip loses the focus
+
+    ConfigValue bLoaded;  // 0 until a load has completed
+};
+
+class CZelConfig {
+ public:
+    // The one record of the process; any thread. Loads it first, again at every call until a load has completed.
+    static QrdConfig& getQrdConfig();
+
+    // Reads both keys into the record. A value that is missing or unreadable keeps what the record holds; a key that
+    // cannot be opened ends the load with its error and leaves bLoaded as it is. User-interface thread.
+    static HRESULT _initQrdConfig(QrdConfig& config);
+};

@@ -1,0 +1,40 @@
+// Hotkeys that the user gave to a program of their own in the button utility.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/Storage.h"
+
+// Owns one record per customised key. User-interface thread only.
+class CCustomHotkey {
+ public:
+    // Rebuilds the list from the button utility's keys. E_FAIL, with the list as it was, when its buttons cannot be
+    // listed; a button with a missing key or value is skipped.
+    HRESULT getCustomizedHotkeys();
+
+    [[nodiscard]] bool isHotkeyCustomized(DWORD code) const;
+
+    // Starts the program of the first record with that code: 0 when it was started, the shell's error (1..32, which
+    // is no failure status) when not, E_FAIL when the code is not customised.
+    HRESULT handleHotkey(DWORD code);
+
+    // Appends a record for that code from the button's key below UserSetting; S_OK without a record when one of its
+    // two texts is missing, E_POINTER without memory.
+    HRESULT readCustomHotkeyInfo(DWORD code, const storage::Storage& userSetting);
+
+ private:
+    struct CustomHotkeyInfo {
+        DWORD code;
+        std::wstring file;
+        std::wstring param;
+    };
+
+    void _readButton(const storage::Storage& button, const storage::Storage& userSettings);
+    [[nodiscard]] const CustomHotkeyInfo* _find(DWORD code) const;
+
+    std::vector<std::unique_ptr<CustomHotkeyInfo>> m_vecHotkeys;  // in the order found
+};

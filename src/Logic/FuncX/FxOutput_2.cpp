@@ -1,0 +1,313 @@
+#include "Logic/FuncX/FxOutput_2.h"
+
+#include <shellapi.h>
+
+#include <array>
+#include <cstdint>
+#include <cwchar>
+#include <new>
+
+#include "Data/RegistryPaths.h"
+#include "Logic/FuncX/OutputRules.h"
+#include "Logic/ZelCommonFunc.h"
+#include "UI/ItemDlg/FxOutputItemDlg.h"
+#include "ZelMain.h"
+#include "common/RegConfig.h"
+#include "common/ResourceFunc.h"
+#include "common/Status.h"
+
+using functiontables::kOutputModes;
+
+namespace {
+
+constexpr wchar_t kSetupProgram[] = L"\\OutputSetup.exe";
+constexpr wchar_t kConfigParameter[] = L"\\Config";
+constexpr wchar_t kSaveParameter[] = L"\\Save";
+constexpr std::size_t kSetupParameterChars = 30;
+
+// Each entry becomes four windows: what a process could never show is not read either.
+constexpr DWORD kMostEntries = 10000;
+
+void CALLBACK _fnF5PanicTimerProc_2(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTimerId, DWORD /*dwTime*/) {
+    LOG_ENTER_LEAVE();
+    CPanicThread::signalHeldKey(hWnd, uTimerId);
+}
+
+// The status of a missing export; a failure whatever the system says.
+HRESULT missingExportStatus() {
+    const HRESULT hr = common::statusFromLastError();
+    return FAILED(hr) ? hr : E_FAIL;
+}
+
+// How many of the records lie in memory that can be read: a plug-in's count is not to be trusted.
+DWORD readableRecords(const FenwynDisplayRecord* pRecords, DWORD dwCount) {
+    MEMORY_BASIC_INFORMATION memory{};
+    if (pRecords == nullptr || ::VirtualQuery(pRecords, &memory, sizeof(memory)) == 0 || memory.State != MEM_COMMIT ||
+        (memory.Protect & (PAGE_NOACCESS | PAGE_GUARD)) != 0) {
+        return 0;
+    }
+    const auto end = reinterpret_cast<std::uintptr_t>(memory.BaseAddress) + memory.RegionSize;
+    const std::uintptr_t records = (end - reinterpret_cast<std::uintptr_t>(pRecords)) / sizeof(FenwynDisplayRecord);
+    return records < dwCount ? static_cast<DWORD>(records) : dwCount;
+}
+
+}  // namespace
+
+HRESULT CFxOutput_2::initHotkeyDll(const wchar_t* pszFuncDll) {
+    RETURN_IF_FAILED(_readSetupPath());
+    const std::wstring strPath = expandPath(pszFuncDll);
+    LOG_INFO(L"Dll path:%s", strPath.c_str());
+    RETURN_IF_FAILED(loadPlugin(strPath));
+    const auto pfInitialize = getExport<FenwynFnF5InitializeHotkeyDll>(FENWYN_FNF5_INITIALIZE);
+    if (pfInitialize == nullptr) {
+        const HRESULT hr = missingExportStatus();
+        m_hFuncDll.reset();
+        RETURN_LOGGED(hr);
+    }
+    ULONG uReserved = 0;
+    m_bFuncSupported = pfInitialize(0, &uReserved, &fnf5::allocate) == FENWYN_OK;
+    m_panicThread.start();
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::initItems(std::vector<CQrdItem*>& rVecItems) {
+    LOG_ENTER_LEAVE();
+    ItemGuard guard(rVecItems);
+    LONG lCount = 0;
+    bool bLimited = false;
+    DWORD dwMaximum = 0;
+    RETURN_IF_FAILED(getItemCount(lCount, bLimited, dwMaximum));
+    RETURN_IF_FAILED(getCurrentItem());
+    m_lCurrentItemFiltered = m_lCurrentItem;
+    RETURN_IF_FAILED(getAvailableItems(lCount));
+    if (bLimited) {
+        RETURN_IF_FAILED(filterFavItems(dwMaximum));
+    }
+    for (const auto& pInfo : m_vecAvailableItems) {
+        if (pInfo != nullptr) {
+            RETURN_IF_FAILED(_addOutputItem(*pInfo, rVecItems));
+        }
+    }
+    guard.keep();
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::getDefaultSelectItem(LONG& rlItem) {
+    RETURN_UNLESS(m_lCurrentItemFiltered != INVALID_CURRENT_ITEM, L"INVALID_CURRENT_ITEM != m_lCurrentItemFiltered",
+                  E_FAIL);
+    rlItem = m_lCurrentItemFiltered;
+    return S_OK;
+}
+
+std::wstring CFxOutput_2::getCurrentStatus() {
+    RETURN_UNLESS(m_lCurrentItem != INVALID_CURRENT_ITEM, L"INVALID_CURRENT_ITEM != m_lCurrentItem", std::wstring());
+    return m_strCurrentItemText;
+}
+
+HRESULT CFxOutput_2::selectItem(LONG lItem, bool* pbHideCard, LONG lParam) {
+    if (!indexInContainer(lItem, m_vecAvailableItems) || !m_vecAvailableItems[static_cast<std::size_t>(lItem)]) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    RETURN_UNLESS(pbHideCard != nullptr, L"(NULL != pbHideCard)", E_POINTER);
+    const FnF5ItemInfo& info = *m_vecAvailableItems[static_cast<std::size_t>(lItem)];
+    *pbHideCard = true;
+    if (info.dwNeedsSetup != 0) {
+        RETURN_IF_FAILED(showOutputConfDlg(info.lMode));
+        *pbHideCard = false;
+        return S_OK;
+    }
+    if (info.lMode == FENWYN_MODE_CONFIGURE) {
+        startOutputSetup(m_strOutputSetupPath, kConfigParameter);
+        return S_OK;
+    }
+    if (info.lMode == FENWYN_MODE_SAVE) {
+        *pbHideCard = false;
+        startOutputSetup(m_strOutputSetupPath, kSaveParameter);
+        return S_OK;
+    }
+    return CFuncX::selectItem(static_cast<LONG>(info.dwIndex), lParam);
+}
+
+void CFxOutput_2::armPanicTimer(HWND hWnd, UINT_PTR uTimerId) {
+    ::SetTimer(hWnd, uTimerId, CPanicThread::kHeldKeyMs, &_fnF5PanicTimerProc_2);
+}
+
+void CFxOutput_2::finalize() {
+    m_vecAvailableItems.clear();
+    if (!m_panicThread.end().bEventFound) {
+        LOG_ASSERT(L"hevtFnF5Panic");
+    }
+    CFuncX::finalize();
+}
+
+void CFxOutput_2::startOutputSetup(const std::wstring& strProgram, const wchar_t* pszParameters) {
+    ::ShellExecuteW(nullptr, nullptr, strProgram.c_str(), pszParameters, nullptr, SW_SHOWNORMAL);
+}
+
+HRESULT CFxOutput_2::_readSetupPath() {
+    RegConfigAccess config;
+    std::vector<wchar_t> path;
+    HRESULT hr = config.Open(HKEY_LOCAL_MACHINE, regpath::kProgramKey, KEY_READ);
+    if (SUCCEEDED(hr)) {
+        hr = config.GetValue(regpath::kInstallPath, path);
+    }
+    if (SUCCEEDED(hr)) {
+        path.push_back(L'\0');
+        m_strOutputSetupPath = expandPath(path.data()) + kSetupProgram;
+    }
+    return hr;
+}
+
+HRESULT CFxOutput_2::getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaximum) const {
+    const auto pfGetCount = getExport<FenwynFnF5GetDisplayItemCount>(FENWYN_FNF5_GET_DISPLAY_ITEM_COUNT);
+    if (pfGetCount == nullptr) {
+        RETURN_LOGGED(missingExportStatus());
+    }
+    ULONG uReserved = 0;
+    if (pfGetCount(&rlCount, &uReserved) != FENWYN_OK) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    LOG_INFO(L"Available items count is:%d.", rlCount);
+    RECT workArea{};
+    RETURN_IF_FAILED(getWorkArea(workArea));
+    const auto limit = outputrules::entryLimit(rlCount, theApp.getPngRatio(), workArea.right - workArea.left);
+    rbLimited = limit.has_value();
+    if (limit) {
+        rdwMaximum = *limit;
+        LOG_INFO(L"Maximal items count is %d:", rdwMaximum);
+    }
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::getAvailableItems(LONG lCount) {
+    m_vecAvailableItems.clear();
+    if (getExport<FARPROC>(FENWYN_FNF5_GET_DISPLAY_ITEM_INFO) == nullptr) {
+        RETURN_LOGGED(missingExportStatus());
+    }
+    for (LONG lIndex = 0; lIndex < lCount; ++lIndex) {
+        std::unique_ptr<FnF5ItemInfo> pInfo;
+        fnf5::UniqueText text;
+        const HRESULT hr = _askForItem(static_cast<DWORD>(lIndex), pInfo, text);
+        if (FAILED(hr)) {
+            m_vecAvailableItems.clear();
+            RETURN_LOGGED(hr);
+        }
+        if (pInfo->dwCustom != 0 && !text) {
+            LOG_ASSERT(L"NULL != pszItemText");
+        }
+        pInfo->strText = pInfo->dwCustom != 0 ? fnf5::textOf(text) : getDefaultItemName(pInfo->lMode);
+        if (lIndex == m_lCurrentItem) {
+            m_strCurrentItemText = pInfo->strText;
+        }
+        m_vecAvailableItems.push_back(std::move(pInfo));
+    }
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::_askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& rpInfo, fnf5::UniqueText& rText) const {
+    const auto pfGetInfo = getExport<FenwynFnF5GetDisplayItemInfo>(FENWYN_FNF5_GET_DISPLAY_ITEM_INFO);
+    LONG lMode = -1;
+    ULONG uRecordCount = 0;
+    ULONGLONG ullRecords = 0;
+    ULONG uFlags = 0;
+    ULONG uReserved = 0;
+    if (pfGetInfo(dwIndex, &lMode, rText.put(), &uRecordCount, &ullRecords, &uFlags, &uReserved) != FENWYN_OK) {
+        return E_FAIL;
+    }
+    rpInfo.reset(dwIndex < kMostEntries ? new (std::nothrow) FnF5ItemInfo{} : nullptr);
+    if (rpInfo == nullptr) {
+        return E_POINTER;
+    }
+    *rpInfo = {.dwIndex = dwIndex,
+               .lMode = lMode,
+               .dwCustom = uFlags & FENWYN_ENTRY_CUSTOM,
+               .dwShowResolution = uFlags & FENWYN_ENTRY_SHOW_RESOLUTION,
+               .dwNeedsSetup = uFlags & FENWYN_ENTRY_NEEDS_SETUP,
+               .strText = {},
+               .dwRecordCount = uRecordCount,
+               .ullRecords = ullRecords};
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::filterFavItems(DWORD uMaxItemCnt) {
+    LOG_ENTER_LEAVE();
+    if (m_lCurrentItemFiltered != m_lCurrentItem) {
+        LOG_ASSERT(L"m_lCurrentItemFiltered == m_lCurrentItem");
+    }
+    if (m_vecAvailableItems.empty()) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    std::vector<bool> keep;
+    for (const auto& pInfo : m_vecAvailableItems) {
+        keep.push_back(pInfo == nullptr || pInfo->dwCustom == 0 || static_cast<LONG>(keep.size()) == m_lCurrentItem);
+    }
+    for (const std::size_t position : outputrules::entriesToDrop(keep, uMaxItemCnt)) {
+        m_vecAvailableItems.erase(m_vecAvailableItems.begin() + static_cast<std::ptrdiff_t>(position));
+        m_lCurrentItemFiltered -= m_lCurrentItemFiltered > static_cast<LONG>(position) ? 1 : 0;
+    }
+    if (m_vecAvailableItems.size() > uMaxItemCnt) {
+        LOG_ASSERT(L"m_vecAvailableItems.size() <= uMaxItemCnt");
+    }
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::_addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdItem*>& rVecItems) const {
+    UINT uIdSmallIcon = 0;
+    UINT uIdLargeIcon = 0;
+    const HRESULT hr = getImageIDInRes(rInfo.lMode, rInfo.dwCustom, rInfo.dwNeedsSetup, &uIdSmallIcon, &uIdLargeIcon);
+    if (FAILED(hr)) {
+        return hr;
+    }
+    const auto* const pRecords =
+        reinterpret_cast<const FenwynDisplayRecord*>(static_cast<std::uintptr_t>(rInfo.ullRecords));
+    std::unique_ptr<CFxOutputItemDlg> pItem(new (std::nothrow) CFxOutputItemDlg(
+        rInfo.lMode, rInfo.dwNeedsSetup, rInfo.dwShowResolution, uIdSmallIcon, uIdLargeIcon, rInfo.strText,
+        readableRecords(pRecords, rInfo.dwRecordCount), pRecords));
+    CDialog* const pWindow = pItem.get();
+    return appendItem(std::move(pItem), pWindow, ItemOrder::InitializeThenWindow, rVecItems);
+}
+
+std::wstring CFxOutput_2::getDefaultItemName(LONG lMode) {
+    RETURN_UNLESS(indexInContainer(lMode, kOutputModes), L"!\"Wrong icon type!\"", std::wstring());
+    return loadResString(kOutputModes[static_cast<std::size_t>(lMode)].uNameId);
+}
+
+HRESULT CFxOutput_2::getImageIDInRes(LONG lMode, DWORD dwCustom, DWORD dwNeedsSetup, UINT* puIdSmallIcon,
+                                     UINT* puIdLargeIcon) {
+    RETURN_UNLESS(puIdSmallIcon != nullptr && puIdLargeIcon != nullptr, L"puIdSmallIcon && puIdLargeIcon", E_POINTER);
+    if (!indexInContainer(lMode, kOutputModes)) {
+        return S_OK;
+    }
+    const functiontables::OutputMode& mode = kOutputModes[static_cast<std::size_t>(lMode)];
+    const functiontables::ImagePair& builtIn = dwNeedsSetup != 0 ? mode.needsSetup : mode.builtIn;
+    const functiontables::ImagePair& images = dwCustom != 0 ? mode.custom : builtIn;
+    *puIdSmallIcon = images.uSmallId;
+    *puIdLargeIcon = images.uLargeId;
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::showOutputConfDlg(LONG lMode) {
+    DWORD nSupportedModes = 0;
+    for (const auto& pInfo : m_vecAvailableItems) {
+        if (pInfo != nullptr && pInfo->dwNeedsSetup != 0) {
+            nSupportedModes |= outputrules::setupModeBit(pInfo->lMode);
+        }
+    }
+    RETURN_UNLESS(nSupportedModes != 0, L"nSupportedModes != 0", E_FAIL);
+    std::array<wchar_t, kSetupParameterChars> parameter{};
+    ::_snwprintf(parameter.data(), parameter.size() - 1, L"\\OutputConf %d",
+                 outputrules::setupNumber(lMode, nSupportedModes));
+    LOG_INFO(L"Parameter for calling OutputSetup.exe: %s.", parameter.data());
+    startOutputSetup(m_strOutputSetupPath, parameter.data());
+    return S_OK;
+}
+
+HRESULT CFxOutput_2::preparePanic() {
+    return getExport<FARPROC>(FENWYN_FNF5_SET_CURRENT_FOR_PANIC) != nullptr ? S_OK : E_POINTER;
+}
+
+HRESULT CFxOutput_2::panic() {
+    const common::UniqueModule hKeepLoaded = pluginReference();
+    const auto pfSetCurrent = getExport<FenwynFnF5SetCurrentForPanic>(FENWYN_FNF5_SET_CURRENT_FOR_PANIC);
+    return pfSetCurrent != nullptr && pfSetCurrent() == FENWYN_OK ? S_OK : E_FAIL;
+}

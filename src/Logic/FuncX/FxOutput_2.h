@@ -1,0 +1,68 @@
+// Display output with favourites: the arrangements that its plug-in offers, the user's own among them. Some are set up
+// in the display-configuration program, which this function starts.
+#pragma once
+
+#include "Logic/FuncX/FnF5Memory.h"
+#include "Logic/FuncX/FuncXUseCircleItem.h"
+#include "Logic/FuncX/FunctionTables.h"
+#include "Logic/FuncX/PanicThread.h"
+
+// One entry as the plug-in described it.
+struct FnF5ItemInfo {
+    DWORD dwIndex;           // what SelectItem gets
+    LONG lMode;              // display mode
+    DWORD dwCustom;          // non-zero: a favourite with a text of its own
+    DWORD dwShowResolution;  // non-zero: the preview shows resolutions
+    DWORD dwNeedsSetup;      // non-zero: choosing it opens the display-configuration program
+    std::wstring strText;    // its own text, or the default name of its mode
+    DWORD dwRecordCount;     // displays in the preview
+    ULONGLONG ullRecords;    // address of their records, which stay the plug-in's
+};
+
+class CFxOutput_2 : public CFuncXUseCircleItem, private CPanicThread::IAction {
+ public:
+    using CFuncXUseCircleItem::CFuncXUseCircleItem;
+
+    [[nodiscard]] HRESULT initHotkeyDll(const wchar_t* pszFuncDll) override;
+    [[nodiscard]] UINT getSmallPngID() override { return functiontables::kOutputLook.uSmallPngId; }
+    [[nodiscard]] UINT getLargePngID() override { return functiontables::kOutputLook.uLargePngId; }
+    [[nodiscard]] std::wstring getDesc() const override { return textOnce(functiontables::kOutputLook.uDescId); }
+    [[nodiscard]] HRESULT initItems(std::vector<CQrdItem*>& rVecItems) override;
+    [[nodiscard]] HRESULT getDefaultSelectItem(LONG& rlItem) override;
+    [[nodiscard]] std::wstring getCurrentStatus() override;
+    using CFuncX::selectItem;
+    [[nodiscard]] HRESULT selectItem(LONG lItem, bool* pbHideCard, LONG lParam) override;
+    void finalize() override;
+    void armPanicTimer(HWND hWnd, UINT_PTR uTimerId) override;
+
+ protected:
+    // Starts the display-configuration program; what became of it is not looked at.
+    virtual void startOutputSetup(const std::wstring& strProgram, const wchar_t* pszParameters);
+
+ private:
+    friend struct FxOutput2Seam;
+
+    HRESULT _readSetupPath();
+    // `rbLimited` and `rdwMaximum`: not all entries fit the screen, and how many do.
+    HRESULT getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaximum) const;
+    HRESULT getAvailableItems(LONG lCount);
+    // All but the text of one entry; a text that the plug-in handed out is the caller's, also after a failure.
+    HRESULT _askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& rpInfo, fnf5::UniqueText& rText) const;
+    HRESULT filterFavItems(DWORD uMaxItemCnt);
+    HRESULT _addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdItem*>& rVecItems) const;
+    static std::wstring getDefaultItemName(LONG lMode);
+    // A mode beyond the known ones leaves both ids as they are.
+    static HRESULT getImageIDInRes(LONG lMode, DWORD dwCustom, DWORD dwNeedsSetup, UINT* puIdSmallIcon,
+                                   UINT* puIdLargeIcon);
+    HRESULT showOutputConfDlg(LONG lMode);
+
+    [[nodiscard]] HRESULT preparePanic() override;
+    [[nodiscard]] HRESULT panic() override;
+
+    std::vector<std::unique_ptr<FnF5ItemInfo>> m_vecAvailableItems;  // in plug-in order, after filtering
+    std::wstring m_strOutputSetupPath;
+    LONG m_lCurrentItemFiltered = INVALID_CURRENT_ITEM;  // the current entry's place in m_vecAvailableItems
+    std::wstring m_strCurrentItemText;
+    CPanicThread m_panicThread{*this,
+                               {.dwEndWaitMs = 1000, .bLogEvents = false, .pszFailureText = L"FUNCX_S_OK == nRet"}};
+};

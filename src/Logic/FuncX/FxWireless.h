@@ -1,0 +1,32 @@
+// Wireless: up to fifteen states, or one notice when the plug-in has none to report.
+#pragma once
+
+#include "Logic/FuncX/FuncXUseCircleItem.h"
+#include "Logic/FuncX/FunctionTables.h"
+
+class CFxWireless final : public CFuncXUseCircleItem {
+ public:
+    using CFuncX::selectItem;
+    using CFuncXUseCircleItem::CFuncXUseCircleItem;
+
+    [[nodiscard]] UINT getSmallPngID() override { return functiontables::kWirelessLook.uSmallPngId; }
+    [[nodiscard]] UINT getLargePngID() override { return functiontables::kWirelessLook.uLargePngId; }
+    [[nodiscard]] std::wstring getDesc() const override { return textOnce(functiontables::kWirelessLook.uDescId); }
+    [[nodiscard]] HRESULT initItems(std::vector<CQrdItem*>& rVecItems) override;
+    // The last item; -1 when there is none.
+    [[nodiscard]] HRESULT getDefaultSelectItem(LONG& rlItem) override;
+    // What the offered states let one conclude; the plug-in is not asked.
+    [[nodiscard]] std::wstring getCurrentStatus() override;
+    [[nodiscard]] HRESULT selectItem(LONG lItem, LONG lParam) override;
+
+ private:
+    friend struct FxWirelessSeam;
+
+    HRESULT addItem(DWORD dwState, UINT uImageId1, UINT uImageId2, std::vector<CQrdItem*>& rVecItems);
+    HRESULT addErrorItem(std::vector<CQrdItem*>& rVecItems) const;
+    HRESULT _addStates(DWORD dwStates, std::vector<CQrdItem*>& rVecItems);
+
+    bool m_bErrorMode = false;
+    std::vector<DWORD> m_vecWirelessItems;  // states in the order of the items on the card
+    bool m_bEvenStatePresent = false;       // a state is offered that switches one device off
+};

@@ -1,0 +1,86 @@
+// The reckoning of the two display-output functions, free of windows and plug-ins.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "Logic/FuncX/FunctionTables.h"
+#include "Logic/ZelCommonFunc.h"
+
+namespace outputrules {
+
+// Width that one item takes in a row, in pixels at image ratio 1.0.
+inline constexpr int kItemPitch = 82;
+
+[[nodiscard]] constexpr int scaledPitch(double ratio) {
+    return truncToInt(kItemPitch * ratio);
+}
+
+// Width of a row of items with the overhang of its first item on either side. 32-bit arithmetic: an overhang that
+// wrapped below zero (it is reckoned unsigned) comes out right.
+[[nodiscard]] constexpr int totalItemWidth(std::size_t count, double ratio, int extraWidth) {
+    return static_cast<int>(static_cast<unsigned>(count) * static_cast<unsigned>(scaledPitch(ratio)) +
+                            2U * static_cast<unsigned>(extraWidth));
+}
+
+// By how much the items of a row have to shrink; nothing when the row fits.
+[[nodiscard]] constexpr std::optional<double> shrinkRatio(int totalWidth, int workWidth) {
+    if (totalWidth <= 0 || totalWidth < workWidth) {
+        return std::nullopt;
+    }
+    return static_cast<double>(workWidth) / totalWidth;
+}
+
+// How many entries may be offered; nothing when all of them fit. The bound is reckoned unscaled, deliberately.
+[[nodiscard]] constexpr std::optional<DWORD> entryLimit(LONG count, double ratio, int workWidth) {
+    if (static_cast<long long>(count) * scaledPitch(ratio) < workWidth) {
+        return std::nullopt;
+    }
+    return static_cast<DWORD>(workWidth / kItemPitch);
+}
+
+// The positions to remove, from the last to the first, so that at most `limit` entries are left: those that need not be
+// kept. At least one goes when there is one, because the size is looked at after each removal.
+[[nodiscard]] inline std::vector<std::size_t> entriesToDrop(const std::vector<bool>& keep, std::size_t limit) {
+    std::vector<std::size_t> dropped;
+    for (std::size_t i = keep.size(); i-- > 0;) {
+        if (keep[i]) {
+            continue;
+        }
+        dropped.push_back(i);
+        if (keep.size() - dropped.size() <= limit) {
+            break;
+        }
+    }
+    return dropped;
+}
+
+// Rows of the older function's tables whose bits are set, in the order of the items.
+[[nodiscard]] inline std::vector<const functiontables::Item*> offeredOutputs(DWORD dwFirst, DWORD dwSecond) {
+    std::vector<const functiontables::Item*> offered;
+    const auto take = [&offered](std::span<const functiontables::Item> rows, DWORD dwMask) {
+        for (const functiontables::Item& row : rows) {
+            if ((dwMask & row.dwBit) != 0) {
+                offered.push_back(&row);
+            }
+        }
+    };
+    take(functiontables::kOutputFirst, dwFirst);
+    take(functiontables::kOutputSecond, dwSecond);
+    return offered;
+}
+
+// The bit of a display mode among the modes that the display-configuration program is to offer.
+[[nodiscard]] constexpr DWORD setupModeBit(LONG mode) {
+    return DWORD{1} << (static_cast<DWORD>(mode) & 31U);
+}
+
+// The number that the display-configuration program gets: the chosen mode above the modes that it may offer.
+[[nodiscard]] constexpr DWORD setupNumber(LONG mode, DWORD dwModes) {
+    return static_cast<DWORD>(mode) << 16 | (dwModes & 0xFFFFU);
+}
+
+}  // namespace outputrules

@@ -1,0 +1,69 @@
+// The thread of a display-output function that brings back a picture: it waits for the named event "FnF5Panic", which a
+// timer of the card strip sets when the output key was the last one pressed for three seconds.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+
+#include "common/Handle.h"
+
+// start() and end() belong on the user-interface thread.
+class CPanicThread {
+ public:
+    // What the thread does; called on that thread, never after end() has returned.
+    class IAction {
+     public:
+        // Before the first wait. A failure is logged and ends the thread.
+        [[nodiscard]] virtual HRESULT preparePanic() { return S_OK; }
+        // Each time the event is set. It calls the plug-in and may be cut off anywhere in it: whatever else it needs
+        // to do has to be done before the call.
+        [[nodiscard]] virtual HRESULT panic() = 0;
+
+     protected:
+        ~IAction() = default;
+    };
+
+    struct Rules {
+        DWORD dwEndWaitMs;              // how long end() waits for the thread
+        bool bLogEvents;                // whether wake-ups are logged
+        const wchar_t* pszFailureText;  // the expectation that a failed panic() breaks; null: none is logged
+    };
+
+    struct EndResult {
+        bool bEventFound;  // the named event could be opened
+        bool bInTime;      // the thread ended by itself, or there was none
+    };
+
+    // The action outlives this object.
+    CPanicThread(IAction& rAction, const Rules& rRules) : m_rAction(rAction), m_rules(rRules) {}
+    ~CPanicThread();
+    CPanicThread(const CPanicThread&) = delete;
+    CPanicThread& operator=(const CPanicThread&) = delete;
+
+    // Nothing happens when the thread runs already. Without memory or an event name there is simply no panic help.
+    void start();
+    // Tells the thread to end and waits; a plug-in call that outlasts the wait is cut off. Harmless without a thread.
+    EndResult end();
+
+    // Timer of the card strip, and what it does when it fires.
+    static constexpr UINT kHeldKeyMs = 3000;
+    static void signalHeldKey(HWND hWnd, UINT_PTR uTimerId);
+
+    // The thread itself; its argument is a CPanicThread.
+    static DWORD WINAPI threadProcedure(void* pArgument);
+
+ private:
+    DWORD _run();
+    void _waitForPanic();
+    void _panicOnce();
+    void _cutOff() const;
+
+    IAction& m_rAction;
+    const Rules m_rules;
+    common::UniqueHandle m_hEvent;  // the thread closes it when it ends
+    common::UniqueHandle m_hEndEvent;
+    common::UniqueHandle m_hPanicThread;
+    std::atomic<bool> m_bExitPanicThread = false;
+    std::atomic<bool> m_bInAction = false;
+};

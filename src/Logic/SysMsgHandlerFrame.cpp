@@ -1,0 +1,148 @@
+#include "Logic/SysMsgHandlerFrame.h"
+
+#include <wtsapi32.h>
+
+#include "Data/ZelConfig.h"
+#include "Logic/HbqNotify.h"
+#include "ZelMain.h"
+#include "common/Status.h"
+
+namespace {
+
+constexpr UINT_PTR kTimerFlash = 100;
+constexpr UINT kFlashMs = 500;
+constexpr WPARAM kSettingWorkArea = SPI_SETWORKAREA;
+
+}  // namespace
+
+struct SysMsgFrameEntries {
+    static constexpr MessageEntry kEntries[] = {
+        onMessage<&CSysMsgHandlerFrame::OnReloadConfig>(kMsgReloadConfig),
+        onMessage<&CSysMsgHandlerFrame::OnSecondInstance>(kMsgSecondInstance),
+        onMessage<&CSysMsgHandlerFrame::OnHideStrip>(kMsgHideStrip),
+        onEvent<&CSysMsgHandlerFrame::OnDisplayChange>(WM_DISPLAYCHANGE),
+        onMessage<&CSysMsgHandlerFrame::OnPowerBroadcast>(WM_POWERBROADCAST),
+        onMessage<&CSysMsgHandlerFrame::OnSessionChange>(WM_WTSSESSION_CHANGE),
+        onMessage<&CSysMsgHandlerFrame::OnSettingChange>(WM_SETTINGCHANGE),
+        onMessage<&CSysMsgHandlerFrame::OnSysCommand>(WM_SYSCOMMAND),
+        onTimer<&CSysMsgHandlerFrame::OnTimer>(),
+    };
+};
+
+const MessageMap& CSysMsgHandlerFrame::messageMap() const {
+    static constexpr MessageMap kMap{&kFrameMap, SysMsgFrameEntries::kEntries};
+    return kMap;
+}
+
+bool CSysMsgHandlerFrame::Create(const wchar_t* className, const wchar_t* title, DWORD style, const RECT& place,
+                                 HWND parent) {
+    if (!CFrameWnd::Create(className, title, style, place, parent)) {
+        return false;
+    }
+    ::WTSRegisterSessionNotification(m_hWnd, NOTIFY_FOR_THIS_SESSION);
+    return true;
+}
+
+bool CSysMsgHandlerFrame::DestroyWindow() {
+    LOG_ENTER_LEAVE();
+    ::WTSUnRegisterSessionNotification(m_hWnd);
+    return CFrameWnd::DestroyWindow();
+}
+
+// The registered message of the button utility comes after the table: its number is known at run time only, and it
+// counts only while keys may be customised.
+LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == hbqNotifyMessage() && CZelConfig::getQrdConfig().bProgrammable) {
+        LOG_INFO(L"Refersh the fenwyn because hotkey is customized.");
+        return theApp.refreshCards(TRUE);
+    }
+    return CFrameWnd::WindowProc(message, wParam, lParam);
+}
+
+LRESULT CSysMsgHandlerFrame::OnReloadConfig(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    CZelConfig::_initQrdConfig(CZelConfig::getQrdConfig());
+    theApp.refreshCards(FALSE);
+    return Default();
+}
+
+LRESULT CSysMsgHandlerFrame::OnSecondInstance(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    if (CZelConfig::getQrdConfig().bShowQrdAtLaunch) {
+        return theApp.showMainDlgAlt();
+    }
+    flashMainDlg();
+    return Default();
+}
+
+LRESULT CSysMsgHandlerFrame::OnHideStrip(WPARAM wParam, LPARAM /*lParam*/) {
+    theApp.showMainDlg(FALSE, wParam == 1);
+    return Default();
+}
+
+void CSysMsgHandlerFrame::OnDisplayChange() {
+    LOG_ENTER_LEAVE();
+    theApp.refreshCards(FALSE);
+    Default();
+}
+
+LRESULT CSysMsgHandlerFrame::OnPowerBroadcast(WPARAM wParam, LPARAM /*lParam*/) {
+    if (wParam == PBT_APMRESUMESUSPEND) {
+        OnResume();
+    }
+    return Default();
+}
+
+LRESULT CSysMsgHandlerFrame::OnSessionChange(WPARAM wParam, LPARAM /*lParam*/) {
+    if (wParam == WTS_CONSOLE_CONNECT || wParam == WTS_CONSOLE_DISCONNECT) {
+        OnSessionConnect();
+    } else if (wParam == WTS_SESSION_UNLOCK) {
+        OnSessionUnlock();
+    }
+    return Default();
+}
+
+LRESULT CSysMsgHandlerFrame::OnSettingChange(WPARAM wParam, LPARAM /*lParam*/) {
+    const LRESULT result = Default();
+    if (wParam == kSettingWorkArea) {
+        LOG_INFO(L"Workarea change event.");
+        theApp.refreshCards(FALSE);
+    }
+    return result;
+}
+
+// The hidden frame cannot be closed, moved or shown through system commands.
+LRESULT CSysMsgHandlerFrame::OnSysCommand(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    return 0;
+}
+
+void CSysMsgHandlerFrame::OnResume() {
+    LOG_ENTER_LEAVE();
+    theApp.showMainDlg(FALSE, TRUE);
+}
+
+void CSysMsgHandlerFrame::OnSessionConnect() {
+    LOG_ENTER_LEAVE();
+    theApp.showMainDlg(FALSE, TRUE);
+}
+
+void CSysMsgHandlerFrame::OnSessionUnlock() {
+    LOG_ENTER_LEAVE();
+    theApp.showMainDlg(FALSE, TRUE);
+}
+
+// Shows the strip for half a second; a second flash within that time starts it anew.
+void CSysMsgHandlerFrame::flashMainDlg() {
+    LOG_ENTER_LEAVE();
+    theApp.showMainDlg(FALSE, TRUE);
+    theApp.showMainDlg(TRUE, TRUE);
+    ::SetTimer(m_hWnd, kTimerFlash, kFlashMs, nullptr);
+}
+
+void CSysMsgHandlerFrame::OnTimer(UINT_PTR uId) {
+    if (uId != kTimerFlash) {
+        Default();
+        return;
+    }
+    ::KillTimer(m_hWnd, kTimerFlash);
+    theApp.mouseOperating() = FALSE;
+    theApp.showMainDlg(FALSE, TRUE);
+}

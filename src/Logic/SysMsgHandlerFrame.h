@@ -1,0 +1,36 @@
+// The hidden frame: it turns broadcasts of the system and control messages of other programs into the application's few
+// actions. It keeps no state besides its window.
+#pragma once
+
+#include "framework/FrameWnd.h"
+
+class CSysMsgHandlerFrame : public CFrameWnd {
+ public:
+    // Registers for the notifications of its own logon session once the window is there.
+    bool Create(const wchar_t* className, const wchar_t* title, DWORD style, const RECT& place = kDefaultRect,
+                HWND parent = nullptr) override;
+    bool DestroyWindow() override;
+
+    void flashMainDlg();
+
+ protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    [[nodiscard]] const MessageMap& messageMap() const override;
+
+ private:
+    friend struct SysMsgFrameEntries;
+
+    LRESULT OnReloadConfig(WPARAM wParam, LPARAM lParam);
+    LRESULT OnSecondInstance(WPARAM wParam, LPARAM lParam);
+    LRESULT OnHideStrip(WPARAM wParam, LPARAM lParam);
+    void OnDisplayChange();
+    LRESULT OnPowerBroadcast(WPARAM wParam, LPARAM lParam);
+    LRESULT OnSessionChange(WPARAM wParam, LPARAM lParam);
+    LRESULT OnSettingChange(WPARAM wParam, LPARAM lParam);
+    LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
+    void OnTimer(UINT_PTR uId);
+
+    static void OnResume();
+    static void OnSessionConnect();
+    static void OnSessionUnlock();
+};

@@ -1,0 +1,41 @@
+#include "Logic/ZelCommonFunc.h"
+
+#include "ZelMain.h"
+#include "common/Handle.h"
+#include "common/Status.h"
+#include "framework/Wnd.h"
+
+namespace {
+
+// Read once: the whole user interface keeps one scale until the next start.
+int screenVerticalDpi() {
+    static const int dpi = [] {
+        const common::WindowDc screenDc(nullptr);
+        return screenDc.get() != nullptr ? ::GetDeviceCaps(screenDc.get(), LOGPIXELSY) : kNormalDpi;
+    }();
+    return dpi;
+}
+
+}  // namespace
+
+HRESULT getNormalDPIWndFont(const CWnd* pWindow, Gdiplus::Graphics& graphics, std::unique_ptr<Gdiplus::Font>& outFont) {
+    if (pWindow == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    LOGFONTW logFont{};
+    const LRESULT font = ::SendMessageW(pWindow->m_hWnd, WM_GETFONT, 0, 0);
+    ::GetObjectW(reinterpret_cast<HFONT>(font), sizeof(logFont), &logFont);
+    logFont.lfHeight = normalDpiFontHeight(logFont.lfHeight, screenVerticalDpi(), theApp.getPngRatio());
+    const GraphicsDc dc(graphics);
+    outFont = std::make_unique<Gdiplus::Font>(dc.get(), &logFont);
+    return S_OK;
+}
+
+HRESULT getWorkArea(RECT& outRect) noexcept {
+    RECT rect{};
+    if (::SystemParametersInfoW(SPI_GETWORKAREA, 0, &rect, 0) == FALSE) {
+        return E_FAIL;
+    }
+    outRect = rect;
+    return S_OK;
+}

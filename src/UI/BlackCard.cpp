@@ -1,0 +1,363 @@
+#include "UI/BlackCard.h"
+
+#include <new>
+#include <utility>
+
+#include "Logic/FuncX/FuncXFactory.h"
+#include "Logic/ZelCommonFunc.h"
+#include "UI/CardStyle.h"
+#include "UI/LargeCardDlg.h"
+#include "ZelMain.h"
+#include "common/GdiPlusFunc.h"
+#include "common/ResourceFunc.h"
+#include "common/Status.h"
+#include "framework/Wnd.h"
+#include "res/DialogIds.h"
+
+CBlackCard::CBlackCard(CWnd* pParentWnd) : m_pParentWnd(pParentWnd) {}
+
+CBlackCard::~CBlackCard() {
+    uninitialize();
+}
+
+HRESULT CBlackCard::initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
+                               const wchar_t* pszFuncDll) {
+    LOG_ENTER_LEAVE();
+    const HRESULT status = _initialize(pszName, std::move(vecCodes), std::move(strCaption), pszFuncDll);
+    if (FAILED(status)) {
+        LOG_STATUS(status);
+        // A rejected function leaves no library, thread or timer behind.
+        uninitialize();
+    }
+    return status;
+}
+
+HRESULT CBlackCard::_initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
+                                const wchar_t* pszFuncDll) {
+    m_pFunx = CFuncXFactory::createFunx(pszName, std::move(vecCodes), std::move(strCaption));
+    if (m_pFunx == nullptr) {
+        return E_POINTER;
+    }
+    // A plug-in that did not come up has logged why; its function counts as not supported.
+    static_cast<void>(m_pFunx->initHotkeyDll(pszFuncDll));
+    return m_pFunx->isFuncSupported() ? _loadImage() : E_FAIL;
+}
+
+HRESULT CBlackCard::_loadImage() {
+    return getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_pFunx->getSmallPngID()), kPngResourceType, m_pImage);
+}
+
+void CBlackCard::uninitialize() {
+    if (m_pFunx != nullptr) {
+        m_pFunx->finalize();
+    }
+    m_pImage.reset();
+    m_pFunx.reset();
+    if (m_pLargeCardDlg != nullptr) {
+        m_pLargeCardDlg->DestroyWindow();
+        m_pLargeCardDlg.reset();
+    }
+    clearItems();
+}
+
+void CBlackCard::setCardRect(const RECT& rect) {
+    m_cardRect = rect;
+    m_parts = geometry::cardParts(rect, theApp.getPngRatio(), stripAtBottom());
+}
+
+Gdiplus::Image* CBlackCard::getImage() {
+    if (m_pFunx != nullptr && m_pFunx->needRefreshSmallPng()) {
+        _loadImage();  // a failed load keeps the picture of the old state
+    }
+    return m_pImage.get();
+}
+
+std::wstring CBlackCard::getCaption() const {
+    RETURN_UNLESS(m_pFunx != nullptr, L"NULL != m_pFunx", std::wstring());
+    return m_pFunx->getCaption();
+}
+
+std::wstring CBlackCard::getDesc() const {
+    RETURN_UNLESS(m_pFunx != nullptr, L"NULL != m_pFunx", std::wstring());
+    return m_pFunx->getDesc();
+}
+
+HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
+    const CentredFormat format(stripAtBottom() ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
+    const Gdiplus::SolidBrush brush(Gdiplus::Color{kWhite});
+
+    std::unique_ptr<Gdiplus::Font> font;
+    RETURN_IF_FAILED(getNormalDPIWndFont(m_pParentWnd, graphics, font));
+
+    graphics.DrawString(getCaption().c_str(), -1, font.get(), toRectF(m_parts.caption), &format, &brush);
+    // The outline sticks out of the letters: neighbours' descriptions stay apart.
+    Gdiplus::RectF desc = toRectF(m_parts.desc);
+    desc.Inflate(-static_cast<float>(kOutlineWidth), 0.0F);
+    m_descText.draw(graphics, desc, getDesc().c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
+    return S_OK;
+}
+
+HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak) {
+    LOG_ENTER_LEAVE();
+    if (bBreak) {
+        return dwHotkey != 0 ? S_FALSE : executeSelection();
+    }
+    if (m_pFunx == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    if (!m_pFunx->containsHotkeyCode(dwHotkey)) {
+        m_bFirstTime = true;
+        return S_OK;
+    }
+    if (m_pParentWnd == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    m_pFunx->armPanicTimer(m_pParentWnd->m_hWnd, kTimerPanic);
+    if (m_bFirstTime) {
+        RETURN_IF_FAILED(handleHotkeyFirstTime(dwHotkey));
+        return S_OK;
+    }
+    ++m_nSelItem;
+    if (!indexInContainer(m_nSelItem, m_vecItems)) {
+        m_nSelItem = 0;
+    }
+    RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
+    return S_OK;
+}
+
+HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
+    RETURN_IF_FAILED(showLargeCardDlg());
+    LONG item = m_nSelItem;
+    RETURN_IF_FAILED(m_pFunx->getDefaultSelectItem(item));
+    m_nSelItem = item;
+    RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
+    m_bFirstTime = false;
+    return S_OK;
+}
+
+HRESULT CBlackCard::refreshItemDlgs(DWORD dwHotkey) {
+    if (!hasValidSelection()) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    CQrdItem* selected = m_vecItems[static_cast<std::size_t>(m_nSelItem)];
+    for (CQrdItem* item : m_vecItems) {
+        if (item != selected && item != nullptr) {
+            RETURN_IF_FAILED(item->switchItem(dwHotkey, m_bFirstTime, false));
+        }
+    }
+    if (selected == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    // Last, so that the selected item ends up above its neighbours.
+    RETURN_IF_FAILED(selected->switchItem(dwHotkey, m_bFirstTime, true));
+    return S_OK;
+}
+
+bool CBlackCard::isHotkeyDesired(DWORD dwHotkey) const {
+    if (m_pFunx == nullptr) {
+        LOG_STATUS(0);
+        return false;
+    }
+    return m_pFunx->containsHotkeyCode(dwHotkey);
+}
+
+bool CBlackCard::hasValidSelection() const {
+    return indexInContainer(m_nSelItem, m_vecItems);
+}
+
+HRESULT CBlackCard::executeFunx(int nItem, LONG lParam, bool bHideAfter) {
+    LOG_ENTER_LEAVE();
+    if (nItem < 0) {
+        const bool shown = m_pLargeCardDlg != nullptr && m_pLargeCardDlg->isVisible();
+        return shown ? theApp.showMainDlg(FALSE, TRUE) : S_FALSE;
+    }
+    RETURN_UNLESS(indexInContainer(nItem, m_vecItems), L"indexInContainer(nSelItem, m_vecItems)", E_FAIL);
+    if (m_pFunx == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    if (FAILED(m_pFunx->selectItem(nItem, &bHideAfter, lParam))) {
+        LOG_STATUS(E_FAIL);
+    }
+    return bHideAfter ? theApp.showMainDlg(FALSE, TRUE) : S_OK;
+}
+
+HRESULT CBlackCard::selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter) {
+    int position = 0;
+    for (const CQrdItem* item : m_vecItems) {
+        if (item == pItem) {
+            break;
+        }
+        ++position;
+    }
+    return executeFunx(position, lParam, bHideAfter);
+}
+
+HRESULT CBlackCard::showLargeCardDlg() {
+    LOG_ENTER_LEAVE();
+    RETURN_IF_FAILED(createLargeCardDlg());
+    const HRESULT items = createItemDlgs();
+    if (FAILED(items)) {
+        LOG_STATUS(E_FAIL);  // the enlarged card tells the state even when there is nothing to choose
+    }
+    ::ShowWindow(m_pLargeCardDlg->m_hWnd, SW_SHOW);
+    m_pLargeCardDlg->setText(m_pFunx->getCurrentStatus());
+    _showItems(true);
+    return items;
+}
+
+HRESULT CBlackCard::hideLargeCardDlg() {
+    LOG_ENTER_LEAVE();
+    m_nSelItem = -1;
+    m_bFirstTime = true;
+    if (m_pLargeCardDlg == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    RETURN_UNLESS(m_pLargeCardDlg->isWindow(), L"::IsWindow(m_pLargeCardDlg->m_hWnd)", E_FAIL);
+    ::ShowWindow(m_pLargeCardDlg->m_hWnd, SW_HIDE);
+    _showItems(false);
+    return S_OK;
+}
+
+void CBlackCard::_showItems(bool bShow) const {
+    for (CQrdItem* item : m_vecItems) {
+        if (item != nullptr) {
+            item->showItem(bShow);
+        }
+    }
+}
+
+HRESULT CBlackCard::createLargeCardDlg() {
+    if (m_pFunx == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    if (m_pLargeCardDlg == nullptr || !m_pLargeCardDlg->isWindow()) {
+        RETURN_IF_FAILED(_makeLargeCardDlg());
+    }
+    const HRESULT status = setLargeCardDlgPos();
+    if (FAILED(status)) {
+        m_pLargeCardDlg->DestroyWindow();
+        m_pLargeCardDlg.reset();
+        RETURN_LOGGED(status);
+    }
+    return S_OK;
+}
+
+HRESULT CBlackCard::_makeLargeCardDlg() {
+    m_pLargeCardDlg.reset();
+    std::unique_ptr<CLargeCardDlg> dialog(
+        new (std::nothrow) CLargeCardDlg(m_pFunx->getLargePngID(), m_pFunx->getCaption(), m_pFunx->getDesc(), this));
+    if (dialog == nullptr) {
+        return E_OUTOFMEMORY;
+    }
+    const HRESULT status = dialog->initialize();
+    if (FAILED(status)) {
+        return status;
+    }
+    if (!dialog->Create(nullptr)) {
+        return E_FAIL;
+    }
+    m_pLargeCardDlg = std::move(dialog);
+    return S_OK;
+}
+
+HRESULT CBlackCard::setLargeCardDlgPos() {
+    if (m_pParentWnd == nullptr || m_pLargeCardDlg == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    POINT origin{0, 0};
+    if (!::ClientToScreen(m_pParentWnd->m_hWnd, &origin)) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    RECT card = m_cardRect;
+    ::OffsetRect(&card, origin.x, origin.y);
+    const RECT place = geometry::largeCard(card, theApp.getPngRatio(), stripAtBottom());
+    if (!::SetWindowPos(m_pLargeCardDlg->m_hWnd, HWND_TOPMOST, place.left, place.top, place.right - place.left,
+                        place.bottom - place.top, 0)) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    return S_OK;
+}
+
+HRESULT CBlackCard::createItemDlgs() {
+    if (m_pFunx == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    clearItems();
+    const HRESULT status = _buildItems();
+    if (FAILED(status)) {
+        clearItems();
+        RETURN_LOGGED(status);
+    }
+    return S_OK;
+}
+
+HRESULT CBlackCard::_buildItems() {
+    RETURN_IF_FAILED(m_pFunx->initItems(m_vecItems));
+    for (CQrdItem* item : m_vecItems) {
+        if (item != nullptr) {
+            item->setBlackCardInfo(this);
+        }
+    }
+    return setItemDlgPos();
+}
+
+void CBlackCard::clearItems() {
+    for (CQrdItem*& item : m_vecItems) {
+        // The slot is emptied first: a window that is being destroyed may still ask its card for it.
+        const std::unique_ptr<CQrdItem> doomed(std::exchange(item, nullptr));
+        if (doomed != nullptr) {
+            doomed->destroyItem();
+        }
+    }
+    m_vecItems.clear();
+}
+
+HRESULT CBlackCard::setItemDlgPos() {
+    if (m_vecItems.empty() || m_vecItems.front() == nullptr) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    if (m_pLargeCardDlg == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    RECT workArea{};
+    RETURN_IF_FAILED(getWorkArea(workArea));
+
+    const CQrdItem& first = *m_vecItems.front();
+    const geometry::ItemRow row =
+        geometry::itemRow(m_pLargeCardDlg->windowRect(), workArea, first.width(), static_cast<int>(m_vecItems.size()),
+                          first.descOverhang(), theApp.getPngRatio());
+    if (row.allWidth >= workArea.right - workArea.left) {
+        LOG_ASSERT(L"nAllItemsWidth < rectWorkArea.Width()");
+    }
+    LOG_TRACE(L"Left max item count:%f, right max item count:%f.", row.leftMax, row.rightMax);
+    int x = row.x;
+    for (const CQrdItem* item : m_vecItems) {
+        if (item != nullptr) {
+            ::SetWindowPos(item->windowHandle(), HWND_TOPMOST, x, row.y, first.width(), first.height(), SWP_NOACTIVATE);
+        }
+        x += row.pitch;
+    }
+    return S_OK;
+}
+
+HRESULT CBlackCard::updateStatus(const std::wstring& strText) {
+    if (m_pLargeCardDlg == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    m_pLargeCardDlg->setText(strText);
+    return S_OK;
+}
+
+void CBlackCard::onFocusLost(HWND hNewWnd) {
+    if (!theApp.mouseOperating()) {
+        return;
+    }
+    DWORD process = 0;
+    if (hNewWnd != nullptr) {
+        ::GetWindowThreadProcessId(hNewWnd, &process);
+    }
+    // The focus may wander between the program's own windows.
+    if (process != ::GetCurrentProcessId()) {
+        theApp.showMainDlg(FALSE, TRUE);
+    }
+}

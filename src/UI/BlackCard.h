@@ -1,0 +1,91 @@
+// One card of the strip: it binds a hotkey function to a rectangle of the strip and owns the enlarged card and the row
+// of items that are shown while the user holds the function's key. All calls belong on the user-interface thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Logic/FuncX/FuncX.h"
+#include "UI/CardGeometry.h"
+#include "UI/ItemDlg/QrdItem.h"
+#include "common/GdiPlusFunc.h"
+
+class CLargeCardDlg;
+class CWnd;
+
+class CBlackCard {
+ public:
+    // The strip's window, which outlives the card; its client area is the origin of the card's rectangle.
+    explicit CBlackCard(CWnd* pParentWnd);
+    ~CBlackCard();
+    CBlackCard(const CBlackCard&) = delete;
+    CBlackCard& operator=(const CBlackCard&) = delete;
+
+    // Makes the function, loads its plug-in and the card's picture. After a failure nothing is left loaded.
+    [[nodiscard]] HRESULT initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
+                                     const wchar_t* pszFuncDll);
+    // Ends the function and destroys all windows of the card.
+    void uninitialize();
+
+    // The card's rectangle in the strip's client coordinates; the rectangles within it follow.
+    void setCardRect(const RECT& rect);
+    [[nodiscard]] const RECT& imageRect() const { return m_parts.image; }
+
+    // Draws caption and description while the strip is composed.
+    HRESULT drawText(Gdiplus::Graphics& graphics);
+    // The picture for the function's present state; owned by the card.
+    [[nodiscard]] Gdiplus::Image* getImage();
+    [[nodiscard]] std::wstring getCaption() const;
+    [[nodiscard]] std::wstring getDesc() const;
+
+    // One key event: code 0 is the modifier. S_FALSE: the card takes no part in it.
+    HRESULT notifyHotkey(DWORD dwHotkey, BOOL bBreak);
+    // Whether the card's function answers to the key; false (logged) without a function.
+    [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
+    // Whether an item is selected, that is, whether the enlarged card is in use.
+    [[nodiscard]] bool hasValidSelection() const;
+    // Applies the selected item.
+    HRESULT executeSelection() { return executeFunx(m_nSelItem, -1, true); }
+
+    HRESULT showLargeCardDlg();
+    HRESULT hideLargeCardDlg();
+
+    // Applies an item by its index; a negative index only hides the strip when the enlarged card is up.
+    HRESULT executeFunx(int nItem, LONG lParam, bool bHideAfter);
+    // The same by its object: what an item window calls when the user chose it.
+    HRESULT selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter);
+    // Writes the text of the enlarged card and repaints it. E_POINTER while there is no enlarged card.
+    HRESULT updateStatus(const std::wstring& strText);
+
+    // The focus went from one of the card's windows to another window (null: to none).
+    static void onFocusLost(HWND hNewWnd);
+
+ private:
+    friend struct BlackCardSeam;
+
+    HRESULT _initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
+                        const wchar_t* pszFuncDll);
+    HRESULT _loadImage();
+    HRESULT createLargeCardDlg();
+    HRESULT _makeLargeCardDlg();
+    HRESULT setLargeCardDlgPos();
+    HRESULT createItemDlgs();
+    HRESULT _buildItems();
+    HRESULT setItemDlgPos();
+    void clearItems();
+    void _showItems(bool bShow) const;
+    HRESULT handleHotkeyFirstTime(DWORD dwHotkey);
+    HRESULT refreshItemDlgs(DWORD dwHotkey);
+
+    CWnd* m_pParentWnd;
+    std::unique_ptr<Gdiplus::Image> m_pImage;
+    RECT m_cardRect{};
+    geometry::Card m_parts{};
+    OutlineText m_descText;
+    std::unique_ptr<CFuncX> m_pFunx;
+    std::unique_ptr<CLargeCardDlg> m_pLargeCardDlg;
+    std::vector<CQrdItem*> m_vecItems;  // owned; the functions fill and clean it
+    bool m_bFirstTime = true;           // the next press of the card's key is the first of a sequence
+    int m_nSelItem = -1;
+};

@@ -1,0 +1,237 @@
+#include "UI/ItemDlg/CircleItemDlg.h"
+
+#include <utility>
+
+#include "Data/ZelConfig.h"
+#include "Logic/ZelCommonFunc.h"
+#include "UI/BlackCard.h"
+#include "UI/MouseSurface.h"
+#include "ZelMain.h"
+#include "common/Handle.h"
+#include "common/ResourceFunc.h"
+#include "common/Status.h"
+#include "res/DialogIds.h"
+
+namespace {
+
+constexpr double kBaseSize = 72.0;
+constexpr int kInnerMargin = 11;  // pixels, not scaled: the hysteresis between growing and shrinking
+
+}  // namespace
+
+CCircleItemDlg::CCircleItemDlg(UINT uSmallImageId, UINT uLargeImageId, std::wstring strDesc)
+    : CDialog(IDD_CIRCLE_ITEM),
+      m_descDlg(std::move(strDesc)),
+      m_uSmallImageId(uSmallImageId),
+      m_uLargeImageId(uLargeImageId) {}
+
+CCircleItemDlg::~CCircleItemDlg() {
+    CCircleItemDlg::DestroyWindow();
+}
+
+// A table of handlers; the struct is a friend, so the handlers stay private.
+struct CircleEntries {
+    static constexpr MessageEntry kEntries[] = {
+        onPaint<&CCircleItemDlg::OnPaint>(),
+        onSize<&CCircleItemDlg::OnSize>(),
+        onMouse<&CCircleItemDlg::OnMouseMove>(WM_MOUSEMOVE),
+        onMouse<&CCircleItemDlg::OnLButtonDown>(WM_LBUTTONDOWN),
+        onMouseLeave<&CCircleItemDlg::OnMouseLeave>(),
+        onFocus<&CCircleItemDlg::OnSetFocus>(WM_SETFOCUS),
+        onFocus<&CCircleItemDlg::OnKillFocus>(WM_KILLFOCUS),
+    };
+};
+
+const MessageMap CCircleItemDlg::kCircleMap{nullptr, CircleEntries::kEntries};
+
+const MessageMap& CCircleItemDlg::messageMap() const {
+    return kCircleMap;
+}
+
+HRESULT CCircleItemDlg::initialize() {
+    LOG_ENTER_LEAVE();
+    HRESULT status =
+        getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_uSmallImageId), kPngResourceType, m_pImageSmall);
+    if (SUCCEEDED(status)) {
+        status =
+            getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_uLargeImageId), kPngResourceType, m_pImageLarge);
+    }
+    if (FAILED(status)) {
+        const HRESULT lastError = common::statusFromLastError();
+        status = FAILED(lastError) ? lastError : status;
+        LOG_STATUS(status);
+        m_pImageSmall.reset();
+        m_pImageLarge.reset();
+    }
+    return status;
+}
+
+HRESULT CCircleItemDlg::destroyItem() {
+    LOG_ENTER_LEAVE();
+    DestroyWindow();
+    m_pImageSmall.reset();
+    m_pImageLarge.reset();
+    return S_OK;
+}
+
+bool CCircleItemDlg::DestroyWindow() {
+    m_pSmallWnd.reset();
+    m_pLargeWnd.reset();
+    m_descDlg.DestroyWindow();
+    return CDialog::DestroyWindow();
+}
+
+bool CCircleItemDlg::OnInitDialog() {
+    LOG_ENTER_LEAVE();
+    CDialog::OnInitDialog();
+    makeMouseSurface(*this, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, SurfaceKey::Magenta);
+    m_pSmallWnd = std::make_unique<CLayeredWnd>(m_hWnd);
+    m_pLargeWnd = std::make_unique<CLayeredWnd>(m_hWnd);
+    m_descDlg.Create(nullptr);
+    return false;
+}
+
+int CCircleItemDlg::width() const {
+    return truncToInt(theApp.getPngRatio() * kBaseSize * m_scale);
+}
+
+// Unsigned arithmetic on purpose: a maximal width below the item's wraps around to a very large overhang, which the
+// layout of the row undoes by wrapping once more.
+int CCircleItemDlg::descOverhang() const {
+    const DWORD maxWidth = CZelConfig::getQrdConfig().uItemDescMaxWidth;
+    return static_cast<int>((maxWidth - static_cast<DWORD>(width())) / 2);
+}
+
+void CCircleItemDlg::OnSize() {
+    Default();
+    m_outerRect = clientRect();
+    m_outerRect.bottom = m_outerRect.top + (m_outerRect.right - m_outerRect.left);
+    m_innerRect = m_outerRect;
+    ::InflateRect(&m_innerRect, -kInnerMargin, -kInnerMargin);
+}
+
+void CCircleItemDlg::OnPaint() {
+    {
+        // The disc is the area that takes the mouse, invisible under an alpha of 1.
+        const common::PaintDc paint(m_hWnd);
+        const common::UniqueBrush key(::CreateSolidBrush(kColourKey));
+        const RECT client = clientRect();
+        ::FillRect(paint.get(), &client, key.get());
+        const common::UniquePen pen(::CreatePen(PS_SOLID, 1, RGB(0xFF, 0xFF, 0xFF)));
+        const common::SelectScope withPen(paint.get(), pen.get());
+        const common::SelectScope withBrush(paint.get(), ::GetStockObject(WHITE_BRUSH));
+        RECT disc = m_bEnlarged ? m_outerRect : m_innerRect;
+        ::InflateRect(&disc, -1, -1);
+        ::Ellipse(paint.get(), disc.left, disc.top, disc.right, disc.bottom);
+    }
+    showFakeWnd();
+}
+
+HRESULT CCircleItemDlg::showFakeWnd() {
+    RETURN_UNLESS(m_pImageSmall != nullptr && m_pImageLarge != nullptr, L"(m_pImageSmall && m_pImageLarge)", E_POINTER);
+    if (m_pSmallWnd == nullptr || m_pLargeWnd == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    ::ShowWindow(m_descDlg.m_hWnd, SW_HIDE);
+
+    RECT part = m_bEnlarged ? m_outerRect : m_innerRect;
+    ::MapWindowPoints(m_hWnd, nullptr, reinterpret_cast<POINT*>(&part), 2);
+    const POINT position{part.left, part.top};
+    if (m_bEnlarged) {
+        m_pSmallWnd->hide();
+        m_pLargeWnd->paint(m_pImageLarge.get(), kCardOpacity, &position, nullptr);
+        _showDesc(part);
+        return S_OK;
+    }
+    m_pLargeWnd->hide();
+    const RECT size{0, 0, part.right - part.left, part.bottom - part.top};
+    m_pSmallWnd->paint(m_pImageSmall.get(), kCardOpacity, &position, &size);
+    if (CZelConfig::getQrdConfig().bAlwaysShowItemsCaption) {
+        _showDesc(part);
+    }
+    return S_OK;
+}
+
+// The caption box under a part of the item, given in screen coordinates.
+void CCircleItemDlg::_showDesc(const RECT& part) {
+    if (::IsWindowVisible(m_hWnd)) {
+        m_descDlg.setWndPos(&part);
+        ::ShowWindow(m_descDlg.m_hWnd, SW_SHOWNOACTIVATE);
+    }
+}
+
+void CCircleItemDlg::raiseCaption() const {
+    ::SetWindowPos(m_descDlg.m_hWnd, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+HRESULT CCircleItemDlg::switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool bSelected) {
+    if (m_bEnlarged == bSelected) {
+        return S_FALSE;
+    }
+    m_bEnlarged = bSelected;
+    invalidate();
+    return S_OK;
+}
+
+HRESULT CCircleItemDlg::showItem(bool bShow) {
+    if (bShow) {
+        ::ShowWindow(m_hWnd, SW_SHOWNOACTIVATE);
+        return S_OK;
+    }
+    if (m_pLargeWnd != nullptr) {
+        m_pLargeWnd->hide();
+    }
+    if (m_pSmallWnd != nullptr) {
+        m_pSmallWnd->hide();
+    }
+    ::ShowWindow(m_descDlg.m_hWnd, SW_HIDE);
+    ::ShowWindow(m_hWnd, SW_HIDE);
+    return S_OK;
+}
+
+HRESULT CCircleItemDlg::setItemText(const wchar_t* pszText) {
+    if (pszText == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    m_strItemText = pszText;
+    return S_OK;
+}
+
+void CCircleItemDlg::OnMouseMove(POINT point) {
+    if (!theApp.mouseOperating()) {
+        return;
+    }
+    trackMouseLeave(m_hWnd, m_bTracking);
+    // Growing needs the inner part, shrinking the outside of the outer one: no flicker in between.
+    const bool grow = !m_bEnlarged && ::PtInRect(&m_innerRect, point);
+    const bool shrink = m_bEnlarged && !::PtInRect(&m_outerRect, point);
+    if (grow || shrink) {
+        m_bEnlarged = grow;
+        invalidate();
+    }
+}
+
+void CCircleItemDlg::OnMouseLeave() {
+    m_bTracking = false;
+    m_bEnlarged = false;
+    invalidate();
+}
+
+void CCircleItemDlg::OnLButtonDown(POINT /*point*/) {
+    if (theApp.mouseOperating() && m_pBlackCard != nullptr) {
+        m_pBlackCard->selectItem(this, -1, true);
+    }
+}
+
+void CCircleItemDlg::OnSetFocus(HWND /*hOldWnd*/) {
+    LOG_ENTER_LEAVE();
+    Default();
+}
+
+void CCircleItemDlg::OnKillFocus(HWND hNewWnd) {
+    LOG_ENTER_LEAVE();
+    Default();
+    if (!m_bEnlarged) {
+        killFocus(hNewWnd);
+    }
+}

@@ -1,0 +1,108 @@
+#include "UI/ItemDlg/ErrorItemDlg.h"
+
+#include <utility>
+
+#include "Logic/ZelCommonFunc.h"
+#include "UI/CardStyle.h"
+#include "UI/MouseSurface.h"
+#include "ZelMain.h"
+#include "common/GdiPlusFunc.h"
+#include "common/Handle.h"
+#include "common/Status.h"
+#include "res/DialogIds.h"
+
+namespace {
+constexpr float kTextWidth = 288.0F;  // the text wraps here, at ratio 1.0
+}
+
+CErrorItemDlg::CErrorItemDlg(std::wstring strError) : CDialog(IDD_ERROR_ITEM), m_strError(std::move(strError)) {}
+
+CErrorItemDlg::~CErrorItemDlg() {
+    CErrorItemDlg::DestroyWindow();
+}
+
+const MessageMap& CErrorItemDlg::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onPaint<&CErrorItemDlg::OnPaint>(),
+        onFocus<&CErrorItemDlg::OnKillFocus>(WM_KILLFOCUS),
+    };
+    static constexpr MessageMap kMap{nullptr, kEntries};
+    return kMap;
+}
+
+HRESULT CErrorItemDlg::initialize() {
+    LOG_ENTER_LEAVE();
+    RETURN_IF_FAILED(getErrStringRect());
+    return S_OK;
+}
+
+HRESULT CErrorItemDlg::getErrStringRect() {
+    const common::WindowDc dc(m_hWnd);
+    Gdiplus::Graphics graphics(dc.get());
+    std::unique_ptr<Gdiplus::Font> font;
+    RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
+
+    const CentredFormat format;
+    const Gdiplus::RectF layout(0.0F, 0.0F, static_cast<float>(theApp.getPngRatio()) * kTextWidth, 0.0F);
+    if (graphics.MeasureString(m_strError.c_str(), -1, font.get(), layout, &format, &m_textRect) != Gdiplus::Ok) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    m_textRect.Inflate(1.0F, 1.0F);
+    return S_OK;
+}
+
+HRESULT CErrorItemDlg::destroyItem() {
+    LOG_ENTER_LEAVE();
+    DestroyWindow();
+    return S_OK;
+}
+
+bool CErrorItemDlg::DestroyWindow() {
+    m_pLayeredWnd.reset();
+    return CDialog::DestroyWindow();
+}
+
+bool CErrorItemDlg::OnInitDialog() {
+    LOG_ENTER_LEAVE();
+    CDialog::OnInitDialog();
+    makeMouseSurface(*this, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, SurfaceKey::None);
+    m_pLayeredWnd = std::make_unique<CLayeredWnd>(m_hWnd, this);
+    return false;
+}
+
+void CErrorItemDlg::OnPaint() {
+    Default();
+    if (m_pLayeredWnd != nullptr) {
+        m_pLayeredWnd->paint(nullptr, kCardOpacity, nullptr, nullptr);
+    }
+}
+
+HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
+    std::unique_ptr<Gdiplus::Font> font;
+    RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
+    const CentredFormat format;
+    drawOutlineText(graphics, toRectF(clientRect()), m_strError.c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
+    return S_OK;
+}
+
+HRESULT CErrorItemDlg::showItem(bool bShow) {
+    ::ShowWindow(m_hWnd, bShow ? SW_SHOWNOACTIVATE : SW_HIDE);
+    if (!bShow && m_pLayeredWnd != nullptr) {
+        m_pLayeredWnd->hide();
+    }
+    return S_OK;
+}
+
+HRESULT CErrorItemDlg::setItemText(const wchar_t* pszText) {
+    if (pszText == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    m_strError = pszText;
+    return S_OK;
+}
+
+void CErrorItemDlg::OnKillFocus(HWND hNewWnd) {
+    LOG_ENTER_LEAVE();
+    Default();
+    killFocus(hNewWnd);
+}

@@ -1,0 +1,103 @@
+#include "UI/ItemDlg/FxOutputItemDlg.h"
+
+#include <utility>
+
+#include "UI/BlackCard.h"
+#include "ZelMain.h"
+#include "common/Status.h"
+
+namespace {
+
+constexpr LONG kModeSave = 10;        // the entry that saves the present arrangement
+constexpr DWORD kPreviewWidth = 120;  // pixels; the preview sticks out further than a caption does
+constexpr DWORD kOverhangMargin = 5;
+constexpr UINT kMsgCloseSetup = WM_USER + 101;  // tells a window of the display-configuration program to close
+
+}  // namespace
+
+CFxOutputItemDlg::CFxOutputItemDlg(LONG lMode, DWORD uNeedsSetup, DWORD uShowResolution, UINT uSmallImageId,
+                                   UINT uLargeImageId, std::wstring strText, DWORD dwRecordCount,
+                                   const FenwynDisplayRecord* pRecords)
+    : CCircleItemDlg(uSmallImageId, uLargeImageId, std::move(strText)), m_lMode(lMode), m_uNeedsSetup(uNeedsSetup) {
+    if (dwRecordCount != 0) {
+        m_pPreviewWnd = std::make_unique<COutputPreviewWnd>(pRecords, dwRecordCount, uShowResolution != 0);
+    }
+}
+
+CFxOutputItemDlg::~CFxOutputItemDlg() {
+    CFxOutputItemDlg::DestroyWindow();
+}
+
+bool CFxOutputItemDlg::OnInitDialog() {
+    const bool result = CCircleItemDlg::OnInitDialog();
+    if (m_pPreviewWnd != nullptr) {
+        m_pPreviewWnd->Create(nullptr);
+    }
+    return result;
+}
+
+bool CFxOutputItemDlg::DestroyWindow() {
+    if (m_hWnd == nullptr) {
+        return false;
+    }
+    if (m_pPreviewWnd != nullptr) {
+        m_pPreviewWnd->DestroyWindow();
+    }
+    if (enlarged()) {
+        _closeSetupWindow();
+    }
+    return CCircleItemDlg::DestroyWindow();
+}
+
+HRESULT CFxOutputItemDlg::showItem(bool bShow) {
+    const HRESULT status = CCircleItemDlg::showItem(bShow);
+    if (!bShow) {
+        if (m_pPreviewWnd != nullptr) {
+            ::ShowWindow(m_pPreviewWnd->m_hWnd, SW_HIDE);
+        }
+        _closeSetupWindow();
+    }
+    return status;
+}
+
+// The display-configuration program opens a window for some entries; it closes when the entry goes away.
+void CFxOutputItemDlg::_closeSetupWindow() const {
+    const wchar_t* windowClass = m_uNeedsSetup != 0     ? L"_DCWNDCLS_OUTPUT_"
+                                 : m_lMode == kModeSave ? L"_DCWNDCLS_SAVE_"
+                                                        : nullptr;
+    const HWND window = windowClass == nullptr ? nullptr : ::FindWindowW(windowClass, nullptr);
+    if (window != nullptr) {
+        ::PostMessageW(window, kMsgCloseSetup, 0, 0);
+    }
+}
+
+int CFxOutputItemDlg::descOverhang() const {
+    return static_cast<int>((kPreviewWidth - static_cast<DWORD>(width())) / 2 + kOverhangMargin);
+}
+
+void CFxOutputItemDlg::OnPaint() {
+    CCircleItemDlg::OnPaint();
+    if (m_pPreviewWnd != nullptr) {
+        showPreviewWnd();
+    }
+}
+
+HRESULT CFxOutputItemDlg::showPreviewWnd() {
+    RETURN_UNLESS(m_pPreviewWnd != nullptr, L"m_pPreviewWnd", E_POINTER);
+    if (!enlarged()) {
+        ::ShowWindow(m_pPreviewWnd->m_hWnd, SW_HIDE);
+        return S_OK;
+    }
+    const RECT place = windowRect();
+    RETURN_IF_FAILED(m_pPreviewWnd->setWndPos(&place));
+    ::ShowWindow(m_pPreviewWnd->m_hWnd, SW_SHOWNOACTIVATE);
+    raiseCaption();  // both begin close under the item, and the name has to stay readable
+    return S_OK;
+}
+
+void CFxOutputItemDlg::OnLButtonDown(POINT /*point*/) {
+    if (theApp.mouseOperating() && m_pBlackCard != nullptr) {
+        m_pBlackCard->selectItem(this, -1, true);
+        theApp.mouseOperating() = FALSE;
+    }
+}

@@ -1,0 +1,32 @@
+// A round item of the display-output function with favourites: with a preview of the displays that it would use.
+#pragma once
+
+#include "UI/ItemDlg/CircleItemDlg.h"
+#include "UI/ItemDlg/OutputPreviewWnd.h"
+
+class CFxOutputItemDlg : public CCircleItemDlg {
+ public:
+    // uNeedsSetup: non-zero when choosing the item opens the display-configuration program; uShowResolution: non-zero
+    // shows resolutions in the preview; the records have to live during the call only.
+    CFxOutputItemDlg(LONG lMode, DWORD uNeedsSetup, DWORD uShowResolution, UINT uSmallImageId, UINT uLargeImageId,
+                     std::wstring strText, DWORD dwRecordCount, const FenwynDisplayRecord* pRecords);
+    ~CFxOutputItemDlg() override;
+
+    HRESULT showItem(bool bShow) override;
+    [[nodiscard]] int descOverhang() const override;
+    bool DestroyWindow() override;
+
+ protected:
+    bool OnInitDialog() override;
+    void OnPaint() override;
+    void OnLButtonDown(POINT point) override;
+
+ private:
+    friend struct FxOutputItemSeam;
+    HRESULT showPreviewWnd();
+    void _closeSetupWindow() const;
+
+    LONG m_lMode;
+    DWORD m_uNeedsSetup;
+    std::unique_ptr<COutputPreviewWnd> m_pPreviewWnd;
+};

@@ -1,0 +1,105 @@
+#include "UI/ItemDlg/ItemDescDlg.h"
+
+#include <memory>
+#include <utility>
+
+#include "Data/ZelConfig.h"
+#include "Logic/ZelCommonFunc.h"
+#include "UI/BufferedPaint.h"
+#include "UI/CardStyle.h"
+#include "ZelMain.h"
+#include "common/Handle.h"
+#include "common/Status.h"
+#include "res/DialogIds.h"
+
+namespace {
+
+constexpr int kGapBelowItem = 5;    // pixels, not scaled
+constexpr int kMeasureHeight = 42;  // room for three lines while the text is measured
+constexpr COLORREF kBoxFace = RGB(0xF4, 0xF4, 0xF4);
+constexpr COLORREF kBoxFrame = RGB(0x8C, 0x8C, 0x8C);
+
+// Centred, and cut with an ellipsis where the text does not fit.
+class DescFormat : public CentredFormat {
+ public:
+    DescFormat() { SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter); }
+};
+
+}  // namespace
+
+CItemDescDlg::CItemDescDlg(std::wstring strDesc) : CDialog(IDD_ITEM_DESC), m_strDesc(std::move(strDesc)) {}
+
+// No task-bar button, and no activation by a click.
+bool CItemDescDlg::OnInitDialog() {
+    addExStyle(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE);
+    return false;
+}
+
+const MessageMap& CItemDescDlg::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onPaint<&CItemDescDlg::OnPaint>(),
+        onFocus<&CItemDescDlg::OnSetFocus>(WM_SETFOCUS),
+    };
+    static constexpr MessageMap kMap{nullptr, kEntries};
+    return kMap;
+}
+
+HRESULT CItemDescDlg::setWndPos(const RECT* pItemRect) {
+    if (pItemRect == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    const int centre = pItemRect->right - (pItemRect->right - pItemRect->left) / 2;
+    const int maxWidth = truncToInt(theApp.getPngRatio() * CZelConfig::getQrdConfig().uItemDescMaxWidth);
+    const int y = pItemRect->bottom + kGapBelowItem;
+    // The widest box first: the text is measured in it.
+    ::SetWindowPos(m_hWnd, nullptr, centre - maxWidth / 2, y, maxWidth, kMeasureHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+
+    Gdiplus::RectF measured;
+    RETURN_IF_FAILED(measureDescRect(measured));
+    const int width = truncToInt(measured.Width) + 6;
+    const int height = truncToInt(measured.Height) + 2;
+    ::SetWindowPos(m_hWnd, HWND_TOPMOST, centre - width / 2, y, width, height, SWP_NOACTIVATE);
+    return S_OK;
+}
+
+HRESULT CItemDescDlg::measureDescRect(Gdiplus::RectF& outRect) const {
+    const common::WindowDc dc(m_hWnd);
+    Gdiplus::Graphics graphics(dc.get());
+    std::unique_ptr<Gdiplus::Font> font;
+    RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
+    const DescFormat format;
+    if (graphics.MeasureString(m_strDesc.c_str(), -1, font.get(), toRectF(clientRect()), &format, &outRect) !=
+        Gdiplus::Ok) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    return S_OK;
+}
+
+HRESULT CItemDescDlg::drawDescString(HDC hDc) const {
+    Gdiplus::Graphics graphics(hDc);
+    RECT layout = clientRect();
+    layout.top += 1;
+    std::unique_ptr<Gdiplus::Font> font;
+    RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
+    const DescFormat format;
+    const Gdiplus::SolidBrush brush(Gdiplus::Color{kBlack});
+    graphics.DrawString(m_strDesc.c_str(), -1, font.get(), toRectF(layout), &format, &brush);
+    return S_OK;
+}
+
+void CItemDescDlg::OnPaint() {
+    const RECT box = clientRect();
+    const BufferedPaint paint(m_hWnd, box);
+    const common::UniqueBrush face(::CreateSolidBrush(kBoxFace));
+    const common::UniqueBrush frame(::CreateSolidBrush(kBoxFrame));
+    ::FillRect(paint.get(), &box, face.get());
+    drawDescString(paint.get());
+    // Over what a cut text leaves at the edge.
+    ::FrameRect(paint.get(), &box, frame.get());
+}
+
+// The box never keeps the focus.
+void CItemDescDlg::OnSetFocus(HWND hOldWnd) {
+    Default();
+    ::SetFocus(hOldWnd);
+}

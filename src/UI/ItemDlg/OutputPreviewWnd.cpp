@@ -1,0 +1,173 @@
+#include "UI/ItemDlg/OutputPreviewWnd.h"
+
+#include <algorithm>
+#include <cwchar>
+
+#include "Logic/ZelCommonFunc.h"
+#include "UI/BufferedPaint.h"
+#include "UI/CardStyle.h"
+#include "ZelMain.h"
+#include "common/Handle.h"
+#include "common/ResourceFunc.h"
+#include "common/Status.h"
+#include "res/DialogIds.h"
+
+namespace {
+
+constexpr int kWidth = 120;  // pixels, like all sizes here not scaled
+constexpr int kRowHeight = 40;
+constexpr int kGapBelowItem = 10;
+constexpr int kAboveBottomStrip = 310;
+constexpr int kImageSize = 32;
+constexpr Gdiplus::ARGB kLine = 0xFFA9A9A9;
+constexpr Gdiplus::ARGB kFace = 0xFFF4F4F4;  // as the caption box
+
+// No machine has more displays; a count beyond it is a plug-in's nonsense.
+constexpr DWORD kMaxRecords = 64;
+
+// The first word that the connector's name contains decides.
+struct ConnectorImage {
+    const wchar_t* word;
+    UINT imageId;
+};
+constexpr ConnectorImage kConnectorImages[] = {
+    {L"LCD", 296}, {L"RGB", 297}, {L"DVI", 299}, {L"HDMI", 298}, {L"DisplayPort", 300},
+};
+
+// The name within its field: a record that does not end it is cut at the field's end.
+std::wstring connectorName(const FenwynDisplayRecord& record) {
+    return {record.szConnector, ::wcsnlen(record.szConnector, FENWYN_CONNECTOR_CHARS)};
+}
+
+// Signed, as the texts always were.
+std::wstring numberText(ULONG value) {
+    return std::to_wstring(static_cast<LONG>(value));
+}
+
+std::unique_ptr<PreviewDisplayRow> makeRow(const FenwynDisplayRecord& record) {
+    auto row = std::make_unique<PreviewDisplayRow>();
+    row->strConnector = connectorName(record);
+    UINT imageId = 0;
+    if (FAILED(COutputPreviewWnd::getConnectorImageID(row->strConnector.c_str(), &imageId)) ||
+        FAILED(
+            getImageFromRes(theApp.getPngDll(), static_cast<WORD>(imageId), kPngResourceType, row->pConnectorImage))) {
+        return nullptr;
+    }
+    row->strNumber = numberText(record.uDisplayIndex + 1).substr(0, 5);
+    row->strResolution = (numberText(record.uWidth) + L"x" + numberText(record.uHeight)).substr(0, 20);
+    return row;
+}
+
+}  // namespace
+
+COutputPreviewWnd::COutputPreviewWnd(const FenwynDisplayRecord* pRecords, DWORD dwCount, bool bShowResolution)
+    : CDialog(IDD_OUTPUT_PREVIEW), m_bShowResolution(bShowResolution) {
+    const DWORD count = pRecords == nullptr ? 0 : std::min(dwCount, kMaxRecords);
+    for (DWORD i = 0; i < count; ++i) {
+        if (auto row = makeRow(pRecords[i]); row != nullptr) {
+            m_vecRows.push_back(std::move(row));
+        }
+    }
+}
+
+COutputPreviewWnd::~COutputPreviewWnd() = default;
+
+// No task-bar button, and no activation by a click.
+bool COutputPreviewWnd::OnInitDialog() {
+    addExStyle(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE);
+    return false;
+}
+
+const MessageMap& COutputPreviewWnd::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onPaint<&COutputPreviewWnd::OnPaint>(),
+        onFocus<&COutputPreviewWnd::OnSetFocus>(WM_SETFOCUS),
+    };
+    static constexpr MessageMap kMap{nullptr, kEntries};
+    return kMap;
+}
+
+HRESULT COutputPreviewWnd::getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID) {
+    RETURN_UNLESS(pszConnectorName != nullptr && puImageID != nullptr,
+                  L"(NULL != pszConnectorName) && (NULL != puImageID)", E_POINTER);
+    for (const ConnectorImage& candidate : kConnectorImages) {
+        if (std::wcsstr(pszConnectorName, candidate.word) != nullptr) {
+            *puImageID = candidate.imageId;
+            return S_OK;
+        }
+    }
+    LOG_LINE(::dbglog::Level::Error, L"Cannot find the connector type: %s.",
+             std::wstring(pszConnectorName).substr(0, 49).c_str());
+    LOG_ASSERT(L"!\"Cannot find the connector type.\"");
+    return E_FAIL;
+}
+
+HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect) {
+    LOG_ENTER_LEAVE();
+    if (pItemRect == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    const int height = kRowHeight * static_cast<int>(m_vecRows.size());
+    const int x = (pItemRect->left + pItemRect->right) / 2 - kWidth / 2;
+    int y = pItemRect->bottom + kGapBelowItem;
+    if (stripAtBottom()) {
+        RECT workArea{};
+        RETURN_IF_FAILED(getWorkArea(workArea));
+        y = workArea.bottom - height - kAboveBottomStrip;
+    }
+    ::SetWindowPos(m_hWnd, HWND_TOPMOST, x, y, kWidth, height, 0);
+    return S_OK;
+}
+
+void COutputPreviewWnd::OnPaint() {
+    const RECT client = clientRect();
+    const BufferedPaint paint(m_hWnd, client);
+    Gdiplus::Graphics graphics(paint.get());
+    graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
+    const Gdiplus::SolidBrush face(Gdiplus::Color{kFace});
+    graphics.FillRectangle(&face, toRectF(client));
+    const Gdiplus::Pen line(Gdiplus::Color{kLine}, 1.0F);
+    Gdiplus::RectF border = toRectF(client);
+    border.Width -= 1.0F;
+    border.Height -= 1.0F;
+    graphics.DrawRectangle(&line, border);
+
+    std::unique_ptr<Gdiplus::Font> font;
+    const HRESULT status = getNormalDPIWndFont(this, graphics, font);
+    if (FAILED(status)) {
+        LOG_STATUS(status);
+        return;
+    }
+    int top = client.top;
+    for (const auto& row : m_vecRows) {
+        graphics.DrawLine(&line, static_cast<INT>(client.left + 4), top, static_cast<INT>(client.right - 4), top);
+        _drawRow(graphics, *font, *row, RECT{client.left, top, client.right, top + kRowHeight});
+        top += kRowHeight;
+    }
+}
+
+void COutputPreviewWnd::_drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Font& font, const PreviewDisplayRow& row,
+                                 const RECT& band) const {
+    const Gdiplus::SolidBrush black(Gdiplus::Color{kBlack});
+    Gdiplus::StringFormat format;
+    format.SetAlignment(Gdiplus::StringAlignmentNear);
+    const auto draw = [&](const std::wstring& text, const RECT& box, Gdiplus::StringAlignment alignment) {
+        format.SetLineAlignment(alignment);
+        graphics.DrawString(text.c_str(), -1, &font, toRectF(box), &format, &black);
+    };
+    const RECT number{band.left + 4, band.top, band.right, band.bottom};
+    const RECT text{band.left + 18, band.top + 4, band.right, band.bottom - 4};
+    draw(row.strNumber, number, Gdiplus::StringAlignmentCenter);
+    draw(row.strConnector, text, m_bShowResolution ? Gdiplus::StringAlignmentNear : Gdiplus::StringAlignmentCenter);
+    if (m_bShowResolution) {
+        draw(row.strResolution, text, Gdiplus::StringAlignmentFar);
+    }
+    graphics.DrawImage(row.pConnectorImage.get(), static_cast<INT>(band.right - kImageSize - 4),
+                       static_cast<INT>(band.top + 4), kImageSize, kImageSize);
+}
+
+// The preview never keeps the focus.
+void COutputPreviewWnd::OnSetFocus(HWND hOldWnd) {
+    Default();
+    ::SetFocus(hOldWnd);
+}

@@ -1,0 +1,46 @@
+// The preview under an enlarged output item: one row per display that the choice would use.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/GdiPlus.h"
+#include "framework/Dialog.h"
+#include "plugins/sdk/FenwynPlugin.h"
+
+// One row of the preview.
+struct PreviewDisplayRow {
+    std::wstring strNumber;      // the display's index + 1, at most 5 characters
+    std::wstring strConnector;   // as the record names it
+    std::wstring strResolution;  // "1920x1080", at most 20 characters
+    std::unique_ptr<Gdiplus::Image> pConnectorImage;
+};
+
+class COutputPreviewWnd : public CDialog {
+ public:
+    // Copies what it needs: the records only have to live during the call. Records whose connector has no picture are
+    // left out.
+    COutputPreviewWnd(const FenwynDisplayRecord* pRecords, DWORD dwCount, bool bShowResolution);
+    ~COutputPreviewWnd() override;
+
+    // Places the window under the item (screen coordinates), or above the cards when the strip lies at the bottom.
+    HRESULT setWndPos(const RECT* pItemRect);
+
+    // The image id of a connector's picture, E_FAIL when the name contains none of the known words.
+    static HRESULT getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID);
+
+ protected:
+    bool OnInitDialog() override;
+    [[nodiscard]] const MessageMap& messageMap() const override;
+
+ private:
+    friend struct OutputPreviewSeam;
+    void _drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Font& font, const PreviewDisplayRow& row,
+                  const RECT& band) const;
+    void OnPaint();
+    void OnSetFocus(HWND hOldWnd);
+
+    std::vector<std::unique_ptr<PreviewDisplayRow>> m_vecRows;
+    bool m_bShowResolution;
+};

@@ -1,0 +1,38 @@
+// The item interface: what a card asks of the windows in the row under its enlarged card. Every item window is a dialog
+// that implements it. All calls belong on the user-interface thread.
+#pragma once
+
+#include <windows.h>
+
+class CBlackCard;
+
+class CQrdItem {
+ public:
+    CQrdItem() = default;
+    virtual ~CQrdItem() = default;
+    CQrdItem(const CQrdItem&) = delete;
+    CQrdItem& operator=(const CQrdItem&) = delete;
+
+    // Loads images or measures text. After a failure the item is only good for destroyItem() and deletion.
+    [[nodiscard]] virtual HRESULT initialize() = 0;
+    // Releases the window, its layered windows and its images; the object is deleted next.
+    virtual HRESULT destroyItem() = 0;
+    [[nodiscard]] virtual int width() const = 0;   // pixels
+    [[nodiscard]] virtual int height() const = 0;  // pixels
+    [[nodiscard]] virtual HWND windowHandle() const = 0;
+    // Shows without activating, or hides with all companion windows.
+    virtual HRESULT showItem(bool bShow) = 0;
+    virtual HRESULT setItemText(const wchar_t* /*pszText*/) { return S_OK; }
+    // How far the caption box sticks out beyond the item on each side, pixels.
+    [[nodiscard]] virtual int descOverhang() const { return 0; }
+    // Marks the item selected or not; the card calls it for every item at every press of its key.
+    virtual HRESULT switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool /*bSelected*/) { return S_OK; }
+
+    // The owning card, which outlives the item.
+    HRESULT setBlackCardInfo(CBlackCard* pBlackCard);
+    // Tells the card that the item lost the focus to a window (null: to none).
+    HRESULT killFocus(HWND hNewWnd) const;
+
+ protected:
+    CBlackCard* m_pBlackCard = nullptr;
+};

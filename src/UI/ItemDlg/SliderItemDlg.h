@@ -1,0 +1,52 @@
+// The brightness slider: one trackbar whose every part the program paints.
+#pragma once
+
+#include "UI/ItemDlg/QrdItem.h"
+#include "common/GdiPlus.h"
+#include "framework/Dialog.h"
+#include "framework/SliderCtrl.h"
+
+class CQrdSliderCtrl : public CSliderCtrl {
+ protected:
+    [[nodiscard]] const MessageMap& messageMap() const override;
+
+ private:
+    LRESULT OnCustomDraw(NMHDR* pHeader);
+    void OnSetFocus(HWND hOldWnd);
+    void OnKillFocus(HWND hNewWnd);
+};
+
+class CSliderItemDlg : public CDialog, public CQrdItem {
+ public:
+    // Levels run from 1 to lLevelCount; a current level of 0 is accepted and shown at 1.
+    CSliderItemDlg(DWORD dwDecreaseCode, DWORD dwIncreaseCode, LONG lLevelCount, LONG lCurrentLevel);
+    ~CSliderItemDlg() override;
+
+    [[nodiscard]] HRESULT initialize() override;
+    HRESULT destroyItem() override;
+    [[nodiscard]] int width() const override;
+    [[nodiscard]] int height() const override;
+    [[nodiscard]] HWND windowHandle() const override { return m_hWnd; }
+    HRESULT showItem(bool bShow) override;
+    // Steps the level by one when the code is one of the function's two, except on the first press.
+    HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
+
+ protected:
+    bool OnInitDialog() override;
+    [[nodiscard]] const MessageMap& messageMap() const override;
+
+ private:
+    friend struct SliderItemSeam;
+    LRESULT OnHScroll(WPARAM wParam, LPARAM lParam);
+    void OnSetFocus(HWND hOldWnd);
+    void OnKillFocus(HWND hNewWnd);
+    HRESULT _applyLevel(LONG lLevel);
+    HRESULT updateBrightness();
+    HRESULT updateStatus();
+
+    CQrdSliderCtrl m_slider;
+    DWORD m_dwDecreaseCode;
+    DWORD m_dwIncreaseCode;
+    LONG m_lCurrentLevel;
+    LONG m_lLevelCount;
+};

@@ -1,0 +1,116 @@
+#include "UI/LargeCardDlg.h"
+
+#include <utility>
+
+#include "Logic/ZelCommonFunc.h"
+#include "UI/BlackCard.h"
+#include "UI/CardStyle.h"
+#include "UI/MouseSurface.h"
+#include "ZelMain.h"
+#include "common/GdiPlusFunc.h"
+#include "common/ResourceFunc.h"
+#include "common/Status.h"
+#include "res/DialogIds.h"
+
+CLargeCardDlg::CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard)
+    : CDialog(IDD_LARGE_CARD),
+      m_strCaption(std::move(strCaption)),
+      m_strDesc(std::move(strDesc)),
+      m_uImageId(uImageId),
+      m_pBlackCard(pBlackCard) {}
+
+CLargeCardDlg::~CLargeCardDlg() {
+    CLargeCardDlg::DestroyWindow();
+}
+
+HRESULT CLargeCardDlg::initialize() {
+    RETURN_IF_FAILED(getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_uImageId), kPngResourceType, m_pImage));
+    return S_OK;
+}
+
+const MessageMap& CLargeCardDlg::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onSize<&CLargeCardDlg::OnSize>(),
+        onPaint<&CLargeCardDlg::OnPaint>(),
+        onShowWindow<&CLargeCardDlg::OnShowWindow>(),
+        onFocus<&CLargeCardDlg::OnSetFocus>(WM_SETFOCUS),
+        onFocus<&CLargeCardDlg::OnKillFocus>(WM_KILLFOCUS),
+    };
+    static constexpr MessageMap kMap{nullptr, kEntries};
+    return kMap;
+}
+
+bool CLargeCardDlg::OnInitDialog() {
+    CDialog::OnInitDialog();
+    m_pLayeredWnd = std::make_unique<CLayeredWnd>(m_hWnd, this);
+    if (SUCCEEDED(m_pLayeredWnd->createWnd())) {
+        makeMouseSurface(*this, WS_EX_TOOLWINDOW, SurfaceKey::None);
+    } else {
+        LOG_STATUS(0);
+    }
+    return false;
+}
+
+bool CLargeCardDlg::DestroyWindow() {
+    m_pLayeredWnd.reset();
+    return CDialog::DestroyWindow();
+}
+
+void CLargeCardDlg::setText(std::wstring strText) {
+    m_strText = std::move(strText);
+    // A line ends with its line feed; not every text output skips the carriage return before it.
+    std::erase(m_strText, L'\r');
+    ::InvalidateRect(m_hWnd, &m_rects.text, TRUE);
+}
+
+void CLargeCardDlg::OnSize() {
+    Default();
+    m_rects = geometry::largeCardTexts(clientRect(), theApp.getPngRatio());
+}
+
+void CLargeCardDlg::OnPaint() {
+    Default();
+    if (m_pLayeredWnd != nullptr) {
+        m_pLayeredWnd->paint(m_pImage.get(), kCardOpacity, nullptr, nullptr);
+    }
+}
+
+void CLargeCardDlg::OnShowWindow(bool bShow) {
+    Default();
+    if (!bShow && m_pLayeredWnd != nullptr) {
+        m_pLayeredWnd->hide();
+    }
+}
+
+void CLargeCardDlg::OnSetFocus(HWND /*hOldWnd*/) {
+    LOG_ENTER_LEAVE();
+    Default();
+}
+
+void CLargeCardDlg::OnKillFocus(HWND hNewWnd) {
+    LOG_ENTER_LEAVE();
+    Default();
+    if (m_pBlackCard != nullptr) {
+        CBlackCard::onFocusLost(hNewWnd);
+    }
+}
+
+HRESULT CLargeCardDlg::drawText(Gdiplus::Graphics& graphics) {
+    CentredFormat format;
+    const Gdiplus::SolidBrush brush(Gdiplus::Color{kWhite});
+    std::unique_ptr<Gdiplus::Font> font;
+    RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
+
+    graphics.DrawString(m_strCaption.c_str(), -1, font.get(), toRectF(m_rects.caption), &format, &brush);
+
+    // Without a caption above it the description moves to the top of its place.
+    format.SetLineAlignment(m_strCaption.c_str()[0] == L'\0' ? Gdiplus::StringAlignmentNear
+                                                             : Gdiplus::StringAlignmentCenter);
+    graphics.DrawString(m_strDesc.c_str(), -1, font.get(), toRectF(m_rects.desc), &format, &brush);
+
+    format.SetLineAlignment(Gdiplus::StringAlignmentNear);
+    const Gdiplus::RectF textRect = toRectF(m_rects.text);
+    RETURN_IF_FAILED(measureTextFont(graphics, m_strText.c_str(), textRect, &font));
+    graphics.DrawString(m_strText.c_str(), -1, font.get(), textRect, &format, &brush);
+    return S_OK;
+}

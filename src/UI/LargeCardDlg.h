@@ -1,0 +1,48 @@
+// The enlarged card that a card shows while its key is held: a picture with caption, description and status text.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "UI/CardGeometry.h"
+#include "common/GdiPlus.h"
+#include "common/LayeredWnd.h"
+#include "framework/Dialog.h"
+
+class CBlackCard;
+
+class CLargeCardDlg : public CDialog, public IDrawTextOnLayeredWnd {
+ public:
+    // The card owns the dialog and outlives it.
+    CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard);
+    ~CLargeCardDlg() override;
+
+    [[nodiscard]] HRESULT initialize();
+    // Takes the status text and repaints the part that shows it.
+    void setText(std::wstring strText);
+
+    HRESULT drawText(Gdiplus::Graphics& graphics) override;
+    bool DestroyWindow() override;
+
+ protected:
+    bool OnInitDialog() override;
+    [[nodiscard]] const MessageMap& messageMap() const override;
+
+ private:
+    friend struct LargeCardSeam;
+
+    void OnSize();
+    void OnPaint();
+    void OnShowWindow(bool bShow);
+    void OnSetFocus(HWND hOldWnd);
+    void OnKillFocus(HWND hNewWnd);
+
+    geometry::LargeCardTexts m_rects{};
+    std::wstring m_strCaption;
+    std::wstring m_strDesc;
+    std::wstring m_strText;
+    UINT m_uImageId;
+    std::unique_ptr<CLayeredWnd> m_pLayeredWnd;
+    std::unique_ptr<Gdiplus::Image> m_pImage;
+    CBlackCard* m_pBlackCard;
+};

@@ -1,0 +1,380 @@
+#include "UI/ZelMainDlg.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Data/ZelConfig.h"
+#include "Logic/ZelCommonFunc.h"
+#include "UI/BlackCard.h"
+#include "UI/CardStyle.h"
+#include "UI/MouseSurface.h"
+#include "ZelMain.h"
+#include "common/Handle.h"
+#include "common/Status.h"
+#include "res/DialogIds.h"
+
+namespace {
+
+constexpr DWORD kDimmedOpacity = 150;  // of the cards that the mouse is not on
+
+// The screen's scale, read once: it does not change while a session lasts.
+double screenScale() {
+    static const double scale = [] {
+        const common::WindowDc screen(nullptr);
+        return (screen.get() == nullptr ? 96 : ::GetDeviceCaps(screen.get(), LOGPIXELSX)) / 96.0;
+    }();
+    return scale;
+}
+
+}  // namespace
+
+CZelMainDlg::CZelMainDlg() : CDialog(IDD_CARD_STRIP) {}
+
+CZelMainDlg::~CZelMainDlg() {
+    CZelMainDlg::DestroyWindow();
+}
+
+const MessageMap& CZelMainDlg::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onMessage<&CZelMainDlg::OnHotkeyMessage>(kMsgHotkey),
+        onPaint<&CZelMainDlg::OnPaint>(),
+        onTimer<&CZelMainDlg::OnTimer>(),
+        onShowWindow<&CZelMainDlg::OnShowWindow>(),
+        onFocus<&CZelMainDlg::OnSetFocus>(WM_SETFOCUS),
+        onFocus<&CZelMainDlg::OnKillFocus>(WM_KILLFOCUS),
+        onMouse<&CZelMainDlg::OnMouseMove>(WM_MOUSEMOVE),
+        onMouse<&CZelMainDlg::OnLButtonDown>(WM_LBUTTONDOWN),
+        onMouseLeave<&CZelMainDlg::OnMouseLeave>(),
+        onMessage<&CZelMainDlg::OnMouseActivate>(WM_MOUSEACTIVATE),
+        onMessage<&CZelMainDlg::OnSysCommand>(WM_SYSCOMMAND),
+    };
+    static constexpr MessageMap kMap{nullptr, kEntries};
+    return kMap;
+}
+
+HRESULT CZelMainDlg::initialize() {
+    LOG_ENTER_LEAVE();
+    if (CZelConfig::getQrdConfig().bProgrammable) {
+        RETURN_IF_FAILED(m_customHotkey.getCustomizedHotkeys());
+    }
+    RETURN_IF_FAILED(createBlackCards());
+    return S_OK;
+}
+
+HRESULT CZelMainDlg::createBlackCards() {
+    LOG_ENTER_LEAVE();
+    // Taken out of the list first: what a card's end calls back must not meet half-destroyed neighbours.
+    std::exchange(m_vecCards, {}).clear();
+    m_nHoveredCard = -1;
+    RETURN_IF_FAILED(CHotkeyConfig::enumHotkeyConfigs(this));
+    return S_OK;
+}
+
+HRESULT CZelMainDlg::processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) {
+    LOG_ENTER_LEAVE();
+    if (pHotkeyInfo == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    LOG_TRACE(L"%s = %s", L"pHotkeyInfo->strFuncName.c_str()", pHotkeyInfo->strFuncName.c_str());
+    if (CZelConfig::getQrdConfig().bProgrammable && _allCodesCustomized(pHotkeyInfo->vecCode)) {
+        return S_OK;
+    }
+    RETURN_IF_FAILED(initHotKeyDll(*pHotkeyInfo));
+    return S_OK;
+}
+
+bool CZelMainDlg::_allCodesCustomized(const std::vector<DWORD>& vecCodes) const {
+    return std::all_of(vecCodes.begin(), vecCodes.end(),
+                       [this](DWORD code) { return m_customHotkey.isHotkeyCustomized(code); });
+}
+
+HRESULT CZelMainDlg::initHotKeyDll(const HotkeyInfo& info) {
+    LOG_ENTER_LEAVE();
+    if (info.strFuncDll.c_str()[0] == L'\0') {
+        RETURN_LOGGED(E_FAIL);
+    }
+    auto card = std::make_unique<CBlackCard>(this);
+    if (FAILED(card->initialize(info.strFuncName.c_str(), info.vecCode, info.strCaption, info.strFuncDll.c_str()))) {
+        LOG_STATUS(E_FAIL);  // a function that cannot work gets no card; the others do
+        return S_OK;
+    }
+    m_vecCards.push_back(std::move(card));
+    return S_OK;
+}
+
+HRESULT CZelMainDlg::refreshCards(bool bReinitialize) {
+    LOG_ENTER_LEAVE();
+    if (bReinitialize) {
+        RETURN_IF_FAILED(initialize());
+    }
+    RETURN_IF_FAILED(setBlackCardsPos());
+    return S_OK;
+}
+
+bool CZelMainDlg::OnInitDialog() {
+    LOG_ENTER_LEAVE();
+    CDialog::OnInitDialog();
+    makeMouseSurface(*this, 0, SurfaceKey::Magenta);
+    setBlackCardsPos();
+    m_pLayeredWnd = std::make_unique<CLayeredWnd>(m_hWnd, this);
+    return true;
+}
+
+bool CZelMainDlg::DestroyWindow() {
+    m_pLayeredWnd.reset();
+    return CDialog::DestroyWindow();
+}
+
+HRESULT CZelMainDlg::calcRatioForPng() {
+    LOG_ENTER_LEAVE();
+    RECT workArea{};
+    RETURN_IF_FAILED(getWorkArea(workArea));
+    if (m_vecCards.empty()) {
+        return S_OK;
+    }
+    const geometry::Ratio result = geometry::imageRatio(workArea.right - workArea.left, cardCount(), screenScale());
+    m_ratio = result.ratio;
+    LOG_TRACE(L"Card width:%f, Ratio:%f", result.cardWidth, result.ratio);
+    return S_OK;
+}
+
+HRESULT CZelMainDlg::setBlackCardsPos() {
+    LOG_ENTER_LEAVE();
+    RETURN_IF_FAILED(calcRatioForPng());
+    RECT workArea{};
+    RETURN_IF_FAILED(getWorkArea(workArea));
+    LOG_TRACE(L"The work area is: left %d,top %d, right %d, bottom %d", static_cast<int>(workArea.left),
+              static_cast<int>(workArea.top), static_cast<int>(workArea.right), static_cast<int>(workArea.bottom));
+
+    const geometry::Strip strip = geometry::cardStrip(workArea, cardCount(), m_ratio, stripAtBottom());
+    ::SetWindowPos(m_hWnd, HWND_TOPMOST, strip.place.left, strip.place.top, strip.place.right - strip.place.left,
+                   strip.place.bottom - strip.place.top, SWP_NOACTIVATE);
+    int index = 0;
+    for (const auto& card : m_vecCards) {
+        card->setCardRect(geometry::cardRect(strip, index++));
+    }
+    return S_OK;
+}
+
+void CZelMainDlg::OnPaint() {
+    {
+        const common::PaintDc paint(m_hWnd);
+        const common::UniqueBrush key(::CreateSolidBrush(kColourKey));
+        const RECT through = geometry::throughArea(clientRect(), m_ratio, stripAtBottom());
+        ::FillRect(paint.get(), &through, key.get());
+    }
+    showBlackCards();
+}
+
+DWORD CZelMainDlg::_cardOpacity(int nCard) const {
+    const bool dimmed =
+        !CZelConfig::getQrdConfig().bShowQrdAtLaunch && theApp.mouseOperating() && nCard != m_nHoveredCard;
+    return dimmed ? kDimmedOpacity : kCardOpacity;
+}
+
+HRESULT CZelMainDlg::showBlackCards() {
+    LOG_ENTER_LEAVE();
+    if (m_vecCards.empty()) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    if (m_pLayeredWnd == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    LOG_TRACE(L"The mouse is %s operating.", theApp.mouseOperating() ? L"" : L"not");
+
+    std::vector<Gdiplus::Image*> images;
+    std::vector<DWORD> opacities;
+    std::vector<const RECT*> places;
+    int index = 0;
+    for (const auto& card : m_vecCards) {
+        images.push_back(card->getImage());
+        places.push_back(&card->imageRect());
+        opacities.push_back(_cardOpacity(index++));
+    }
+    if (!isVisible()) {
+        return S_OK;
+    }
+    // Of every picture only the band next to the screen edge is shown: the upper rows at the bottom, the lower ones at
+    // the top.
+    const int sourceTop = stripAtBottom() ? 0 : geometry::kPictureRows - geometry::kPictureBand;
+    RETURN_IF_FAILED(m_pLayeredWnd->paint(images, opacities, places, nullptr, sourceTop, geometry::kPictureBand));
+    return S_OK;
+}
+
+HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
+    for (const auto& card : m_vecCards) {
+        card->drawText(graphics);
+    }
+    return S_OK;
+}
+
+LRESULT CZelMainDlg::OnHotkeyMessage(WPARAM wParam, LPARAM lParam) {
+    return handleHotkey(static_cast<DWORD>(wParam), static_cast<BOOL>(lParam));
+}
+
+HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
+    LOG_ENTER_LEAVE();
+    ::KillTimer(m_hWnd, kTimerPanic);
+    if (CZelConfig::getQrdConfig().bProgrammable && m_customHotkey.isHotkeyCustomized(dwHotkey)) {
+        return bBreak ? S_FALSE : m_customHotkey.handleHotkey(dwHotkey);
+    }
+    if (dwHotkey != 0) {
+        if (!isHotkeyDesired(dwHotkey)) {
+            RETURN_LOGGED(E_FAIL);
+        }
+        _hideForKey(dwHotkey);
+    } else {
+        RETURN_IF_FAILED(showOnModifier(bBreak));
+    }
+    for (const auto& card : m_vecCards) {
+        card->notifyHotkey(dwHotkey, bBreak);
+    }
+    _autoHide(bBreak);
+    return S_OK;
+}
+
+bool CZelMainDlg::isHotkeyDesired(DWORD dwHotkey) const {
+    return std::any_of(m_vecCards.begin(), m_vecCards.end(),
+                       [dwHotkey](const auto& card) { return card->isHotkeyDesired(dwHotkey); });
+}
+
+// The strip makes room for the enlarged card of the key's function; all other enlarged cards go.
+void CZelMainDlg::_hideForKey(DWORD dwHotkey) {
+    ::ShowWindow(m_hWnd, SW_HIDE);
+    for (const auto& card : m_vecCards) {
+        if (!card->isHotkeyDesired(dwHotkey)) {
+            card->hideLargeCardDlg();
+        }
+    }
+}
+
+HRESULT CZelMainDlg::showOnModifier(BOOL bBreak) {
+    LOG_ENTER_LEAVE();
+    const QrdConfig& config = CZelConfig::getQrdConfig();
+    if (config.bIgnoreFnKey) {
+        return E_NOTIMPL;
+    }
+    if (!bBreak) {
+        theApp.mouseOperating() = FALSE;
+    } else if (theApp.mouseOperating()) {
+        return E_NOTIMPL;  // the user went on with the mouse: the strip stays
+    }
+    const bool cardInUse =
+        std::any_of(m_vecCards.begin(), m_vecCards.end(), [](const auto& card) { return card->hasValidSelection(); });
+    if (config.bHideMainDlg || cardInUse) {
+        return S_OK;
+    }
+    if (!bBreak && isVisible()) {
+        invalidate();
+        return S_OK;
+    }
+    ::BringWindowToTop(m_hWnd);
+    return theApp.showMainDlg(!bBreak, TRUE);
+}
+
+void CZelMainDlg::_autoHide(BOOL bBreak) {
+    const QrdConfig& config = CZelConfig::getQrdConfig();
+    if (!config.bAutoHide) {
+        return;
+    }
+    if (!bBreak) {
+        ::KillTimer(m_hWnd, kTimerAutoHide);
+        return;
+    }
+    ::SetTimer(m_hWnd, kTimerAutoHide, config.uAutoHideDelayTime, nullptr);
+    LOG_TRACE(L"set timer to hide QRD after %d milliseconds.", static_cast<int>(config.uAutoHideDelayTime));
+}
+
+void CZelMainDlg::OnTimer(UINT_PTR uId) {
+    LOG_ENTER_LEAVE();
+    if (uId == kTimerAutoHide) {
+        ::KillTimer(m_hWnd, uId);
+        for (const auto& card : m_vecCards) {
+            card->executeSelection();
+        }
+    } else if (uId == kTimerLaunchHide) {
+        ::KillTimer(m_hWnd, uId);
+        theApp.showMainDlg(FALSE, TRUE);
+    } else {
+        Default();
+    }
+}
+
+void CZelMainDlg::OnShowWindow(bool bShow) {
+    if (!bShow) {
+        if (m_pLayeredWnd != nullptr) {
+            m_pLayeredWnd->hide();
+        }
+        hideLargeCards();
+    }
+    Default();
+}
+
+void CZelMainDlg::hideLargeCards() const {
+    for (const auto& card : m_vecCards) {
+        card->hideLargeCardDlg();
+    }
+}
+
+void CZelMainDlg::OnSetFocus(HWND /*hOldWnd*/) {
+    LOG_ENTER_LEAVE();
+    Default();
+}
+
+void CZelMainDlg::OnKillFocus(HWND /*hNewWnd*/) {
+    LOG_ENTER_LEAVE();
+    if (CZelConfig::getQrdConfig().bHideMainUIWhenLostFocus) {
+        theApp.showMainDlg(FALSE, TRUE);
+    }
+    Default();
+}
+
+void CZelMainDlg::OnMouseMove(POINT point) {
+    if (!theApp.mouseOperating()) {
+        return;
+    }
+    trackMouseLeave(m_hWnd, m_bTracking);
+    const auto hovered = std::find_if(m_vecCards.begin(), m_vecCards.end(),
+                                      [&](const auto& card) { return ::PtInRect(&card->imageRect(), point) != FALSE; });
+    const int index = hovered == m_vecCards.end() ? -1 : static_cast<int>(hovered - m_vecCards.begin());
+    if (index != m_nHoveredCard) {
+        m_nHoveredCard = index;
+        invalidate();
+    }
+}
+
+// A click hides the strip: with the focus it would hand it to another program on its way out, and the card that it
+// opens would go at once for having lost it.
+LRESULT CZelMainDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    return MA_NOACTIVATE;
+}
+
+void CZelMainDlg::OnLButtonDown(POINT point) {
+    LOG_ENTER_LEAVE();
+    ::ShowWindow(m_hWnd, SW_HIDE);
+    ::KillTimer(m_hWnd, kTimerLaunchHide);
+    for (const auto& card : m_vecCards) {
+        if (::PtInRect(&card->imageRect(), point)) {
+            theApp.mouseOperating() = TRUE;
+            card->showLargeCardDlg();
+        }
+    }
+}
+
+void CZelMainDlg::OnMouseLeave() {
+    LOG_ENTER_LEAVE();
+    m_bTracking = false;
+    m_nHoveredCard = -1;
+    if (mouseIsOn(m_hWnd)) {
+        LOG_TRACE(L"The window contains the cursor is current window.");
+        return;
+    }
+    if (isVisible()) {
+        theApp.showMainDlg(FALSE, TRUE);
+    }
+}
+
+// The strip cannot be closed, moved or minimised through system commands.
+LRESULT CZelMainDlg::OnSysCommand(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    return 0;
+}

@@ -1,0 +1,73 @@
+// The card strip: one card per hotkey function, side by side at the edge of the work area. It computes the image scale
+// of the whole user interface and receives every hotkey event.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "Data/HotkeyConfig.h"
+#include "Logic/CustomHotkey.h"
+#include "UI/CardGeometry.h"
+#include "common/LayeredWnd.h"
+#include "framework/Dialog.h"
+
+class CBlackCard;
+
+class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHotkeyConfigs {
+ public:
+    CZelMainDlg();
+    ~CZelMainDlg() override;
+
+    // Reads the customised keys when they are enabled, then builds the cards.
+    [[nodiscard]] HRESULT initialize();
+    // Lays the cards out again; with bReinitialize builds them anew first.
+    HRESULT refreshCards(bool bReinitialize);
+    // One key event, on the user-interface thread: code 0 is the modifier.
+    HRESULT handleHotkey(DWORD dwHotkey, BOOL bBreak);
+    void hideLargeCards() const;
+
+    [[nodiscard]] double ratio() const { return m_ratio; }
+    [[nodiscard]] int cardCount() const { return static_cast<int>(m_vecCards.size()); }
+
+    HRESULT drawText(Gdiplus::Graphics& graphics) override;
+    HRESULT processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) override;
+    bool DestroyWindow() override;
+
+ protected:
+    bool OnInitDialog() override;
+    [[nodiscard]] const MessageMap& messageMap() const override;
+
+ private:
+    friend struct MainDlgSeam;
+
+    HRESULT createBlackCards();
+    HRESULT initHotKeyDll(const HotkeyInfo& info);
+    [[nodiscard]] bool _allCodesCustomized(const std::vector<DWORD>& vecCodes) const;
+    HRESULT calcRatioForPng();
+    HRESULT setBlackCardsPos();
+    HRESULT showBlackCards();
+    [[nodiscard]] DWORD _cardOpacity(int nCard) const;
+    [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
+    void _hideForKey(DWORD dwHotkey);
+    HRESULT showOnModifier(BOOL bBreak);
+    void _autoHide(BOOL bBreak);
+
+    LRESULT OnHotkeyMessage(WPARAM wParam, LPARAM lParam);
+    void OnPaint();
+    void OnTimer(UINT_PTR uId);
+    void OnShowWindow(bool bShow);
+    void OnSetFocus(HWND hOldWnd);
+    void OnKillFocus(HWND hNewWnd);
+    void OnMouseMove(POINT point);
+    void OnMouseLeave();
+    LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
+    void OnLButtonDown(POINT point);
+    LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
+
+    double m_ratio = 1.0;
+    std::unique_ptr<CLayeredWnd> m_pLayeredWnd;
+    std::vector<std::unique_ptr<CBlackCard>> m_vecCards;
+    CCustomHotkey m_customHotkey;
+    int m_nHoveredCard = -1;
+    bool m_bTracking = false;
+};

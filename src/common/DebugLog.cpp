@@ -1,0 +1,61 @@
+#include "common/DebugLog.h"
+
+#include <cstdarg>
+
+#include "common/LogOutput.h"
+#include "common/LogSettings.h"
+#include "common/Logger.h"
+
+namespace dbglog {
+
+namespace {
+
+class ProcessLog {
+ public:
+    ProcessLog() : ProcessLog(readSettings(settingsPath().data())) {}
+
+    Logger& logger() noexcept { return m_logger; }
+
+ private:
+    explicit ProcessLog(const Settings& settings) : m_output(settings), m_logger(settings, m_output) {}
+
+    LogOutput m_output;
+    Logger m_logger;
+};
+
+// Never destroyed: other threads and other objects' destructors may log until the very end of the process, where the
+// runtime flushes and closes the open stream.
+Logger& processLogger() {
+    static ProcessLog& log = *new ProcessLog;
+    return log.logger();
+}
+
+// A line between a failed call and the question why it failed must not change the answer.
+class KeepLastError {
+ public:
+    KeepLastError() noexcept : m_dwError(::GetLastError()) {}
+    ~KeepLastError() { ::SetLastError(m_dwError); }
+    KeepLastError(const KeepLastError&) = delete;
+    KeepLastError& operator=(const KeepLastError&) = delete;
+
+ private:
+    DWORD m_dwError;
+};
+
+}  // namespace
+
+int log(const Record& record, const wchar_t* format, ...) {
+    const KeepLastError keep;
+    va_list args;
+    va_start(args, format);
+    const int written = processLogger().write(record, format, args);
+    va_end(args);
+    return written;
+}
+
+bool enabled(Level level) {
+    const KeepLastError keep;
+    return processLogger().enabled(level);
+}
+
+}  // namespace dbglog

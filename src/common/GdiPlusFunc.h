@@ -1,0 +1,49 @@
+// Text on cards: fitted to a box, and drawn with an outline.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "common/GdiPlus.h"
+
+// Replaces the font by smaller ones of its kind until the text, wrapped to the box's width, is lower than the box; a
+// font that fits stays the same object. An empty `*pFont` starts from the font of the graphics' device context. Where
+// no size fits, the smallest one remains. E_POINTER: no place for the font.
+[[nodiscard]] HRESULT measureTextFont(Gdiplus::Graphics& graphics, const wchar_t* pszText, const Gdiplus::RectF& box,
+                                      std::unique_ptr<Gdiplus::Font>* pFont);
+
+// Draws the text with an outline of which half of `outlineWidth` (pixels) stays visible outside the letters. A null
+// format means the default one. Leaves the graphics antialiasing.
+void drawOutlineText(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layoutRect, const wchar_t* pszText,
+                     const Gdiplus::Font& font, const Gdiplus::StringFormat* pFormat, double outlineWidth,
+                     Gdiplus::ARGB fillColour, Gdiplus::ARGB outlineColour);
+
+// The same for a text that is drawn again and again: the picture of it is kept until an argument changes, because
+// outlines cost far more than everything else on a card. Has to be gone before GDI+ is stopped.
+class OutlineText {
+ public:
+    void draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layoutRect, const wchar_t* pszText,
+              const Gdiplus::Font& font, const Gdiplus::StringFormat* pFormat, double outlineWidth,
+              Gdiplus::ARGB fillColour, Gdiplus::ARGB outlineColour);
+
+ private:
+    struct Key {
+        std::wstring text;
+        std::array<float, 4> layout;
+        std::wstring fontFamily;
+        float fontSize;
+        INT fontStyle;
+        Gdiplus::StringAlignment alignment;
+        Gdiplus::StringAlignment lineAlignment;
+        double outlineWidth;
+        Gdiplus::ARGB fillColour;
+        Gdiplus::ARGB outlineColour;
+        bool operator==(const Key&) const = default;
+    };
+
+    std::optional<Key> m_key;
+    std::unique_ptr<Gdiplus::Bitmap> m_pPicture;
+    POINT m_place{};
+};

@@ -1,0 +1,181 @@
+#include "common/LayeredWnd.h"
+
+#include "common/FrameBitmap.h"
+#include "common/FrameSurface.h"
+#include "common/Status.h"
+
+namespace {
+
+constexpr wchar_t kClassPrefix[] = L"QRD_LayeredWnd";
+constexpr DWORD kExStyle = WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_WINDOWEDGE | WS_EX_TOOLWINDOW | WS_EX_TRANSPARENT;
+constexpr UINT kShowInPlace = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW;
+
+LRESULT CALLBACK defaultProcedure(HWND hWnd, UINT nMessage, WPARAM wParam, LPARAM lParam) {
+    return ::DefWindowProcW(hWnd, nMessage, wParam, lParam);
+}
+
+LONG width(const RECT& rect) noexcept {
+    return rect.right - rect.left;
+}
+
+LONG height(const RECT& rect) noexcept {
+    return rect.bottom - rect.top;
+}
+
+// Empty when the window is gone.
+RECT screenRect(HWND hWnd) noexcept {
+    RECT rect{};
+    ::GetWindowRect(hWnd, &rect);
+    return rect;
+}
+
+// Failures show when the window is created.
+void registerWndClass(const std::wstring& strName) noexcept {
+    WNDCLASSEXW wndClass{};
+    wndClass.cbSize = sizeof(wndClass);
+    wndClass.style = CS_HREDRAW | CS_VREDRAW;
+    wndClass.lpfnWndProc = &defaultProcedure;
+    wndClass.hInstance = ::GetModuleHandleW(nullptr);
+    wndClass.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
+    wndClass.lpszClassName = strName.c_str();
+    ::RegisterClassExW(&wndClass);
+}
+
+}  // namespace
+
+unsigned CLayeredWnd::s_nInstances = 0;
+
+CLayeredWnd::CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter)
+    : m_hRealWnd(hRealWnd),
+      m_nInstance(++s_nInstances),
+      m_strClassName(kClassPrefix + std::to_wstring(m_nInstance)),
+      m_pTextPainter(pTextPainter) {
+    if (::IsWindow(hRealWnd) == FALSE) {
+        LOG_ASSERT(L"::IsWindow(hRealWnd)");
+    }
+}
+
+CLayeredWnd::~CLayeredWnd() {
+    destroyWnd();
+}
+
+HRESULT CLayeredWnd::createWnd() {
+    const HRESULT destroyed = destroyWnd();
+    if (FAILED(destroyed)) {
+        RETURN_LOGGED(destroyed);
+    }
+    registerWndClass(m_strClassName);
+    const RECT rect = screenRect(m_hRealWnd);
+    m_hWnd = ::CreateWindowExW(kExStyle, m_strClassName.c_str(), nullptr, WS_POPUP, rect.left, rect.top, width(rect),
+                               height(rect), m_hRealWnd, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+    if (m_hWnd == nullptr) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    return destroyed;
+}
+
+HRESULT CLayeredWnd::destroyWnd() {
+    if (m_hWnd == nullptr) {
+        return S_OK;
+    }
+    if (::IsWindow(m_hWnd) != FALSE && ::DestroyWindow(m_hWnd) == FALSE) {
+        LOG_STATUS(common::statusFromLastError());
+    }
+    m_hWnd = nullptr;
+    if (::UnregisterClassW(m_strClassName.c_str(), ::GetModuleHandleW(nullptr)) == FALSE) {
+        RETURN_LOGGED(common::statusFromLastError());
+    }
+    return S_OK;
+}
+
+HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
+                           std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
+                           int nSourceHeight) {
+    RETURN_IF_FAILED(_placeWnd());
+    const common::WindowDc screenDc(nullptr);
+    const common::UniqueMemoryDc memoryDc(::CreateCompatibleDC(screenDc.get()));
+    const common::UniqueBitmap frame = createFrameBitmap();
+    if (!frame) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    const common::SelectScope selected(memoryDc.get(), frame.get());
+    Gdiplus::Graphics graphics(memoryDc.get());
+    graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
+
+    if (vecDrawRects.empty()) {
+        vecDrawRects.resize(vecImages.size(), nullptr);
+    }
+    RETURN_UNLESS(vecImages.size() == vecDrawRects.size(), L"vecImages.size() == vecDrawRects.size()", E_FAIL);
+    RETURN_UNLESS(vecImages.size() == vecAlphas.size(), L"vecImages.size() == vecAlphas.size()", E_FAIL);
+    for (std::size_t i = 0; i < vecImages.size(); ++i) {
+        RETURN_IF_FAILED(drawImage(vecImages[i], vecAlphas[i], nSourceHeight, nSourceTop, vecDrawRects[i], graphics));
+    }
+    if (m_pTextPainter != nullptr) {
+        m_pTextPainter->drawText(graphics);
+    }
+    ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
+    const HRESULT updated = updateLyrWnd(screenDc.get(), memoryDc.get(), pPosition);
+    if (FAILED(updated)) {
+        LOG_STATUS(updated);
+    }
+    return updated;
+}
+
+HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect) {
+    if (::IsWindowVisible(m_hRealWnd) == FALSE) {
+        return S_FALSE;
+    }
+    std::vector<const RECT*> vecDrawRects{pDrawRect};
+    return paint({pImage}, {dwAlpha}, vecDrawRects, pPosition, 0, 0);
+}
+
+void CLayeredWnd::hide() const {
+    if (::IsWindow(m_hWnd) != FALSE) {
+        ::ShowWindow(m_hWnd, SW_HIDE);
+    }
+}
+
+// Over the shadowed window. A popup that went down with its owner is made anew.
+HRESULT CLayeredWnd::_placeWnd() {
+    if (::IsWindow(m_hWnd) == FALSE) {
+        return createWnd();
+    }
+    const RECT rect = screenRect(m_hRealWnd);
+    ::MoveWindow(m_hWnd, rect.left, rect.top, width(rect), height(rect), FALSE);
+    return S_OK;
+}
+
+HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
+                               const RECT* pDrawRect, Gdiplus::Graphics& graphics) const {
+    RECT destination{};
+    if (pDrawRect != nullptr) {
+        destination = *pDrawRect;
+    } else {
+        ::GetClientRect(m_hWnd, &destination);
+    }
+    CGraphicsSurface surface(graphics);
+    const HRESULT drawn = composeImage(surface, pImage, dwAlpha, {nSourceTop, nSourceHeight}, destination);
+    if (FAILED(drawn)) {
+        LOG_STATUS(drawn);
+    }
+    return drawn;
+}
+
+// Shows what has been composed in the memory device context.
+HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) const {
+    const RECT rect = screenRect(m_hRealWnd);
+    SIZE size{width(rect), height(rect)};
+    POINT target = pPosition != nullptr ? *pPosition : POINT{rect.left, rect.top};
+    POINT source{};
+    BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+    if (::UpdateLayeredWindow(m_hWnd, hScreenDc, &target, &size, hMemoryDc, &source, 0, &blend, ULW_ALPHA) == FALSE) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    return S_OK;
+}
+
+// As large as the popup, and fully transparent.
+common::UniqueBitmap CLayeredWnd::createFrameBitmap() const {
+    const RECT rect = screenRect(m_hWnd);
+    return common::createFrameBitmap(width(rect), height(rect));
+}

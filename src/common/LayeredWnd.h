@@ -1,0 +1,64 @@
+// The visible picture of a card window: a click-through popup with per-pixel alpha that lies exactly over the window it
+// shadows, which only takes the mouse. User-interface thread only.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "common/GdiPlus.h"
+#include "common/Handle.h"
+
+// Implemented by owners that write text on their picture.
+class IDrawTextOnLayeredWnd {
+ public:
+    virtual ~IDrawTextOnLayeredWnd() = default;
+
+    // Called once per frame, after all images and before the frame is shown. The graphics draws into the frame, in
+    // pixels from its top-left corner, and lives for the call only. The status does not stop the frame.
+    virtual HRESULT drawText(Gdiplus::Graphics& graphics) = 0;
+};
+
+class CLayeredWnd {
+ public:
+    // The text painter is not owned, may be null, and has to outlive the object. Creates no window yet.
+    explicit CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter = nullptr);
+    ~CLayeredWnd();
+    CLayeredWnd(const CLayeredWnd&) = delete;
+    CLayeredWnd& operator=(const CLayeredWnd&) = delete;
+
+    // Makes the popup, hidden, over the shadowed window, which owns it; a popup that is there is destroyed first.
+    HRESULT createWnd();
+    // Destroys the popup and its class. S_OK when there was none.
+    HRESULT destroyWnd();
+
+    // Composes the images in order, the first at the bottom, and shows the frame over the shadowed window; makes the
+    // popup when there is none. One opacity (0..255) and one rectangle (client pixels; null: the whole window) belong
+    // to each image; an empty rectangle sequence is filled with nulls. Null images are skipped. `pPosition` (screen
+    // pixels, may be null) moves the frame. `nSourceTop` and `nSourceHeight` choose the rows taken from every image;
+    // a height below 1 means all from the top row on.
+    HRESULT paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
+                  std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop, int nSourceHeight);
+    // One image; S_FALSE and nothing done while the shadowed window is hidden.
+    HRESULT paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect);
+
+    // Takes the picture from the screen until the next paint.
+    void hide() const;
+
+    [[nodiscard]] const std::wstring& className() const { return m_strClassName; }
+
+    HWND m_hWnd = nullptr;  // the popup; null when there is none
+
+ private:
+    HRESULT _placeWnd();
+    [[nodiscard]] HRESULT drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
+                                    const RECT* pDrawRect, Gdiplus::Graphics& graphics) const;
+    [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) const;
+    [[nodiscard]] common::UniqueBitmap createFrameBitmap() const;
+
+    static unsigned s_nInstances;
+
+    const HWND m_hRealWnd;
+    const unsigned m_nInstance;
+    const std::wstring m_strClassName;  // one window class per object
+    IDrawTextOnLayeredWnd* const m_pTextPainter;
+};

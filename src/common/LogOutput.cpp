@@ -1,0 +1,94 @@
+#include "common/LogOutput.h"
+
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+namespace dbglog {
+
+namespace {
+
+// Creates every missing folder above the file.
+void createFoldersOf(const wchar_t* path) {
+    Path full{};
+    wchar_t* fileName = nullptr;
+    const DWORD length = ::GetFullPathNameW(path, kPathChars, full.data(), &fileName);
+    if (length == 0 || length >= kPathChars || fileName == nullptr) {
+        return;
+    }
+    *fileName = L'\0';
+    ::SHCreateDirectoryExW(nullptr, full.data(), nullptr);
+}
+
+bool fitsIntoStream(wchar_t unit) {
+    char bytes[MB_LEN_MAX] = {};
+    return unit < 0x80 || std::wctomb(bytes, unit) >= 0;
+}
+
+// The runtime stops at the first character that its locale cannot express, and the rest of the line with its line feed
+// would be lost: such characters become question marks.
+void writeToStream(std::FILE* stream, Line line) {
+    for (wchar_t& unit : line) {
+        if (!fitsIntoStream(unit)) {
+            unit = L'?';
+        }
+    }
+    std::fputws(line.data(), stream);
+}
+
+}  // namespace
+
+void LogOutput::write(const Line& line) {
+    switch (m_settings.destination) {
+        case kDebugger:
+            ::OutputDebugStringW(line.data());
+            break;
+        case kFile:
+            _writeToKeptFile(line);
+            break;
+        case kFilePerLine:
+            if (const Stream stream = _openLogFile(L"a")) {
+                writeToStream(stream.get(), line);
+            }
+            break;
+        case kStandardError:
+            writeToStream(stderr, line);
+            break;
+        default:
+            break;
+    }
+}
+
+void LogOutput::_writeToKeptFile(const Line& line) {
+    if (!m_bOpenTried) {
+        m_bOpenTried = true;
+        m_pStream = _openLogFile(L"w");
+    }
+    if (m_pStream == nullptr) {
+        return;
+    }
+    writeToStream(m_pStream.get(), line);
+    if (m_settings.flush != 0) {
+        std::fflush(m_pStream.get());
+    }
+}
+
+LogOutput::Stream LogOutput::_openLogFile(const wchar_t* mode) const {
+    Path path{};
+    const DWORD length = ::ExpandEnvironmentStringsW(m_settings.logFile.data(), path.data(), kPathChars);
+    if (length == 0 || length > kPathChars) {
+        return nullptr;
+    }
+    Stream stream(::_wfopen(path.data(), mode));
+    if (stream == nullptr && errno == ENOENT) {
+        createFoldersOf(path.data());
+        stream.reset(::_wfopen(path.data(), mode));
+    }
+    return stream;
+}
+
+}  // namespace dbglog

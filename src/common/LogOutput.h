@@ -1,0 +1,32 @@
+// Brings finished lines to where the settings want them.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+
+#include "common/Logger.h"
+
+namespace dbglog {
+
+// What cannot be written is dropped without a word. Not thread-safe: the logger calls it one line at a time.
+class LogOutput final : public ILineSink {
+ public:
+    explicit LogOutput(const Settings& settings) : m_settings(settings) {}
+
+    void write(const Line& line) override;
+
+ private:
+    struct CloseStream {
+        void operator()(std::FILE* stream) const noexcept { std::fclose(stream); }
+    };
+    using Stream = std::unique_ptr<std::FILE, CloseStream>;
+
+    [[nodiscard]] Stream _openLogFile(const wchar_t* mode) const;
+    void _writeToKeptFile(const Line& line);
+
+    const Settings m_settings;
+    Stream m_pStream;  // of the kept-open file
+    bool m_bOpenTried = false;
+};
+
+}  // namespace dbglog

@@ -1,0 +1,118 @@
+#include "common/Logger.h"
+
+#include <algorithm>
+#include <cwchar>
+
+namespace dbglog {
+
+namespace {
+
+constexpr const wchar_t* kLevelNames[] = {L"ERR", L"WRN", L"INF", L"TRC"};
+constexpr std::size_t kLastChar = kLineChars - 2;    // the line feed of a full line
+constexpr std::size_t kTerminator = kLineChars - 1;  // its terminator
+
+// Formats behind what the line holds. False when the text was cut, or could not be formatted.
+bool appendFormatted(Line& line, std::size_t& used, const wchar_t* format, va_list args) {
+    const int length = format == nullptr ? -1 : ::_vsnwprintf(&line[used], line.size() - used, format, args);
+    if (length < 0 || used + static_cast<std::size_t>(length) > kTerminator) {
+        return false;
+    }
+    used += static_cast<std::size_t>(length);
+    return true;
+}
+
+bool append(Line& line, std::size_t& used, const wchar_t* format, ...) {
+    va_list args;
+    va_start(args, format);
+    const bool whole = appendFormatted(line, used, format, args);
+    va_end(args);
+    return whole;
+}
+
+const wchar_t* fileNameOf(const wchar_t* path) {
+    const wchar_t* backslash = std::wcsrchr(path, L'\\');
+    return backslash == nullptr ? path : backslash + 1;
+}
+
+const wchar_t* levelName(Level level) {
+    return kLevelNames[std::clamp(static_cast<int>(level), 0, static_cast<int>(std::size(kLevelNames)) - 1)];
+}
+
+// A text that could not be formatted leaves a gap: the line stays one text of full length.
+std::size_t closeFullLine(Line& line, std::size_t used) {
+    std::replace(line.begin() + static_cast<std::ptrdiff_t>(std::min(used, kLastChar)), line.begin() + kLastChar, L'\0',
+                 L' ');
+    line[kLastChar] = L'\n';
+    line[kTerminator] = L'\0';
+    return kTerminator;
+}
+
+}  // namespace
+
+Logger::Logger(const Settings& settings, ILineSink& sink, const Clock& clock)
+    : m_settings(settings), m_clock(clock), m_sink(sink) {}
+
+int Logger::write(const Record& record, const wchar_t* format, va_list args) {
+    if (!enabled(record.level)) {
+        return 0;
+    }
+    // Timestamps are taken under the lock, so that they rise from line to line.
+    const std::lock_guard lock(m_mutex);
+    Line line{};
+    std::size_t used = _appendPrefix(line, _appendTimestamp(line), record);
+    if (appendFormatted(line, used, format, args) && used < kTerminator) {
+        line[used] = L'\n';
+        line[++used] = L'\0';
+    } else {
+        used = closeFullLine(line, used);
+    }
+    m_sink.write(line);
+    return static_cast<int>(used);
+}
+
+std::size_t Logger::_appendTimestamp(Line& line) {
+    if (m_settings.timeDateFormat == kNoTime) {
+        return 0;
+    }
+    if (m_settings.timeDateFormat == kElapsed) {
+        return _appendElapsed(line);
+    }
+    SYSTEMTIME now{};
+    m_clock.localTime(&now);
+    wchar_t date[32] = L"";
+    wchar_t time[32] = L"";
+    if (m_settings.timeDateFormat == kDateAndTime) {
+        ::GetDateFormatW(LOCALE_USER_DEFAULT, 0, &now, L"yyyy-MM-dd ", date, static_cast<int>(std::size(date)));
+    }
+    ::GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &now, L"HH:mm:ss", time, static_cast<int>(std::size(time)));
+    std::size_t used = 0;
+    append(line, used, L"%s%s.%03d: ", date, time, now.wMilliseconds);
+    return used;
+}
+
+std::size_t Logger::_appendElapsed(Line& line) {
+    const DWORD tick = m_clock.tickCount();
+    if (!m_bHasFirstTick) {
+        m_bHasFirstTick = true;
+        m_dwFirstTick = tick;
+    }
+    const DWORD elapsed = tick - m_dwFirstTick;  // right across the wrap of the tick count as well
+    std::size_t used = 0;
+    append(line, used, L"%d.%03d: ", elapsed / 1000, elapsed % 1000);
+    return used;
+}
+
+std::size_t Logger::_appendPrefix(Line& line, std::size_t used, const Record& record) const {
+    const wchar_t* source = record.sourceFile == nullptr ? L"" : record.sourceFile;
+    if (m_settings.sourceFileFormat == 0) {
+        source = fileNameOf(source);
+    }
+    if (!append(line, used, L"%s(%d): %s [%s]%s: ", source, record.line, record.moduleTag, levelName(record.level),
+                record.functionTag)) {
+        line[kTerminator] = L'\0';
+        return kTerminator;
+    }
+    return used;
+}
+
+}  // namespace dbglog

@@ -1,0 +1,61 @@
+// The core of the log: the filter and the assembly of a line. It knows no file and no process; DebugLog.cpp holds the
+// one logger of the process.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <cstdarg>
+#include <cstddef>
+#include <mutex>
+
+#include "common/DebugLog.h"
+#include "common/LogSettings.h"
+
+namespace dbglog {
+
+// In characters: line feed and terminator included.
+inline constexpr std::size_t kLineChars = 512;
+
+using Line = std::array<wchar_t, kLineChars>;
+
+// Takes finished lines, one call at a time.
+class ILineSink {
+ public:
+    virtual ~ILineSink() = default;
+    virtual void write(const Line& line) = 0;
+};
+
+// Where the timestamps come from; tests put their own functions here.
+struct Clock {
+    decltype(&::GetTickCount) tickCount = &::GetTickCount;
+    decltype(&::GetLocalTime) localTime = &::GetLocalTime;
+};
+
+// Any thread. Lines of different threads reach the sink one after the other.
+class Logger {
+ public:
+    // The sink outlives the logger.
+    Logger(const Settings& settings, ILineSink& sink, const Clock& clock = {});
+
+    [[nodiscard]] bool enabled(Level level) const noexcept {
+        return m_settings.destination != kNowhere && static_cast<int>(level) <= m_settings.level;
+    }
+
+    // Returns the characters of the line, or 0 when it was filtered out.
+    int write(const Record& record, const wchar_t* format, va_list args);
+
+ private:
+    [[nodiscard]] std::size_t _appendTimestamp(Line& line);
+    [[nodiscard]] std::size_t _appendElapsed(Line& line);
+    [[nodiscard]] std::size_t _appendPrefix(Line& line, std::size_t used, const Record& record) const;
+
+    const Settings m_settings;
+    const Clock m_clock;
+    ILineSink& m_sink;
+    std::mutex m_mutex;
+    DWORD m_dwFirstTick = 0;
+    bool m_bHasFirstTick = false;
+};
+
+}  // namespace dbglog

@@ -1,0 +1,67 @@
+#include "common/ResourceFunc.h"
+
+#include <cstring>
+#include <span>
+#include <utility>
+
+#include "common/Handle.h"
+#include "common/Status.h"
+
+namespace {
+
+struct ReleaseStream {
+    void operator()(IStream* pStream) const noexcept { pStream->Release(); }
+};
+using StreamPtr = std::unique_ptr<IStream, ReleaseStream>;
+
+// Memory of its own with the same content; empty when there is none to be had.
+common::UniqueGlobalMemory copyToGlobal(std::span<const std::byte> bytes) noexcept {
+    common::UniqueGlobalMemory memory(::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes.size()));
+    void* const pTarget = memory ? ::GlobalLock(memory.get()) : nullptr;
+    if (pTarget == nullptr) {
+        return {};
+    }
+    std::memcpy(pTarget, bytes.data(), bytes.size());
+    ::GlobalUnlock(memory.get());
+    return memory;
+}
+
+// Where the system has the bytes of a resource; null when it cannot give them.
+const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
+    const HGLOBAL hLoaded = ::LoadResource(hModule, hResource);
+    return hLoaded != nullptr ? static_cast<const std::byte*>(::LockResource(hLoaded)) : nullptr;
+}
+
+}  // namespace
+
+HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType,
+                        std::unique_ptr<Gdiplus::Image>& outImage) {
+    const HRSRC hResource = ::FindResourceW(hModule, MAKEINTRESOURCEW(wResourceId), pszResourceType);
+    if (hResource == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    const DWORD dwSize = ::SizeofResource(hModule, hResource);
+    if (dwSize == 0) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    const std::byte* const pBytes = resourceBytes(hModule, hResource);
+    if (pBytes == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    common::UniqueGlobalMemory memory = copyToGlobal({pBytes, dwSize});
+    if (!memory) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    IStream* pRawStream = nullptr;
+    RETURN_IF_FAILED(::CreateStreamOnHGlobal(memory.get(), TRUE, &pRawStream));
+    const StreamPtr stream(pRawStream);
+    static_cast<void>(memory.release());  // the stream frees it
+    outImage = std::make_unique<Gdiplus::Image>(stream.get());
+    return S_OK;
+}
+
+std::wstring loadResString(UINT uResourceId) {
+    return loadGrowing([uResourceId](wchar_t* pszBuffer, int nCapacity) {
+        return ::LoadStringW(::GetModuleHandleW(nullptr), uResourceId, pszBuffer, nCapacity);
+    });
+}

@@ -1,0 +1,56 @@
+#include "common/SiblingLibrary.h"
+
+#include <string>
+
+#include "common/DebugLog.h"
+
+namespace {
+
+// LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32
+constexpr DWORD kOwnFolderAndSystem = 0x00000200 | 0x00000800;
+
+// The executable's folder with its trailing backslash; empty when it cannot be had.
+std::wstring programFolder() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (length == 0) {
+            return {};
+        }
+        if (length < path.size()) {
+            return path.substr(0, path.substr(0, length).rfind(L'\\') + 1);
+        }
+        path.resize(path.size() * 2);
+    }
+}
+
+}  // namespace
+
+void restrictLibrarySearch() {
+    using SetDefaultDllDirectories = BOOL(WINAPI*)(DWORD);
+    const auto restrict = reinterpret_cast<SetDefaultDllDirectories>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "SetDefaultDllDirectories")));
+    if (restrict != nullptr) {
+        restrict(kOwnFolderAndSystem);
+    }
+    ::SetDllDirectoryW(L"");  // no current directory in the old search order either
+}
+
+common::UniqueModule loadSibling(const wchar_t* pszFileName) {
+    // The altered search path makes the library's own folder, not the current one, the place for what it needs itself.
+    const std::wstring path = programFolder() + pszFileName;
+    common::UniqueModule module(::LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+    if (!module) {
+        LOG_LINE(::dbglog::Level::Error, L"Library %s cannot be loaded, error %u.", path.c_str(),
+                 static_cast<unsigned>(::GetLastError()));
+    }
+    return module;
+}
+
+FARPROC findExport(HMODULE hModule, const char* pszName) {
+    FARPROC address = hModule == nullptr ? nullptr : ::GetProcAddress(hModule, pszName);
+    if (address == nullptr) {
+        LOG_LINE(::dbglog::Level::Error, L"Export %S is missing.", pszName);
+    }
+    return address;
+}

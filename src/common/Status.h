@@ -1,0 +1,48 @@
+// Statuses in the HRESULT convention and the few statements that carry it. Negative is failure; S_FALSE: nothing to do.
+#pragma once
+
+#include <windows.h>
+
+#include "common/DebugLog.h"
+
+namespace common {
+
+// A system error as a status: a positive error e becomes 0x80070000 | (e & 0xFFFF), anything else stays as it is.
+[[nodiscard]] constexpr HRESULT statusFromWin32(LONG error) noexcept {
+    return error <= 0 ? static_cast<HRESULT>(error)
+                      : static_cast<HRESULT>((static_cast<ULONG>(error) & 0x0000FFFFU) | 0x80070000U);
+}
+
+// The calling thread's last system error as a status.
+[[nodiscard]] inline HRESULT statusFromLastError() noexcept {
+    return statusFromWin32(static_cast<LONG>(::GetLastError()));
+}
+
+}  // namespace common
+
+// Logs a status and returns it. The argument is evaluated once.
+#define RETURN_LOGGED(status)                   \
+    do {                                        \
+        const HRESULT loggedStatus_ = (status); \
+        LOG_STATUS(loggedStatus_);              \
+        return loggedStatus_;                   \
+    } while (false)
+
+// Goes on when the call succeeded; logs its status and returns it when it failed. Never use it beside a raw handle.
+#define RETURN_IF_FAILED(call)              \
+    do {                                    \
+        const HRESULT callStatus_ = (call); \
+        if (FAILED(callStatus_)) {          \
+            LOG_STATUS(callStatus_);        \
+            return callStatus_;             \
+        }                                   \
+    } while (false)
+
+// The same for an expectation: logs "ASSERT( text )" and returns the status when it does not hold.
+#define RETURN_UNLESS(condition, text, status) \
+    do {                                       \
+        if (!(condition)) {                    \
+            LOG_ASSERT(text);                  \
+            return (status);                   \
+        }                                      \
+    } while (false)
