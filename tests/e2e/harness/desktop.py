@@ -1,0 +1,296 @@
+"""A desktop for one run of the tests: screen, Wine prefix, probe, keyboard; and the program started on it."""
+import os
+import shutil
+import signal
+import subprocess
+
+from . import log, places, record
+from .functions import numbered
+from .keyboard import MODIFIER, Keyboard
+from .probe import WM_CLOSE, WM_USER, Probe, Rect
+from .screen import Screen
+from .waiting import stays, wait_until
+
+STRIP_CLASS = "ZelMainDlgCls_A4E19C07-6B3D-4D52-8F0A-91C3E57D2B68"
+FRAME_CLASS, FRAME_TITLE = "ZelMainCls", "KESTOVA Fenwyn"
+LAYERED_PREFIX = "QRD_LayeredWnd"
+DIALOG_CLASS = "#32770"
+MUTEX = "_ZelMain_Mutex_"
+END_EVENT = "Local\\KESTOVA_Fenwyn_End"
+
+PRODUCT = "SOFTWARE\\KESTOVA\\Fenwyn"
+CONFIG = "SOFTWARE\\KESTOVA\\Fenwyn\\Config"
+LIST = "SOFTWARE\\KESTOVA\\Fenwyn\\HotKey"
+MAKER = "SOFTWARE\\KESTOVA"
+NOTEBOOK = "SOFTWARE\\KESTOVA\\Simulated Notebook"  # in HKCU; one subkey per function
+
+SHOW_OR_FLASH = WM_USER + 102
+HIDE_STRIP = WM_USER + 104
+HOTKEY_EVENT = WM_USER + 101
+
+WS_EX_NOACTIVATE = 0x08000000
+CONFIG_DEFAULTS = {"Disable": 0, "Position": 0, "EnableHover": 0, "MouseEnterIdle": 0, "Topmost": 0, "HideMainDlg": 0,
+                   "IgnoreFnKey": 0, "AutoHide": 0, "AutoHideDelayTime": 2000, "HideCaption": 0, "Programmable": 0,
+                   "ShowQrdAtLaunch": 0, "AlwaysShowItemsCaption": 0, "ItemDescMaxWidth": 100, "SliderThumbSize": 20,
+                   "HideMainUIWhenLostFocus": 0}
+
+
+class Desktop:
+    """Made once per run."""
+
+    def __init__(self):
+        self.screen = Screen()
+        self.environment = dict(os.environ, DISPLAY=self.screen.display, WINEPREFIX=str(places.PREFIX))
+        subprocess.run([str(places.ROOT / "tools" / "prefix")], env=self.environment, check=True, timeout=120)
+        self.probe = Probe(self.environment)
+        self.keyboard = Keyboard(self.environment)
+        self.window = 0
+
+    def work_area(self):
+        return self.probe.work_area()
+
+    def take_focus(self):
+        """A window of another program has the focus: keys reach the keyboard hook only while some window has it."""
+        self.window = self.probe.make_window()
+        self.probe.focus(self.window)
+        wait_until(lambda: self.probe.foreground() == self.window, "the other program's window has the focus")
+
+        def key_arrives():
+            self.keyboard.press("Scroll_Lock")
+            return any(message == 0x100 for message, _, _ in self.probe.received(self.window))
+        wait_until(key_arrives, "keys reach the desktop")
+
+    def reset(self):
+        """As if nothing had been there before: no settings, no keys down, no windows of ours."""
+        self.keyboard.release_all()
+        self.keyboard.move(self.screen.width - 2, self.screen.height // 2)
+        for root in ("HKLM", "HKCU"):
+            self.probe.delete_key(root, MAKER)
+        self.probe.release()
+        self.leave_alone()
+
+    def leave_alone(self):
+        """The window of the other program goes."""
+        if self.window:
+            self.probe.destroy(self.window)
+            self.window = 0
+
+    def close(self):
+        self.probe.end()
+        subprocess.run([str(places.ROOT / "tools" / "wine-end")], env=self.environment, check=False, timeout=60)
+        self.screen.stop()
+
+
+class Program:
+    """Fenwyn in a folder of its own, with its settings; one per test. Nothing runs before start()."""
+
+    def __init__(self, desktop, folder):
+        self.desktop = desktop
+        self.probe = desktop.probe
+        self.keyboard = desktop.keyboard
+        self.folder = folder
+        self.stage = folder / "stage"
+        self.log_file = folder / "log.txt"
+        self.record_file = folder / "calls.txt"
+        self.functions = []
+        self.bottom = False
+        self._started = []
+        shutil.rmtree(folder, ignore_errors=True)
+        # Hard links: a copy of the stage folder costs nothing, and DbgLog.ini can lie beside the program.
+        shutil.copytree(places.STAGE, self.stage, copy_function=_link)
+        (self.stage / "DbgLog.ini").unlink(missing_ok=True)
+        self.write_log_settings(Level=3, Destination=2, LogFile=places.windows_path(self.log_file), Flush=1)
+        self.probe.set_text("HKCU", NOTEBOOK, "RecordFile", places.windows_path(self.record_file))
+
+    # What is written before the start
+    def write_log_settings(self, **values):
+        text = "[LOG]\r\n" + "".join(f"{key}={value}\r\n" for key, value in values.items())
+        (self.stage / "DbgLog.ini").write_bytes(text.encode())
+
+    def configure(self, **values):
+        """All settings in the machine key: defaults, except those given. The key of the user stays away."""
+        settings = dict(CONFIG_DEFAULTS, **values)
+        unknown = set(values) - set(CONFIG_DEFAULTS)
+        assert not unknown, unknown
+        for name, value in settings.items():
+            self.probe.set_dword("HKLM", CONFIG, name, value)
+        self.bottom = settings["Position"] != 0
+
+    def offer(self, *functions):
+        """Writes the function list: names of circle functions (keys F1, F2, ...), or Function records."""
+        names = [entry for entry in functions if isinstance(entry, str)]
+        self.functions = numbered(names) if names else list(functions)
+        for function in self.functions:
+            key = f"{LIST}\\{function.name}"
+            plugin = function.plugin or places.windows_path(self.stage / "plugins" / f"Sim{function.name}.dll")
+            self.probe.set_text("HKLM", key, "Caption", function.caption)
+            self.probe.set_binary("HKLM", key, "Code", b"".join(code.to_bytes(4, "little") for code in function.codes))
+            self.probe.set_text("HKLM", key, "FuncDll", plugin)
+        # The display outputs look for the display-configuration program there.
+        self.probe.set_text("HKLM", PRODUCT, "InstallPath", places.windows_path(self.stage))
+        self.probe.set_text("HKLM", LIST, "FuncList", "".join(f"{function.name};" for function in self.functions))
+
+    def machine(self, function, **values):
+        """State of the simulated notebook: machine("Mute", Item=1)."""
+        for name, value in values.items():
+            self.probe.set_dword("HKCU", f"{NOTEBOOK}\\{function}", name.replace("__", "."), value)
+
+    def machine_item(self, function):
+        return int.from_bytes(self.probe.get_value("HKCU", f"{NOTEBOOK}\\{function}", "Item"), "little")
+
+    # Running
+    def launch(self, *arguments):
+        """Starts the program and does not wait for anything."""
+        output = open(self.folder / "output.txt", "ab")
+        process = subprocess.Popen([str(places.WINE), str(self.stage / "Fenwyn.exe"), *arguments], cwd=self.folder,
+                                   env=self.desktop.environment, stdin=subprocess.DEVNULL, stdout=output, stderr=output,
+                                   start_new_session=True)
+        output.close()
+        self._started.append(process)
+        return process
+
+    def start(self, *arguments):
+        """Starts the program and waits until it is up."""
+        process = self.launch(*arguments)
+        wait_until(lambda: process.poll() is not None or self.is_up(),
+                   lambda: f"start-up is complete; windows: {self.windows()}", 20)
+        assert process.poll() is None, f"the program ended with status {process.returncode}: {self.errors()}"
+        return process
+
+    def is_up(self):
+        # The hover strip, made last, is a second dialog beside the strip; the log says when the rest is done.
+        frame = self.frame()
+        if not frame or not self.strip():
+            return False
+        if self.log_file.exists():
+            return any(line.text == "LEAVE CZelMainApp::InitInstance" for line in self.log())
+        return len(self.probe.windows(DIALOG_CLASS, frame.pid)) >= 1
+
+    @property
+    def pid(self):
+        return self.frame().pid
+
+    def running(self):
+        return [process for process in self._started if process.poll() is None]
+
+    def wait_end(self, process, deadline=15):
+        wait_until(lambda: process.poll() is not None, "the program has ended", deadline)
+        return process.returncode
+
+    def end(self):
+        """Ends the program in the way that is documented for other programs."""
+        assert self.probe.set_event(END_EVENT), "nobody listens to the end event"
+        for process in self.running():
+            assert self.wait_end(process) == 0
+
+    def cleanup(self):
+        """After the test, whatever happened in it."""
+        self.keyboard.release_all()
+        if self.running() and self.frame():
+            self.probe.post(self.frame().hwnd, WM_CLOSE)
+        for process in self.running():
+            try:
+                process.wait(5)
+            except subprocess.TimeoutExpired:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait(5)
+        wait_until(lambda: not self.probe.processes("Fenwyn.exe"), "no program is left behind")
+
+    # Windows
+    def frame(self):
+        return next((w for w in self.probe.windows(FRAME_CLASS) if w.title == FRAME_TITLE), None)
+
+    def strip(self):
+        return next(iter(self.probe.windows(STRIP_CLASS)), None)
+
+    def windows(self):
+        frame = self.frame()
+        return self.probe.windows(pid=frame.pid) if frame else []
+
+    def strip_shown(self):
+        window = self.strip()
+        return window is not None and window.visible
+
+    def shown_dialogs(self):
+        """Visible dialogs beside the strip: enlarged cards, items, caption boxes, hover strip."""
+        return [w for w in self.windows() if w.cls == DIALOG_CLASS and w.visible]
+
+    def shown_layered(self):
+        return [w for w in self.windows() if w.cls.startswith(LAYERED_PREFIX) and w.visible]
+
+    def shown_with(self, rect):
+        return [w for w in self.shown_dialogs() if w.rect == rect]
+
+    # Keys
+    def key_of(self, name):
+        return next(function.key for function in self.functions if function.name == name)
+
+    def index_of(self, name):
+        return [function.name for function in self.functions].index(name)
+
+    def hold(self):
+        """Holds the modifier until the strip has answered."""
+        seen = self.count_of("CZelMainDlg::handleHotkey", "LEAVE")
+        self.keyboard.down(MODIFIER)
+        self._handled(seen + 1)
+
+    def let_go(self):
+        seen = self.count_of("CZelMainDlg::handleHotkey", "LEAVE")
+        self.keyboard.up(MODIFIER)
+        self._handled(seen + 1)
+
+    def press(self, name):
+        """Presses a function's key and lets it go once the strip has handled it, until that is handled too.
+
+        While the cards change, no window may have the focus for a moment: a key that is let go just then is let go
+        without anybody hearing it."""
+        seen = self.count_of("CZelMainDlg::handleHotkey", "LEAVE")
+        self.keyboard.down(self.key_of(name))
+        self._handled(seen + 1)
+        self.keyboard.up(self.key_of(name))
+        self._handled(seen + 2)
+
+    def count_of(self, function, word):
+        return sum(1 for line in self.log() if line.text == f"{word} {function}")
+
+    def _handled(self, count):
+        wait_until(lambda: self.count_of("CZelMainDlg::handleHotkey", "LEAVE") >= count,
+                   "the strip has handled the key")
+
+    # What was written
+    def log(self):
+        return log.parse(self.log_file.read_bytes()) if self.log_file.exists() else []
+
+    def log_texts(self):
+        return [line.text for line in self.log()]
+
+    def errors(self):
+        return [line for line in self.log() if line.level == "ERR"]
+
+    def calls(self, function=None, export=None):
+        return [call for call in record.read(self.record_file)
+                if function in (None, call.function) and export in (None, call.export)]
+
+    def chosen(self, function):
+        """Arguments of the SelectItem calls of a function, in order."""
+        return [call.arguments for call in self.calls(function, "SelectItem")]
+
+    # Expectations that many tests share
+    def expect_strip(self, shown=True):
+        wait_until(lambda: self.strip_shown() == shown,
+                   lambda: f"the strip is {'shown' if shown else 'hidden'}: {self.strip()}")
+
+    def expect_strip_stays(self, shown, seconds=0.4):
+        stays(lambda: self.strip_shown() == shown, lambda: f"the strip changed: {self.strip()}", seconds)
+
+
+def _link(source, target):
+    try:
+        os.link(source, target)
+    except OSError:
+        shutil.copy2(source, target)
+    return target
+
+
+def around(rect, by):
+    return Rect(rect.left - by, rect.top - by, rect.right + by, rect.bottom + by)

@@ -1,0 +1,33 @@
+"""The program's log, line by line."""
+import re
+
+LINE = re.compile(r"^(?P<stamp>(?:\d{4}-\d\d-\d\d )?\d\d:\d\d:\d\d\.\d{3}: |\d+\.\d{3}: )?"
+                  r"(?P<file>[^()]+)\((?P<line>\d+)\):  \[(?P<level>ERR|WRN|INF|TRC)\] \((?P<function>[^)]*)\): "
+                  r"(?P<text>.*)$", re.S)
+
+
+class Line:
+    def __init__(self, raw):
+        match = LINE.match(raw)
+        assert match, f"not a log line: {raw!r}"
+        self.raw = raw
+        self.stamp = match["stamp"] or ""
+        self.file = match["file"]
+        self.line = int(match["line"])
+        self.level = match["level"]
+        self.function = match["function"]
+        self.text = match["text"]
+
+    @property
+    def short(self):
+        """What a test compares: level, function, message."""
+        return f"{self.level} {self.function}: {self.text}"
+
+    def __repr__(self):
+        return self.short
+
+
+def parse(data):
+    """Lines of a log file's bytes. Text mode ends each with CR LF; a message may hold a line feed of its own."""
+    text = data.decode("utf-8", "replace")
+    return [Line(raw) for raw in text.split("\r\n") if raw]

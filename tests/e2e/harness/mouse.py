@@ -1,0 +1,100 @@
+"""Working the cards with the mouse: the hover strip calls them, pixels tell which card the mouse is on."""
+from statistics import median
+
+from . import geometry
+from .probe import Rect
+from .screen import BACKGROUND
+from .waiting import wait_until
+
+BRIGHT, DIMMED = 220, 150  # opacities of a card's picture
+
+
+def middle(rect):
+    return (rect.left + rect.right) // 2, (rect.top + rect.bottom) // 2
+
+
+def hover_rect(program):
+    return geometry.hover_strip(program.desktop.work_area(), len(program.functions), program.bottom)
+
+
+def hover_shown(program):
+    return bool(program.shown_with(hover_rect(program)))
+
+
+def expect_hover_strip(program, shown=True):
+    wait_until(lambda: hover_shown(program) == shown,
+               lambda: f"the hover strip is {'shown' if shown else 'hidden'}: {program.shown_dialogs()}")
+
+
+def card_picture(program, index):
+    """What is seen of a card's picture: the part next to the screen's edge."""
+    rect = geometry.card_picture(program.desktop.work_area(), len(program.functions), index, program.bottom)
+    rows = geometry.PICTURE_BAND - 1
+    if program.bottom:
+        return Rect(rect.left, rect.bottom - rows, rect.right, rect.bottom)
+    return Rect(rect.left, rect.top, rect.right, rect.top + rows)
+
+
+def hover_point(program, index=0):
+    """On the hover strip, where the card `index` will be."""
+    x, _ = middle(card_picture(program, index))
+    return x, hover_rect(program).top + 1
+
+
+def away(program):
+    """A point where none of the program's windows is."""
+    return program.desktop.screen.width - 2, program.desktop.screen.height // 2
+
+
+def rest_on_hover_strip(program, index=0):
+    expect_hover_strip(program)
+    program.keyboard.move(*hover_point(program, index))
+
+
+def call_cards(program, index=0):
+    """Rests on the hover strip until the cards are shown, with the mouse on one of them."""
+    rest_on_hover_strip(program, index)
+    program.expect_strip()
+    wait_until(lambda: "The mouse is  operating." in program.log_texts(), "the mouse works the cards")
+    program.keyboard.move(*middle(card_picture(program, index)))
+
+
+def open_card(program, index):
+    """Opens a card with a click, from hidden cards."""
+    call_cards(program, index)
+    program.keyboard.click(*middle(card_picture(program, index)))
+    program.expect_strip(shown=False)
+
+
+class CardsAsShown:
+    """How the cards look when no mouse works them: what their opacities are measured against."""
+
+    def __init__(self, program):
+        self._program = program
+        self._rects = [card_picture(program, index) for index in range(len(program.functions))]
+        self._whole = Rect(self._rects[0].left, self._rects[0].top, self._rects[-1].right, self._rects[0].bottom)
+        self._picture = wait_until(self._drawn, "all cards are drawn")
+
+    def _drawn(self):
+        picture = self._program.desktop.screen.picture(self._whole)
+        return None if any(picture.is_plain(rect) for rect in self._rects) else picture
+
+    def opacities(self):
+        """One number per card, from what is on the screen now."""
+        now = self._program.desktop.screen.picture(self._whole)
+        return [self._opacity(now, rect) for rect in self._rects]
+
+    def _opacity(self, now, rect):
+        shares = [(new - back) / (old - back)
+                  for y in range(rect.top + 2, rect.bottom - 2, 3) for x in range(rect.left + 4, rect.right - 4, 3)
+                  for new, old, back in zip(now.at(x, y), self._picture.at(x, y), BACKGROUND)
+                  if abs(old - back) >= 30]
+        return BRIGHT * median(shares) if shares else 0
+
+    def expect(self, *wanted):
+        seen = []
+
+        def as_wanted():
+            seen[:] = self.opacities()
+            return all(abs(a - b) < 15 for a, b in zip(seen, wanted))
+        wait_until(as_wanted, lambda: f"opacities {wanted}: {[round(value) for value in seen]}")

@@ -1,0 +1,19 @@
+"""Where things are."""
+import os
+import pathlib
+
+ROOT = pathlib.Path(__file__).resolve().parents[3]
+BUILD = ROOT / "build"
+STAGE = pathlib.Path(os.environ.get("FENWYN_STAGE", BUILD / "stage"))
+OUT = BUILD / "x64-release"
+PROBE = pathlib.Path(os.environ.get("FENWYN_PROBE", OUT / "e2e" / "probe.exe"))
+PLUGINS = pathlib.Path(os.environ.get("FENWYN_TEST_PLUGINS", OUT / "unit" / "plugins"))
+PREFIX = pathlib.Path(os.environ.get("WINEPREFIX", BUILD / "wineprefix-test"))
+WINE = ROOT / "tools" / "wine"
+# One folder per test below it, replaced at each run; what a failed test leaves there tells why.
+TESTS = pathlib.Path(os.environ.get("FENWYN_E2E_OUT", BUILD / "e2e"))
+
+
+def windows_path(path):
+    """The path as a program in the prefix sees it."""
+    return "Z:" + str(path).replace("/", "\\")

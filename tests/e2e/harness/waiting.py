@@ -1,0 +1,31 @@
+"""Waiting for a condition, never for luck."""
+import os
+import time
+
+SOON = 10.0  # seconds; a condition that holds is seen within milliseconds, this is for a slow machine
+PAUSE = 0.02
+
+
+def wait_until(condition, what, deadline=SOON):
+    """Polls until condition() is true and returns its value. Fails with `what` after the deadline."""
+    end = time.monotonic() + deadline
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"not within {deadline:g} s: {what() if callable(what) else what}")
+        time.sleep(PAUSE)
+
+
+def stays(condition, what, seconds=0.4):
+    """The condition holds now and for a while: how the absence of an effect is tested."""
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        assert condition(), what() if callable(what) else what
+        time.sleep(PAUSE)
+
+
+def allowed(seconds):
+    """How long something that takes at most so long on a quiet machine may take on this one, as busy as it is now."""
+    return seconds * max(1.0, 1 + os.getloadavg()[0] / (os.cpu_count() or 1))

@@ -1,0 +1,41 @@
+// One line in, one line of JSON out. A line is a command and its arguments, separated by tabs.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace probe {
+
+using Arguments = std::vector<std::wstring>;
+
+// Runs on the thread that owns the windows. Never throws for bad arguments; answers {"error": ...} then.
+[[nodiscard]] std::string answer(std::string_view line);
+
+// Numbers in decimal or 0x hexadecimal, negative ones too; 0 for what is no number.
+[[nodiscard]] long long toNumber(const std::wstring& text);
+
+// The commands, by the file that has them.
+std::string listWindows(const Arguments& arguments);      // -> every top-level window, topmost first
+std::string foreground(const Arguments& arguments);       // -> the window with the focus
+std::string workArea(const Arguments& arguments);         // -> rectangle and DPI
+std::string sendOrPost(const Arguments& arguments);       // how (post, send), window, message, wParam, lParam -> result
+std::string registerMessage(const Arguments& arguments);  // name -> number
+
+std::string makeWindow(const Arguments& arguments);        // class, title, left, top, width, height -> window
+std::string receivedMessages(const Arguments& arguments);  // window -> [message, wParam, lParam] since the last asking
+std::string focusWindow(const Arguments& arguments);       // window
+std::string destroyWindow(const Arguments& arguments);     // window
+
+std::string listProcesses(const Arguments& arguments);   // -> id and file name of every process
+std::string countHandles(const Arguments& arguments);    // process id -> kernel handles and GDI objects
+std::string holdObject(const Arguments& arguments);      // kind (mutex, event), name -> whether it existed before
+std::string releaseObjects(const Arguments& arguments);  // what holdObject made
+std::string setEvent(const Arguments& arguments);        // name -> whether there is such an event
+
+std::string setValue(const Arguments& arguments);     // root, key, name, type (dword, sz, hex), data
+std::string getValue(const Arguments& arguments);     // root, key, name -> type and bytes in hexadecimal
+std::string deleteKey(const Arguments& arguments);    // root, key (with all below it)
+std::string deleteValue(const Arguments& arguments);  // root, key, name
+
+}  // namespace probe

@@ -1,0 +1,137 @@
+// Processes, what they hold, and named objects that a test takes before the program does.
+#include <windows.h>
+
+#include <tlhelp32.h>
+#include <winternl.h>
+
+#include <algorithm>
+#include <cstdint>
+
+#include "Commands.h"
+#include "Json.h"
+#include "common/Handle.h"
+
+namespace probe {
+
+namespace {
+
+// The system's own counters answer 0 under Wine, so the tables behind them are read.
+struct HandleEntry {
+    void* object;
+    ULONG_PTR processId;
+    ULONG_PTR handle;
+    ULONG access;
+    USHORT backTrace;
+    USHORT type;
+    ULONG attributes;
+    ULONG reserved;
+};
+struct HandleTable {
+    ULONG_PTR count;
+    ULONG_PTR reserved;
+    HandleEntry entries[1];
+};
+struct GdiEntry {
+    std::uint64_t object;
+    USHORT owner;
+    USHORT count;
+    USHORT unique;
+    UCHAR type;
+    UCHAR flags;
+    std::uint64_t userPointer;
+};
+constexpr int kSystemExtendedHandles = 64;
+constexpr std::size_t kGdiTableOffset = 0xF8;  // in the process environment block, 64 bit
+constexpr std::size_t kGdiEntries = 0x10000;
+
+std::vector<common::UniqueHandle>& heldObjects() {
+    static std::vector<common::UniqueHandle> all;
+    return all;
+}
+
+template <typename Function>
+Function ofNtdll(const char* name) {
+    return reinterpret_cast<Function>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), name)));
+}
+
+std::int64_t kernelHandlesOf(DWORD process) {
+    using Query = NTSTATUS(NTAPI*)(int, void*, ULONG, ULONG*);
+    static const auto query = ofNtdll<Query>("NtQuerySystemInformation");
+    std::vector<std::uint64_t> buffer(1U << 20);
+    ULONG length = 0;
+    const auto bytes = static_cast<ULONG>(buffer.size() * sizeof buffer[0]);
+    if (query(kSystemExtendedHandles, buffer.data(), bytes, &length) != 0) {
+        return -1;
+    }
+    const auto* table = reinterpret_cast<const HandleTable*>(buffer.data());
+    return std::count_if(table->entries, table->entries + table->count,
+                         [process](const HandleEntry& entry) { return entry.processId == process; });
+}
+
+template <typename T>
+bool readFrom(HANDLE process, std::uint64_t address, T* out, std::size_t count) {
+    SIZE_T read = 0;
+    return ::ReadProcessMemory(process, reinterpret_cast<const void*>(address), out, count * sizeof(T), &read) != 0;
+}
+
+std::int64_t gdiObjectsOf(HANDLE process) {
+    using Query = NTSTATUS(NTAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+    static const auto query = ofNtdll<Query>("NtQueryInformationProcess");
+    PROCESS_BASIC_INFORMATION basic{};
+    std::uint64_t table = 0;
+    std::vector<GdiEntry> entries(kGdiEntries);
+    if (query(process, ProcessBasicInformation, &basic, sizeof basic, nullptr) != 0 ||
+        !readFrom(process, reinterpret_cast<std::uint64_t>(basic.PebBaseAddress) + kGdiTableOffset, &table, 1) ||
+        !readFrom(process, table, entries.data(), entries.size())) {
+        return -1;
+    }
+    return std::count_if(entries.begin(), entries.end(), [](const GdiEntry& entry) { return entry.type != 0; });
+}
+
+}  // namespace
+
+std::string listProcesses(const Arguments&) {
+    const common::UniqueFile snapshot(::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    std::vector<std::string> found;
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = ::Process32FirstW(snapshot.get(), &entry); more; more = ::Process32NextW(snapshot.get(), &entry)) {
+        found.push_back(object({{"pid", number(entry.th32ProcessID)}, {"file", quoted(entry.szExeFile)}}));
+    }
+    return array(found);
+}
+
+std::string countHandles(const Arguments& arguments) {
+    const auto id = static_cast<DWORD>(toNumber(arguments[0]));
+    const common::UniqueHandle process(::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, id));
+    if (!process) {
+        return error(L"no such process");
+    }
+    return object({{"kernel", number(kernelHandlesOf(id))}, {"gdi", number(gdiObjectsOf(process.get()))}});
+}
+
+std::string holdObject(const Arguments& arguments) {
+    const wchar_t* name = arguments[1].c_str();
+    ::SetLastError(ERROR_SUCCESS);
+    common::UniqueHandle made(arguments[0] == L"mutex" ? ::CreateMutexW(nullptr, FALSE, name)
+                                                       : ::CreateEventW(nullptr, FALSE, FALSE, name));
+    const bool existed = ::GetLastError() == ERROR_ALREADY_EXISTS;
+    if (!made) {
+        return error(L"the object could not be made");
+    }
+    heldObjects().push_back(std::move(made));
+    return boolean(existed);
+}
+
+std::string releaseObjects(const Arguments&) {
+    heldObjects().clear();
+    return boolean(true);
+}
+
+std::string setEvent(const Arguments& arguments) {
+    const common::UniqueHandle event(::OpenEventW(EVENT_MODIFY_STATE, FALSE, arguments[0].c_str()));
+    return boolean(event && ::SetEvent(event.get()) != FALSE);
+}
+
+}  // namespace probe

@@ -1,0 +1,181 @@
+// A plug-in that does as it is told and remembers how it was called. InstrPlugin.dll has every export of the contract;
+// InstrNo<Export>.dll lacks that one. All stand in unit/plugins/ of the build folder.
+//
+// In-process tests steer it through InstrumentedPlugin below. Tests with a program of its own set values in
+//   HKEY_CURRENT_USER\SOFTWARE\KESTOVA\Fenwyn Test\Plugin\<file name without .dll>
+// (a copy of the library under another name has a key of its own), read once when the library is loaded:
+//   <Export>.Result, <Export>.Delay (ms)              DWORD
+//   Info, Info2, CurrentItem, Dual, ItemCount         DWORD
+//   FollowSelection, WritesOnFailure                  DWORD
+//   Plan<n>                                           text of a power plan
+//   Entry<n>.Mode, Entry<n>.Flags, Entry<n>.Records   DWORD
+//   Entry<n>.Text                                     text of an entry of the output list
+//   RecordFile                                        text: each call is appended there, as sim::appendCall writes it
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "FenwynPlugin.h"
+#include "common/Handle.h"
+
+namespace instr {
+
+enum ExportId : unsigned {
+#define INSTR_EXPORT(name) name##Id,
+#include "plugins/InstrExports.inc"
+#undef INSTR_EXPORT
+    ExportCount
+};
+
+inline constexpr const char* kExportNames[] = {
+#define INSTR_EXPORT(name) #name,
+#include "plugins/InstrExports.inc"
+#undef INSTR_EXPORT
+};
+
+inline constexpr std::size_t kMaxEntries = 64;
+inline constexpr std::size_t kMaxRecords = 8;
+inline constexpr std::size_t kMaxText = 64;
+inline constexpr std::size_t kMaxCalls = 4096;
+inline constexpr std::size_t kMaxPlans = 32;
+
+struct Behaviour {
+    LONG result;    // what the export returns
+    DWORD delay;    // milliseconds that it waits first
+    HANDLE gate;    // when set: it waits first until this event (the test's) is signalled
+    HANDLE inside;  // when set: it signals this event on entry
+};
+
+struct Entry {
+    LONG mode;
+    ULONG flags;
+    BOOL hasText;  // FALSE: the text pointer is left null
+    WCHAR text[kMaxText];
+    ULONG recordCount;         // as reported, however many records there are
+    ULONGLONG recordsInstead;  // not 0: reported in place of the records' address
+    FenwynDisplayRecord records[kMaxRecords];
+};
+
+struct CallEntry {
+    ExportId exportId;
+    LONG arguments[2];  // the numbers that came in; 0 where there is none
+    LONG result;
+    DWORD threadId;
+};
+
+struct Control {
+    Behaviour exports[ExportCount];
+
+    // What the exports report. Initially: info 3, current item 0, one-screen, no entries, plans "Plan 0" ...
+    ULONG info;
+    ULONG info2;
+    LONG currentItem;
+    BYTE dual;        // written as it is
+    BOOL dualAsLong;  // IsDualBrtCtrl writes four bytes where it owns one
+    LONG itemCount;
+    Entry entries[kMaxEntries];  // FnF5_GetDisplayItemInfo fails beyond
+    WCHAR plans[kMaxPlans][kMaxText];
+    BOOL nullPlanText;     // GetCustomItemText succeeds and leaves the text null
+    BOOL followSelection;  // SelectItem and FocusItem make their item current
+    BOOL writesOnFailure;  // out values are written also when the result says failure (initially TRUE)
+
+    BOOL textsOfOwnHeap;  // texts do not come from the allocation callback, as they must
+
+    // Calls of the allocation callback. Size and answer of one extra call, made by each FnF5_GetDisplayItemInfo when
+    // probeAllocation is set; a block so got is leaked, as a careless plug-in would.
+    BOOL probeAllocation;
+    LONG probeSize;
+    void* probeAnswer;
+    LONG allocations;  // blocks got for texts
+    LONG allocationsFailed;
+    FenwynAllocate allocate;  // the callback as it was handed over
+
+    // How it was called.
+    LONG callCount;  // all calls; the first kMaxCalls are in `calls`
+    CallEntry calls[kMaxCalls];
+    LONG counts[ExportCount];
+};
+
+using GetControl = Control*(WINAPI*)();
+using ResetControl = void(WINAPI*)();
+
+// Keeps the library loaded for its own life, so that its control block can be read after Fenwyn has unloaded it.
+class InstrumentedPlugin {
+ public:
+    // Starts from the initial state. `name` without folder and ".dll".
+    explicit InstrumentedPlugin(const std::wstring& name = L"InstrPlugin") : m_path(pathOf(name)) {
+        m_hModule.reset(LoadLibraryW(m_path.c_str()));
+        if (m_hModule) {
+            reset();
+        }
+    }
+
+    // Beside the test program, in plugins\.
+    [[nodiscard]] static std::wstring pathOf(const std::wstring& name) {
+        wchar_t program[MAX_PATH];
+        const DWORD length = GetModuleFileNameW(nullptr, program, MAX_PATH);
+        const std::wstring path(program, length);
+        return path.substr(0, path.rfind(L'\\')) + L"\\plugins\\" + name + L".dll";
+    }
+
+    [[nodiscard]] bool loaded() const { return static_cast<bool>(m_hModule); }
+    [[nodiscard]] const std::wstring& path() const { return m_path; }
+
+    [[nodiscard]] Control& control() const {
+        return *reinterpret_cast<GetControl>(
+            reinterpret_cast<void*>(GetProcAddress(m_hModule.get(), "InstrControl")))();
+    }
+    Control* operator->() const { return &control(); }
+
+    void reset() const {
+        reinterpret_cast<ResetControl>(reinterpret_cast<void*>(GetProcAddress(m_hModule.get(), "InstrReset")))();
+    }
+
+    [[nodiscard]] LONG count(ExportId id) const { return control().counts[id]; }
+
+    // The calls so far, in order: of all exports, or of one.
+    [[nodiscard]] std::vector<CallEntry> calls(ExportId id = ExportCount) const {
+        const Control& block = control();
+        std::vector<CallEntry> found;
+        for (std::size_t i = 0; i < kMaxCalls && static_cast<LONG>(i) < block.callCount; ++i) {
+            if (id == ExportCount || block.calls[i].exportId == id) {
+                found.push_back(block.calls[i]);
+            }
+        }
+        return found;
+    }
+
+    // Whether anybody but this object holds the library. Only for the last check of a test: this object gives it up.
+    [[nodiscard]] bool heldByOthers() {
+        m_hModule.reset();
+        return GetModuleHandleW(m_path.c_str()) != nullptr;
+    }
+
+ private:
+    std::wstring m_path;
+    common::UniqueModule m_hModule;
+};
+
+// Fills an entry of the output list.
+inline void setEntry(Entry& entry, LONG mode, ULONG flags = 0, const std::wstring& text = {}) {
+    entry = {};
+    entry.mode = mode;
+    entry.flags = flags;
+    entry.hasText = text.empty() ? FALSE : TRUE;
+    text.copy(entry.text, kMaxText - 1);
+}
+
+// Appends a record; `connector` may fill the whole field, so that no terminator is left.
+inline void addRecord(Entry& entry, const std::wstring& connector, ULONG index, ULONG width, ULONG height) {
+    FenwynDisplayRecord& record = entry.records[entry.recordCount++ % kMaxRecords];
+    record = {};
+    connector.copy(record.szConnector, FENWYN_CONNECTOR_CHARS);
+    record.uDisplayIndex = index;
+    record.uWidth = width;
+    record.uHeight = height;
+}
+
+}  // namespace instr

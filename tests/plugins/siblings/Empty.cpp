@@ -1,0 +1,1 @@
+// A resource library needs an object to link.

@@ -1,0 +1,42 @@
+// Stand-ins for the libraries beside the program: ZelMain.dll, ZelEvnt.dll, PrtHook.dll and CardArt.dll in
+// unit/plugins/siblings/ of the build folder, and each of the first three without one export in
+// siblings/no-<export>/. They record their calls and fail when told.
+//
+// Tests with a program of its own set values in
+//   HKEY_CURRENT_USER\SOFTWARE\KESTOVA\Fenwyn Test\Sibling\<file name without .dll>
+// read once when the library is loaded: <Export>.Result (DWORD), RecordFile (text: calls are appended there).
+// In-process tests call StandInControl().
+#pragma once
+
+#include <windows.h>
+
+namespace standin {
+
+// What the program hands over.
+using HotkeyCallback = void(WINAPI*)(DWORD code, DWORD breakFlag);
+using ConfigCallback = void(WINAPI*)(DWORD kind);
+using PrintScreenCallback = LONG(WINAPI*)();
+
+struct Export {
+    LONG result;  // 0; InstallHook: TRUE
+    LONG calls;
+};
+
+struct Control {
+    Export start;
+    Export enableHotkey;
+    Export stop;
+    Export cancelQueryEvent;
+    Export installHook;
+    HotkeyCallback hotkeyCallback;  // as given to Start
+    ConfigCallback configCallback;
+    PrintScreenCallback printScreenCallback;  // as given to InstallHook
+};
+
+using GetControl = Control*(WINAPI*)();
+
+// For the stand-ins themselves: counts and records the call and gives the configured result.
+[[nodiscard]] Control& control();
+LONG answer(Export& entry, const wchar_t* exportName);
+
+}  // namespace standin

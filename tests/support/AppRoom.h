@@ -1,0 +1,54 @@
+// The application as far as its windows need it, without a start-up: GDI+, the real pictures, the default settings, the
+// card strip (without cards) and the hover strip. One room at a time, on the thread that has the windows.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+#include "Data/ZelConfig.h"
+
+class CBlackCard;
+class CZelMainDlg;
+
+namespace support {
+
+class AppRoom {
+ public:
+    // Stops the test when something is missing.
+    explicit AppRoom(double ratio = 1.0);
+    ~AppRoom();
+    AppRoom(const AppRoom&) = delete;
+    AppRoom& operator=(const AppRoom&) = delete;
+
+    // The settings that the program sees; back to their defaults with the next room.
+    [[nodiscard]] QrdConfig& config() const;
+    [[nodiscard]] CZelMainDlg& strip() const;
+    [[nodiscard]] HWND stripWindow() const;
+    [[nodiscard]] HWND hoverWindow() const;
+    // A card of the strip, which owns it; its function is not loaded yet.
+    CBlackCard& addCard();
+    void setRatio(double ratio);
+    void setMouseOperating(bool operating);
+
+    // Pictures can be loaded no more.
+    void withoutPictures();
+
+    [[nodiscard]] static std::wstring artPath();
+};
+
+// Handles all messages that wait.
+void pump();
+// Handles messages until the condition holds; false at the deadline.
+[[nodiscard]] bool pumpUntil(const std::function<bool()>& condition, DWORD milliseconds = 5000);
+
+// Windows of this thread, hidden ones included, but for those that the system keeps for itself.
+[[nodiscard]] std::size_t threadWindows();
+
+[[nodiscard]] RECT windowRect(HWND window);
+
+// A window of another process: that of the desktop.
+[[nodiscard]] HWND foreignWindow();
+
+}  // namespace support

@@ -1,0 +1,82 @@
+#include "support/LogCapture.h"
+
+#include <cstdarg>
+#include <mutex>
+
+#include "common/DebugLog.h"
+#include "common/Logger.h"
+
+namespace support {
+
+namespace {
+
+std::mutex g_mutex;
+dbglog::Logger* g_pLogger = nullptr;
+
+dbglog::Settings settingsFor(int level) {
+    dbglog::Settings settings;
+    settings.level = level;
+    return settings;
+}
+
+}  // namespace
+
+class LogCapture::Sink : public dbglog::ILineSink {
+ public:
+    explicit Sink(int level) : m_logger(settingsFor(level), *this) {}
+
+    void write(const dbglog::Line& line) override {
+        const std::wstring text(line.data());
+        const std::size_t start = text.find(L"  [");
+        lines.push_back(text.substr(start + 2, text.size() - start - 3));
+    }
+    dbglog::Logger& logger() { return m_logger; }
+
+    std::vector<std::wstring> lines;
+
+ private:
+    dbglog::Logger m_logger;
+};
+
+LogCapture::LogCapture(int level) : m_pSink(std::make_unique<Sink>(level)) {
+    const std::lock_guard lock(g_mutex);
+    g_pLogger = &m_pSink->logger();
+}
+
+LogCapture::~LogCapture() {
+    const std::lock_guard lock(g_mutex);
+    g_pLogger = nullptr;
+}
+
+std::vector<std::wstring> LogCapture::lines() const {
+    const std::lock_guard lock(g_mutex);
+    return m_pSink->lines;
+}
+
+void LogCapture::clear() {
+    const std::lock_guard lock(g_mutex);
+    m_pSink->lines.clear();
+}
+
+}  // namespace support
+
+namespace dbglog {
+
+int log(const Record& record, const wchar_t* format, ...) {
+    const std::lock_guard lock(support::g_mutex);
+    if (support::g_pLogger == nullptr) {
+        return 0;
+    }
+    va_list args;
+    va_start(args, format);
+    const int written = support::g_pLogger->write(record, format, args);
+    va_end(args);
+    return written;
+}
+
+bool enabled(Level level) {
+    const std::lock_guard lock(support::g_mutex);
+    return support::g_pLogger != nullptr && support::g_pLogger->enabled(level);
+}
+
+}  // namespace dbglog

@@ -1,0 +1,29 @@
+// Keeps what the program logs instead of writing it. A test program that lists LogCapture.cpp among its sources gets
+// this log in place of the program's own.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace support {
+
+// One at a time; lines of all threads arrive while it exists. Without one, nothing is logged.
+class LogCapture {
+ public:
+    // Keeps lines up to that level: 0 errors, 1 warnings, 2 information, 3 traces.
+    explicit LogCapture(int level = 3);
+    ~LogCapture();
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    // "[ERR] (CClass::method): text", one per line, in order.
+    [[nodiscard]] std::vector<std::wstring> lines() const;
+    void clear();
+
+ private:
+    class Sink;
+    std::unique_ptr<Sink> m_pSink;
+};
+
+}  // namespace support

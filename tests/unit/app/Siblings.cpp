@@ -1,0 +1,69 @@
+#include "app/Siblings.h"
+
+#include <map>
+
+#include "common/Handle.h"
+#include "common/SiblingLibrary.h"
+#include "support/AppRoom.h"
+
+namespace siblings {
+
+namespace {
+
+struct Places {
+    std::map<std::wstring, std::wstring> variants;  // file -> subfolder of the stand-ins' folder
+    std::map<std::wstring, bool> missing;
+    std::vector<std::wstring> asked;
+};
+
+Places& places() {
+    static Places only;
+    return only;
+}
+
+std::wstring pathOf(const std::wstring& file) {
+    if (file == L"CardArt.dll") {
+        return support::AppRoom::artPath();
+    }
+    wchar_t path[MAX_PATH];
+    const std::wstring program(path, ::GetModuleFileNameW(nullptr, path, MAX_PATH));
+    return program.substr(0, program.rfind(L'\\')) + L"\\plugins\\siblings\\" + places().variants[file] + file;
+}
+
+}  // namespace
+
+void reset() {
+    places() = Places();
+    for (const wchar_t* file : {L"ZelMain.dll", L"ZelEvnt.dll", L"PrtHook.dll"}) {
+        control(file) = {};
+        control(file).installHook.result = TRUE;
+    }
+}
+
+void remove(const std::wstring& file) {
+    places().missing[file] = true;
+}
+
+void withoutExport(const std::wstring& file, const std::wstring& exportName) {
+    places().variants[file] = L"no-" + exportName + L"\\";
+    control(file) = {};
+    control(file).installHook.result = TRUE;
+}
+
+const std::vector<std::wstring>& asked() {
+    return places().asked;
+}
+
+standin::Control& control(const std::wstring& file) {
+    const HMODULE module = ::LoadLibraryW(pathOf(file).c_str());
+    return *reinterpret_cast<standin::GetControl>(
+        reinterpret_cast<void*>(::GetProcAddress(module, "StandInControl")))();
+}
+
+common::UniqueModule load(const wchar_t* file) asm("__wrap__Z11loadSiblingPKw");
+common::UniqueModule load(const wchar_t* file) {
+    places().asked.emplace_back(file);
+    return common::UniqueModule(places().missing[file] ? nullptr : ::LoadLibraryW(pathOf(file).c_str()));
+}
+
+}  // namespace siblings

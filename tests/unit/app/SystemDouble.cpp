@@ -1,0 +1,103 @@
+#include "app/SystemDouble.h"
+
+namespace system_double {
+
+State& state() {
+    static State& only = *new State;  // windows may be asked for after the end of main
+    return only;
+}
+
+namespace {
+
+template <typename Function>
+Function real(const wchar_t* library, const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(library), name)));
+}
+
+BOOL WINAPI systemParameters(UINT action, UINT parameter, void* value, UINT flags) {
+    static const auto call = real<BOOL(WINAPI*)(UINT, UINT, void*, UINT)>(L"user32.dll", "SystemParametersInfoW");
+    if (action == SPI_GETSCREENSAVERRUNNING) {
+        *static_cast<BOOL*>(value) = state().screenSaver ? TRUE : FALSE;
+        return TRUE;
+    }
+    if (action == SPI_GETWORKAREA && state().workAreaFails) {
+        return FALSE;
+    }
+    if (action == SPI_GETWORKAREA && state().workArea) {
+        *static_cast<RECT*>(value) = *state().workArea;
+        return TRUE;
+    }
+    return call(action, parameter, value, flags);
+}
+
+UINT WINAPI sendInput(UINT count, INPUT* inputs, int /*size*/) {
+    state().inputs.emplace_back(inputs, inputs + count);
+    return count;
+}
+
+EXECUTION_STATE WINAPI executionState(EXECUTION_STATE wanted) {
+    state().executionStates.push_back(wanted);
+    return ES_CONTINUOUS;
+}
+
+BOOL WINAPI cursorPosition(POINT* point) {
+    static const auto call = real<BOOL(WINAPI*)(POINT*)>(L"user32.dll", "GetCursorPos");
+    if (!state().cursor) {
+        return call(point);
+    }
+    *point = *state().cursor;
+    return TRUE;
+}
+
+BOOL WINAPI trackMouse(TRACKMOUSEEVENT* event) {
+    state().tracked.push_back(*event);
+    return TRUE;
+}
+
+UINT_PTR WINAPI setTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
+    static const auto call = real<UINT_PTR(WINAPI*)(HWND, UINT_PTR, UINT, TIMERPROC)>(L"user32.dll", "SetTimer");
+    state().timers[{window, id}] = period;
+    return call(window, id, period, procedure);
+}
+
+BOOL WINAPI killTimer(HWND window, UINT_PTR id) {
+    static const auto call = real<BOOL(WINAPI*)(HWND, UINT_PTR)>(L"user32.dll", "KillTimer");
+    state().timers.erase({window, id});
+    return call(window, id);
+}
+
+void keepFrame(HWND window, HDC source) {
+    DIBSECTION section{};
+    ::GetObjectW(::GetCurrentObject(source, OBJ_BITMAP), sizeof(section), &section);
+    Frame frame;
+    frame.size = {section.dsBm.bmWidth, section.dsBm.bmHeight};
+    const auto* const bits = static_cast<const DWORD*>(section.dsBm.bmBits);
+    for (LONG row = frame.size.cy - 1; row >= 0; --row) {  // the lowest row comes first in memory
+        frame.pixels.insert(frame.pixels.end(), bits + row * frame.size.cx, bits + (row + 1) * frame.size.cx);
+    }
+    state().frames[::GetWindow(window, GW_OWNER)] = std::move(frame);
+}
+
+BOOL WINAPI updateLayered(HWND window, HDC screen, POINT* target, SIZE* size, HDC source, POINT* from, COLORREF key,
+                          BLENDFUNCTION* blend, DWORD flags) {
+    static const auto call = real<decltype(&updateLayered)>(L"user32.dll", "UpdateLayeredWindow");
+    if (state().keepFrames && source != nullptr) {
+        keepFrame(window, source);
+    }
+    return call(window, screen, target, size, source, from, key, blend, flags);
+}
+
+}  // namespace
+}  // namespace system_double
+
+// What the linker finds here it does not take from the system's import libraries.
+extern "C" {
+extern const auto __imp_SystemParametersInfoW = &system_double::systemParameters;
+extern const auto __imp_SendInput = &system_double::sendInput;
+extern const auto __imp_SetThreadExecutionState = &system_double::executionState;
+extern const auto __imp_GetCursorPos = &system_double::cursorPosition;
+extern const auto __imp_TrackMouseEvent = &system_double::trackMouse;
+extern const auto __imp_SetTimer = &system_double::setTimer;
+extern const auto __imp_KillTimer = &system_double::killTimer;
+extern const auto __imp_UpdateLayeredWindow = &system_double::updateLayered;
+}

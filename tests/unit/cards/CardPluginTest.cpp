@@ -1,0 +1,301 @@
+// Cards over plug-ins that are missing, incomplete or fail: whatever happens, nothing stays loaded, open or on screen.
+#include <memory>
+
+#include "items/ItemsFixture.h"
+#include "support/ResourceCounters.h"
+
+namespace cards {
+namespace {
+
+using instr::ExportId;
+using instr::InstrumentedPlugin;
+using items::shown;
+using Lines = std::vector<std::wstring>;
+
+constexpr DWORD kKey = 0x3B;
+constexpr DWORD kSecondKey = 0x3C;
+
+class CardPlugin : public items::ItemTest {
+ protected:
+    static HRESULT initialize(CBlackCard& card, const std::wstring& library, const wchar_t* function = L"Mute") {
+        return card.initialize(function, {kKey}, L"Fn+F1", library.c_str());
+    }
+    [[nodiscard]] static bool loaded(const std::wstring& name) {
+        return ::GetModuleHandleW(InstrumentedPlugin::pathOf(name).c_str()) != nullptr;
+    }
+};
+
+TEST_F(CardPlugin, IsLoadedAndAsked) {
+    CBlackCard& card = addCard(L"Mute", {kKey});
+    EXPECT_EQ(m_plugin.count(instr::InitializeHotkeyDllId), 1);
+    EXPECT_NE(card.getImage(), nullptr);
+    EXPECT_TRUE(card.isHotkeyDesired(kKey));
+    EXPECT_EQ(card.getCaption(), L"Caption");
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 0);
+}
+
+TEST_F(CardPlugin, UnknownFunctionFails) {
+    CBlackCard card(&m_room.strip());
+    EXPECT_EQ(initialize(card, m_plugin.path(), L"Toaster"), E_POINTER);
+    EXPECT_TRUE(logged(L"[ERR] (CBlackCard::initialize): Error Code: 0x80004003"));
+    EXPECT_EQ(initialize(card, m_plugin.path(), nullptr), E_POINTER);
+    EXPECT_EQ(m_plugin->callCount, 0);
+}
+
+TEST_F(CardPlugin, MissingLibraryMeansNotSupported) {
+    CBlackCard card(&m_room.strip());
+    EXPECT_EQ(initialize(card, L"C:\\no\\such.dll"), E_FAIL);
+    EXPECT_TRUE(logged(L"[INF] (CFuncX::isFuncSupported): Hotkey Fn+F1 is not supported."));
+    EXPECT_TRUE(logged(L"[ERR] (CBlackCard::initialize): Error Code: 0x80004005"));
+    EXPECT_EQ(BlackCardSeam::function(card), nullptr);
+}
+
+TEST_F(CardPlugin, NoPathMeansNotSupported) {
+    CBlackCard card(&m_room.strip());
+    EXPECT_EQ(card.initialize(L"Mute", {kKey}, L"", nullptr), E_FAIL);
+    EXPECT_EQ(card.initialize(L"Mute", {}, L"", L""), E_FAIL);
+}
+
+TEST_F(CardPlugin, UnsupportedFunctionIsEndedAndUnloaded) {
+    m_plugin->exports[instr::InitializeHotkeyDllId].result = 1;
+    CBlackCard card(&m_room.strip());
+    EXPECT_EQ(initialize(card, m_plugin.path()), E_FAIL);
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 1);
+    EXPECT_FALSE(m_plugin.heldByOthers());
+}
+
+TEST_F(CardPlugin, MissingPictureEndsAndUnloadsToo) {
+    m_room.withoutPictures();
+    CBlackCard card(&m_room.strip());
+    EXPECT_EQ(initialize(card, m_plugin.path()), E_POINTER);
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 1);
+    EXPECT_FALSE(m_plugin.heldByOthers());
+}
+
+TEST_F(CardPlugin, LibraryWithoutItsFirstExportIsUnloaded) {
+    CBlackCard card(&m_room.strip());
+    EXPECT_EQ(initialize(card, InstrumentedPlugin::pathOf(L"InstrNoInitializeHotkeyDll")), E_FAIL);
+    EXPECT_FALSE(loaded(L"InstrNoInitializeHotkeyDll"));
+}
+
+TEST_F(CardPlugin, DeletedCardEndsItsPlugInOnce) {
+    {
+        CBlackCard card(&m_room.strip());
+        ASSERT_EQ(initialize(card, m_plugin.path()), S_OK);
+    }
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 1);
+    EXPECT_FALSE(m_plugin.heldByOthers());
+}
+
+TEST_F(CardPlugin, RealPressesMoveTheRoundItems) {
+    m_plugin->info = 7;
+    m_plugin->currentItem = 1;
+    CBlackCard& card = addCard(L"Zoom", {kKey});
+    const auto enlarged = [&] {
+        std::string state;
+        for (CQrdItem* item : BlackCardSeam::items(card)) {
+            state += CircleItemSeam::enlarged(dynamic_cast<CCircleItemDlg&>(*item)) ? '1' : '0';
+        }
+        return state;
+    };
+    for (const char* expected : {"010", "001", "100", "010"}) {
+        ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+        EXPECT_EQ(enlarged(), expected);
+    }
+    EXPECT_EQ(card.notifyHotkey(0, TRUE), S_OK);
+    ASSERT_EQ(m_plugin.count(instr::SelectItemId), 1);
+    EXPECT_EQ(m_plugin.calls(instr::SelectItemId)[0].arguments[0], 1);
+}
+
+TEST_F(CardPlugin, PictureFollowsTheState) {
+    m_plugin->currentItem = 1;
+    CBlackCard& card = addCard(L"CursorOverlay", {kKey});
+    const Gdiplus::Image* off = card.getImage();
+    EXPECT_EQ(card.getImage(), off);
+    m_plugin->currentItem = 0;
+    const Gdiplus::Image* on = card.getImage();
+    EXPECT_NE(on, off);
+    EXPECT_EQ(card.getImage(), on);
+    m_room.withoutPictures();
+    m_plugin->currentItem = 1;
+    EXPECT_EQ(card.getImage(), on) << "a failed load keeps the picture";
+}
+
+TEST_F(CardPlugin, ErrorNoticeIsPlacedByItsSize) {
+    m_plugin->exports[instr::GetDisplayItemInfoId].result = -1;
+    CBlackCard& card = addCard(L"Wireless", {kKey});
+    EXPECT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+    ASSERT_EQ(BlackCardSeam::items(card).size(), 1U);
+    const CQrdItem& notice = *BlackCardSeam::items(card)[0];
+    EXPECT_TRUE(shown(notice.windowHandle()));
+    const RECT place = support::windowRect(notice.windowHandle());
+    EXPECT_EQ(place.right - place.left, notice.width());
+    EXPECT_EQ(place.bottom - place.top, notice.height());
+    EXPECT_NEAR((place.left + place.right) / 2, 300 + 48, 1);
+    EXPECT_EQ(card.notifyHotkey(0, TRUE), S_OK);
+    EXPECT_EQ(m_plugin.count(instr::SelectItemId), 0);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+
+struct Fault {
+    const wchar_t* function;
+    ExportId failing;
+};
+void PrintTo(const Fault& fault, std::ostream* out) {
+    *out << std::string(fault.function, fault.function + ::wcslen(fault.function)) << " with "
+         << instr::kExportNames[fault.failing] << " failing";
+}
+
+class CardFaults : public CardPlugin, public testing::WithParamInterface<Fault> {
+ protected:
+    // One whole use of a card; the number of presses that failed.
+    int use(const std::wstring& library) {
+        CBlackCard card(&m_room.strip());
+        if (FAILED(card.initialize(GetParam().function, codes(), L"Fn+F1", library.c_str()))) {
+            return -1;
+        }
+        card.setCardRect({0, 0, 96, 112});
+        int failures = 0;
+        for (int i = 0; i < 4; ++i) {
+            failures += FAILED(card.notifyHotkey(kKey, FALSE)) ? 1 : 0;
+            static_cast<void>(card.getImage());
+        }
+        card.notifyHotkey(0, TRUE);
+        card.hideLargeCardDlg();
+        support::pump();
+        return failures;
+    }
+    [[nodiscard]] static std::vector<DWORD> codes() {
+        return std::wstring(GetParam().function) == L"Brightness" ? std::vector<DWORD>{kKey, kSecondKey}
+                                                                  : std::vector<DWORD>{kKey};
+    }
+    void prepare(instr::Control& control) const {
+        control.info = std::wstring(GetParam().function) == L"Brightness" ? 10 : 3;
+        control.currentItem = 1;
+    }
+};
+
+TEST_P(CardFaults, LeaveNothingBehind) {
+    const std::size_t windows = support::threadWindows();
+    for (const LONG result : {-1L, 1L}) {
+        m_plugin.reset();
+        prepare(m_plugin.control());
+        m_plugin->exports[GetParam().failing].result = result;
+        use(m_plugin.path());
+        EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), m_plugin.count(instr::InitializeHotkeyDllId));
+        EXPECT_EQ(support::threadWindows(), windows);
+    }
+    EXPECT_FALSE(m_plugin.heldByOthers());
+}
+
+TEST_P(CardFaults, NorDoesAMissingExport) {
+    const std::size_t windows = support::threadWindows();
+    const std::string missing = instr::kExportNames[GetParam().failing];
+    const std::wstring name = L"InstrNo" + std::wstring(missing.begin(), missing.end());
+    InstrumentedPlugin plugin(name);
+    ASSERT_TRUE(plugin.loaded());
+    prepare(plugin.control());
+    use(plugin.path());
+    EXPECT_EQ(support::threadWindows(), windows);
+    EXPECT_FALSE(plugin.heldByOthers());
+}
+
+std::vector<Fault> faults() {
+    std::vector<Fault> all;
+    for (const wchar_t* function : {L"Mute", L"Lock", L"Zoom", L"KBB", L"ODD", L"CursorOverlay", L"PowerPlan",
+                                    L"Wireless", L"Brightness", L"Output"}) {
+        for (const ExportId id :
+             {instr::InitializeHotkeyDllId, instr::GetDisplayItemInfoId, instr::GetCurrentItemId, instr::SelectItemId,
+              instr::FocusItemId, instr::IsDualBrtCtrlId, instr::GetCustomItemTextId, instr::FinalizeHotkeyDllId}) {
+            all.push_back({function, id});
+        }
+    }
+    return all;
+}
+INSTANTIATE_TEST_SUITE_P(All, CardFaults, testing::ValuesIn(faults()));
+
+// Out values that make no sense are the plug-in's way to fail too.
+TEST_F(CardPlugin, NonsenseValuesAreHarmless) {
+    const std::size_t windows = support::threadWindows();
+    for (const wchar_t* function :
+         {L"Mute", L"Zoom", L"KBB", L"ODD", L"NumericOverlay", L"PowerPlan", L"Wireless", L"Brightness", L"Output"}) {
+        for (const ULONG info : {0UL, 0x80000000UL, 0xFFFFFFFFUL}) {
+            for (const LONG current : {-1L, 99L, static_cast<LONG>(0x80000000UL)}) {
+                m_plugin->info = info;
+                m_plugin->info2 = 0;
+                m_plugin->currentItem = current;
+                CBlackCard card(&m_room.strip());
+                const bool brightness = std::wstring(function) == L"Brightness";
+                ASSERT_EQ(card.initialize(function,
+                                          brightness ? std::vector<DWORD>{kKey, kSecondKey} : std::vector<DWORD>{kKey},
+                                          L"", m_plugin.path().c_str()),
+                          S_OK);
+                card.setCardRect({0, 0, 96, 112});
+                for (int i = 0; i < 3; ++i) {
+                    card.notifyHotkey(kKey, FALSE);
+                }
+                card.notifyHotkey(0, TRUE);
+            }
+        }
+        m_log.clear();
+    }
+    EXPECT_EQ(support::threadWindows(), windows);
+    EXPECT_FALSE(m_plugin.heldByOthers());
+}
+
+TEST_F(CardPlugin, ManyUsesLeakNothing) {
+    CBlackCard& card = addCard(L"Mute", {kKey});
+    const auto use = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+            ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+            if (i % 10 == 0) {
+                support::pump();  // paints
+            }
+            ASSERT_EQ(card.notifyHotkey(0, TRUE), S_OK);
+            m_log.clear();
+        }
+        support::pump();
+    };
+    use(20);
+    constexpr int kUses = 250;
+    const auto gdi = testsupport::gdiHandles();
+    const auto kernel = testsupport::kernelHandles();
+    const auto windows = support::threadWindows();
+    const auto heap = testsupport::heapBytes();
+    ASSERT_GT(gdi, 0U);
+    ASSERT_GT(kernel, 0U);
+    use(kUses);
+    EXPECT_LE(testsupport::gdiHandles(), gdi);
+    EXPECT_LE(testsupport::kernelHandles(), kernel);
+    EXPECT_EQ(support::threadWindows(), windows);
+    EXPECT_LT(testsupport::heapBytes(), heap + kUses * 100) << "less than a hundred bytes for each use";
+}
+
+TEST_F(CardPlugin, ThousandCardsLeakNothing) {
+    const auto use = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            CBlackCard card(&m_room.strip());
+            ASSERT_EQ(initialize(card, m_plugin.path()), S_OK);
+            card.setCardRect({0, 0, 96, 112});
+            if (i % 10 == 0) {
+                ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+                support::pump();
+            }
+            m_log.clear();
+        }
+        support::pump();
+    };
+    use(20);
+    const auto gdi = testsupport::gdiHandles();
+    const auto kernel = testsupport::kernelHandles();
+    const auto windows = support::threadWindows();
+    use(1000);
+    EXPECT_LE(testsupport::gdiHandles(), gdi);
+    EXPECT_LE(testsupport::kernelHandles(), kernel);
+    EXPECT_EQ(support::threadWindows(), windows);
+}
+
+}  // namespace
+}  // namespace cards

@@ -1,0 +1,124 @@
+#include "functions/FunctionFixture.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Logic/FuncX/FuncXFactory.h"
+#include "UI/ItemDlg/CircleItemDlg.h"
+#include "ZelMain.h"
+
+struct ItemDescSeam {
+    static const std::wstring& text(const CItemDescDlg& box) { return box.m_strDesc; }
+};
+
+struct CircleItemSeam {
+    static functest::ItemView view(const CCircleItemDlg& item) {
+        return {ItemDescSeam::text(item.m_descDlg), item.m_uSmallImageId, item.m_uLargeImageId};
+    }
+    static double scale(const CCircleItemDlg& item) { return item.m_scale; }
+};
+
+struct ZelMainSeam {
+    static void setPngDll(HMODULE hModule) { theApp.m_hPngDll.reset(hModule); }
+    static void setMouseOperating(BOOL bOperating) { theApp.m_bMouseOperating = bOperating; }
+};
+
+namespace functest {
+
+namespace {
+
+// There is no strip here, and the registry holds no settings.
+constexpr const wchar_t* kOthers[] = {L"(CZelMainApp::", L"(CZelConfig::", L"(RegConfigAccess::"};
+
+std::wstring programFolder() {
+    wchar_t path[MAX_PATH];
+    const std::wstring program(path, ::GetModuleFileNameW(nullptr, path, MAX_PATH));
+    return program.substr(0, program.rfind(L'\\'));
+}
+
+}  // namespace
+
+void Items::clear() {
+    for (CQrdItem*& rpItem : m_vecItems) {
+        const std::unique_ptr<CQrdItem> pItem(std::exchange(rpItem, nullptr));
+        if (pItem != nullptr) {
+            pItem->destroyItem();
+        }
+    }
+    m_vecItems.clear();
+}
+
+std::vector<ItemView> Items::views() const {
+    std::vector<ItemView> views;
+    for (CQrdItem* pItem : m_vecItems) {
+        const auto* const pCircle = dynamic_cast<CCircleItemDlg*>(pItem);
+        views.push_back(pCircle != nullptr ? CircleItemSeam::view(*pCircle) : ItemView{});
+    }
+    return views;
+}
+
+std::vector<double> Items::scales() const {
+    std::vector<double> scales;
+    for (CQrdItem* pItem : m_vecItems) {
+        const auto* const pCircle = dynamic_cast<CCircleItemDlg*>(pItem);
+        scales.push_back(pCircle != nullptr ? CircleItemSeam::scale(*pCircle) : 0.0);
+    }
+    return scales;
+}
+
+std::size_t Items::alive() const {
+    return static_cast<std::size_t>(
+        std::count_if(m_vecItems.begin(), m_vecItems.end(), [](const CQrdItem* pItem) { return pItem != nullptr; }));
+}
+
+FunctionTest::FunctionTest() {
+    EXPECT_TRUE(m_registry.redirected());
+    EXPECT_EQ(m_gdiplus.start(), S_OK);
+    const std::wstring strArt = programFolder() + L"\\" FENWYN_STAGE_FROM_UNIT L"\\CardArt.dll";
+    const HMODULE hArt = ::LoadLibraryExW(strArt.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    EXPECT_NE(hArt, nullptr) << "CardArt.dll is missing";
+    ZelMainSeam::setPngDll(hArt);
+    EXPECT_TRUE(m_plugin.loaded());
+    m_log.clear();
+}
+
+FunctionTest::~FunctionTest() {
+    setMouseOperating(false);
+    ZelMainSeam::setPngDll(nullptr);
+}
+
+std::unique_ptr<CFuncX> FunctionTest::load(const wchar_t* pszName, const std::wstring& strPlugin) {
+    std::unique_ptr<CFuncX> pFunction = CFuncXFactory::createFunx(pszName, {kCode}, L"Caption");
+    if (pFunction != nullptr) {
+        EXPECT_EQ(pFunction->initHotkeyDll(instr::InstrumentedPlugin::pathOf(strPlugin).c_str()), S_OK);
+    }
+    return pFunction;
+}
+
+std::size_t FunctionTest::timesLogged(const std::wstring& line) const {
+    const std::vector<std::wstring> lines = m_log.lines();
+    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+}
+
+std::vector<std::wstring> FunctionTest::errors() const {
+    std::vector<std::wstring> errors;
+    for (const std::wstring& line : m_log.lines()) {
+        const bool bOfOthers = std::any_of(std::begin(kOthers), std::end(kOthers), [&line](const wchar_t* pszTag) {
+            return line.find(pszTag) != std::wstring::npos;
+        });
+        if (line.starts_with(L"[ERR]") && !bOfOthers) {
+            errors.push_back(line);
+        }
+    }
+    return errors;
+}
+
+void FunctionTest::setMouseOperating(bool bOperating) {
+    ZelMainSeam::setMouseOperating(bOperating ? TRUE : FALSE);
+}
+
+void FunctionTest::withoutPictures() {
+    ZelMainSeam::setPngDll(nullptr);
+}
+
+}  // namespace functest

@@ -1,0 +1,81 @@
+// What every test of a function needs: GDI+, the pictures, a plug-in that does as it is told, and the log's lines.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Logic/FuncX/FuncX.h"
+#include "common/GdiPlus.h"
+#include "plugins/InstrumentedPlugin.h"
+#include "support/LogCapture.h"
+#include "support/RegistryRoom.h"
+
+namespace functest {
+
+constexpr DWORD kCode = 0x3B;
+
+// A round item as it was made.
+struct ItemView {
+    std::wstring text;
+    UINT image1;
+    UINT image2;
+
+    bool operator==(const ItemView&) const = default;
+};
+
+// Items as a card owns them.
+class Items {
+ public:
+    ~Items() { clear(); }
+    std::vector<CQrdItem*>& vec() { return m_vecItems; }
+    [[nodiscard]] std::size_t size() const { return m_vecItems.size(); }
+    CQrdItem* operator[](std::size_t i) const { return m_vecItems[i]; }
+    void clear();
+    // Round items only; what is no round item, or null, shows as an empty view.
+    [[nodiscard]] std::vector<ItemView> views() const;
+    [[nodiscard]] std::vector<double> scales() const;
+    // How many entries are not null.
+    [[nodiscard]] std::size_t alive() const;
+
+ private:
+    std::vector<CQrdItem*> m_vecItems;
+};
+
+class FunctionTest : public testing::Test {
+ protected:
+    FunctionTest();
+    ~FunctionTest() override;
+
+    // The function of that name over the plug-in, whose library name may be another one.
+    std::unique_ptr<CFuncX> load(const wchar_t* pszName, const std::wstring& strPlugin = L"InstrPlugin");
+    // Whether the line was logged, however often: "[ERR] (CFxMute::initItems): Error Code: 0x80004005".
+    [[nodiscard]] bool logged(const std::wstring& line) const { return timesLogged(line) > 0; }
+    [[nodiscard]] std::size_t timesLogged(const std::wstring& line) const;
+    // The functions' errors, without those of what lies beneath them.
+    [[nodiscard]] std::vector<std::wstring> errors() const;
+    static void setMouseOperating(bool bOperating);
+    // No item with a picture can be made any more.
+    static void withoutPictures();
+
+    const support::RegistryRoom m_registry;
+    GdiplusSession m_gdiplus;
+    support::LogCapture m_log;
+    instr::InstrumentedPlugin m_plugin;
+};
+
+// Waits for a condition that another thread brings about.
+template <typename Condition>
+[[nodiscard]] bool eventually(Condition condition, DWORD dwMilliseconds = 5000) {
+    for (const ULONGLONG end = ::GetTickCount64() + dwMilliseconds; !condition();) {
+        if (::GetTickCount64() > end) {
+            return false;
+        }
+        ::Sleep(5);
+    }
+    return true;
+}
+
+}  // namespace functest

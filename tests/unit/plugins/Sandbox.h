@@ -1,0 +1,33 @@
+// A registry and a record file of the test's own: HKEY_CURRENT_USER and HKEY_LOCAL_MACHINE lead into a scratch key
+// while the object lives, for this process and every library in it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "common/Handle.h"
+
+namespace plugintest {
+
+class Sandbox {
+ public:
+    Sandbox();
+    ~Sandbox();
+    Sandbox(const Sandbox&) = delete;
+    Sandbox& operator=(const Sandbox&) = delete;
+
+    [[nodiscard]] const std::wstring& recordFile() const { return m_strRecordFile; }
+
+    // The record's lines, split at the tabs: time, function, export, arguments, result, thread.
+    [[nodiscard]] std::vector<std::vector<std::string>> record() const;
+
+ private:
+    std::wstring m_strFolder;
+    std::wstring m_strRecordFile;
+    common::UniqueRegKey m_user;
+    common::UniqueRegKey m_machine;
+};
+
+}  // namespace plugintest

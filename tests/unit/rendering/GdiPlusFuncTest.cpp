@@ -1,0 +1,328 @@
+#include "common/GdiPlusFunc.h"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+#include <vector>
+
+#include "Rendering.h"
+#include "common/Handle.h"
+#include "support/LogRecorder.h"
+#include "support/ResourceCounters.h"
+
+namespace {
+
+using Gdiplus::RectF;
+using rendering::Canvas;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using FontPtr = std::unique_ptr<Gdiplus::Font>;
+
+constexpr wchar_t kSentence[] = L"The wireless adapter is switched off by the system";
+
+LOGFONTW tahoma(LONG height) {
+    LOGFONTW font{};
+    font.lfHeight = height;
+    font.lfWeight = FW_NORMAL;
+    ::lstrcpynW(font.lfFaceName, L"Tahoma", LF_FACESIZE);
+    return font;
+}
+
+class FontFitTest : public testing::Test {
+ protected:
+    FontFitTest() { testsupport::clearLog(); }
+
+    FontPtr fontOf(const LOGFONTW& logFont) {
+        const GraphicsDc dc(m_graphics);
+        return std::make_unique<Gdiplus::Font>(dc.get(), &logFont);
+    }
+    FontPtr fontOf(LONG height) { return fontOf(tahoma(height)); }
+
+    LOGFONTW logFontOf(const Gdiplus::Font& font) {
+        LOGFONTW logFont{};
+        font.GetLogFontW(&m_graphics, &logFont);
+        return logFont;
+    }
+    LONG heightOf(const Gdiplus::Font& font) { return logFontOf(font).lfHeight; }
+
+    float textHeight(const wchar_t* text, const Gdiplus::Font& font, float width) {
+        Gdiplus::StringFormat format;
+        format.SetAlignment(Gdiplus::StringAlignmentCenter);
+        format.SetLineAlignment(Gdiplus::StringAlignmentCenter);
+        RectF measured;
+        m_graphics.MeasureString(text, -1, &font, RectF(0, 0, width, 0), &format, &measured);
+        return measured.Height;
+    }
+
+    Canvas m_canvas{200, 100};
+    Gdiplus::Graphics m_graphics{m_canvas.dc()};
+};
+
+TEST_F(FontFitTest, AFontThatFitsStaysTheSameObject) {
+    FontPtr font = fontOf(-12);
+    const Gdiplus::Font* const before = font.get();
+    EXPECT_EQ(measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), &font), S_OK);
+    EXPECT_EQ(font.get(), before);
+    EXPECT_EQ(heightOf(*font), -12);
+    EXPECT_THAT(testsupport::logLines(dbglog::Level::Trace), IsEmpty());
+}
+
+TEST_F(FontFitTest, ShrinksToTheLargestSizeThatFits) {
+    const RectF box(7, 9, 90, 34);
+    FontPtr font = fontOf(-24);
+    ASSERT_EQ(measureTextFont(m_graphics, kSentence, box, &font), S_OK);
+    const LONG height = heightOf(*font);
+    EXPECT_GT(height, -24);
+    EXPECT_LT(height, -1);
+    EXPECT_LT(textHeight(kSentence, *font, box.Width), box.Height);
+    EXPECT_GE(textHeight(kSentence, *fontOf(height - 1), box.Width), box.Height);
+}
+
+TEST_F(FontFitTest, ABoxExactlyAsHighAsTheTextIsTooLow) {
+    FontPtr font = fontOf(-16);
+    const float height = textHeight(L"Mute", *font, 100);
+    ASSERT_EQ(measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, height), &font), S_OK);
+    EXPECT_EQ(heightOf(*font), -15);
+}
+
+TEST_F(FontFitTest, TheWidthWrapsTheText) {
+    FontPtr narrow = fontOf(-20);
+    FontPtr wide = fontOf(-20);
+    ASSERT_EQ(measureTextFont(m_graphics, kSentence, RectF(0, 0, 60, 40), &narrow), S_OK);
+    ASSERT_EQ(measureTextFont(m_graphics, kSentence, RectF(0, 0, 180, 40), &wide), S_OK);
+    EXPECT_GT(heightOf(*narrow), heightOf(*wide));
+}
+
+TEST_F(FontFitTest, OnlyTheSizeChanges) {
+    LOGFONTW logFont = tahoma(-20);
+    logFont.lfWeight = FW_BOLD;
+    logFont.lfUnderline = TRUE;
+    FontPtr font = fontOf(logFont);
+    ASSERT_EQ(measureTextFont(m_graphics, kSentence, RectF(0, 0, 90, 34), &font), S_OK);
+    const LOGFONTW result = logFontOf(*font);
+    EXPECT_EQ(result.lfWeight, FW_BOLD);
+    EXPECT_NE(result.lfUnderline, 0);
+    EXPECT_STREQ(result.lfFaceName, L"Tahoma");
+}
+
+TEST_F(FontFitTest, WhereNothingFitsTheSmallestSizeRemains) {
+    constexpr float kNoNumber = std::numeric_limits<float>::quiet_NaN();
+    for (const RectF& box : {RectF(0, 0, 50, 0), RectF(0, 0, 50, 1), RectF(0, 0, 50, -10), RectF(0, 0, 0, 0),
+                             RectF(0, 0, -20, -20), RectF(0, 0, 50, kNoNumber), RectF(0, 0, kNoNumber, 0)}) {
+        FontPtr font = fontOf(-14);
+        ASSERT_EQ(measureTextFont(m_graphics, kSentence, box, &font), S_OK);
+        EXPECT_EQ(heightOf(*font), -1) << box.Width << " x " << box.Height;
+    }
+}
+
+TEST_F(FontFitTest, WithoutAFontTheDeviceContextsOwnIsTaken) {
+    const LOGFONTW logFont = tahoma(-17);
+    const common::UniqueFont gdiFont(::CreateFontIndirectW(&logFont));
+    const common::SelectScope selected(m_canvas.dc(), gdiFont.get());
+    Gdiplus::Graphics graphics(m_canvas.dc());
+    FontPtr font;
+    ASSERT_EQ(measureTextFont(graphics, L"Mute", RectF(0, 0, 100, 50), &font), S_OK);
+    ASSERT_NE(font, nullptr);
+    EXPECT_EQ(heightOf(*font), -17);
+}
+
+TEST_F(FontFitTest, NoPlaceForTheFontIsReported) {
+    EXPECT_EQ(measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), nullptr), E_POINTER);
+    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (measureTextFont): Error Code: 0x80004003"));
+}
+
+TEST_F(FontFitTest, NoTextAndBrokenFontsEnd) {
+    FontPtr font = fontOf(-14);
+    EXPECT_EQ(measureTextFont(m_graphics, nullptr, RectF(0, 0, 50, 20), &font), S_OK);
+    EXPECT_EQ(measureTextFont(m_graphics, L"", RectF(0, 0, 50, 0), &font), S_OK);
+    FontPtr broken = std::make_unique<Gdiplus::Font>(L"Tahoma", -5.0F);
+    EXPECT_EQ(measureTextFont(m_graphics, kSentence, RectF(0, 0, 50, 0), &broken), S_OK);
+}
+
+TEST_F(FontFitTest, FittingLeavesNothingBehind) {
+    const auto fit = [this] {
+        FontPtr font = fontOf(-20);
+        EXPECT_EQ(measureTextFont(m_graphics, kSentence, RectF(0, 0, 90, 34), &font), S_OK);
+    };
+    for (int i = 0; i < 5; ++i) {
+        fit();
+    }
+    const std::size_t objects = testsupport::gdiHandles();
+    const std::size_t bytes = testsupport::heapBytes();
+    constexpr std::size_t kRuns = 40;
+    for (std::size_t i = 0; i < kRuns; ++i) {
+        fit();
+    }
+    EXPECT_EQ(testsupport::gdiHandles(), objects);
+    EXPECT_LT(testsupport::heapBytes(), bytes + kRuns * 50);
+}
+
+// ---- outlined text ----
+
+class OutlineTextTest : public FontFitTest {
+ protected:
+    static constexpr Gdiplus::ARGB kFill = 0xFFFFFFFFU;
+    static constexpr Gdiplus::ARGB kOutline = 0xFF0000FFU;
+
+    void draw(double width, const Gdiplus::StringFormat* format = nullptr) {
+        drawOutlineText(m_graphics, m_layout, L"HIH", *m_pFont, format, width, kFill, kOutline);
+    }
+
+    const RectF m_layout{20, 20, 160, 60};
+    FontPtr m_pFont = fontOf(-40);
+};
+
+TEST_F(OutlineTextTest, HalfTheOutlineSurroundsTheFilledLetters) {
+    draw(6.0);
+    const RECT all = m_canvas.ink();
+    const RECT letters = m_canvas.ink(0x00FF0000U);  // the outline has no red
+    ASSERT_LT(letters.left, letters.right) << "the letters are filled";
+    EXPECT_NEAR(letters.left - all.left, 3, 1);
+    EXPECT_NEAR(letters.top - all.top, 3, 1);
+    EXPECT_NEAR(all.right - letters.right, 3, 1);
+    EXPECT_NEAR(all.bottom - letters.bottom, 3, 1);
+    const int middle = (letters.top + letters.bottom) / 2;
+    EXPECT_EQ(m_canvas.at(letters.left - 2, middle), 0xFF0000FFU);
+    EXPECT_EQ(m_canvas.at(letters.left + 2, middle), 0xFFFFFFFFU);
+    EXPECT_EQ(m_canvas.at(all.left - 1, middle), 0U);
+}
+
+TEST_F(OutlineTextTest, TheLettersStandWherePlainTextWouldStand) {
+    draw(3.0);
+    const RECT letters = m_canvas.ink(0x00FF0000U);
+    m_canvas.clear();
+    Gdiplus::FontFamily family;
+    m_pFont->GetFamily(&family);
+    Gdiplus::GraphicsPath path;
+    const Gdiplus::StringFormat format;
+    path.AddString(L"HIH", -1, &family, m_pFont->GetStyle(), m_pFont->GetSize(), m_layout, &format);
+    const Gdiplus::SolidBrush brush(Gdiplus::Color{kFill});
+    m_graphics.FillPath(&brush, &path);
+    const RECT plain = m_canvas.ink();
+    EXPECT_TRUE(::EqualRect(&letters, &plain));
+}
+
+TEST_F(OutlineTextTest, TheFormatPlacesTheText) {
+    draw(3.0);
+    const RECT leading = m_canvas.ink();
+    m_canvas.clear();
+    Gdiplus::StringFormat format;
+    format.SetAlignment(Gdiplus::StringAlignmentCenter);
+    draw(3.0, &format);
+    const RECT centred = m_canvas.ink();
+    EXPECT_GT(centred.left, leading.left);
+    EXPECT_NEAR((centred.left + centred.right) / 2, 100, 3);
+}
+
+TEST_F(OutlineTextTest, LeavesTheGraphicsAntialiasing) {
+    draw(3.0);
+    EXPECT_EQ(m_graphics.GetSmoothingMode(), Gdiplus::SmoothingModeAntiAlias);
+}
+
+TEST_F(OutlineTextTest, OddArgumentsDrawNothingAndEnd) {
+    drawOutlineText(m_graphics, m_layout, nullptr, *m_pFont, nullptr, 3.0, kFill, kOutline);
+    drawOutlineText(m_graphics, m_layout, L"", *m_pFont, nullptr, 3.0, kFill, kOutline);
+    const Gdiplus::Font broken(L"Tahoma", -5.0F);
+    drawOutlineText(m_graphics, m_layout, L"HIH", broken, nullptr, 3.0, kFill, kOutline);
+    EXPECT_EQ(m_canvas.ink().right, 0);
+    constexpr float kHuge = 1.0e30F;
+    constexpr float kNoNumber = std::numeric_limits<float>::quiet_NaN();
+    for (const RectF& layout : {RectF(kHuge, 0, 50, 50), RectF(0, -kHuge, 50, 50), RectF(0, 0, kHuge, kHuge),
+                                RectF(kNoNumber, kNoNumber, kNoNumber, kNoNumber), RectF(0, 0, -50, -50)}) {
+        drawOutlineText(m_graphics, layout, L"HIH HIH", *m_pFont, nullptr, 3.0, kFill, kOutline);
+    }
+    const FontPtr gigantic = fontOf(-1000000);
+    drawOutlineText(m_graphics, m_layout, L"HIH", *gigantic, nullptr, 3.0, kFill, kOutline);
+    draw(0.0);
+    draw(-3.0);
+    draw(1.0e9);
+    draw(std::numeric_limits<double>::quiet_NaN());
+    draw(3.0);
+    EXPECT_GT(m_canvas.ink().right, 0);
+    EXPECT_THAT(testsupport::logLines(dbglog::Level::Trace), IsEmpty());
+}
+
+TEST_F(OutlineTextTest, WordsWrapAtTheWidthOfTheLayout) {
+    const RectF wide(5, 5, 190, 90);
+    const RectF narrow(5, 5, 70, 90);
+    const FontPtr font = fontOf(-20);
+    drawOutlineText(m_graphics, wide, L"HHHH HHHH", *font, nullptr, 3.0, kFill, kOutline);
+    const RECT oneLine = m_canvas.ink();
+    m_canvas.clear();
+    drawOutlineText(m_graphics, narrow, L"HHHH HHHH", *font, nullptr, 3.0, kFill, kOutline);
+    const RECT twoLines = m_canvas.ink();
+    EXPECT_GT(oneLine.right - oneLine.left, 100);
+    EXPECT_LT(twoLines.right - twoLines.left, 80);
+    EXPECT_GT(twoLines.bottom - twoLines.top, oneLine.bottom - oneLine.top + 15);
+}
+
+TEST_F(OutlineTextTest, LineBreaksOfTheTextAreKept) {
+    const FontPtr font = fontOf(-20);
+    drawOutlineText(m_graphics, m_layout, L"H H", *font, nullptr, 3.0, kFill, kOutline);
+    const RECT oneLine = m_canvas.ink();
+    m_canvas.clear();
+    drawOutlineText(m_graphics, m_layout, L"H\r\nH", *font, nullptr, 3.0, kFill, kOutline);
+    EXPECT_GT(m_canvas.ink().bottom - m_canvas.ink().top, oneLine.bottom - oneLine.top + 15);
+}
+
+// A kept text looks like one drawn anew, whatever argument changes between two drawings.
+TEST_F(OutlineTextTest, AKeptTextFollowsEveryArgument) {
+    Gdiplus::StringFormat centred;
+    centred.SetAlignment(Gdiplus::StringAlignmentCenter);
+    Gdiplus::StringFormat low;
+    low.SetLineAlignment(Gdiplus::StringAlignmentFar);
+    LOGFONTW boldFace = tahoma(-40);
+    boldFace.lfWeight = FW_BOLD;
+    LOGFONTW otherFace = boldFace;
+    ::lstrcpynW(otherFace.lfFaceName, L"Liberation Mono", LF_FACESIZE);
+    const FontPtr small = fontOf(-30);
+    const FontPtr other = fontOf(otherFace);
+    const FontPtr bold = fontOf(boldFace);
+    const struct {
+        const wchar_t* text;
+        RectF layout;
+        const Gdiplus::Font* font;
+        const Gdiplus::StringFormat* format;
+        double width;
+        Gdiplus::ARGB fill;
+        Gdiplus::ARGB outline;
+    } steps[] = {{L"HIH", m_layout, m_pFont.get(), nullptr, 3.0, kFill, kOutline},
+                 {L"HIH", m_layout, m_pFont.get(), nullptr, 3.0, kFill, kOutline},
+                 {L"IHI", m_layout, m_pFont.get(), nullptr, 3.0, kFill, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), m_pFont.get(), nullptr, 3.0, kFill, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), small.get(), nullptr, 3.0, kFill, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), bold.get(), nullptr, 3.0, kFill, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), bold.get(), &centred, 3.0, kFill, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), bold.get(), &low, 3.0, kFill, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), bold.get(), &low, 6.0, kFill, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), bold.get(), &low, 6.0, kOutline, kOutline},
+                 {L"IHI", RectF(10, 5, 160, 60), bold.get(), &low, 6.0, kOutline, kFill},
+                 {L"IHI", RectF(10, 5, 160, 60), other.get(), &low, 6.0, kOutline, kFill},
+                 {L"", m_layout, bold.get(), &low, 6.0, kOutline, kFill}};
+    OutlineText kept;
+    for (const auto& step : steps) {
+        m_canvas.clear();
+        kept.draw(m_graphics, step.layout, step.text, *step.font, step.format, step.width, step.fill, step.outline);
+        const std::vector<DWORD> actual = m_canvas.pixels();
+        m_canvas.clear();
+        drawOutlineText(m_graphics, step.layout, step.text, *step.font, step.format, step.width, step.fill,
+                        step.outline);
+        EXPECT_EQ(actual, m_canvas.pixels()) << "step " << (&step - steps);
+    }
+}
+
+TEST_F(OutlineTextTest, DrawingLeavesNothingBehind) {
+    for (int i = 0; i < 5; ++i) {
+        draw(3.0);
+    }
+    const std::size_t objects = testsupport::gdiHandles();
+    const std::size_t bytes = testsupport::heapBytes();
+    constexpr std::size_t kRuns = 100;
+    for (std::size_t i = 0; i < kRuns; ++i) {
+        draw(3.0);
+    }
+    EXPECT_EQ(testsupport::gdiHandles(), objects);
+    EXPECT_LT(testsupport::heapBytes(), bytes + kRuns * 20);
+}
+
+}  // namespace

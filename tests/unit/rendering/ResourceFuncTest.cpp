@@ -1,0 +1,160 @@
+#include "common/ResourceFunc.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cwchar>
+
+#include "Rendering.h"
+#include "common/Handle.h"
+#include "support/LogRecorder.h"
+#include "support/ResourceCounters.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr WORD kGoodPicture = 1;
+constexpr WORD kNoPicture = 2;
+constexpr WORD kNoBytes = 3;
+constexpr WORD kCutPicture = 4;
+constexpr WORD kOtherType = 5;
+constexpr WORD kMissing = 999;
+
+constexpr wchar_t kPointerLine[] = L"ERR (getImageFromRes): Error Code: 0x80004003";
+
+class ImageResourceTest : public testing::Test {
+ protected:
+    ImageResourceTest() {
+        testsupport::clearLog();
+        EXPECT_TRUE(m_library) << "rendering_test_art.dll lies beside the test program";
+    }
+
+    HRESULT load(WORD id, std::unique_ptr<Gdiplus::Image>& image, const wchar_t* type = kPngResourceType) {
+        return getImageFromRes(m_library.get(), id, type, image);
+    }
+
+    common::UniqueModule m_library{::LoadLibraryW(L"rendering_test_art.dll")};
+};
+
+TEST_F(ImageResourceTest, LoadsAPicture) {
+    std::unique_ptr<Gdiplus::Image> image;
+    ASSERT_EQ(load(kGoodPicture, image), S_OK);
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(image->GetLastStatus(), Gdiplus::Ok);
+    EXPECT_EQ(image->GetWidth(), 3U);
+    EXPECT_EQ(image->GetHeight(), 2U);
+    EXPECT_THAT(testsupport::logLines(dbglog::Level::Trace), IsEmpty());
+}
+
+TEST_F(ImageResourceTest, APictureOutlivesItsLibrary) {
+    std::unique_ptr<Gdiplus::Image> image;
+    ASSERT_EQ(load(kGoodPicture, image), S_OK);
+    m_library.reset();
+    const rendering::Canvas canvas(3, 2);
+    Gdiplus::Graphics graphics(canvas.dc());
+    ASSERT_EQ(graphics.DrawImage(image.get(), Gdiplus::Rect(0, 0, 3, 2)), Gdiplus::Ok);
+    EXPECT_EQ(canvas.at(1, 0), 0xFFFF0000U);
+    EXPECT_EQ(canvas.at(1, 1), 0x80000080U);
+}
+
+TEST_F(ImageResourceTest, AMissingOneIsReportedAndTouchesNothing) {
+    std::unique_ptr<Gdiplus::Image> image = rendering::plainImage(1, 1, 0xFFFFFFFFU);
+    const Gdiplus::Image* const before = image.get();
+    EXPECT_EQ(load(kMissing, image), E_POINTER);
+    EXPECT_EQ(load(kOtherType, image), E_POINTER);
+    EXPECT_EQ(load(kGoodPicture, image, L"TEXT"), E_POINTER);
+    EXPECT_EQ(image.get(), before);
+    EXPECT_THAT(testsupport::logLines(), ElementsAre(kPointerLine, kPointerLine, kPointerLine));
+}
+
+TEST_F(ImageResourceTest, ModulesWithoutPicturesAreAsIfTheyWereMissing) {
+    std::unique_ptr<Gdiplus::Image> image;
+    EXPECT_EQ(getImageFromRes(nullptr, kGoodPicture, kPngResourceType, image), E_POINTER);
+    EXPECT_EQ(getImageFromRes(::GetModuleHandleW(L"kernel32.dll"), kGoodPicture, kPngResourceType, image), E_POINTER);
+    EXPECT_EQ(image, nullptr);
+}
+
+TEST_F(ImageResourceTest, OneWithoutBytesIsAFailureOfItsOwn) {
+    std::unique_ptr<Gdiplus::Image> image;
+    EXPECT_EQ(load(kNoBytes, image), E_FAIL);
+    EXPECT_EQ(image, nullptr);
+    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (getImageFromRes): Error Code: 0x80004005"));
+}
+
+TEST_F(ImageResourceTest, BytesThatAreNoPictureGiveAnImageThatSaysSo) {
+    for (const WORD id : {kNoPicture, kCutPicture}) {
+        std::unique_ptr<Gdiplus::Image> image;
+        EXPECT_EQ(load(id, image), S_OK);
+        ASSERT_NE(image, nullptr);
+        EXPECT_NE(image->GetLastStatus(), Gdiplus::Ok) << id;
+    }
+    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+}
+
+TEST_F(ImageResourceTest, LoadingLeavesNoMemoryBehind) {
+    const auto loadAll = [this] {
+        for (const WORD id : {kGoodPicture, kNoPicture, kNoBytes, kCutPicture, kMissing}) {
+            std::unique_ptr<Gdiplus::Image> image;
+            static_cast<void>(load(id, image));
+        }
+        testsupport::clearLog();
+    };
+    for (int i = 0; i < 10; ++i) {
+        loadAll();
+    }
+    const std::size_t before = testsupport::heapBytes();
+    const std::size_t objects = testsupport::gdiHandles();
+    constexpr std::size_t kRuns = 200;
+    for (std::size_t i = 0; i < kRuns; ++i) {
+        loadAll();
+    }
+    EXPECT_LT(testsupport::heapBytes(), before + kRuns * 20);
+    EXPECT_EQ(testsupport::gdiHandles(), objects);
+}
+
+// ---- texts ----
+
+TEST(LoadResString, LoadsTextsOfAnyLength) {
+    for (const UINT length : {28U, 29U, 30U, 58U, 59U, 60U, 1000U}) {
+        const std::wstring text = loadResString(length);
+        ASSERT_EQ(text.size(), length);
+        EXPECT_EQ(text[0], L'1');
+        EXPECT_EQ(text[length - 1], L"0123456789"[length % 10]);
+    }
+    EXPECT_EQ(loadResString(1), L"A text");
+}
+
+TEST(LoadResString, MissingAndEmptyTextsAreEmpty) {
+    EXPECT_EQ(loadResString(2), L"");
+    EXPECT_EQ(loadResString(777), L"");
+    EXPECT_EQ(loadResString(0), L"");
+    EXPECT_EQ(loadResString(0xFFFFFFFFU), L"");
+}
+
+// The capacities that a text of that length is loaded into.
+std::vector<int> capacitiesFor(int length) {
+    std::vector<int> capacities;
+    const std::wstring text = loadGrowing([&](wchar_t* buffer, int capacity) {
+        EXPECT_EQ(buffer[0], L'\0');
+        EXPECT_EQ(buffer[capacity - 1], L'\0');
+        capacities.push_back(capacity);
+        const int copied = std::min(length, capacity - 1);
+        std::wmemset(buffer, L'x', static_cast<std::size_t>(std::max(copied, 0)));
+        return copied;
+    });
+    EXPECT_EQ(text, std::wstring(static_cast<std::size_t>(std::max(length, 0)), L'x'));
+    return capacities;
+}
+
+TEST(LoadGrowing, DoublesTheCapacityWhileTheTextFillsIt) {
+    EXPECT_THAT(capacitiesFor(0), ElementsAre(30));
+    EXPECT_THAT(capacitiesFor(-1), ElementsAre(30));
+    EXPECT_THAT(capacitiesFor(28), ElementsAre(30));
+    EXPECT_THAT(capacitiesFor(29), ElementsAre(30, 60));
+    EXPECT_THAT(capacitiesFor(58), ElementsAre(30, 60));
+    EXPECT_THAT(capacitiesFor(59), ElementsAre(30, 60, 120));
+}
+
+}  // namespace
