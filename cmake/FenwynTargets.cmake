@@ -19,6 +19,9 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   add_link_options(-s)
 endif()
 
+# The default, -O3, takes longer to compile and makes nothing here faster that a person could see.
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+
 # fenwyn_warnings(<target>...): our own code compiles without a single warning.
 function(fenwyn_warnings)
   foreach(target IN LISTS ARGN)
@@ -28,6 +31,30 @@ function(fenwyn_warnings)
         -Wno-error=null-dereference -Wno-cast-function-type>
       $<$<COMPILE_LANGUAGE:C>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror>)
   endforeach()
+endfunction()
+
+# The headers that nearly every source includes take longer to read than the sources: they are compiled beforehand. Every
+# source includes what it uses all the same; a preset that does without proves it.
+option(FENWYN_PRECOMPILE "Compile the headers of the system and the standard library beforehand" ON)
+if(FENWYN_PRECOMPILE)
+  add_library(fenwyn_headers STATIC EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/headers.cpp")
+  target_precompile_headers(fenwyn_headers PRIVATE
+    <windows.h> <objidl.h> <gdiplus.h> <algorithm> <array> <atomic> <functional> <memory> <optional> <string>
+    <string_view> <utility> <vector>)
+  fenwyn_warnings(fenwyn_headers)
+endif()
+
+# fenwyn_code(<target>...): everything that a target of our own sources gets.
+function(fenwyn_code)
+  fenwyn_warnings(${ARGN})
+  if(FENWYN_PRECOMPILE)
+    foreach(target IN LISTS ARGN)
+      target_precompile_headers(${target} REUSE_FROM fenwyn_headers)
+      # The compiler forgets which of them are the system's, and warns about copies of short texts inside of those.
+      target_compile_options(${target} PRIVATE
+        -Wno-array-bounds -Wno-stringop-overread -Wno-stringop-overflow)
+    endforeach()
+  endif()
 endfunction()
 
 # `stage` builds what ships and no test.
