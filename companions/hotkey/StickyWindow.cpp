@@ -22,13 +22,21 @@ void CStickyWindow::open() noexcept {
     // Top-level, because a search does not find message-only windows; never shown and out of the task list.
     m_hWnd.reset(::CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, ZEL_STICKY_WINDOW_CLASS,
                                    ZEL_STICKY_WINDOW_TITLE, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, ownModule(), this));
+    if (!m_hWnd) {
+        _unregister();
+    }
 }
 
 void CStickyWindow::close() noexcept {
     if (m_hWnd) {
         m_hWnd.reset();
-        ::UnregisterClassW(ZEL_STICKY_WINDOW_CLASS, ownModule());  // the module may go away before the process
+        _unregister();
     }
+}
+
+// The module with the window's procedure may go away before the process.
+void CStickyWindow::_unregister() noexcept {
+    ::UnregisterClassW(ZEL_STICKY_WINDOW_CLASS, ownModule());
 }
 
 LRESULT CALLBACK CStickyWindow::_wndProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

@@ -23,6 +23,7 @@ class CStickyWindow {
     void close() noexcept;
 
  private:
+    static void _unregister() noexcept;
     static LRESULT CALLBACK _wndProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
     std::function<void()> m_onCancel;

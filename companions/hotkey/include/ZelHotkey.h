@@ -66,11 +66,11 @@ typedef LONG(WINAPI* ZelEnableHotkey)(void);
 
 /* Stops watching, delivers the breaks of everything that is still down, and ends the library's threads; 0 means that no
  * callback runs any more. Waits for a second at most: a callback that has not returned by then gets its remaining
- * events dropped, is the last one called, and Stop returns HRESULT_FROM_WIN32(ERROR_TIMEOUT). Start works again in
- * either case. S_FALSE when not started; HRESULT_FROM_WIN32(ERROR_POSSIBLE_DEADLOCK), without effect, when called from
- * a callback. Thread: any other. The library's threads hold a reference to it: FreeLibrary without Stop is harmless,
- * the library stays mapped until its threads have ended; to stop
- * it after that, load it again first. */
+ * events dropped, is the last one called, and Stop returns HRESULT_FROM_WIN32(ERROR_TIMEOUT). Start works again after
+ * either, or returns E_UNEXPECTED while the keyboard hook of before has not ended yet. S_FALSE when not started;
+ * HRESULT_FROM_WIN32(ERROR_POSSIBLE_DEADLOCK), without effect, when called from a callback. Thread: any other. The
+ * library's threads hold a reference to it: FreeLibrary without Stop is harmless, the library stays mapped until its
+ * threads have ended; to stop it after that, load it again first. */
 #define ZEL_STOP "Stop"
 typedef LONG(WINAPI* ZelStop)(void);
 
