@@ -39,8 +39,9 @@ void readSettings(const RegConfigAccess& key, Scope scope, QrdConfig& config) {
     for (const Setting& setting : kSettings) {
         if (setting.scope == scope) {
             DWORD value = config.*setting.member;
-            key.GetValue(setting.name, value);
-            config.*setting.member = value;
+            if (SUCCEEDED(key.GetValue(setting.name, value))) {
+                config.*setting.member = value;
+            }
         }
     }
 }

@@ -49,10 +49,10 @@ bool CSysMsgHandlerFrame::DestroyWindow() {
     return CFrameWnd::DestroyWindow();
 }
 
-// The registered message of the button utility comes after the table: its number is known at run time only, and it
-// counts only while keys may be customised.
+// The registered message of the button utility is not in the table: its number is known at run time only (0 when the
+// system refused one), and it counts only while keys may be customised.
 LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == hbqNotifyMessage() && CZelConfig::getQrdConfig().bProgrammable) {
+    if (message != 0 && message == hbqNotifyMessage() && CZelConfig::getQrdConfig().bProgrammable) {
         LOG_INFO(L"Refersh the fenwyn because hotkey is customized.");
         return theApp.refreshCards(TRUE);
     }

@@ -1,5 +1,6 @@
 #include "UI/ZelHideDlg.h"
 
+#include <new>
 #include <utility>
 
 #include "Data/ZelConfig.h"
@@ -78,10 +79,15 @@ HRESULT CZelHideDlg::_setDlgPos() {
 
     const geometry::Strip strip = geometry::hoverStrip(workArea, m_nCardCount, theApp.getPngRatio(), stripAtBottom());
     const HWND order = CZelConfig::getQrdConfig().bTopmost ? HWND_TOPMOST : HWND_NOTOPMOST;
+    // Not activated: the keyboard stays with the program that the user works in.
     ::SetWindowPos(m_hWnd, order, strip.place.left, strip.place.top, strip.place.right - strip.place.left,
                    strip.place.bottom - strip.place.top, SWP_NOACTIVATE);
-    for (int card = 0; card < m_nCardCount; ++card) {
-        m_vecSegments.push_back(geometry::cardRect(strip, card));
+    try {
+        for (int card = 0; card < m_nCardCount; ++card) {
+            m_vecSegments.push_back(geometry::cardRect(strip, card));
+        }
+    } catch (const std::bad_alloc&) {
+        RETURN_LOGGED(E_POINTER);
     }
     return S_OK;
 }
@@ -135,7 +141,7 @@ void CZelHideDlg::OnTimer(UINT_PTR uId) {
     LOG_ENTER_LEAVE();
     ::KillTimer(m_hWnd, kTimerIdle);
     // A mouse that only crossed the strip may be gone already: not every system says so at once.
-    if (std::exchange(m_bTimerRunning, false) && !mouseIsOn(m_hWnd)) {
+    if (!std::exchange(m_bTimerRunning, false) || !mouseIsOn(m_hWnd)) {
         return;
     }
     theApp.showMainDlg(TRUE, TRUE);

@@ -90,16 +90,18 @@ Gdiplus::ARGB averageBlock(const BYTE* block, int stride) {
     return (sums[3] / kCount) << 24U | (sums[2] / kCount) << 16U | (sums[1] / kCount) << 8U | sums[0] / kCount;
 }
 
-// Fills `small` with `large` at a kSamples-th of its size. Both are premultiplied.
-void averageDown(Gdiplus::Bitmap& large, Gdiplus::Bitmap& small) {
+// Fills `small` with `large` at a kSamples-th of its size. Both are premultiplied. False: there is no memory for it.
+bool averageDown(Gdiplus::Bitmap& large, Gdiplus::Bitmap& small) {
     Gdiplus::Rect largeArea(0, 0, static_cast<INT>(large.GetWidth()), static_cast<INT>(large.GetHeight()));
     Gdiplus::Rect smallArea(0, 0, static_cast<INT>(small.GetWidth()), static_cast<INT>(small.GetHeight()));
     Gdiplus::BitmapData from;
     Gdiplus::BitmapData to;
     if (large.LockBits(&largeArea, Gdiplus::ImageLockModeRead, PixelFormat32bppPARGB, &from) != Gdiplus::Ok) {
-        return;
+        return false;
     }
-    if (small.LockBits(&smallArea, Gdiplus::ImageLockModeWrite, PixelFormat32bppPARGB, &to) == Gdiplus::Ok) {
+    const bool filled =
+        small.LockBits(&smallArea, Gdiplus::ImageLockModeWrite, PixelFormat32bppPARGB, &to) == Gdiplus::Ok;
+    if (filled) {
         for (INT y = 0; y < smallArea.Height; ++y) {
             const BYTE* source = static_cast<const BYTE*>(from.Scan0) + y * kSamples * from.Stride;
             auto* target = reinterpret_cast<Gdiplus::ARGB*>(static_cast<BYTE*>(to.Scan0) + y * to.Stride);
@@ -110,6 +112,7 @@ void averageDown(Gdiplus::Bitmap& large, Gdiplus::Bitmap& small) {
         small.UnlockBits(&to);
     }
     large.UnlockBits(&from);
+    return filled;
 }
 
 // False for what is too large or too far away, and for what is no number.
@@ -141,8 +144,7 @@ std::unique_ptr<Gdiplus::Bitmap> drawSmoothed(const Gdiplus::GraphicsPath& path,
         canvas.FillPath(&brush, &path);  // over the inner half of the outline
     }
     auto small = std::make_unique<Gdiplus::Bitmap>(width, height, PixelFormat32bppPARGB);
-    averageDown(large, *small);
-    return small;
+    return averageDown(large, *small) ? std::move(small) : nullptr;
 }
 
 }  // namespace
@@ -174,7 +176,8 @@ void OutlineText::draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layout
         pen.SetLineJoin(Gdiplus::LineJoinRound);
         const Gdiplus::SolidBrush fillBrush{Gdiplus::Color(fillColour)};
         m_pPicture = drawSmoothed(path, pen, fillBrush, m_place);
-        m_key = key;
+        // What came out empty may only have lacked memory: it is tried again at the next frame.
+        m_key = m_pPicture != nullptr ? std::optional<Key>(key) : std::nullopt;
     }
     if (m_pPicture != nullptr) {
         graphics.DrawImage(m_pPicture.get(), static_cast<INT>(m_place.x), static_cast<INT>(m_place.y),

@@ -38,8 +38,12 @@ void restrictLibrarySearch() {
 
 common::UniqueModule loadSibling(const wchar_t* pszFileName) {
     // The altered search path makes the library's own folder, not the current one, the place for what it needs itself.
-    const std::wstring path = programFolder() + pszFileName;
-    common::UniqueModule module(::LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+    const std::wstring folder = programFolder();
+    const std::wstring path = folder + pszFileName;
+    common::UniqueModule module;
+    if (!folder.empty()) {  // a bare name would be looked for elsewhere
+        module.reset(::LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+    }
     if (!module) {
         LOG_LINE(::dbglog::Level::Error, L"Library %s cannot be loaded, error %u.", path.c_str(),
                  static_cast<unsigned>(::GetLastError()));
