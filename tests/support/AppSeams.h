@@ -92,6 +92,9 @@ struct CircleItemSeam {
     static const std::wstring& itemText(const CCircleItemDlg& item) { return item.m_strItemText; }
     static HWND smallWnd(const CCircleItemDlg& item) { return item.m_pSmallWnd ? item.m_pSmallWnd->m_hWnd : nullptr; }
     static HWND largeWnd(const CCircleItemDlg& item) { return item.m_pLargeWnd ? item.m_pLargeWnd->m_hWnd : nullptr; }
+    static UINT smallImageId(const CCircleItemDlg& item) { return item.m_uSmallImageId; }
+    static UINT largeImageId(const CCircleItemDlg& item) { return item.m_uLargeImageId; }
+    static double scale(const CCircleItemDlg& item) { return item.m_scale; }
     static bool hasAnyImage(const CCircleItemDlg& item) { return item.m_pImageSmall || item.m_pImageLarge; }
     static HRESULT showFakeWnd(CCircleItemDlg& item) { return item.showFakeWnd(); }
 };

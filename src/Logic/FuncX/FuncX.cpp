@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "Logic/FuncX/PanicThread.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
@@ -48,6 +49,7 @@ HRESULT CFuncX::selectItem(LONG lItem, LONG /*lParam*/) {
         RETURN_LOGGED(E_POINTER);
     }
     ULONG uReserved = 0;
+    const CPanicThread::PluginCall call;
     return pfSelectItem(lItem, &uReserved) == FENWYN_OK ? S_OK : E_FAIL;
 }
 

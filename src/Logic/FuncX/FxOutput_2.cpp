@@ -2,6 +2,7 @@
 
 #include <shellapi.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cwchar>
@@ -39,16 +40,29 @@ HRESULT missingExportStatus() {
     return FAILED(hr) ? hr : E_FAIL;
 }
 
+// Where the pages that can be read, and of which `address` is on one, come to their end; `address` when it is on none.
+std::uintptr_t endOfReadable(std::uintptr_t address, std::uintptr_t farEnough) {
+    MEMORY_BASIC_INFORMATION memory{};
+    // One answer covers pages of one kind: a library's data is of two, written to and not yet written to.
+    while (address < farEnough &&
+           ::VirtualQuery(reinterpret_cast<const void*>(address), &memory, sizeof(memory)) != 0 &&
+           memory.State == MEM_COMMIT && (memory.Protect & (PAGE_NOACCESS | PAGE_GUARD)) == 0) {
+        address = reinterpret_cast<std::uintptr_t>(memory.BaseAddress) + memory.RegionSize;
+    }
+    return address;
+}
+
 // How many of the records lie in memory that can be read: a plug-in's count is not to be trusted.
 DWORD readableRecords(const FenwynDisplayRecord* pRecords, DWORD dwCount) {
-    MEMORY_BASIC_INFORMATION memory{};
-    if (pRecords == nullptr || ::VirtualQuery(pRecords, &memory, sizeof(memory)) == 0 || memory.State != MEM_COMMIT ||
-        (memory.Protect & (PAGE_NOACCESS | PAGE_GUARD)) != 0) {
+    if (pRecords == nullptr) {
         return 0;
     }
-    const auto end = reinterpret_cast<std::uintptr_t>(memory.BaseAddress) + memory.RegionSize;
-    const std::uintptr_t records = (end - reinterpret_cast<std::uintptr_t>(pRecords)) / sizeof(FenwynDisplayRecord);
-    return records < dwCount ? static_cast<DWORD>(records) : dwCount;
+    const auto first = reinterpret_cast<std::uintptr_t>(pRecords);
+    const std::uintptr_t room = UINTPTR_MAX - first;
+    const std::uintptr_t most = room / sizeof(FenwynDisplayRecord);
+    const std::uintptr_t wanted = dwCount < most ? dwCount : most;
+    const std::uintptr_t readable = endOfReadable(first, first + wanted * sizeof(FenwynDisplayRecord)) - first;
+    return static_cast<DWORD>(std::min(wanted, readable / sizeof(FenwynDisplayRecord)));
 }
 
 }  // namespace
@@ -117,12 +131,12 @@ HRESULT CFxOutput_2::selectItem(LONG lItem, bool* pbHideCard, LONG lParam) {
         return S_OK;
     }
     if (info.lMode == FENWYN_MODE_CONFIGURE) {
-        startOutputSetup(m_strOutputSetupPath, kConfigParameter);
+        _startOutputSetup(kConfigParameter);
         return S_OK;
     }
     if (info.lMode == FENWYN_MODE_SAVE) {
         *pbHideCard = false;
-        startOutputSetup(m_strOutputSetupPath, kSaveParameter);
+        _startOutputSetup(kSaveParameter);
         return S_OK;
     }
     return CFuncX::selectItem(static_cast<LONG>(info.dwIndex), lParam);
@@ -140,6 +154,14 @@ void CFxOutput_2::finalize() {
     CFuncX::finalize();
 }
 
+void CFxOutput_2::_startOutputSetup(const wchar_t* pszParameters) {
+    if (m_strOutputSetupPath.empty()) {
+        LOG_STATUS(E_FAIL);
+        return;
+    }
+    startOutputSetup(m_strOutputSetupPath, pszParameters);
+}
+
 void CFxOutput_2::startOutputSetup(const std::wstring& strProgram, const wchar_t* pszParameters) {
     ::ShellExecuteW(nullptr, nullptr, strProgram.c_str(), pszParameters, nullptr, SW_SHOWNORMAL);
 }
@@ -153,7 +175,9 @@ HRESULT CFxOutput_2::_readSetupPath() {
     }
     if (SUCCEEDED(hr)) {
         path.push_back(L'\0');
-        m_strOutputSetupPath = expandPath(path.data()) + kSetupProgram;
+        const std::wstring folder = expandPath(path.data());
+        // Without a folder the program would be looked for at the root of some drive.
+        m_strOutputSetupPath = folder.empty() ? std::wstring() : folder + kSetupProgram;
     }
     return hr;
 }
@@ -298,7 +322,7 @@ HRESULT CFxOutput_2::showOutputConfDlg(LONG lMode) {
     ::_snwprintf(parameter.data(), parameter.size() - 1, L"\\OutputConf %d",
                  outputrules::setupNumber(lMode, nSupportedModes));
     LOG_INFO(L"Parameter for calling OutputSetup.exe: %s.", parameter.data());
-    startOutputSetup(m_strOutputSetupPath, parameter.data());
+    _startOutputSetup(parameter.data());
     return S_OK;
 }
 
@@ -309,5 +333,9 @@ HRESULT CFxOutput_2::preparePanic() {
 HRESULT CFxOutput_2::panic() {
     const common::UniqueModule hKeepLoaded = pluginReference();
     const auto pfSetCurrent = getExport<FenwynFnF5SetCurrentForPanic>(FENWYN_FNF5_SET_CURRENT_FOR_PANIC);
-    return pfSetCurrent != nullptr && pfSetCurrent() == FENWYN_OK ? S_OK : E_FAIL;
+    if (pfSetCurrent == nullptr) {
+        return E_FAIL;
+    }
+    const CPanicThread::PluginCall call;
+    return pfSetCurrent() == FENWYN_OK ? S_OK : E_FAIL;
 }

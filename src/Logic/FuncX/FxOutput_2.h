@@ -43,6 +43,8 @@ class CFxOutput_2 : public CFuncXUseCircleItem, private CPanicThread::IAction {
     friend struct FxOutput2Seam;
 
     HRESULT _readSetupPath();
+    // E_FAIL in the log, and nothing else, when the install folder is not known.
+    void _startOutputSetup(const wchar_t* pszParameters);
     // `rbLimited` and `rdwMaximum`: not all entries fit the screen, and how many do.
     HRESULT getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaximum) const;
     HRESULT getAvailableItems(LONG lCount);

@@ -9,7 +9,24 @@ constexpr wchar_t kEventName[] = L"FnF5Panic";
 // How many threads of this process wait for the event. Only the user-interface thread counts.
 int s_nWaiting = 0;
 
+// Where the panic thread that asks notes that it is in a plug-in; null on every other thread.
+thread_local std::atomic<bool>* t_pInPlugin = nullptr;
+
+void noteInPlugin(bool bInPlugin) noexcept {
+    if (t_pInPlugin != nullptr) {
+        *t_pInPlugin = bInPlugin;
+    }
+}
+
 }  // namespace
+
+CPanicThread::PluginCall::PluginCall() noexcept {
+    noteInPlugin(true);
+}
+
+CPanicThread::PluginCall::~PluginCall() {
+    noteInPlugin(false);
+}
 
 CPanicThread::~CPanicThread() {
     if (m_hPanicThread) {
@@ -22,7 +39,7 @@ void CPanicThread::start() {
         return;
     }
     m_bExitPanicThread = false;
-    m_bInAction = false;
+    m_bInPlugin = false;
     m_hEndEvent.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     // Made here, so that a function that is dropped at once finds it.
     m_hEvent.reset(::CreateEventExW(nullptr, kEventName, 0, SYNCHRONIZE));
@@ -75,6 +92,7 @@ DWORD WINAPI CPanicThread::threadProcedure(void* pArgument) {
 }
 
 DWORD CPanicThread::_run() {
+    t_pInPlugin = &m_bInPlugin;
     if (!m_hEvent) {
         LOG_ASSERT(L"hevtFnF5Panic");
         LOG_STATUS(E_POINTER);
@@ -111,9 +129,7 @@ void CPanicThread::_waitForPanic() {
 }
 
 void CPanicThread::_panicOnce() {
-    m_bInAction = true;
     const HRESULT hr = m_rAction.panic();
-    m_bInAction = false;
     if (SUCCEEDED(hr)) {
         return;
     }
@@ -131,7 +147,7 @@ void CPanicThread::_cutOff() const {
     CONTEXT context{};
     context.ContextFlags = CONTEXT_CONTROL;
     ::GetThreadContext(m_hPanicThread.get(), &context);  // returns once the thread stands still
-    if (!m_bInAction) {
+    if (!m_bInPlugin) {
         ::ResumeThread(m_hPanicThread.get());
         if (::WaitForSingleObject(m_hPanicThread.get(), m_rules.dwEndWaitMs) != WAIT_TIMEOUT) {
             return;

@@ -16,12 +16,21 @@ class CPanicThread {
      public:
         // Before the first wait. A failure is logged and ends the thread.
         [[nodiscard]] virtual HRESULT preparePanic() { return S_OK; }
-        // Each time the event is set. It calls the plug-in and may be cut off anywhere in it: whatever else it needs
-        // to do has to be done before the call.
+        // Each time the event is set. It calls the plug-in within a PluginCall, and may be cut off there.
         [[nodiscard]] virtual HRESULT panic() = 0;
 
      protected:
         ~IAction() = default;
+    };
+
+    // Around a plug-in's export and nothing else: while one lives on a panic thread, end() may cut the thread off. It
+    // has no effect on other threads.
+    class PluginCall {
+     public:
+        PluginCall() noexcept;
+        ~PluginCall();
+        PluginCall(const PluginCall&) = delete;
+        PluginCall& operator=(const PluginCall&) = delete;
     };
 
     struct Rules {
@@ -65,5 +74,5 @@ class CPanicThread {
     common::UniqueHandle m_hEndEvent;
     common::UniqueHandle m_hPanicThread;
     std::atomic<bool> m_bExitPanicThread = false;
-    std::atomic<bool> m_bInAction = false;
+    std::atomic<bool> m_bInPlugin = false;
 };

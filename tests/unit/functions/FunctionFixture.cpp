@@ -4,28 +4,16 @@
 #include <utility>
 
 #include "Logic/FuncX/FuncXFactory.h"
-#include "UI/ItemDlg/CircleItemDlg.h"
-#include "ZelMain.h"
-
-struct ItemDescSeam {
-    static const std::wstring& text(const CItemDescDlg& box) { return box.m_strDesc; }
-};
-
-struct CircleItemSeam {
-    static functest::ItemView view(const CCircleItemDlg& item) {
-        return {ItemDescSeam::text(item.m_descDlg), item.m_uSmallImageId, item.m_uLargeImageId};
-    }
-    static double scale(const CCircleItemDlg& item) { return item.m_scale; }
-};
-
-struct ZelMainSeam {
-    static void setPngDll(HMODULE hModule) { theApp.m_hPngDll.reset(hModule); }
-    static void setMouseOperating(BOOL bOperating) { theApp.m_bMouseOperating = bOperating; }
-};
+#include "support/AppSeams.h"
 
 namespace functest {
 
 namespace {
+
+ItemView viewOf(CCircleItemDlg& item) {
+    return {ItemDescSeam::text(CircleItemSeam::box(item)), CircleItemSeam::smallImageId(item),
+            CircleItemSeam::largeImageId(item)};
+}
 
 // There is no strip here, and the registry holds no settings.
 constexpr const wchar_t* kOthers[] = {L"(CZelMainApp::", L"(CZelConfig::", L"(RegConfigAccess::"};
@@ -51,8 +39,8 @@ void Items::clear() {
 std::vector<ItemView> Items::views() const {
     std::vector<ItemView> views;
     for (CQrdItem* pItem : m_vecItems) {
-        const auto* const pCircle = dynamic_cast<CCircleItemDlg*>(pItem);
-        views.push_back(pCircle != nullptr ? CircleItemSeam::view(*pCircle) : ItemView{});
+        auto* const pCircle = dynamic_cast<CCircleItemDlg*>(pItem);
+        views.push_back(pCircle != nullptr ? viewOf(*pCircle) : ItemView{});
     }
     return views;
 }
@@ -77,14 +65,14 @@ FunctionTest::FunctionTest() {
     const std::wstring strArt = programFolder() + L"\\" FENWYN_STAGE_FROM_UNIT L"\\CardArt.dll";
     const HMODULE hArt = ::LoadLibraryExW(strArt.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     EXPECT_NE(hArt, nullptr) << "CardArt.dll is missing";
-    ZelMainSeam::setPngDll(hArt);
+    ZelMainSeam::pngDll().reset(hArt);
     EXPECT_TRUE(m_plugin.loaded());
     m_log.clear();
 }
 
 FunctionTest::~FunctionTest() {
     setMouseOperating(false);
-    ZelMainSeam::setPngDll(nullptr);
+    ZelMainSeam::pngDll().reset();
 }
 
 std::unique_ptr<CFuncX> FunctionTest::load(const wchar_t* pszName, const std::wstring& strPlugin) {
@@ -114,11 +102,11 @@ std::vector<std::wstring> FunctionTest::errors() const {
 }
 
 void FunctionTest::setMouseOperating(bool bOperating) {
-    ZelMainSeam::setMouseOperating(bOperating ? TRUE : FALSE);
+    ZelMainSeam::mouseOperating() = bOperating ? TRUE : FALSE;
 }
 
 void FunctionTest::withoutPictures() {
-    ZelMainSeam::setPngDll(nullptr);
+    ZelMainSeam::pngDll().reset();
 }
 
 }  // namespace functest

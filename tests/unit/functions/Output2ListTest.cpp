@@ -7,6 +7,7 @@
 #include "UI/ItemDlg/FxOutputItemDlg.h"
 #include "common/ResourceFunc.h"
 #include "functions/Output2Fixture.h"
+#include "support/AppSeams.h"
 
 namespace functest {
 
@@ -201,6 +202,28 @@ TEST_F(Output2List, AnAbsurdNumberOfRecordsIsNotRead) {
     entry(1).recordsInstead = 0x10;  // no memory there
     EXPECT_EQ(build(2, 0), S_OK);
     EXPECT_EQ(m_items.size(), 2U);
+}
+
+// As a library's data does: a page that was written to, and one that was not yet.
+TEST_F(Output2List, RecordsThatLieOnPagesOfTwoKindsAreAllThere) {
+    constexpr std::size_t kPage = 0x1000;
+    auto* const pages =
+        static_cast<BYTE*>(::VirtualAlloc(nullptr, 2 * kPage, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
+    ASSERT_NE(pages, nullptr);
+    auto* const records = reinterpret_cast<FenwynDisplayRecord*>(pages + kPage) - 1;
+    for (int i = 0; i < 3; ++i) {
+        std::wstring(L"LCD").copy(records[i].szConnector, FENWYN_CONNECTOR_CHARS - 1);
+    }
+    DWORD before = 0;
+    ASSERT_TRUE(::VirtualProtect(pages + kPage, kPage, PAGE_READONLY, &before));
+    instr::setEntry(entry(0), 4);
+    entry(0).recordCount = 3;
+    entry(0).recordsInstead = reinterpret_cast<std::uintptr_t>(records);
+    ASSERT_EQ(build(1, 0), S_OK);
+    const auto& item = dynamic_cast<const CFxOutputItemDlg&>(*m_items.vec().front());
+    EXPECT_EQ(OutputPreviewSeam::rows(*FxOutputItemSeam::preview(item)).size(), 3U);
+    m_items.clear();
+    ::VirtualFree(pages, 0, MEM_RELEASE);
 }
 
 TEST_F(Output2List, EveryFailureCleansTheItems) {

@@ -116,6 +116,19 @@ TEST_F(Output2Select, TheInstallFolderIsExpanded) {
     EXPECT_THAT(m_function.m_vecStarts, ElementsAre(Start{L"D:\\Programs\\Fenwyn\\OutputSetup.exe", L"\\Config"}));
 }
 
+TEST_F(Output2Select, WithoutAnInstallFolderNoOtherFolderIsTried) {
+    for (const std::wstring& folder : {std::wstring(), std::wstring(300, L'x')}) {
+        m_function.finalize();
+        setInstallPath(folder.c_str());
+        ASSERT_EQ(init(L"InstrPlugin"), S_OK) << "everything else works without it";
+        offer({{9, 0}});
+        bool bHideCard = true;
+        EXPECT_EQ(m_function.selectItem(0, &bHideCard, -1), S_OK);
+        EXPECT_TRUE(logged(L"[ERR] (CFxOutput_2::_startOutputSetup): Error Code: 0x80004005"));
+    }
+    EXPECT_THAT(m_function.m_vecStarts, IsEmpty());
+}
+
 TEST_F(Output2Select, AProgramThatIsNotThereIsNoFailure) {
     CFxOutput_2 function({kCode}, L"Output");
     ASSERT_EQ(function.initHotkeyDll(m_plugin.path().c_str()), S_OK);
