@@ -1,11 +1,13 @@
 #include "UI/ItemDlg/SliderItemDlg.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
+#include "UI/CardsInUse.h"
 #include "UI/MouseSurface.h"
 #include "ZelMain.h"
 #include "common/ResourceFunc.h"
@@ -207,10 +209,13 @@ HRESULT CSliderItemDlg::_applyLevel(LONG lLevel) {
 }
 
 LRESULT CSliderItemDlg::OnHScroll(WPARAM wParam, LPARAM /*lParam*/) {
+    const CardsInUse inUse;  // the slider is in the middle of its own message
     Default();
-    // The end of a movement is none itself: every level reaches the plug-in once.
+    // The end of a movement is none itself: every level reaches the plug-in once. A thumb position that ends no drag is
+    // a turn of the mouse wheel.
     const WORD code = LOWORD(wParam);
-    if (code != TB_THUMBPOSITION && code != TB_ENDTRACK) {
+    const bool bDragged = std::exchange(m_bDragged, code == TB_THUMBTRACK);
+    if (code != TB_ENDTRACK && !(code == TB_THUMBPOSITION && bDragged)) {
         updateBrightness();
     }
     return 0;

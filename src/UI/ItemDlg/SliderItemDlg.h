@@ -49,4 +49,5 @@ class CSliderItemDlg : public CDialog, public CQrdItem {
     DWORD m_dwIncreaseCode;
     LONG m_lCurrentLevel;
     LONG m_lLevelCount;
+    bool m_bDragged = false;  // the last movement was one of a drag
 };

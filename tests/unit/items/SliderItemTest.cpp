@@ -230,6 +230,14 @@ TEST_F(SliderItem, EndOfADragTellsNoLevelASecondTime) {
     EXPECT_EQ(applied(), std::vector<LONG>{7});
 }
 
+TEST_F(SliderItem, TurnOfTheMouseWheelTellsItsLevel) {
+    CSliderItemDlg& item = open(10, 5);
+    SliderItemSeam::slider(item).SetPos(6);
+    // A system's slider tells it as a thumb position that no drag came before.
+    ::SendMessageW(item.m_hWnd, WM_HSCROLL, MAKEWPARAM(TB_THUMBPOSITION, 6), reinterpret_cast<LPARAM>(slider()));
+    EXPECT_EQ(applied(), std::vector<LONG>{6});
+}
+
 TEST_F(SliderItem, ArrowKeysOfTheControlMoveItToo) {
     open(10, 5);
     ::SendMessageW(slider(), WM_KEYDOWN, VK_RIGHT, 0);
