@@ -21,7 +21,7 @@ constexpr wchar_t kMutexName[] = L"_ZelMain_Mutex_";
 constexpr wchar_t kHideSwitch[] = L"/hide";
 constexpr wchar_t kImageLibrary[] = L"CardArt.dll";
 constexpr DWORD kSecondLookMs = 200;     // the other instance may just be starting or ending
-constexpr UINT kSignalTimeoutMs = 5000;  // a first instance that hangs does not hang the second
+constexpr UINT kSignalTimeoutMs = 5000;  // a user interface that hangs does not hang whoever tells it something
 
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b) {
     return ::CompareStringOrdinal(a, -1, b, -1, TRUE) == CSTR_EQUAL;
@@ -267,6 +267,9 @@ HRESULT CZelMainApp::refreshCards(BOOL bReinitialize) {
     if (m_pZelMainDlg == nullptr || m_pZelHideDlg == nullptr) {
         RETURN_LOGGED(E_FAIL);
     }
+    if (bReinitialize && m_pZelMainDlg->postponeRebuild()) {
+        return S_FALSE;
+    }
     RETURN_IF_FAILED(showMainDlg(FALSE, TRUE));
     RETURN_IF_FAILED(m_pZelMainDlg->refreshCards(bReinitialize != FALSE));
     if (CZelConfig::getQrdConfig().bEnableHover) {
@@ -337,7 +340,8 @@ HRESULT CZelMainApp::_cancelFnSticky() const {
     return S_OK;
 }
 
-// Runs on the hook library's thread: it only shows and hides windows, so that the cards are not in the picture.
+// Runs on the hook library's thread. The cards belong to the user-interface thread, which may be building them at this
+// moment: it is asked to hide them, and has done so when this returns, so that they are not in the picture.
 LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() {
     LOG_ENTER_LEAVE();
     const bool running = _screenSaverRunning();
@@ -348,7 +352,8 @@ LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() {
     if (theApp.m_hStripWnd == nullptr) {
         LOG_STATUS(E_FAIL);  // not yet, or not any more
     } else {
-        theApp.showMainDlg(FALSE, FALSE);
+        DWORD_PTR answer = 0;
+        ::SendMessageTimeoutW(theApp.m_hStripWnd, kMsgPrintScreen, 0, 0, SMTO_NORMAL, kSignalTimeoutMs, &answer);
     }
     return S_OK;
 }

@@ -17,6 +17,8 @@ inline constexpr UINT kMsgReloadConfig = WM_USER + 100;    // to the frame: read
 inline constexpr UINT kMsgHotkey = WM_USER + 101;          // to the strip: wParam code, lParam 0 make / 1 break
 inline constexpr UINT kMsgSecondInstance = WM_USER + 102;  // to the frame: show or flash the strip
 inline constexpr UINT kMsgHideStrip = WM_USER + 104;       // to the frame, from other programs: hide the strip
+inline constexpr UINT kMsgCardsFree = WM_APP + 1;          // from the strip to itself: what waited for cards goes on
+inline constexpr UINT kMsgPrintScreen = WM_APP + 2;        // to the strip, sent: hide before the picture is taken
 
 // Timers on the card strip.
 inline constexpr UINT_PTR kTimerAutoHide = 1;     // apply the selections and hide
@@ -47,7 +49,8 @@ class CZelMainApp : public CWinApp {
     HRESULT showMainDlg(BOOL bShow, BOOL bCancelSticky);
     // A second start while "ShowQrdAtLaunch" is set: shows the strip for five seconds, or hides it when it is there.
     HRESULT showMainDlgAlt();
-    // Puts the cards away and lays them out again; with bReinitialize they are built anew.
+    // Puts the cards away and lays them out again; with bReinitialize they are built anew. S_FALSE: cards are in use,
+    // it will be done when they are not.
     HRESULT refreshCards(BOOL bReinitialize);
 
     // One hotkey event, called on any thread: wakes the display, ends a screen saver and posts kMsgHotkey to the strip.

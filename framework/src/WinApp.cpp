@@ -17,6 +17,7 @@ CWinApp::~CWinApp() {
 int CWinApp::Main(HINSTANCE instance, const wchar_t* commandLine) {
     m_hInstance = instance;
     m_lpCmdLine = commandLine;
+    m_bMainWndGone = false;
     if (InitInstance()) {
         Run();
     }
@@ -25,13 +26,22 @@ int CWinApp::Main(HINSTANCE instance, const wchar_t* commandLine) {
 
 void CWinApp::Run() {
     MSG message{};
-    while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
+    while (_nextMessage(message)) {
         if (!preTranslate(message)) {
             ::TranslateMessage(&message);
             ::DispatchMessageW(&message);
         }
     }
-    m_nExitCode = static_cast<int>(message.wParam);
+    m_nExitCode = message.message == WM_QUIT ? static_cast<int>(message.wParam) : 0;
+}
+
+// Without a main window nothing is waited for: it may have ended within a message loop that is not ours and that kept
+// WM_QUIT for itself.
+bool CWinApp::_nextMessage(MSG& message) const {
+    if (m_bMainWndGone) {
+        return ::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE && message.message != WM_QUIT;
+    }
+    return ::GetMessageW(&message, nullptr, 0, 0) > 0;
 }
 
 int CWinApp::ExitInstance() {
@@ -44,6 +54,7 @@ int CWinApp::ExitInstance() {
 void CWinApp::windowGone(const CWnd& window) {
     if (s_pCurrent != nullptr && s_pCurrent->m_pMainWnd == &window) {
         s_pCurrent->m_pMainWnd = nullptr;
+        s_pCurrent->m_bMainWndGone = true;
         ::PostQuitMessage(0);
     }
 }

@@ -6,6 +6,7 @@
 #include "Logic/FuncX/FuncXFactory.h"
 #include "Logic/ZelCommonFunc.h"
 #include "UI/CardStyle.h"
+#include "UI/CardsInUse.h"
 #include "UI/LargeCardDlg.h"
 #include "ZelMain.h"
 #include "common/GdiPlusFunc.h"
@@ -69,7 +70,7 @@ Gdiplus::Image* CBlackCard::getImage() {
     if (m_pFunx != nullptr && m_pFunx->needRefreshSmallPng()) {
         _loadImage();  // a failed load keeps the picture of the old state
     }
-    return m_pImage.get();
+    return image();
 }
 
 std::wstring CBlackCard::getCaption() const {
@@ -167,6 +168,7 @@ bool CBlackCard::hasValidSelection() const {
 
 HRESULT CBlackCard::executeFunx(int nItem, LONG lParam, bool bHideAfter) {
     LOG_ENTER_LEAVE();
+    const CardsInUse inUse;
     if (nItem < 0) {
         const bool shown = m_pLargeCardDlg != nullptr && m_pLargeCardDlg->isVisible();
         return shown ? theApp.showMainDlg(FALSE, TRUE) : S_FALSE;
@@ -335,7 +337,7 @@ HRESULT CBlackCard::setItemDlgPos() {
         if (item != nullptr) {
             ::SetWindowPos(item->windowHandle(), HWND_TOPMOST, x, row.y, first.width(), first.height(), SWP_NOACTIVATE);
         }
-        x += row.pitch;
+        x = static_cast<int>(static_cast<unsigned>(x) + static_cast<unsigned>(row.pitch));  // wraps, as the row does
     }
     return S_OK;
 }

@@ -34,8 +34,10 @@ class CBlackCard {
 
     // Draws caption and description while the strip is composed.
     HRESULT drawText(Gdiplus::Graphics& graphics);
-    // The picture for the function's present state; owned by the card.
+    // The picture for the function's present state; owned by the card. Asks the plug-in.
     [[nodiscard]] Gdiplus::Image* getImage();
+    // The picture as getImage() left it.
+    [[nodiscard]] Gdiplus::Image* image() const { return m_pImage.get(); }
     [[nodiscard]] std::wstring getCaption() const;
     [[nodiscard]] std::wstring getDesc() const;
 

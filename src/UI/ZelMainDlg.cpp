@@ -7,6 +7,7 @@
 #include "Logic/ZelCommonFunc.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
+#include "UI/CardsInUse.h"
 #include "UI/MouseSurface.h"
 #include "ZelMain.h"
 #include "common/Handle.h"
@@ -37,6 +38,8 @@ CZelMainDlg::~CZelMainDlg() {
 const MessageMap& CZelMainDlg::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
         onMessage<&CZelMainDlg::OnHotkeyMessage>(kMsgHotkey),
+        onMessage<&CZelMainDlg::OnCardsFree>(kMsgCardsFree),
+        onMessage<&CZelMainDlg::OnPrintScreen>(kMsgPrintScreen),
         onPaint<&CZelMainDlg::OnPaint>(),
         onTimer<&CZelMainDlg::OnTimer>(),
         onShowWindow<&CZelMainDlg::OnShowWindow>(),
@@ -63,6 +66,7 @@ HRESULT CZelMainDlg::initialize() {
 
 HRESULT CZelMainDlg::createBlackCards() {
     LOG_ENTER_LEAVE();
+    const CardsInUse inUse;
     // Taken out of the list first: what a card's end calls back must not meet half-destroyed neighbours.
     std::exchange(m_vecCards, {}).clear();
     m_nHoveredCard = -1;
@@ -147,6 +151,7 @@ HRESULT CZelMainDlg::setBlackCardsPos() {
               static_cast<int>(workArea.top), static_cast<int>(workArea.right), static_cast<int>(workArea.bottom));
 
     const geometry::Strip strip = geometry::cardStrip(workArea, cardCount(), m_ratio, stripAtBottom());
+    // Not activated: the keyboard stays with the program that the user works in.
     ::SetWindowPos(m_hWnd, HWND_TOPMOST, strip.place.left, strip.place.top, strip.place.right - strip.place.left,
                    strip.place.bottom - strip.place.top, SWP_NOACTIVATE);
     int index = 0;
@@ -182,12 +187,17 @@ HRESULT CZelMainDlg::showBlackCards() {
     }
     LOG_TRACE(L"The mouse is %s operating.", theApp.mouseOperating() ? L"" : L"not");
 
+    const CardsInUse inUse;
+    // First, because a plug-in that is asked here may let the strip be painted in between.
+    for (const auto& card : m_vecCards) {
+        static_cast<void>(card->getImage());
+    }
     std::vector<Gdiplus::Image*> images;
     std::vector<DWORD> opacities;
     std::vector<const RECT*> places;
     int index = 0;
     for (const auto& card : m_vecCards) {
-        images.push_back(card->getImage());
+        images.push_back(card->image());
         places.push_back(&card->imageRect());
         opacities.push_back(_cardOpacity(index++));
     }
@@ -209,11 +219,59 @@ HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
 }
 
 LRESULT CZelMainDlg::OnHotkeyMessage(WPARAM wParam, LPARAM lParam) {
-    return handleHotkey(static_cast<DWORD>(wParam), static_cast<BOOL>(lParam));
+    const Postponed event{false, static_cast<DWORD>(wParam), static_cast<BOOL>(lParam)};
+    // Behind what waits already, so that the order of the keys stays.
+    if (CardsInUse::any() || !m_postponed.empty()) {
+        _postpone(event);
+        return S_FALSE;
+    }
+    return handleHotkey(event.dwHotkey, event.bBreak);
+}
+
+void CZelMainDlg::_postpone(const Postponed& what) {
+    if (what.bRebuild) {
+        LOG_INFO(L"The cards are in use: they are built anew later.");
+    } else {
+        LOG_INFO(L"The cards are in use: hotkey 0x%x waits.", static_cast<unsigned>(what.dwHotkey));
+    }
+    m_postponed.push_back(what);
+    if (CardsInUse::any()) {
+        CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+    }
+}
+
+bool CZelMainDlg::postponeRebuild() {
+    if (!CardsInUse::any()) {
+        return false;
+    }
+    _postpone({true, 0, FALSE});
+    return true;
+}
+
+LRESULT CZelMainDlg::OnCardsFree(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    while (!m_postponed.empty()) {
+        if (CardsInUse::any()) {  // a plug-in's message loop took the message
+            CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+            break;
+        }
+        const Postponed next = m_postponed.front();
+        m_postponed.pop_front();
+        if (next.bRebuild) {
+            theApp.refreshCards(TRUE);
+        } else {
+            handleHotkey(next.dwHotkey, next.bBreak);
+        }
+    }
+    return 0;
+}
+
+LRESULT CZelMainDlg::OnPrintScreen(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    return theApp.showMainDlg(FALSE, FALSE);
 }
 
 HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
     LOG_ENTER_LEAVE();
+    const CardsInUse inUse;
     ::KillTimer(m_hWnd, kTimerPanic);
     if (CZelConfig::getQrdConfig().bProgrammable && m_customHotkey.isHotkeyCustomized(dwHotkey)) {
         return bBreak ? S_FALSE : m_customHotkey.handleHotkey(dwHotkey);
@@ -288,6 +346,10 @@ void CZelMainDlg::_autoHide(BOOL bBreak) {
 void CZelMainDlg::OnTimer(UINT_PTR uId) {
     LOG_ENTER_LEAVE();
     if (uId == kTimerAutoHide) {
+        if (CardsInUse::any()) {
+            return;  // it comes again
+        }
+        const CardsInUse inUse;
         ::KillTimer(m_hWnd, uId);
         for (const auto& card : m_vecCards) {
             card->executeSelection();
@@ -351,6 +413,10 @@ LRESULT CZelMainDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
 
 void CZelMainDlg::OnLButtonDown(POINT point) {
     LOG_ENTER_LEAVE();
+    if (CardsInUse::any()) {
+        return;
+    }
+    const CardsInUse inUse;
     ::ShowWindow(m_hWnd, SW_HIDE);
     ::KillTimer(m_hWnd, kTimerLaunchHide);
     for (const auto& card : m_vecCards) {

@@ -2,6 +2,7 @@
 // of the whole user interface and receives every hotkey event.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -25,6 +26,8 @@ class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHo
     // One key event, on the user-interface thread: code 0 is the modifier.
     HRESULT handleHotkey(DWORD dwHotkey, BOOL bBreak);
     void hideLargeCards() const;
+    // While cards are in use they cannot be built anew: true when the application is asked to do it later.
+    [[nodiscard]] bool postponeRebuild();
 
     [[nodiscard]] double ratio() const { return m_ratio; }
     [[nodiscard]] int cardCount() const { return static_cast<int>(m_vecCards.size()); }
@@ -52,7 +55,17 @@ class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHo
     HRESULT showOnModifier(BOOL bBreak);
     void _autoHide(BOOL bBreak);
 
+    // What came while cards were in use, in the order in which it came.
+    struct Postponed {
+        bool bRebuild;
+        DWORD dwHotkey;
+        BOOL bBreak;
+    };
+    void _postpone(const Postponed& what);
+
     LRESULT OnHotkeyMessage(WPARAM wParam, LPARAM lParam);
+    LRESULT OnCardsFree(WPARAM wParam, LPARAM lParam);
+    LRESULT OnPrintScreen(WPARAM wParam, LPARAM lParam);
     void OnPaint();
     void OnTimer(UINT_PTR uId);
     void OnShowWindow(bool bShow);
@@ -70,4 +83,5 @@ class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHo
     CCustomHotkey m_customHotkey;
     int m_nHoveredCard = -1;
     bool m_bTracking = false;
+    std::deque<Postponed> m_postponed;
 };

@@ -102,6 +102,15 @@ void remember(ExportId id, LONG first, LONG second, LONG result) {
     }
 }
 
+// WM_QUIT goes no further than here, as in many a careless loop.
+void handleMessages() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
 // Remembers the call, waits as told, and returns the configured result. The record stands before the wait.
 LONG answer(ExportId id, LONG first = 0, LONG second = 0) {
     const Behaviour& behaviour = g_control.exports[id];
@@ -114,6 +123,9 @@ LONG answer(ExportId id, LONG first = 0, LONG second = 0) {
     }
     if (behaviour.delay != 0) {
         Sleep(behaviour.delay);
+    }
+    if (behaviour.pumps) {
+        handleMessages();
     }
     return behaviour.result;
 }

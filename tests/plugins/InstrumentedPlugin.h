@@ -47,6 +47,7 @@ struct Behaviour {
     DWORD delay;    // milliseconds that it waits first
     HANDLE gate;    // when set: it waits first until this event (the test's) is signalled
     HANDLE inside;  // when set: it signals this event on entry
+    BOOL pumps;     // when set: it handles all messages that wait for its thread, as a message box would
 };
 
 struct Entry {

@@ -30,12 +30,14 @@ class CWinApp {
     virtual bool InitInstance() { return true; }
     // The base destroys a main window that is still there and returns the loop's exit code.
     virtual int ExitInstance();
-    // Until WM_QUIT.
+    // Until WM_QUIT, or until the main window is gone.
     virtual void Run();
 
  private:
+    [[nodiscard]] bool _nextMessage(MSG& message) const;
     static bool preTranslate(MSG& message);
 
     static CWinApp* s_pCurrent;
     int m_nExitCode = 0;
+    bool m_bMainWndGone = false;
 };

@@ -76,6 +76,20 @@ TEST(App, EndOfTheMainWindowEndsTheLoop) {
     EXPECT_EQ(app.m_pMainWnd, nullptr);
 }
 
+TEST(App, LoopThatTakesTheQuitMessageForItselfDoesNotKeepTheProgramAlive) {
+    TestApp app;
+    TestFrame frame;
+    app.m_fnInit = [&](TestApp& self) {
+        EXPECT_TRUE(frame.make());
+        self.m_pMainWnd = &frame;
+        frame.DestroyWindow();
+        EXPECT_TRUE(test::takeQuit());
+        return true;
+    };
+    EXPECT_EQ(run(app), 0);  // or it would never come back
+    EXPECT_EQ(app.m_nEnded, 1);
+}
+
 TEST(App, DeletedMainWindowEndsTheLoopToo) {
     TestApp app;
     auto* frame = new TestFrame;
