@@ -125,6 +125,7 @@ bool CZelMainDlg::OnInitDialog() {
 }
 
 bool CZelMainDlg::DestroyWindow() {
+    LOG_ENTER_LEAVE();
     m_pLayeredWnd.reset();
     return CDialog::DestroyWindow();
 }
@@ -162,6 +163,7 @@ HRESULT CZelMainDlg::setBlackCardsPos() {
 }
 
 void CZelMainDlg::OnPaint() {
+    LOG_ENTER_LEAVE();
     {
         const common::PaintDc paint(m_hWnd);
         const common::UniqueBrush key(::CreateSolidBrush(kColourKey));
@@ -363,6 +365,7 @@ void CZelMainDlg::OnTimer(UINT_PTR uId) {
 }
 
 void CZelMainDlg::OnShowWindow(bool bShow) {
+    LOG_ENTER_LEAVE();
     if (!bShow) {
         if (m_pLayeredWnd != nullptr) {
             m_pLayeredWnd->hide();
@@ -392,6 +395,7 @@ void CZelMainDlg::OnKillFocus(HWND /*hNewWnd*/) {
 }
 
 void CZelMainDlg::OnMouseMove(POINT point) {
+    LOG_ENTER_LEAVE();
     if (!theApp.mouseOperating()) {
         return;
     }

@@ -52,7 +52,7 @@ def test_one_whole_key_press_line_by_line(program):
     program.start()
     program.hold()
     program.expect_strip()
-    wait_until(lambda: program.count_of("CZelMainDlg::showBlackCards", "LEAVE") > 0, "the strip is painted")
+    wait_until(lambda: program.count_of("CZelMainDlg::OnPaint", "LEAVE") > 0, "the strip is painted")
     before = len(program.log())
     program.press("Mute")
     program.let_go()

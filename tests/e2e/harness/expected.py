@@ -149,7 +149,8 @@ def first_press_of_toggle(other_cards, current, left_max, right_max):
     return scope(
         "CZelMainDlg::handleHotkey",
         # Hiding the strip puts every card's enlarged card away; the key then puts away those that do not want it.
-        cards_put_away([False] * (1 + other_cards)), cards_put_away([False] * other_cards),
+        scope("CZelMainDlg::OnShowWindow", cards_put_away([False] * (1 + other_cards))),
+        cards_put_away([False] * other_cards),
         scope("CBlackCard::notifyHotkey",
               scope("CBlackCard::showLargeCardDlg",
                     scope("CFuncX::getDisplayItemInfo",
