@@ -5,7 +5,8 @@
  * own plug-in; one plug-in serves one function. docs/plugin-guide.md is the tutorial, PluginCheck.exe tests a plug-in.
  *
  * Rules that hold for every export:
- * - Thread: Fenwyn's user-interface thread, unless another is named. Whatever takes longer than some 50 ms is felt.
+ * - Thread: Fenwyn's user-interface thread, unless another is named. Whatever takes longer than some 50 ms is felt. An
+ *   export may run a message loop; keys that are pressed meanwhile are handled after it returns.
  * - Results: a signed 32-bit number; what it means stands at each export.
  * - Memory: out arguments point to Fenwyn's own memory, preset as described, valid during the call only.
  * - Reserved arguments point to zero; Fenwyn never reads what the plug-in leaves there. Plug-ins leave them alone.
