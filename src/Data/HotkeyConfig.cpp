@@ -39,13 +39,14 @@ HRESULT CHotkeyConfig::enumHotkeyConfigs(IEnumHotkeyConfigs* pEnum) {
     std::wstring list;
     RETURN_IF_FAILED(readText(key, regpath::kFuncList, list));
     std::size_t start = 0;
-    for (std::size_t end; (end = list.find(L';', start)) != std::wstring::npos; start = end + 1) {
+    for (std::size_t end = list.find(L';'); end != std::wstring::npos; end = list.find(L';', start)) {
         HotkeyInfo info;
         info.strFuncName = list.substr(start, end - start);
         RegConfigAccess subKey;  // closed only after the callback
         if (SUCCEEDED(readHotkeyInfo(key.key(), subKey, info))) {
             pEnum->processHotkeyInfo(&info);
         }
+        start = end + 1;
     }
     return S_OK;
 }

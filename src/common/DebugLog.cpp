@@ -46,7 +46,7 @@ class KeepLastError {
 
 int log(const Record& record, const wchar_t* format, ...) {
     const KeepLastError keep;
-    va_list args;
+    va_list args = {};
     va_start(args, format);
     const int written = processLogger().write(record, format, args);
     va_end(args);

@@ -1,6 +1,6 @@
 #include "common/FrameSurface.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace {
 
@@ -13,7 +13,8 @@ constexpr int kAlphaRow = 3;
 constexpr float kOpaque = 255.0F;
 
 bool isIdentity(const Gdiplus::ColorMatrix& colours) noexcept {
-    return std::memcmp(&colours, &kIdentity, sizeof(colours)) == 0;
+    return std::ranges::equal(colours.m, kIdentity.m,
+                              [](const auto& row, const auto& other) { return std::ranges::equal(row, other); });
 }
 
 }  // namespace

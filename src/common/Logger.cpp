@@ -22,7 +22,7 @@ bool appendFormatted(Line& line, std::size_t& used, const wchar_t* format, va_li
 }
 
 bool append(Line& line, std::size_t& used, const wchar_t* format, ...) {
-    va_list args;
+    va_list args = {};
     va_start(args, format);
     const bool whole = appendFormatted(line, used, format, args);
     va_end(args);

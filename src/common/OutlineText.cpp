@@ -1,6 +1,7 @@
 // Text with an outline: the letters' paths, stroked and filled.
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -103,9 +104,10 @@ bool averageDown(Gdiplus::Bitmap& large, Gdiplus::Bitmap& small) {
         small.LockBits(&smallArea, Gdiplus::ImageLockModeWrite, PixelFormat32bppPARGB, &to) == Gdiplus::Ok;
     if (filled) {
         for (INT y = 0; y < smallArea.Height; ++y) {
-            const BYTE* source = static_cast<const BYTE*>(from.Scan0) + y * kSamples * from.Stride;
-            auto* target = reinterpret_cast<Gdiplus::ARGB*>(static_cast<BYTE*>(to.Scan0) + y * to.Stride);
-            for (INT x = 0; x < smallArea.Width; ++x) {
+            const BYTE* source = static_cast<const BYTE*>(from.Scan0) + std::ptrdiff_t{y} * kSamples * from.Stride;
+            auto* target =
+                reinterpret_cast<Gdiplus::ARGB*>(static_cast<BYTE*>(to.Scan0) + std::ptrdiff_t{y} * to.Stride);
+            for (std::ptrdiff_t x = 0; x < smallArea.Width; ++x) {
                 target[x] = averageBlock(source + x * kSamples * 4, from.Stride);
             }
         }

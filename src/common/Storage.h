@@ -47,6 +47,7 @@ enum class Policy : int {
     Throw = 2,  // StorageException
 };
 
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): nothing derives from it
 class StorageException final {
  public:
     explicit StorageException(std::wstring message) : m_strMessage(std::move(message)) {}
