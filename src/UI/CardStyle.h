@@ -26,3 +26,9 @@ class CentredFormat : public Gdiplus::StringFormat {
         SetLineAlignment(line);
     }
 };
+
+// Centred, and cut with an ellipsis where the text does not fit.
+class DescFormat : public CentredFormat {
+ public:
+    DescFormat() { SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter); }
+};

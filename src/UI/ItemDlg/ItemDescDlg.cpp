@@ -19,12 +19,6 @@ constexpr int kMeasureHeight = 42;  // room for three lines while the text is me
 constexpr COLORREF kBoxFace = RGB(0xF4, 0xF4, 0xF4);
 constexpr COLORREF kBoxFrame = RGB(0x8C, 0x8C, 0x8C);
 
-// Centred, and cut with an ellipsis where the text does not fit.
-class DescFormat : public CentredFormat {
- public:
-    DescFormat() { SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter); }
-};
-
 }  // namespace
 
 CItemDescDlg::CItemDescDlg(std::wstring strDesc) : CDialog(IDD_ITEM_DESC), m_strDesc(std::move(strDesc)) {}

@@ -1,4 +1,5 @@
 #include "Logic/ZelCommonFunc.h"
+#include "UI/CardStyle.h"
 #include "items/ItemsFixture.h"
 #include "rendering/Rendering.h"
 
@@ -64,6 +65,13 @@ TEST_F(ItemDesc, LongTextIsWrappedAndNeverWiderThanTheSetting) {
             EXPECT_LE(place.bottom - place.top, 42 + 2) << "at most as high as the place it is measured in";
         }
     }
+}
+
+// Not to be seen here: Wine's GDI+ draws no ellipsis.
+TEST_F(ItemDesc, TextThatDoesNotFitIsCutWithAnEllipsis) {
+    const DescFormat format;
+    EXPECT_EQ(format.GetTrimming(), Gdiplus::StringTrimmingEllipsisCharacter);
+    EXPECT_EQ(format.GetAlignment(), Gdiplus::StringAlignmentCenter);
 }
 
 TEST_F(ItemDesc, WidthFollowsTheSetting) {
