@@ -92,6 +92,9 @@ LRESULT CQrdSliderCtrl::OnCustomDraw(NMHDR* pHeader) {
         drawBackground(graphics, clientRect());
         drawChannel(graphics, GetChannelRect());
         drawThumb(graphics, draw.rc);
+        // Nothing comes after the thumb but the dotted frame of a control that has the focus: not on this face.
+        graphics.Flush(Gdiplus::FlushIntentionSync);
+        ::IntersectClipRect(draw.hdc, 0, 0, 0, 0);
     }
     return CDRF_SKIPDEFAULT;
 }

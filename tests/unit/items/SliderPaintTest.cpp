@@ -137,6 +137,27 @@ TEST_F(SliderPaint, NothingOfTheColourKeyShows) {
     EXPECT_GT(painted, 200) << "thumb and channel are there";
 }
 
+TEST_F(SliderPaint, OneThatHasTheFocusLooksTheSame) {
+    open(1.0);
+    place(m_pItem->m_hWnd, 200, 200, m_nWidth, m_nHeight);
+    m_pItem->showItem(true);
+    std::vector<DWORD> pixels[2];
+    for (std::vector<DWORD>& seen : pixels) {
+        ::SetFocus(&seen == pixels ? nullptr : slider());
+        ::InvalidateRect(slider(), nullptr, TRUE);
+        support::pump();
+        const common::WindowDc dc(m_pItem->m_hWnd);
+        ::BitBlt(m_pCanvas->dc(), 0, 0, m_nWidth, m_nHeight, dc.get(), 0, 0, SRCCOPY);
+        for (int y = 0; y < m_nHeight; ++y) {
+            for (int x = 0; x < m_nWidth; ++x) {
+                seen.push_back(at(x, y));
+            }
+        }
+    }
+    EXPECT_EQ(::GetFocus(), slider());
+    EXPECT_TRUE(pixels[0] == pixels[1]) << "no dotted frame";
+}
+
 TEST_F(SliderPaint, ControlWithoutASizeIsHarmless) {
     open(1.0);
     ::MoveWindow(slider(), 0, 0, 0, 0, FALSE);
