@@ -50,11 +50,29 @@ void fill(HDC dc, const RECT& place, COLORREF color) {
     FillRect(dc, &place, brush.get());
 }
 
-bool modifierLatched() {
-    DWORD latched = 0;
-    DWORD bytes = sizeof latched;
-    RegGetValueW(HKEY_CURRENT_USER, ZEL_REG_STATE, ZEL_VALUE_LATCHED, RRF_RT_REG_DWORD, nullptr, &latched, &bytes);
-    return latched != 0;
+// 0 when there is none.
+DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
+    DWORD number = 0;
+    DWORD bytes = sizeof number;
+    RegGetValueW(root, key, name, RRF_RT_REG_DWORD, nullptr, &number, &bytes);
+    return number;
+}
+
+// The name on the key, as far as the keyboard's layout knows it.
+std::wstring modifierName() {
+    const DWORD key = numberOf(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY);
+    if (key == 0 || key > 0xFE || key == VK_CONTROL || key == VK_RCONTROL) {
+        return L"right Ctrl";
+    }
+    const UINT scan = MapVirtualKeyW(key, MAPVK_VK_TO_VSC_EX);
+    const LONG place = static_cast<LONG>((scan & 0xFFU) << 16U | ((scan & 0xFF00U) != 0 ? 1U << 24U : 0U));
+    wchar_t name[64] = L"";
+    return scan != 0 && GetKeyNameTextW(place, name, static_cast<int>(std::size(name))) > 0 ? name : L"another key";
+}
+
+std::wstring hintText() {
+    const bool sticky = numberOf(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_STICKY_MODIFIER) != 0;
+    return (sticky ? L"Tap the modifier (" : L"Hold the modifier (") + modifierName() + L") and press a key";
 }
 
 std::wstring keysOf(const Function& function) {
@@ -79,7 +97,8 @@ NotebookModel readNotebook(const NotebookModel& previous) {
     for (std::size_t i = 0; !anyChanged && i < previous.rows.size(); ++i) {
         model.rows[i].changed = previous.rows[i].changed;
     }
-    model.latched = modifierLatched();
+    model.latched = numberOf(HKEY_CURRENT_USER, ZEL_REG_STATE, ZEL_VALUE_LATCHED) != 0;
+    model.hint = hintText();
     model.lastCall = readText({}, L"LastCall", {});
     model.lastKey = previous.lastKey;
     return model;
@@ -115,7 +134,7 @@ void CNotebookView::drawHeader(HDC dc, const NotebookModel& model) const {
     if (model.latched) {
         drawText(dc, m_boldFont.get(), kLatched, L"Modifier latched", place, DT_RIGHT);
     } else {
-        drawText(dc, m_font.get(), kQuiet, L"Hold the modifier (right Ctrl) and press a key", place, DT_RIGHT);
+        drawText(dc, m_font.get(), kQuiet, model.hint, place, DT_RIGHT);
     }
 }
 

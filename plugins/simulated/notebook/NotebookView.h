@@ -22,6 +22,7 @@ struct NotebookRow {
 struct NotebookModel {
     std::vector<NotebookRow> rows;
     bool latched = false;   // the modifier stays down without being held
+    std::wstring hint;      // what to do with the modifier
     std::wstring lastCall;  // the last call that changed the machine
     std::wstring lastKey;   // the last key that reached the window
 
