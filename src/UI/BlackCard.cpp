@@ -131,7 +131,11 @@ HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
     LONG item = m_nSelItem;
     RETURN_IF_FAILED(m_pFunx->getDefaultSelectItem(item));
     m_nSelItem = item;
-    RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
+    const HRESULT status = refreshItemDlgs(dwHotkey);
+    if (!hasValidSelection()) {
+        m_nSelItem = -1;  // an item that there is not: nothing is selected, and letting go puts the card away
+    }
+    RETURN_IF_FAILED(status);
     m_bFirstTime = false;
     return S_OK;
 }

@@ -227,6 +227,10 @@ TEST_F(BlackCard, CurrentItemBeyondTheRowFails) {
         EXPECT_TRUE(switches().empty());
         EXPECT_FALSE(m_card.hasValidSelection());
         EXPECT_TRUE(logged(failure(L"refreshItemDlgs", 0x80004005)));
+        EXPECT_EQ(selected(), -1);
+        EXPECT_TRUE(largeShown());
+        EXPECT_EQ(letGo(), S_OK) << "there is nothing to apply";
+        EXPECT_FALSE(largeShown()) << "and the card does not stay behind";
     }
 }
 
