@@ -67,6 +67,23 @@ def test_handle_counts_see_a_deliberate_leak(desktop):
     assert desktop.probe.handles(pid)["kernel"] == before["kernel"]
 
 
+def test_a_growing_log_is_read_to_its_last_whole_line(tmp_path):
+    file = tmp_path / "log.txt"
+    growing = log.Growing(file)
+    texts = []
+    for written in (None, b"", b"a.cpp(1):  [INF] (A::b): one\r\na.cpp(2):  [INF] (A::b): t", b"wo\r\n",
+                    b"a.cpp(3):  [INF] (A::b): with\na break\r\n"):
+        if written is not None:
+            file.write_bytes((file.read_bytes() if file.exists() else b"") + written)
+        texts.append([line.text for line in growing.lines()])
+    assert texts == [[], [], ["one"], ["one", "two"], ["one", "two", "with\na break"]]
+    # A further start begins the file anew; what stood in it is forgotten.
+    file.write_bytes(b"a.cpp(1):  [INF] (A::b): anew\r\n" * 9)
+    assert [line.text for line in growing.lines()] == ["anew"] * 9
+    file.unlink()
+    assert not growing.lines()
+
+
 def test_log_lines_are_taken_apart():
     raw = "2011-04-27 14:03:07.045: BlackCard.cpp(50):  [TRC] (CBlackCard::notifyHotkey): LEAVE x (y): z"
     line = log.Line(raw)

@@ -95,6 +95,7 @@ class Program:
         self.functions = []
         self.bottom = False
         self._started = []
+        self._log = log.Growing(self.log_file)
         shutil.rmtree(folder, ignore_errors=True)
         # Hard links: a copy of the stage folder costs nothing, and DbgLog.ini can lie beside the program.
         shutil.copytree(places.STAGE, self.stage, copy_function=_link)
@@ -259,7 +260,7 @@ class Program:
 
     # What was written
     def log(self):
-        return log.parse(self.log_file.read_bytes()) if self.log_file.exists() else []
+        return self._log.lines()
 
     def log_texts(self):
         return [line.text for line in self.log()]

@@ -31,3 +31,23 @@ def parse(data):
     """Lines of a log file's bytes. Text mode ends each with CR LF; a message may hold a line feed of its own."""
     text = data.decode("utf-8", "replace")
     return [Line(raw) for raw in text.split("\r\n") if raw]
+
+
+class Growing:
+    """A log file that is read again and again while it grows: each line is taken apart once."""
+
+    def __init__(self, file):
+        self._file = file
+        self._parsed = b""
+        self._lines = []
+
+    def lines(self):
+        """All whole lines; one that is being written at this moment is read the next time."""
+        data = self._file.read_bytes() if self._file.exists() else b""
+        if not data.startswith(self._parsed):
+            # A further start has begun the file anew.
+            self._parsed, self._lines = b"", []
+        whole = b"".join(data.rpartition(b"\r\n")[:2])
+        self._lines += parse(whole[len(self._parsed):])
+        self._parsed = whole
+        return self._lines[:]
