@@ -1,39 +1,25 @@
 """One program per session: what a second start does, and how the program ends."""
 import time
 
-from harness import places
 from harness.desktop import END_EVENT, MUTEX, SHOW_OR_FLASH
 from harness.probe import WM_CLOSE
 from harness.waiting import stays, wait_until
 
 
-def append_to_one_log(program):
-    """Two processes write to the log: each line is appended on its own, and the second does not empty the file."""
-    program.write_log_settings(Level=3, Destination=3, LogFile=places.windows_path(program.log_file))
-
-
-def second_start(program):
-    """Returns the log texts that the second start added, and its exit status."""
-    before = len(program.log())
-    process = program.launch()
-    status = program.wait_end(process)
-    return [line.text for line in program.log()[before:]], status
-
-
 def test_a_second_start_flashes_the_strip_of_the_first(program):
-    append_to_one_log(program)
     program.offer("Mute")
     first = program.start()
-    process = program.launch()
-    program.expect_strip()
-    shown = time.monotonic()
-    program.wait_end(process)
+    shown = []
+
+    def flashes():
+        program.expect_strip()
+        shown.append(time.monotonic())
+    texts, answer = program.second_start(meanwhile=flashes)
     program.expect_strip(shown=False)
-    assert 0.2 < time.monotonic() - shown < 3
+    assert 0.2 < time.monotonic() - shown[0] < 3
     assert first.poll() is None
-    texts = program.log_texts()
     assert texts.count("Mutex already exists.") == 1
-    assert texts.count("ENTER CSysMsgHandlerFrame::flashMainDlg") == 1
+    assert answer.count("ENTER CSysMsgHandlerFrame::flashMainDlg") == 1
     assert len(program.probe.processes("Fenwyn.exe")) == 1
 
 
@@ -51,23 +37,21 @@ def test_a_flash_within_the_flash_begins_it_anew(program):
 
 def test_a_second_start_toggles_when_the_cards_show_at_launch(program):
     program.configure(ShowQrdAtLaunch=1)
-    append_to_one_log(program)
     program.offer("Mute")
     program.start()
     program.expect_strip()
-    second_start(program)
+    program.second_start()
     program.expect_strip(shown=False)
-    second_start(program)
+    program.second_start()
     program.expect_strip()
 
 
 def test_cards_shown_by_a_second_start_go_after_five_seconds(program):
     program.configure(ShowQrdAtLaunch=1)
-    append_to_one_log(program)
     program.offer("Mute")
     program.start("/hide")
     program.expect_strip(shown=False)
-    second_start(program)
+    program.second_start()
     program.expect_strip()
     shown = time.monotonic()
     program.expect_strip(shown=False)
@@ -76,10 +60,9 @@ def test_cards_shown_by_a_second_start_go_after_five_seconds(program):
 
 def test_a_second_start_brings_a_shown_strip_to_the_foreground(program):
     program.configure(HideMainUIWhenLostFocus=1)
-    append_to_one_log(program)
     program.offer("Mute")
     program.start()
-    texts, _ = second_start(program)
+    texts, _ = program.second_start()
     assert "Need to hide main UI when lost focus." in texts
     assert not any(text.startswith("ASSERT") for text in texts)
 
@@ -87,7 +70,7 @@ def test_a_second_start_brings_a_shown_strip_to_the_foreground(program):
 def test_a_second_start_while_the_first_has_no_window_yet_ends_quietly(program):
     program.offer("Mute")
     program.probe.hold("mutex", MUTEX)
-    texts, _ = second_start(program)
+    texts, _ = program.second_start()
     assert texts.count("Mutex already exists.") == 1
     assert texts.count("Mutex really exists.") == 1
     assert not program.windows()

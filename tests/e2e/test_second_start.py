@@ -2,22 +2,12 @@
 import time
 
 import pytest
-from harness import log, places
 from harness.desktop import DIALOG_CLASS, FRAME_CLASS, FRAME_TITLE, HOTKEY_EVENT, MUTEX, SHOW_OR_FLASH, STRIP_CLASS
 from harness.keyboard import MODIFIER
 from harness.probe import WM_CLOSE
 from harness.waiting import SOON, allowed, wait_until
 
 STRIP_IS_A_WINDOW = "ASSERT( ::IsWindow(hWndQRDMainDlg) )"
-
-
-def second_start(program):
-    """Returns what the second start wrote, to a log of its own, and what the first wrote meanwhile."""
-    file = program.folder / "second.txt"
-    before = len(program.log())
-    program.write_log_settings(Level=3, Destination=2, LogFile=places.windows_path(file), Flush=1)
-    assert program.wait_end(program.launch()) == 0
-    return [line.text for line in log.parse(file.read_bytes())], [line.text for line in program.log()[before:]]
 
 
 @pytest.mark.parametrize("lost_focus", [0, 1])
@@ -30,7 +20,7 @@ def test_hidden_or_shown_the_first_answers_once_and_the_second_ends(program, at_
     for shown in (False, True):
         program.probe.send(strip, HOTKEY_EVENT, 0, 0 if shown else 1)
         assert program.strip_shown() == shown
-        texts, answer = second_start(program)
+        texts, answer = program.second_start()
         assert texts.count("Mutex already exists.") == 1
         assert answer.count("ENTER CZelMainApp::showMainDlgAlt") == at_launch
         assert answer.count("ENTER CSysMsgHandlerFrame::flashMainDlg") == 1 - at_launch
@@ -78,7 +68,7 @@ def test_a_start_while_the_first_is_ending_leaves_it_alone(program):
     first = program.start()
     program.probe.post(program.frame().hwnd, WM_CLOSE)
     wait_until(lambda: not program.frame(), "the first is ending")
-    texts, _ = second_start(program)
+    texts, _ = program.second_start()
     assert first.poll() is None, "the machine was too slow to catch the first while it ended"
     assert texts.count("Mutex really exists.") == 1
     assert program.wait_end(first) == 0

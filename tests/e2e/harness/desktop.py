@@ -100,13 +100,16 @@ class Program:
         # Hard links: a copy of the stage folder costs nothing, and DbgLog.ini can lie beside the program.
         shutil.copytree(places.STAGE, self.stage, copy_function=_link)
         (self.stage / "DbgLog.ini").unlink(missing_ok=True)
-        self.write_log_settings(Level=3, Destination=2, LogFile=places.windows_path(self.log_file), Flush=1)
+        self._log_to(self.log_file)
         self.probe.set_text("HKCU", NOTEBOOK, "RecordFile", places.windows_path(self.record_file))
 
     # What is written before the start
     def write_log_settings(self, **values):
         text = "[LOG]\r\n" + "".join(f"{key}={value}\r\n" for key, value in values.items())
         (self.stage / "DbgLog.ini").write_bytes(text.encode())
+
+    def _log_to(self, file):
+        self.write_log_settings(Level=3, Destination=2, LogFile=places.windows_path(file), Flush=1)
 
     def configure(self, **values):
         """All settings in the machine key: defaults, except those given. The key of the user stays away."""
@@ -157,6 +160,18 @@ class Program:
                    lambda: f"start-up is complete; windows: {self.windows()}", 20)
         assert process.poll() is None, f"the program ended with status {process.returncode}: {self.errors()}"
         return process
+
+    def second_start(self, meanwhile=lambda: None):
+        """Starts the program once more and waits for the end of that; returns what it wrote, and what the first wrote
+        in that time. Each has a log of its own: two processes that append to one file write over each other's lines."""
+        file = self.folder / "second.txt"
+        before = len(self.log())
+        self._log_to(file)
+        process = self.launch()
+        meanwhile()
+        assert self.wait_end(process) == 0
+        self._log_to(self.log_file)
+        return [line.text for line in log.parse(file.read_bytes())], [line.text for line in self.log()[before:]]
 
     def is_up(self):
         # The hover strip, made last, is a second dialog beside the strip; the log says when the rest is done.
