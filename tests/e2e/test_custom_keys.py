@@ -1,7 +1,7 @@
 """Keys that a person has given to programs of their own, with the button utility's registry keys."""
 import pytest
 from harness import geometry, places
-from harness.desktop import CONFIG, LIST
+from harness.desktop import LIST
 from harness.functions import Function
 from harness.keyboard import CODES
 from harness.waiting import stays, wait_until
@@ -133,9 +133,10 @@ def test_nothing_is_customised_while_that_is_switched_off(program):
     wait_until(lambda: program.chosen("Mute"), "the card works")
     assert not lines_of(file)
     # Switched on while the program runs, it counts from the next announcement.
-    program.probe.set_dword("HKLM", CONFIG, "Programmable", 1)
-    wait_until(lambda: (announce(program), program.strip().rect)[1]
-               == geometry.strip(program.desktop.work_area(), 1), "the card gives way")
+    program.change("Programmable", 1)
+    expect_cards(program, 2)
+    announce(program)
+    expect_cards(program, 1)
 
 
 @pytest.mark.parametrize("controlled, file, param", [(0, SHELL, "/c exit"), (1, None, None), (1, SHELL, None),

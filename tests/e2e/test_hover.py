@@ -3,7 +3,7 @@ import time
 
 import pytest
 from harness import geometry, mouse
-from harness.desktop import CONFIG, DIALOG_CLASS, HOTKEY_EVENT, STRIP_CLASS
+from harness.desktop import DIALOG_CLASS, HOTKEY_EVENT, STRIP_CLASS
 from harness.probe import Rect
 from harness.screen import BACKGROUND
 from harness.waiting import allowed, stays, wait_until
@@ -15,13 +15,6 @@ WM_MOUSEMOVE = 0x200
 def hover_window(program):
     return wait_until(lambda: next(iter(program.shown_with(mouse.hover_rect(program))), None),
                       lambda: f"the hover strip is shown: {program.shown_dialogs()}")
-
-
-def setting(program, name, value):
-    """Changes a setting of the running program and waits until it has been taken over."""
-    seen = program.count_of("CZelMainApp::refreshCards", "LEAVE")
-    program.probe.set_dword("HKLM", CONFIG, name, value)
-    wait_until(lambda: program.count_of("CZelMainApp::refreshCards", "LEAVE") > seen, f"{name} = {value} is in force")
 
 
 @pytest.mark.parametrize("position", [0, 1])
@@ -110,7 +103,7 @@ def test_disabled_or_switched_off_there_is_no_line(program):
     program.start()
     hover = hover_window(program).hwnd
     for name, value in (("Disable", 1), ("Disable", 0), ("EnableHover", 0), ("EnableHover", 1)):
-        setting(program, name, value)
+        program.change(name, value)
         there = (name, value) in (("Disable", 0), ("EnableHover", 1))
         mouse.expect_hover_strip(program, shown=there)
         if name == "Disable" and value:
@@ -126,7 +119,7 @@ def test_it_stands_above_other_windows_only_when_told(program, topmost):
     program.start()
     assert bool(hover_window(program).exstyle & WS_EX_TOPMOST) == bool(topmost)
     assert program.strip().exstyle & WS_EX_TOPMOST
-    setting(program, "Topmost", 1 - topmost)
+    program.change("Topmost", 1 - topmost)
     wait_until(lambda: bool(hover_window(program).exstyle & WS_EX_TOPMOST) != bool(topmost), "the change is followed")
     assert program.strip().exstyle & WS_EX_TOPMOST
 
@@ -136,8 +129,7 @@ def test_it_follows_the_position_of_the_cards(program):
     program.offer("Mute", "Zoom")
     program.start()
     for position in (1, 0):
-        setting(program, "Position", position)
-        program.bottom = bool(position)
+        program.change("Position", position)
         mouse.rest_on_hover_strip(program)
         program.expect_strip()
         assert program.strip().rect == geometry.strip(program.desktop.work_area(), 2, bool(position))

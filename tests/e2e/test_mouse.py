@@ -1,7 +1,7 @@
 """The cards worked with a real mouse: pointing, clicking, leaving."""
 import pytest
 from harness import geometry, mouse
-from harness.desktop import CONFIG, DIALOG_CLASS, HOTKEY_EVENT
+from harness.desktop import DIALOG_CLASS, HOTKEY_EVENT
 from harness.mouse import BRIGHT, DIMMED
 from harness.probe import Rect
 from harness.waiting import stays, wait_until
@@ -169,8 +169,7 @@ def test_another_program_taking_the_focus_leaves_a_card_opened_by_keys(program):
 def test_the_strip_that_loses_the_focus_hides_only_when_told(program):
     ready(program, HideMainUIWhenLostFocus=0)
     for told in (0, 1):
-        program.probe.set_dword("HKLM", CONFIG, "HideMainUIWhenLostFocus", told)
-        wait_until(lambda: program.count_of("CZelMainApp::refreshCards", "LEAVE") > told - 1, "the setting is read")
+        program.change("HideMainUIWhenLostFocus", told)
         program.hold()
         program.expect_strip()
         program.probe.focus(program.strip().hwnd)

@@ -1,7 +1,7 @@
 """Where everything stands: window rectangles against plain arithmetic, and what can be seen on the screen."""
 import pytest
 from harness import geometry
-from harness.desktop import CONFIG, DIALOG_CLASS, STRIP_CLASS
+from harness.desktop import DIALOG_CLASS, STRIP_CLASS
 from harness.probe import Rect
 from harness.waiting import wait_until
 from test_keys import expect_card, item_rects, large_card_of
@@ -22,9 +22,9 @@ def test_the_strip_stands_where_the_formulas_say(program, count):
     assert f"Card width:{width:f}, Ratio:{ratio:f}" in program.log_texts()
     # Any value but 0 is the bottom edge. The running program follows.
     for position in (0, 1, 7, 0):
-        program.probe.set_dword("HKLM", CONFIG, "Position", position)
+        program.change("Position", position)
         strip = geometry.strip(area, count, bottom=position != 0)
-        wait_until(lambda: program.strip().rect == strip, lambda: f"the strip is at {strip}: {program.strip()}")
+        assert program.strip().rect == strip
         program.hold()
         program.expect_strip()
         # Its picture covers it exactly.

@@ -139,8 +139,8 @@ def test_a_changed_setting_takes_effect_in_the_running_program(program):
     program.start()
     area = program.desktop.work_area()
     assert program.strip().rect == geometry.strip(area, 2)
-    program.probe.set_dword("HKLM", CONFIG, "Position", 1)
-    wait_until(lambda: program.strip().rect == geometry.strip(area, 2, bottom=True), "the strip moves to the bottom")
+    program.change("Position", 1)
+    assert program.strip().rect == geometry.strip(area, 2, bottom=True)
     program.hold()
     program.expect_strip()
 
@@ -149,8 +149,8 @@ def test_a_removed_setting_keeps_its_last_value(program):
     program.configure(Position=1)
     program.offer("Mute")
     program.start()
-    program.probe.delete_value("HKLM", CONFIG, "Position")
-    wait_until(lambda: any(line.text == "LEAVE CZelMainDlg::refreshCards" for line in program.log()), "a refresh")
+    with program.taken_over():
+        program.probe.delete_value("HKLM", CONFIG, "Position")
     assert program.strip().rect == geometry.strip(program.desktop.work_area(), 1, bottom=True)
 
 

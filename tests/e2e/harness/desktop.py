@@ -1,4 +1,5 @@
 """A desktop for one run of the tests: screen, Wine prefix, probe, keyboard; and the program started on it."""
+import contextlib
 import os
 import shutil
 import signal
@@ -94,6 +95,7 @@ class Program:
         self.record_file = folder / "calls.txt"
         self.functions = []
         self.bottom = False
+        self._settings = {}
         self._started = []
         self._log = log.Growing(self.log_file)
         shutil.rmtree(folder, ignore_errors=True)
@@ -113,12 +115,12 @@ class Program:
 
     def configure(self, **values):
         """All settings in the machine key: defaults, except those given. The key of the user stays away."""
-        settings = dict(CONFIG_DEFAULTS, **values)
         unknown = set(values) - set(CONFIG_DEFAULTS)
         assert not unknown, unknown
-        for name, value in settings.items():
+        self._settings = dict(CONFIG_DEFAULTS, **values)
+        for name, value in self._settings.items():
             self.probe.set_dword("HKLM", CONFIG, name, value)
-        self.bottom = settings["Position"] != 0
+        self.bottom = self._settings["Position"] != 0
 
     def offer(self, *functions):
         """Writes the function list: names of circle functions (keys F1, F2, ...), or Function records."""
@@ -141,6 +143,25 @@ class Program:
 
     def machine_item(self, function):
         return int.from_bytes(self.probe.get_value("HKCU", f"{NOTEBOOK}\\{function}", "Item"), "little")
+
+    # What is written while it runs
+    @contextlib.contextmanager
+    def taken_over(self):
+        """One change of what the program watches, inside; goes on when it is in force.
+
+        That takes a moment, and the cards are put away then: keys that are pressed before would find them gone."""
+        seen = self.count_of("CZelMainApp::refreshCards", "LEAVE")
+        yield
+        wait_until(lambda: self.count_of("CZelMainApp::refreshCards", "LEAVE") > seen, "the change is in force")
+
+    def change(self, name, value):
+        """Changes a setting of the running program; returns when it is in force."""
+        # What is written anew and stays the same is no change; nobody is told of it.
+        same = self._settings.get(name) == value
+        with contextlib.nullcontext() if same else self.taken_over():
+            self.probe.set_dword("HKLM", CONFIG, name, value)
+        self._settings[name] = value
+        self.bottom = self._settings["Position"] != 0
 
     # Running
     def launch(self, *arguments):
