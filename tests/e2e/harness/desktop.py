@@ -53,13 +53,17 @@ class Desktop:
     def take_focus(self):
         """A window of another program has the focus: keys reach the keyboard hook only while some window has it."""
         self.window = self.probe.make_window()
-        self.probe.focus(self.window)
-        wait_until(lambda: self.probe.foreground() == self.window, "the other program's window has the focus")
+        self.focus(self.window)
+
+    def focus(self, window):
+        """Gives a window of the probe the focus; goes on when keys really reach it."""
+        self.probe.focus(window)
+        wait_until(lambda: self.probe.foreground() == window, "the other program's window has the focus")
 
         def key_arrives():
             self.keyboard.press("Scroll_Lock")
-            return any(message == 0x100 for message, _, _ in self.probe.received(self.window))
-        wait_until(key_arrives, "keys reach the desktop")
+            return any(message == 0x100 for message, _, _ in self.probe.received(window))
+        wait_until(key_arrives, "keys reach the other program's window")
 
     def reset(self):
         """As if nothing had been there before: no settings, no keys down, no windows of ours."""

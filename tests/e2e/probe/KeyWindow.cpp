@@ -21,7 +21,7 @@ std::map<HWND, Received>& records() {
 bool isOfInterest(UINT message) {
     constexpr UINT kFirstRegistered = 0xC000;
     return (message >= WM_KEYFIRST && message <= WM_KEYLAST) || (message >= WM_USER && message < WM_APP) ||
-           message == WM_SETFOCUS || message == WM_KILLFOCUS || message == WM_LBUTTONDOWN ||
+           message == WM_SETFOCUS || message == WM_KILLFOCUS || message == WM_MOUSEMOVE || message == WM_LBUTTONDOWN ||
            (message >= kFirstRegistered && message <= 0xFFFF);
 }
 
