@@ -7,6 +7,7 @@ from .screen import BACKGROUND
 from .waiting import wait_until
 
 BRIGHT, DIMMED = 220, 150  # opacities of a card's picture
+CLEARLY = 30  # a colour differs so much from the screen's that an opacity can be told from it
 
 
 def middle(rect):
@@ -76,8 +77,11 @@ class CardsAsShown:
         self._picture = wait_until(self._drawn, "all cards are drawn")
 
     def _drawn(self):
+        # The window that takes the mouse is on the screen before the pictures are, and all but transparent.
+        def is_drawn(rgb):
+            return any(abs(new - back) >= CLEARLY for new, back in zip(rgb, BACKGROUND))
         picture = self._program.desktop.screen.picture(self._whole)
-        return None if any(picture.is_plain(rect) for rect in self._rects) else picture
+        return picture if all(picture.share_of(rect, is_drawn) > 0.5 for rect in self._rects) else None
 
     def opacities(self):
         """One number per card, from what is on the screen now."""
@@ -88,7 +92,7 @@ class CardsAsShown:
         shares = [(new - back) / (old - back)
                   for y in range(rect.top + 2, rect.bottom - 2, 3) for x in range(rect.left + 4, rect.right - 4, 3)
                   for new, old, back in zip(now.at(x, y), self._picture.at(x, y), BACKGROUND)
-                  if abs(old - back) >= 30]
+                  if abs(old - back) >= CLEARLY]
         return BRIGHT * median(shares) if shares else 0
 
     def expect(self, *wanted):
