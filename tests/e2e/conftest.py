@@ -5,7 +5,6 @@ import shutil
 import sys
 
 import pytest
-from _pytest.runner import runtestprotocol
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
@@ -48,22 +47,3 @@ def program(desktop, request):
     # What a failed test leaves tells why; the rest would only take room.
     if not getattr(request.node, "failed_in_call", True):
         shutil.rmtree(made.folder, ignore_errors=True)
-
-
-def pytest_runtest_protocol(item, nextitem):
-    """A test that fails is tried once more, and the run says so.
-
-    Keys pressed on a virtual screen are lost now and then while the focus moves between windows that no window manager
-    looks after. A defect of the program fails twice.
-    """
-    item.ihook.pytest_runtest_logstart(nodeid=item.nodeid, location=item.location)
-    reports = runtestprotocol(item, nextitem=nextitem, log=False)
-    if any(report.failed for report in reports):
-        first = next(report for report in reports if report.failed)
-        print(f"\ntried again: {item.nodeid}\n{str(first.longrepr)[-1500:]}", flush=True)
-        item._initrequest()
-        reports = runtestprotocol(item, nextitem=nextitem, log=False)
-    for report in reports:
-        item.ihook.pytest_runtest_logreport(report=report)
-    item.ihook.pytest_runtest_logfinish(nodeid=item.nodeid, location=item.location)
-    return True
