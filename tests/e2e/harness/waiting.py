@@ -4,18 +4,21 @@ import time
 
 SOON = 10.0  # seconds; a condition that holds is seen within milliseconds, this is for a slow machine
 PAUSE = 0.02
+FIRST_PAUSE = 0.002  # most of what is waited for is already on its way
 
 
 def wait_until(condition, what, deadline=SOON):
     """Polls until condition() is true and returns its value. Fails with `what` after the deadline."""
     end = time.monotonic() + deadline
+    pause = FIRST_PAUSE
     while True:
         value = condition()
         if value:
             return value
         if time.monotonic() > end:
             raise AssertionError(f"not within {deadline:g} s: {what() if callable(what) else what}")
-        time.sleep(PAUSE)
+        time.sleep(pause)
+        pause = min(1.5 * pause, PAUSE)
 
 
 def stays(condition, what, seconds=0.4):
