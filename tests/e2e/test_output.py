@@ -208,7 +208,7 @@ def test_a_favourite_that_is_saved_is_offered_from_then_on(machine):
     machine.let_go()
     window = expect_setup(machine, SAVE_CLASS)
     wait_until(lambda: machine.probe.foreground() == window.hwnd, "the program's window has the focus")
-    machine.keyboard.press("ctrl+a")
+    machine.keyboard.press("Control_L+a")
     machine.keyboard.type("Kitchen")
     machine.keyboard.press("Return")
     expect_no_setup(machine)

@@ -82,6 +82,7 @@ class Desktop:
 
     def close(self):
         self.probe.end()
+        self.keyboard.close()
         subprocess.run([str(places.ROOT / "tools" / "wine-end")], env=self.environment, check=False, timeout=60)
         self.screen.stop()
 
@@ -216,6 +217,7 @@ class Program:
 
     def wait_end(self, process, deadline=15):
         wait_until(lambda: process.poll() is not None, "the program has ended", deadline)
+        print(f"the program ended with status {process.returncode}")
         return process.returncode
 
     def end(self):

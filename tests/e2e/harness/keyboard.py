@@ -1,5 +1,9 @@
 """Real keys and a real mouse, through the X server."""
 import subprocess
+import time
+
+from .waiting import wait_until
+from .xserver import PRESSED, RELEASED, XServer
 
 MODIFIER = "Control_R"  # what stands in for Fn; its code is 0
 
@@ -10,32 +14,50 @@ CODES = {"F1": 0x3B, "F2": 0x3C, "F3": 0x3D, "F4": 0x3E, "F5": 0x3F, "F6": 0x40,
 
 
 class Keyboard:
+    """Keys wait until somebody hears them: while windows come and go, the window manager has the focus for moments."""
+
+    TAP = 0.012  # seconds that a key stays down at least, and up
+
     def __init__(self, environment):
         self._environment = environment
+        self._server = XServer(environment["DISPLAY"])
         self._down = []
         self._button = False
+
+    def close(self):
+        self._server.close()
 
     def _do(self, *words):
         subprocess.run(["xdotool", *(str(word) for word in words)], env=self._environment, check=True, timeout=30)
 
+    def _key(self, key, action):
+        wait_until(lambda: self._server.key_if_heard(key, action), "a window that hears keys has the focus")
+
     def down(self, key):
-        self._do("keydown", key)
+        self._key(key, PRESSED)
         self._down.append(key)
 
     def up(self, key):
-        self._do("keyup", key)
+        self._key(key, RELEASED)
         if key in self._down:
             self._down.remove(key)
 
-    def press(self, key):
-        """Down and up again."""
-        self._do("key", key)
+    def press(self, keys):
+        """Down and up again; "a+b" holds a meanwhile."""
+        names = keys.split("+")
+        for name in names:
+            self.down(name)
+        time.sleep(self.TAP)
+        for name in reversed(names):
+            self.up(name)
+        time.sleep(self.TAP)
 
     def release_all(self):
+        """Whether or not somebody hears it."""
         if self._button:
             self.mouse_up()
-        for key in reversed(self._down[:]):
-            self.up(key)
+        while self._down:
+            self._server.key(self._down.pop(), RELEASED)
 
     def move(self, x, y):
         self._do("mousemove", x, y)

@@ -1,0 +1,60 @@
+"""The X server, asked and told without a process in between: who has the keyboard focus, and keys for them."""
+import ctypes
+
+PRESSED, RELEASED = 1, 0
+
+
+class _ClassHint(ctypes.Structure):
+    _fields_ = [("name", ctypes.c_void_p), ("cls", ctypes.c_void_p)]
+
+
+class XServer:
+    def __init__(self, display):
+        self._x, self._test = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXtst.so.6")
+        self._x.XOpenDisplay.restype = ctypes.c_void_p
+        self._x.XStringToKeysym.restype = ctypes.c_ulong
+        self._x.XKeysymToKeycode.restype = ctypes.c_ubyte
+        self._display = ctypes.c_void_p(self._x.XOpenDisplay(display.encode()))
+        assert self._display, f"the X server {display} does not answer"
+
+    def close(self):
+        self._x.XCloseDisplay(self._display)
+
+    def key(self, name, action):
+        """Does something to a key, whether anybody hears it or not."""
+        keysym = ctypes.c_ulong(self._x.XStringToKeysym(name.encode()))
+        code = self._x.XKeysymToKeycode(self._display, keysym)
+        assert code, f"no such key: {name}"
+        self._test.XTestFakeKeyEvent(self._display, ctypes.c_uint(code), action, ctypes.c_ulong(0))
+        self._x.XSync(self._display, 0)
+
+    def key_if_heard(self, name, action):
+        """The same, if a Windows program has the focus and hears it; says whether it was so."""
+        # Nobody else is served meanwhile, so the focus cannot move between the question and the key.
+        self._x.XGrabServer(self._display)
+        try:
+            heard = self._hears(self._focused_class())
+            if heard:
+                self.key(name, action)
+        finally:
+            self._x.XUngrabServer(self._display)
+            self._x.XSync(self._display, 0)
+        return heard
+
+    @staticmethod
+    def _hears(cls):
+        # A console has the focus for a moment, and hears nothing any more when its program ends.
+        return cls.endswith(b".exe") and cls != b"conhost.exe"
+
+    def _focused_class(self):
+        """The class of the window with the focus: Wine names it after the program."""
+        window, revert, hint = ctypes.c_ulong(), ctypes.c_int(), _ClassHint()
+        self._x.XGetInputFocus(self._display, ctypes.byref(window), ctypes.byref(revert))
+        # 0 is nobody, 1 is whoever the mouse is on.
+        if window.value <= 1 or not self._x.XGetClassHint(self._display, window, ctypes.byref(hint)):
+            return b""
+        try:
+            return ctypes.string_at(hint.cls)
+        finally:
+            for text in (hint.name, hint.cls):
+                self._x.XFree(ctypes.c_void_p(text))
