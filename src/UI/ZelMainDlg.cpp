@@ -222,11 +222,11 @@ HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
 
 LRESULT CZelMainDlg::OnHotkeyMessage(WPARAM wParam, LPARAM lParam) {
     const Postponed event{false, static_cast<DWORD>(wParam), static_cast<BOOL>(lParam)};
-    // Behind what waits already, so that the order of the keys stays.
-    if (CardsInUse::any() || !m_postponed.empty()) {
+    if (CardsInUse::any()) {
         _postpone(event);
         return S_FALSE;
     }
+    _handlePostponed();  // what waited longer comes first
     return handleHotkey(event.dwHotkey, event.bBreak);
 }
 
@@ -237,9 +237,7 @@ void CZelMainDlg::_postpone(const Postponed& what) {
         LOG_INFO(L"The cards are in use: hotkey 0x%x waits.", static_cast<unsigned>(what.dwHotkey));
     }
     m_postponed.push_back(what);
-    if (CardsInUse::any()) {
-        CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
-    }
+    CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
 }
 
 bool CZelMainDlg::postponeRebuild() {
@@ -251,6 +249,11 @@ bool CZelMainDlg::postponeRebuild() {
 }
 
 LRESULT CZelMainDlg::OnCardsFree(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    _handlePostponed();
+    return 0;
+}
+
+void CZelMainDlg::_handlePostponed() {
     while (!m_postponed.empty()) {
         if (CardsInUse::any()) {  // a plug-in's message loop took the message
             CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
@@ -264,7 +267,6 @@ LRESULT CZelMainDlg::OnCardsFree(WPARAM /*wParam*/, LPARAM /*lParam*/) {
             handleHotkey(next.dwHotkey, next.bBreak);
         }
     }
-    return 0;
 }
 
 LRESULT CZelMainDlg::OnPrintScreen(WPARAM /*wParam*/, LPARAM /*lParam*/) {

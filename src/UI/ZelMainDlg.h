@@ -62,6 +62,7 @@ class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHo
         BOOL bBreak;
     };
     void _postpone(const Postponed& what);
+    void _handlePostponed();
 
     LRESULT OnHotkeyMessage(WPARAM wParam, LPARAM lParam);
     LRESULT OnCardsFree(WPARAM wParam, LPARAM lParam);
