@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "items/ItemsFixture.h"
-#include "support/ResourceCounters.h"
+#include "support/LeakCheck.h"
 
 namespace cards {
 namespace {
@@ -246,55 +246,36 @@ TEST_F(CardPlugin, NonsenseValuesAreHarmless) {
 
 TEST_F(CardPlugin, ManyUsesLeakNothing) {
     CBlackCard& card = addCard(L"Mute", {kKey});
-    const auto use = [&](int times) {
-        for (int i = 0; i < times; ++i) {
-            ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
-            ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
-            if (i % 10 == 0) {
-                support::pump();  // paints
-            }
-            ASSERT_EQ(card.notifyHotkey(0, TRUE), S_OK);
-            m_log.clear();
+    const auto use = [&](int turn) {
+        ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+        ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+        if (turn % 10 == 0) {
+            support::pump();  // paints
         }
-        support::pump();
+        ASSERT_EQ(card.notifyHotkey(0, TRUE), S_OK);
+        m_log.clear();
     };
-    use(20);
-    constexpr int kUses = 250;
-    const auto gdi = testsupport::gdiHandles();
-    const auto kernel = testsupport::kernelHandles();
-    const auto windows = support::threadWindows();
+    constexpr int kUses = 120;
+    testsupport::expectNoLeak(20, kUses, use);
     const auto heap = testsupport::heapBytes();
-    ASSERT_GT(gdi, 0U);
-    ASSERT_GT(kernel, 0U);
-    use(kUses);
-    EXPECT_LE(testsupport::gdiHandles(), gdi);
-    EXPECT_LE(testsupport::kernelHandles(), kernel);
-    EXPECT_EQ(support::threadWindows(), windows);
+    for (int turn = 0; turn < kUses; ++turn) {
+        use(turn);
+    }
+    support::pump();
     EXPECT_LT(testsupport::heapBytes(), heap + kUses * 100) << "less than a hundred bytes for each use";
 }
 
 TEST_F(CardPlugin, ThousandCardsLeakNothing) {
-    const auto use = [&](int times) {
-        for (int i = 0; i < times; ++i) {
-            CBlackCard card(&m_room.strip());
-            ASSERT_EQ(initialize(card, m_plugin.path()), S_OK);
-            card.setCardRect({0, 0, 96, 112});
-            if (i % 10 == 0) {
-                ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
-                support::pump();
-            }
-            m_log.clear();
+    testsupport::expectNoLeak(20, 1000, [this](int turn) {
+        CBlackCard card(&m_room.strip());
+        ASSERT_EQ(initialize(card, m_plugin.path()), S_OK);
+        card.setCardRect({0, 0, 96, 112});
+        if (turn % 10 == 0) {
+            ASSERT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+            support::pump();
         }
-        support::pump();
-    };
-    use(20);
-    const auto gdi = testsupport::gdiHandles();
-    const auto kernel = testsupport::kernelHandles();
-    const auto windows = support::threadWindows();
-    use(1000);
-    EXPECT_LE(testsupport::gdiHandles(), gdi);
-    EXPECT_LE(testsupport::kernelHandles(), kernel);
-    EXPECT_EQ(support::threadWindows(), windows);
+        m_log.clear();
+    });
 }
 
 }  // namespace

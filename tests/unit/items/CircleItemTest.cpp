@@ -1,6 +1,6 @@
 #include "items/ItemsFixture.h"
 #include "rendering/Rendering.h"
-#include "support/ResourceCounters.h"
+#include "support/LeakCheck.h"
 
 namespace items {
 namespace {
@@ -344,7 +344,7 @@ TEST_F(ItemTest, CircleItemAssertsTheImageLibrary) {
 }
 
 TEST_F(ItemTest, CircleItemsLeakNothing) {
-    const auto cycle = [] {
+    testsupport::expectNoLeak(10, 100, [this](int) {
         CCircleItemDlg item(kSmallId, kLargeId, L"Mute off");
         ASSERT_EQ(item.initialize(), S_OK);
         ASSERT_TRUE(item.Create(nullptr));
@@ -357,23 +357,9 @@ TEST_F(ItemTest, CircleItemsLeakNothing) {
         paintNow(item.windowHandle());
         item.showItem(false);
         item.destroyItem();
-    };
-    for (int i = 0; i < 10; ++i) {
-        cycle();
-    }
-    const auto gdi = testsupport::gdiHandles();
-    const auto kernel = testsupport::kernelHandles();
-    const auto windows = support::threadWindows();
-    ASSERT_GT(gdi, 0U);
-    ASSERT_GT(kernel, 0U);
-    for (int i = 0; i < 200; ++i) {
-        cycle();
         support::pump();
         m_log.clear();
-    }
-    EXPECT_LE(testsupport::gdiHandles(), gdi);
-    EXPECT_LE(testsupport::kernelHandles(), kernel);
-    EXPECT_EQ(support::threadWindows(), windows);
+    });
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include "UI/CardStyle.h"
 #include "items/ItemsFixture.h"
 #include "rendering/Rendering.h"
-#include "support/ResourceCounters.h"
+#include "support/LeakCheck.h"
 
 namespace items {
 namespace {
@@ -155,26 +155,14 @@ TEST_F(ErrorItem, HasNoOverhangAndIgnoresSelection) {
 }
 
 TEST_F(ErrorItem, LeaksNothing) {
-    const auto cycle = [this] {
+    testsupport::expectNoLeak(10, 100, [this](int) {
         make(kShort).showItem(true);
         paintNow(item());
         m_pItem->destroyItem();
         m_pItem.reset();
         support::pump();
         m_log.clear();
-    };
-    for (int i = 0; i < 10; ++i) {
-        cycle();
-    }
-    const auto gdi = testsupport::gdiHandles();
-    const auto kernel = testsupport::kernelHandles();
-    const auto windows = support::threadWindows();
-    for (int i = 0; i < 100; ++i) {
-        cycle();
-    }
-    EXPECT_LE(testsupport::gdiHandles(), gdi);
-    EXPECT_LE(testsupport::kernelHandles(), kernel);
-    EXPECT_EQ(support::threadWindows(), windows);
+    });
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "items/ItemsFixture.h"
 #include "rendering/Rendering.h"
-#include "support/ResourceCounters.h"
+#include "support/LeakCheck.h"
 
 namespace items {
 namespace {
@@ -213,25 +213,13 @@ TEST_F(OutputPreview, ResolutionSharesTheRowWithTheName) {
 }
 
 TEST_F(OutputPreview, LeaksNothing) {
-    const auto cycle = [this] {
+    testsupport::expectNoLeak(10, 100, [this](int) {
         make({record(L"LCD"), record(L"DVI", 1), record(L"nothing")}, true);
         painted();
         m_pPreview.reset();
         support::pump();
         m_log.clear();
-    };
-    for (int i = 0; i < 10; ++i) {
-        cycle();
-    }
-    const auto gdi = testsupport::gdiHandles();
-    const auto kernel = testsupport::kernelHandles();
-    const auto windows = support::threadWindows();
-    for (int i = 0; i < 100; ++i) {
-        cycle();
-    }
-    EXPECT_LE(testsupport::gdiHandles(), gdi);
-    EXPECT_LE(testsupport::kernelHandles(), kernel);
-    EXPECT_EQ(support::threadWindows(), windows);
+    });
 }
 
 }  // namespace
