@@ -4,31 +4,13 @@
 
 #include "RegistryRead.h"
 #include "include/ZelHotkey.h"
+#include "include/ZelModifier.h"
 
 namespace hotkey {
 namespace {
 
 // More functions than a keyboard has keys are a mistake, which must not keep the reader busy.
 constexpr unsigned kMaxFunctions = kKeySlots;
-
-// The keyboard reports the two sides of these apart, so that "either" is no key.
-struct SideRow {
-    DWORD either;
-    DWORD right;
-};
-constexpr SideRow kSides[] = {{VK_SHIFT, VK_RSHIFT}, {VK_CONTROL, VK_RCONTROL}, {VK_MENU, VK_RMENU}};
-
-DWORD modifierOf(DWORD configured) noexcept {
-    if (configured == 0 || configured > 0xFE) {
-        return VK_RCONTROL;
-    }
-    for (const SideRow& row : kSides) {
-        if (row.either == configured) {
-            return row.right;
-        }
-    }
-    return configured;
-}
 
 void addCodesOf(HKEY hotkeyKey, const std::wstring& function, KeySet& listed) {
     const common::UniqueRegKey key = openKey(hotkeyKey, function.c_str());
@@ -68,7 +50,7 @@ TrackerSettings readTrackerSettings() {
     if (!key) {
         return settings;
     }
-    settings.modifierKey = modifierOf(readNumber(key.get(), ZEL_VALUE_MODIFIER_KEY, VK_RCONTROL));
+    settings.modifierKey = zelModifierKey(readNumber(key.get(), ZEL_VALUE_MODIFIER_KEY, 0));
     settings.sticky = readNumber(key.get(), ZEL_VALUE_STICKY_MODIFIER, 0) != 0;
     settings.listed = readListed(key.get());
     return settings;

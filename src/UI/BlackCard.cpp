@@ -130,12 +130,9 @@ HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
     RETURN_IF_FAILED(showLargeCardDlg());
     LONG item = m_nSelItem;
     RETURN_IF_FAILED(m_pFunx->getDefaultSelectItem(item));
-    m_nSelItem = item;
-    const HRESULT status = refreshItemDlgs(dwHotkey);
-    if (!hasValidSelection()) {
-        m_nSelItem = -1;  // an item that there is not: nothing is selected, and letting go puts the card away
-    }
-    RETURN_IF_FAILED(status);
+    // An item that there is not is none: letting go puts the card away then.
+    m_nSelItem = indexInContainer(item, m_vecItems) ? static_cast<int>(item) : -1;
+    RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
     m_bFirstTime = false;
     return S_OK;
 }
@@ -336,12 +333,12 @@ HRESULT CBlackCard::setItemDlgPos() {
         LOG_ASSERT(L"nAllItemsWidth < rectWorkArea.Width()");
     }
     LOG_TRACE(L"Left max item count:%f, right max item count:%f.", row.leftMax, row.rightMax);
-    int x = row.x;
+    int index = 0;
     for (const CQrdItem* item : m_vecItems) {
+        const int x = row.left(index++);
         if (item != nullptr) {
             ::SetWindowPos(item->windowHandle(), HWND_TOPMOST, x, row.y, first.width(), first.height(), SWP_NOACTIVATE);
         }
-        x = static_cast<int>(static_cast<unsigned>(x) + static_cast<unsigned>(row.pitch));  // wraps, as the row does
     }
     return S_OK;
 }

@@ -108,6 +108,10 @@ LargeCardTexts largeCardTexts(const RECT& client, double ratio) {
             {left, trunc(ratio * 95.0), right, client.bottom - margin}};
 }
 
+int ItemRow::left(int item) const {
+    return wrapped(x + std::int64_t{pitch} * item);
+}
+
 ItemRow itemRow(const RECT& largeCard, const RECT& workArea, int itemWidth, int itemCount, int overhang, double ratio) {
     const int gap = trunc(ratio * 10.0);
     ItemRow row{};

@@ -68,6 +68,9 @@ struct ItemRow {
     int allWidth;    // of the whole row
     double leftMax;  // how many items fit to the left and to the right of the card's centre
     double rightMax;
+
+    // The left edge of an item, counted from 0.
+    [[nodiscard]] int left(int item) const;
 };
 // overhang: what a caption box sticks out on each side. An overhang that wrapped around stays harmless: the position is
 // computed in 32-bit arithmetic that wraps.

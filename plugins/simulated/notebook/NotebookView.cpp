@@ -4,6 +4,7 @@
 #include "Machine.h"
 #include "State.h"
 #include "ZelHotkey.h"
+#include "ZelModifier.h"
 
 namespace sim {
 
@@ -60,8 +61,8 @@ DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
 
 // The name on the key, as far as the keyboard's layout knows it.
 std::wstring modifierName() {
-    const DWORD key = numberOf(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY);
-    if (key == 0 || key > 0xFE || key == VK_CONTROL || key == VK_RCONTROL) {
+    const DWORD key = zelModifierKey(numberOf(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY));
+    if (key == VK_RCONTROL) {
         return L"right Ctrl";
     }
     const UINT scan = MapVirtualKeyW(key, MAPVK_VK_TO_VSC_EX);

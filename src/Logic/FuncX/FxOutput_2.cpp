@@ -58,9 +58,7 @@ DWORD readableRecords(const FenwynDisplayRecord* pRecords, DWORD dwCount) {
         return 0;
     }
     const auto first = reinterpret_cast<std::uintptr_t>(pRecords);
-    const std::uintptr_t room = UINTPTR_MAX - first;
-    const std::uintptr_t most = room / sizeof(FenwynDisplayRecord);
-    const std::uintptr_t wanted = dwCount < most ? dwCount : most;
+    const auto wanted = std::min<std::uintptr_t>(dwCount, (UINTPTR_MAX - first) / sizeof(FenwynDisplayRecord));
     const std::uintptr_t readable = endOfReadable(first, first + wanted * sizeof(FenwynDisplayRecord)) - first;
     return static_cast<DWORD>(std::min(wanted, readable / sizeof(FenwynDisplayRecord)));
 }

@@ -197,6 +197,16 @@ TEST(ItemRow, OverhangThatWrappedAroundWrapsBack) {
     EXPECT_EQ(row.x, -22);  // the work area's edge plus twice the overhang, in 32 bits
 }
 
+TEST(ItemRow, PlacesOfItemsAreAPitchApartAndWrapAroundToo) {
+    ItemRow row{};
+    row.x = 100;
+    row.pitch = 82;
+    EXPECT_EQ(row.left(0), 100);
+    EXPECT_EQ(row.left(3), 346);
+    row.x = 0x7FFFFFFF;
+    EXPECT_EQ(row.left(1), static_cast<int>(0x80000051U));
+}
+
 TEST(ItemRow, ItemsOfNoSizeAreNoDivisionByZero) {
     for (const LONG left : {0, 600, 1279}) {
         const ItemRow row = geometry::itemRow(rect(left, 0, left + 1, 1), kScreen, 0, 4, 50, 0.01);

@@ -1,0 +1,19 @@
+// Which key the setting ZEL_VALUE_MODIFIER_KEY means: for the library, and for whoever tells a person about it.
+#pragma once
+
+#include <windows.h>
+
+// `configured`: the stored number, 0 when there is none. Returns a virtual-key code. The keyboard reports the two sides
+// of Shift, Ctrl and Alt apart, so that "either" is no key and means the right one.
+[[nodiscard]] constexpr DWORD zelModifierKey(DWORD configured) noexcept {
+    switch (configured) {
+        case VK_SHIFT:
+            return VK_RSHIFT;
+        case VK_CONTROL:
+            return VK_RCONTROL;
+        case VK_MENU:
+            return VK_RMENU;
+        default:
+            return configured == 0 || configured > 0xFE ? DWORD{VK_RCONTROL} : configured;
+    }
+}
