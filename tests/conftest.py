@@ -6,7 +6,8 @@ def pytest_addoption(parser):
 
 
 def pytest_unconfigure(config):
-    if config.getoption("--tally"):
+    # A worker of several has no terminal; the one that started it counts.
+    if config.getoption("--tally") and not hasattr(config, "workerinput"):
         stats = config.pluginmanager.get_plugin("terminalreporter").stats
         failed = len(stats.get("failed", [])) + len(stats.get("error", []))
         print(f"\n{len(stats.get('passed', []))} passed, {failed} failed")

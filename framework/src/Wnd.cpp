@@ -112,8 +112,7 @@ const MessageMap& CWnd::messageMap() const {
 const MessageEntry* CWnd::findEntry(UINT message, UINT notifyCode, bool reflected) const {
     for (const MessageMap* map = &messageMap(); map != nullptr; map = map->base) {
         for (const MessageEntry& entry : map->entries) {
-            const UINT number = entry.registered != nullptr ? *entry.registered : entry.message;
-            if (number != 0 && number == message && entry.notifyCode == notifyCode && entry.reflected == reflected) {
+            if (entry.message == message && entry.notifyCode == notifyCode && entry.reflected == reflected) {
                 return &entry;
             }
         }

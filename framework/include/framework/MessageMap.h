@@ -12,10 +12,9 @@
 class CWnd;
 
 struct MessageEntry {
-    UINT message;            // the message number; 0 when `registered` names it
-    const UINT* registered;  // where the number of a registered message stands, or null
-    UINT notifyCode;         // for reflected WM_NOTIFY entries: the notification code
-    bool reflected;          // the notification comes back from the parent to the control that sent it
+    UINT message;     // the message number
+    UINT notifyCode;  // for reflected WM_NOTIFY entries: the notification code
+    bool reflected;   // the notification comes back from the parent to the control that sent it
     LRESULT (*invoke)(CWnd& window, WPARAM wParam, LPARAM lParam);
 };
 
@@ -52,7 +51,7 @@ inline POINT pointOf(LPARAM lParam) {
 }
 
 constexpr MessageEntry entry(UINT message, LRESULT (*invoke)(CWnd&, WPARAM, LPARAM)) {
-    return {message, nullptr, 0, false, invoke};
+    return {message, 0, false, invoke};
 }
 
 }  // namespace framework
@@ -62,14 +61,6 @@ template <auto Member>
 constexpr MessageEntry onMessage(UINT message) {
     return framework::entry(message,
                             [](CWnd& window, WPARAM w, LPARAM l) { return framework::call<Member>(window, w, l); });
-}
-
-// The same for a message whose number RegisterWindowMessage gave; the number is read at every dispatch.
-template <auto Member>
-constexpr MessageEntry onRegisteredMessage(const UINT* number) {
-    MessageEntry result = onMessage<Member>(0);
-    result.registered = number;
-    return result;
 }
 
 // LRESULT handler(NMHDR*): a notification that the parent hands back to the control that sent it.

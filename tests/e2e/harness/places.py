@@ -8,7 +8,9 @@ STAGE = pathlib.Path(os.environ.get("FENWYN_STAGE", BUILD / "stage"))
 OUT = BUILD / "x64-release"
 PROBE = pathlib.Path(os.environ.get("FENWYN_PROBE", OUT / "e2e" / "probe.exe"))
 PLUGINS = pathlib.Path(os.environ.get("FENWYN_TEST_PLUGINS", OUT / "unit" / "plugins"))
-PREFIX = pathlib.Path(os.environ.get("WINEPREFIX", BUILD / "wineprefix-test"))
+# Each of several workers has a prefix of its own.
+PREFIX = pathlib.Path(os.environ.get("WINEPREFIX", str(BUILD / "wineprefix-e2e")) + "-" +
+                      os.environ.get("PYTEST_XDIST_WORKER", "gw0"))
 WINE = ROOT / "tools" / "wine"
 # One folder per test below it, replaced at each run; what a failed test leaves there tells why.
 TESTS = pathlib.Path(os.environ.get("FENWYN_E2E_OUT", BUILD / "e2e"))

@@ -13,7 +13,6 @@ using test::create;
 constexpr UINT kOwn = WM_USER + 101;
 constexpr UINT kBaseOnly = WM_USER + 102;
 constexpr UINT kNested = WM_USER + 103;
-UINT g_uRegistered = 0;
 
 class MapBaseWnd : public CWnd {
  public:
@@ -50,7 +49,6 @@ class MapWnd : public MapBaseWnd {
         lParam = l;
         return -5;
     }
-    LRESULT OnRegistered(WPARAM w, LPARAM) { return static_cast<LRESULT>(w) + 1; }
     void OnTimer(UINT_PTR id) { timer = id; }
     void OnMouse(POINT client) { point = client; }
     void OnFocus(HWND window) { other = window; }
@@ -62,7 +60,6 @@ class MapWnd : public MapBaseWnd {
 
     static constexpr MessageEntry kEntries[] = {
         onMessage<&MapWnd::OnOwn>(kOwn),
-        onRegisteredMessage<&MapWnd::OnRegistered>(&g_uRegistered),
         onTimer<&MapWnd::OnTimer>(),
         onMouse<&MapWnd::OnMouse>(WM_MOUSEMOVE),
         onFocus<&MapWnd::OnFocus>(WM_KILLFOCUS),
@@ -113,15 +110,6 @@ TEST_F(Dispatch, WhatNobodyNamesGoesToTheWindowClass) {
     EXPECT_EQ(::GetWindowTextW(m_wnd.m_hWnd, title, 16), 5);
     EXPECT_EQ(send(WM_USER + 999), 0);
     EXPECT_TRUE(m_wnd.heard.empty());
-}
-
-TEST_F(Dispatch, RegisteredMessageIsLookedUpAtEveryDispatch) {
-    g_uRegistered = 0;
-    EXPECT_EQ(send(WM_NULL, 41), 0);  // not registered yet: number 0 is no message
-    g_uRegistered = ::RegisterWindowMessageW(L"FrameworkTestRegisteredMessage");
-    ASSERT_NE(g_uRegistered, 0U);
-    EXPECT_EQ(send(g_uRegistered, 41), 42);
-    EXPECT_EQ(send(g_uRegistered + 1, 41), 0);
 }
 
 TEST_F(Dispatch, TimerIdKeepsAllItsBits) {
