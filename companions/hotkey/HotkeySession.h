@@ -6,10 +6,10 @@
 #include <memory>
 
 #include "Delivery.h"
-#include "HookThread.h"
 #include "KeyWatcher.h"
-#include "LibraryThread.h"
 #include "NotificationQueue.h"
+#include "keyboard/HookThread.h"
+#include "keyboard/LibraryThread.h"
 
 namespace hotkey {
 
@@ -31,9 +31,9 @@ class CHotkeySession : public std::enable_shared_from_this<CHotkeySession> {
 
     CNotificationQueue m_queue;
     CKeyWatcher m_watcher;
-    CHookThread m_hook;
+    keyboard::CHookThread m_hook;
     CDelivery m_delivery;
-    CLibraryThread m_deliveryThread;
+    keyboard::CLibraryThread m_deliveryThread;
 };
 
 }  // namespace hotkey

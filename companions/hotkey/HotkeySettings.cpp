@@ -10,9 +10,9 @@ namespace hotkey {
 namespace {
 
 // More functions than a keyboard has keys are a mistake, which must not keep the reader busy.
-constexpr unsigned kMaxFunctions = kKeySlots;
+constexpr unsigned kMaxFunctions = keyboard::kKeySlots;
 
-void addCodesOf(HKEY hotkeyKey, const std::wstring& function, KeySet& listed) {
+void addCodesOf(HKEY hotkeyKey, const std::wstring& function, keyboard::KeySet& listed) {
     const common::UniqueRegKey key = openKey(hotkeyKey, function.c_str());
     if (!key || !readBytes(key.get(), ZEL_VALUE_FUNC_DLL)) {
         return;
@@ -22,12 +22,12 @@ void addCodesOf(HKEY hotkeyKey, const std::wstring& function, KeySet& listed) {
         return;
     }
     for (const DWORD code : *codes) {
-        listed.set(slotOfCode(code));
+        listed.set(keyboard::slotOfCode(code));
     }
 }
 
-KeySet readListed(HKEY hotkeyKey) {
-    KeySet listed;
+keyboard::KeySet readListed(HKEY hotkeyKey) {
+    keyboard::KeySet listed;
     const std::wstring list = readText(hotkeyKey, ZEL_VALUE_FUNC_LIST).value_or(std::wstring());
     std::size_t start = 0;
     for (unsigned n = 0; n < kMaxFunctions; ++n) {

@@ -12,7 +12,7 @@ void CKeyTracker::setSettings(const TrackerSettings& settings) noexcept {
     }
 }
 
-bool CKeyTracker::handle(const KeyEvent& event) noexcept {
+bool CKeyTracker::handle(const keyboard::KeyEvent& event) noexcept {
     if (event.virtualKey == m_settings.modifierKey) {
         if (event.down) {
             _modifierDown(event.time);
@@ -21,12 +21,12 @@ bool CKeyTracker::handle(const KeyEvent& event) noexcept {
         }
         return false;
     }
-    if (event.slot == 0 || event.slot >= kKeySlots) {
+    if (event.slot == 0 || event.slot >= keyboard::kKeySlots) {
         return false;
     }
     Key& key = m_keys[event.slot];
     if (event.down) {
-        if (key.state != State::Up && event.time - key.lastEvent > kRepeatGap) {
+        if (key.state != State::Up && event.time - key.lastEvent > keyboard::kRepeatGap) {
             _release(event.slot);
         }
         if (key.state == State::Up) {
@@ -47,7 +47,7 @@ void CKeyTracker::_modifierDown(DWORD time) noexcept {
     m_nModifierTime = time;
     m_bModifierMissing = false;
     if (m_bModifierDown) {
-        if (nGap <= kRepeatGap) {
+        if (nGap <= keyboard::kRepeatGap) {
             return;
         }
         m_bTapAlone = false;
@@ -73,14 +73,14 @@ void CKeyTracker::_modifierUp() noexcept {
     _deactivate();
 }
 
-void CKeyTracker::_press(Key& key, const KeyEvent& event) noexcept {
+void CKeyTracker::_press(Key& key, const keyboard::KeyEvent& event) noexcept {
     ++m_nDown;
     key = Key{State::Alone, false, event.virtualKey, event.time, ++m_nPresses};
     if (!m_bActive) {
         return;
     }
     m_bTapAlone = false;
-    const bool bReported = m_sink.make(codeOfSlot(event.slot));
+    const bool bReported = m_sink.make(keyboard::codeOfSlot(event.slot));
     if (m_settings.listed.test(event.slot)) {
         key.state = bReported ? State::Swallowed : State::Muted;
     } else if (bReported) {
@@ -94,7 +94,7 @@ void CKeyTracker::_release(std::size_t slot) noexcept {
         return;
     }
     if (key.state == State::Reported || key.state == State::Swallowed) {
-        m_sink.breakOf(codeOfSlot(slot));
+        m_sink.breakOf(keyboard::codeOfSlot(slot));
     }
     key = Key{};
     --m_nDown;
@@ -106,7 +106,7 @@ void CKeyTracker::_deactivate() noexcept {
     }
     for (std::size_t slot = _oldestDue(); slot != 0; slot = _oldestDue()) {
         Key& key = m_keys[slot];
-        m_sink.breakOf(codeOfSlot(slot));
+        m_sink.breakOf(keyboard::codeOfSlot(slot));
         key.state = key.state == State::Swallowed ? State::Muted : State::Alone;
     }
     m_bActive = false;
@@ -117,7 +117,7 @@ void CKeyTracker::_deactivate() noexcept {
 
 std::size_t CKeyTracker::_oldestDue() const noexcept {
     std::size_t oldest = 0;
-    for (std::size_t slot = 1; slot < kKeySlots; ++slot) {
+    for (std::size_t slot = 1; slot < keyboard::kKeySlots; ++slot) {
         const Key& key = m_keys[slot];
         const bool bDue = key.state == State::Reported || key.state == State::Swallowed;
         // Differences survive the counter's wrap-around.

@@ -5,38 +5,16 @@
 #include <windows.h>
 
 #include <array>
-#include <bitset>
 #include <cstddef>
 
+#include "keyboard/KeyEvent.h"
+
 namespace hotkey {
-
-// A key is known by its slot: its set-1 scan code, plus 0x100 for an extended key. Slot 0 is "no such key".
-inline constexpr std::size_t kKeySlots = 0x200;
-using KeySet = std::bitset<kKeySlots>;
-
-// The number under which a key is reported and listed: 0x3B for slot 0x3B, 0xE04B for slot 0x14B.
-[[nodiscard]] constexpr DWORD codeOfSlot(std::size_t slot) noexcept {
-    return slot < 0x100 ? static_cast<DWORD>(slot) : 0xE000u | static_cast<DWORD>(slot & 0xFF);
-}
-// 0 for numbers that no key has.
-[[nodiscard]] constexpr std::size_t slotOfCode(DWORD code) noexcept {
-    if (code <= 0xFF) {
-        return code;
-    }
-    return (code & 0xFFFFFF00u) == 0xE000u && code != 0xE000u ? 0x100u | (code & 0xFF) : 0;
-}
-
-struct KeyEvent {
-    DWORD virtualKey = 0;
-    std::size_t slot = 0;
-    bool down = false;
-    DWORD time = 0;  // ms, wraps around
-};
 
 struct TrackerSettings {
     DWORD modifierKey = VK_RCONTROL;
     bool sticky = false;
-    KeySet listed;  // slots that the function list names
+    keyboard::KeySet listed;  // slots that the function list names
 };
 
 class INotificationSink {
@@ -52,10 +30,6 @@ class INotificationSink {
 // Not thread-safe; lives on the hook's thread.
 class CKeyTracker {
  public:
-    // A press that comes this long after a key's last event is a new one, even when no release was seen: the slowest
-    // keyboards begin to repeat after two seconds. In ms.
-    static constexpr DWORD kRepeatGap = 2500;
-
     explicit CKeyTracker(INotificationSink& sink) noexcept : m_sink(sink) {}
 
     // Until then nothing is reported and nothing swallowed.
@@ -64,7 +38,7 @@ class CKeyTracker {
     void setSettings(const TrackerSettings& settings) noexcept;
 
     // True when the event must not reach any other program.
-    [[nodiscard]] bool handle(const KeyEvent& event) noexcept;
+    [[nodiscard]] bool handle(const keyboard::KeyEvent& event) noexcept;
 
     // To be called now and then while anythingDown(). `isDown` maps a virtual-key code to its state now; a key found up
     // at two calls in a row lost its release. Swallowed keys are not asked about: the system never saw them.
@@ -97,7 +71,7 @@ class CKeyTracker {
 
     void _modifierDown(DWORD time) noexcept;
     void _modifierUp() noexcept;
-    void _press(Key& key, const KeyEvent& event) noexcept;
+    void _press(Key& key, const keyboard::KeyEvent& event) noexcept;
     void _release(std::size_t slot) noexcept;
     void _deactivate() noexcept;
     void _setLatched(bool bLatched) noexcept;
@@ -107,7 +81,7 @@ class CKeyTracker {
 
     INotificationSink& m_sink;
     TrackerSettings m_settings;
-    std::array<Key, kKeySlots> m_keys{};
+    std::array<Key, keyboard::kKeySlots> m_keys{};
     unsigned m_nDown = 0;  // keys that are not Up
     unsigned m_nPresses = 0;
     DWORD m_nModifierTime = 0;
@@ -125,7 +99,7 @@ void CKeyTracker::checkLostKeys(Predicate isDown) noexcept {
         m_bTapAlone = false;  // a lost modifier latches nothing
         _modifierUp();
     }
-    for (std::size_t slot = 1; m_nDown != 0 && slot < kKeySlots; ++slot) {
+    for (std::size_t slot = 1; m_nDown != 0 && slot < keyboard::kKeySlots; ++slot) {
         Key& key = m_keys[slot];
         const bool bAskable = key.state == State::Alone || key.state == State::Reported;
         if (bAskable && _missedTwice(key.missing, isDown(key.virtualKey))) {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Lock.h"
+#include "keyboard/Lock.h"
 
 namespace hotkey {
 namespace {
@@ -29,11 +29,11 @@ CKeyWatcher::CKeyWatcher(INotificationSink& sink)
     : m_tracker(sink), m_stickyWindow([this]() noexcept { m_tracker.cancelLatch(); }) {}
 
 void CKeyWatcher::setSettings(const TrackerSettings& settings) noexcept {
-    const CExclusiveLock lock(m_lock);
+    const keyboard::CExclusiveLock lock(m_lock);
     m_pending = settings;
 }
 
-bool CKeyWatcher::handleKey(const KeyEvent& event) noexcept {
+bool CKeyWatcher::handleKey(const keyboard::KeyEvent& event) noexcept {
     if (m_bEnabled.load(std::memory_order_relaxed)) {
         m_tracker.enable();
     }
@@ -43,7 +43,7 @@ bool CKeyWatcher::handleKey(const KeyEvent& event) noexcept {
 void CKeyWatcher::handleWake() noexcept {
     std::optional<TrackerSettings> settings;
     {
-        const CExclusiveLock lock(m_lock);
+        const keyboard::CExclusiveLock lock(m_lock);
         settings = std::exchange(m_pending, std::nullopt);
     }
     if (!settings) {

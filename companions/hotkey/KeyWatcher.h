@@ -6,13 +6,13 @@
 #include <atomic>
 #include <optional>
 
-#include "HookThread.h"
 #include "KeyTracker.h"
 #include "StickyWindow.h"
+#include "keyboard/HookThread.h"
 
 namespace hotkey {
 
-class CKeyWatcher : public IHookClient {
+class CKeyWatcher : public keyboard::IHookClient {
  public:
     explicit CKeyWatcher(INotificationSink& sink);
 
@@ -21,7 +21,7 @@ class CKeyWatcher : public IHookClient {
     // Takes effect when the hook's thread is woken. Thread: any.
     void setSettings(const TrackerSettings& settings) noexcept;
 
-    [[nodiscard]] bool handleKey(const KeyEvent& event) noexcept override;
+    [[nodiscard]] bool handleKey(const keyboard::KeyEvent& event) noexcept override;
     void handleWake() noexcept override;
     void handleTick() noexcept override;
     [[nodiscard]] DWORD tickInterval() const noexcept override;

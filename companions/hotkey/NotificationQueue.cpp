@@ -1,13 +1,13 @@
 #include "NotificationQueue.h"
 
-#include "Lock.h"
+#include "keyboard/Lock.h"
 
 namespace hotkey {
 
 CNotificationQueue::CNotificationQueue() noexcept : m_hFilled(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
 bool CNotificationQueue::make(DWORD code) noexcept {
-    const CExclusiveLock lock(m_lock);
+    const keyboard::CExclusiveLock lock(m_lock);
     if (m_nCount + m_nOpen + 2 > kCapacity) {
         return false;
     }
@@ -17,7 +17,7 @@ bool CNotificationQueue::make(DWORD code) noexcept {
 }
 
 void CNotificationQueue::breakOf(DWORD code) noexcept {
-    const CExclusiveLock lock(m_lock);
+    const keyboard::CExclusiveLock lock(m_lock);
     if (m_nOpen == 0 || m_nCount == kCapacity) {
         return;
     }
@@ -26,7 +26,7 @@ void CNotificationQueue::breakOf(DWORD code) noexcept {
 }
 
 void CNotificationQueue::latchChanged(bool bLatched) noexcept {
-    const CExclusiveLock lock(m_lock);
+    const keyboard::CExclusiveLock lock(m_lock);
     m_bLatched = bLatched;
     m_bLatchNews = true;
     ::SetEvent(m_hFilled.get());
@@ -39,7 +39,7 @@ void CNotificationQueue::_store(const Notification& notification) noexcept {
 }
 
 std::optional<Notification> CNotificationQueue::pop() noexcept {
-    const CExclusiveLock lock(m_lock);
+    const keyboard::CExclusiveLock lock(m_lock);
     if (m_nCount == 0) {
         return std::nullopt;
     }
@@ -50,7 +50,7 @@ std::optional<Notification> CNotificationQueue::pop() noexcept {
 }
 
 std::optional<bool> CNotificationQueue::takeLatchChange() noexcept {
-    const CExclusiveLock lock(m_lock);
+    const keyboard::CExclusiveLock lock(m_lock);
     if (!m_bLatchNews) {
         return std::nullopt;
     }

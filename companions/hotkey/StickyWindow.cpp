@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "OwnModule.h"
 #include "include/ZelHotkey.h"
+#include "keyboard/OwnModule.h"
 
 namespace hotkey {
 
@@ -16,12 +16,13 @@ void CStickyWindow::open() noexcept {
     m_nCancelMessage = ::RegisterWindowMessageW(ZEL_STICKY_CANCEL_MESSAGE);
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = &CStickyWindow::_wndProc;
-    windowClass.hInstance = ownModule();
+    windowClass.hInstance = keyboard::ownModule();
     windowClass.lpszClassName = ZEL_STICKY_WINDOW_CLASS;
     ::RegisterClassW(&windowClass);
     // Top-level, because a search does not find message-only windows; never shown and out of the task list.
     m_hWnd.reset(::CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, ZEL_STICKY_WINDOW_CLASS,
-                                   ZEL_STICKY_WINDOW_TITLE, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, ownModule(), this));
+                                   ZEL_STICKY_WINDOW_TITLE, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                                   keyboard::ownModule(), this));
     if (!m_hWnd) {
         _unregister();
     }
@@ -36,7 +37,7 @@ void CStickyWindow::close() noexcept {
 
 // The module with the window's procedure may go away before the process.
 void CStickyWindow::_unregister() noexcept {
-    ::UnregisterClassW(ZEL_STICKY_WINDOW_CLASS, ownModule());
+    ::UnregisterClassW(ZEL_STICKY_WINDOW_CLASS, keyboard::ownModule());
 }
 
 LRESULT CALLBACK CStickyWindow::_wndProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

@@ -5,8 +5,8 @@
 #include <new>
 
 #include "HotkeySession.h"
-#include "Lock.h"
 #include "include/ZelHotkey.h"
+#include "keyboard/Lock.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ extern "C" __declspec(dllexport) LONG WINAPI Start(ZelHotkeyCallback hotkeyCallb
     if (hotkeyCallback == nullptr || configCallback == nullptr) {
         return E_POINTER;
     }
-    const hotkey::CExclusiveLock lock(s_lock);
+    const keyboard::CExclusiveLock lock(s_lock);
     if (session()) {
         return E_UNEXPECTED;
     }
@@ -41,7 +41,7 @@ extern "C" __declspec(dllexport) LONG WINAPI Start(ZelHotkeyCallback hotkeyCallb
 }
 
 extern "C" __declspec(dllexport) LONG WINAPI EnableHotkey() {
-    const hotkey::CExclusiveLock lock(s_lock);
+    const keyboard::CExclusiveLock lock(s_lock);
     if (!session()) {
         return E_UNEXPECTED;
     }
@@ -50,7 +50,7 @@ extern "C" __declspec(dllexport) LONG WINAPI EnableHotkey() {
 }
 
 extern "C" __declspec(dllexport) LONG WINAPI Stop() {
-    const hotkey::CExclusiveLock lock(s_lock);
+    const keyboard::CExclusiveLock lock(s_lock);
     if (!session()) {
         return S_FALSE;
     }

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "KeyTracker.h"
+#include "keyboard/KeyEvent.h"
 
 namespace prtscreen {
 
@@ -11,7 +11,7 @@ class CPressFilter {
  public:
     // True for a press. A release that was never seen costs no press once the key has been silent for long enough.
     [[nodiscard]] bool isPress(bool bDown, DWORD time) noexcept {
-        const bool bPress = bDown && (!m_bDown || time - m_nTime > hotkey::CKeyTracker::kRepeatGap);
+        const bool bPress = bDown && (!m_bDown || time - m_nTime > keyboard::kRepeatGap);
         m_bDown = bDown;
         m_nTime = time;
         return bPress;

@@ -38,7 +38,7 @@ bool CPrintScreenHook::stop() noexcept {
     return m_helper.wait(kStopTimeout) && bHookEnded;
 }
 
-bool CPrintScreenHook::handleKey(const hotkey::KeyEvent& event) noexcept {
+bool CPrintScreenHook::handleKey(const keyboard::KeyEvent& event) noexcept {
     if (event.virtualKey == VK_SNAPSHOT && m_filter.isPress(event.down, event.time)) {
         // Passing the key on takes the picture, so this one key may wait; every other is answered at once.
         ::ResetEvent(m_hDone.get());

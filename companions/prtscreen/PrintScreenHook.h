@@ -6,16 +6,16 @@
 #include <atomic>
 #include <memory>
 
-#include "HookThread.h"
-#include "LibraryThread.h"
 #include "PressFilter.h"
 #include "common/Handle.h"
 #include "include/PrtHook.h"
+#include "keyboard/HookThread.h"
+#include "keyboard/LibraryThread.h"
 
 namespace prtscreen {
 
 // Its threads hold references to it.
-class CPrintScreenHook : public hotkey::IHookClient, public std::enable_shared_from_this<CPrintScreenHook> {
+class CPrintScreenHook : public keyboard::IHookClient, public std::enable_shared_from_this<CPrintScreenHook> {
  public:
     explicit CPrintScreenHook(PrtHookCallback callback) noexcept;
 
@@ -25,7 +25,7 @@ class CPrintScreenHook : public hotkey::IHookClient, public std::enable_shared_f
     [[nodiscard]] bool stop() noexcept;
     [[nodiscard]] bool isCallingBack() const noexcept { return m_helper.isCurrent(); }
 
-    [[nodiscard]] bool handleKey(const hotkey::KeyEvent& event) noexcept override;
+    [[nodiscard]] bool handleKey(const keyboard::KeyEvent& event) noexcept override;
 
  private:
     void _help() noexcept;
@@ -35,8 +35,8 @@ class CPrintScreenHook : public hotkey::IHookClient, public std::enable_shared_f
     common::UniqueHandle m_hPressed;  // auto reset: call back
     common::UniqueHandle m_hDone;     // auto reset: the callback has returned
     std::atomic<bool> m_bStopping{false};
-    hotkey::CHookThread m_hook;
-    hotkey::CLibraryThread m_helper;
+    keyboard::CHookThread m_hook;
+    keyboard::CLibraryThread m_helper;
 };
 
 }  // namespace prtscreen

@@ -4,9 +4,9 @@
 #include <memory>
 #include <new>
 
-#include "Lock.h"
 #include "PrintScreenHook.h"
 #include "include/PrtHook.h"
+#include "keyboard/Lock.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ std::shared_ptr<prtscreen::CPrintScreenHook>& installed() noexcept {
 }  // namespace
 
 extern "C" __declspec(dllexport) BOOL WINAPI InstallHook(PrtHookCallback callback) {
-    const hotkey::CExclusiveLock lock(s_lock);
+    const keyboard::CExclusiveLock lock(s_lock);
     if (callback == nullptr || installed()) {
         return FALSE;
     }
@@ -38,7 +38,7 @@ extern "C" __declspec(dllexport) BOOL WINAPI InstallHook(PrtHookCallback callbac
 }
 
 extern "C" __declspec(dllexport) BOOL WINAPI RemoveHook() {
-    const hotkey::CExclusiveLock lock(s_lock);
+    const keyboard::CExclusiveLock lock(s_lock);
     if (!installed() || installed()->isCallingBack()) {
         return FALSE;
     }

@@ -25,9 +25,9 @@ class HotkeySettings : public testing::Test {
     static std::vector<DWORD> listed() {
         const hotkey::TrackerSettings settings = hotkey::readTrackerSettings();
         std::vector<DWORD> codes;
-        for (std::size_t slot = 0; slot < hotkey::kKeySlots; ++slot) {
+        for (std::size_t slot = 0; slot < keyboard::kKeySlots; ++slot) {
             if (settings.listed.test(slot)) {
-                codes.push_back(hotkey::codeOfSlot(slot));
+                codes.push_back(keyboard::codeOfSlot(slot));
             }
         }
         return codes;

@@ -20,16 +20,16 @@ std::string word(const char* mark, std::size_t code) {
 // Remembers histories instead of states: when each key was pressed, and what was reported since then.
 class CModel {
  public:
-    CModel(hotkey::KeySet listed, bool sticky) : m_listed(listed), m_bSticky(sticky) {}
+    CModel(keyboard::KeySet listed, bool sticky) : m_listed(listed), m_bSticky(sticky) {}
 
     bool key(std::size_t slot, bool bDown, DWORD time) {
         const bool bHeld = m_mapSince.contains(slot);
-        const bool bHeldOn = bHeld && time - m_mapSince[slot] <= hotkey::CKeyTracker::kRepeatGap;
+        const bool bHeldOn = bHeld && time - m_mapSince[slot] <= keyboard::kRepeatGap;
         if (bDown && !bHeldOn) {
             m_setHidden.erase(std::remove(m_setHidden.begin(), m_setHidden.end(), slot), m_setHidden.end());
             _break(slot);
             if (m_bActive) {
-                out.push_back(word("", hotkey::codeOfSlot(slot)));
+                out.push_back(word("", keyboard::codeOfSlot(slot)));
                 m_vecDue.push_back(slot);
                 m_bAlone = false;
                 if (m_listed.test(slot)) {
@@ -52,7 +52,7 @@ class CModel {
     }
 
     void modifier(bool bDown, DWORD time) {
-        const bool bRepeat = bDown && m_bHeld && time - m_nSince <= hotkey::CKeyTracker::kRepeatGap;
+        const bool bRepeat = bDown && m_bHeld && time - m_nSince <= keyboard::kRepeatGap;
         if (bDown && m_bHeld && !bRepeat) {
             finish();
         }
@@ -107,11 +107,11 @@ class CModel {
         const auto due = std::find(m_vecDue.begin(), m_vecDue.end(), slot);
         if (due != m_vecDue.end()) {
             m_vecDue.erase(due);
-            out.push_back(word("/", hotkey::codeOfSlot(slot)));
+            out.push_back(word("/", keyboard::codeOfSlot(slot)));
         }
     }
 
-    hotkey::KeySet m_listed;
+    keyboard::KeySet m_listed;
     bool m_bSticky;
     bool m_bHeld = false;
     bool m_bActive = false;

@@ -113,7 +113,7 @@ TEST_F(KeyTracker, ReleaseOfAKeyThatWasNeverSeenDownPasses) {
 TEST_F(KeyTracker, KeysWithoutAScanCodeAndImpossibleSlotsPass) {
     modifierDown();
     EXPECT_FALSE(m_tracker.handle({VK_PACKET, 0, true, 5000}));
-    EXPECT_FALSE(m_tracker.handle({0xFFFFFFFF, hotkey::kKeySlots, true, 5000}));
+    EXPECT_FALSE(m_tracker.handle({0xFFFFFFFF, keyboard::kKeySlots, true, 5000}));
     EXPECT_FALSE(m_tracker.handle({0, 0xFFFFFFFF, false, 5000}));
     EXPECT_EQ(m_report.take(), "0");
 }
@@ -164,22 +164,6 @@ TEST_F(KeyTracker, PressThatCannotBeReportedGetsNoBreak) {
     EXPECT_FALSE(up(kF3));
     modifierUp();
     EXPECT_EQ(m_report.take(), "0 /0");
-}
-
-TEST(KeyCodes, SlotsAndCodesMapOntoEachOther) {
-    for (std::size_t slot = 1; slot < hotkey::kKeySlots; ++slot) {
-        if (slot != 0x100) {
-            EXPECT_EQ(hotkey::slotOfCode(hotkey::codeOfSlot(slot)), slot);
-        }
-    }
-    EXPECT_EQ(hotkey::codeOfSlot(0x3B), 0x3Bu);
-    EXPECT_EQ(hotkey::codeOfSlot(0x14B), 0xE04Bu);
-}
-
-TEST(KeyCodes, NumbersThatNoKeyHasMapToNothing) {
-    for (const DWORD code : {0u, 0x100u, 0x1C1u, 0xE000u, 0xE100u, 0xE11Du, 0x1E04Bu, 0x80000000u, 0xFFFFFFFFu}) {
-        EXPECT_EQ(hotkey::slotOfCode(code), 0u) << std::hex << code;
-    }
 }
 
 }  // namespace companions

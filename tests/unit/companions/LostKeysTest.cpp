@@ -88,10 +88,10 @@ TEST_F(LostKeys, KeyPressedAloneIsForgottenWhenLost) {
 TEST_F(LostKeys, PressAfterALongSilenceIsANewPress) {
     modifierDown();
     down(kF1);
-    m_nTime += hotkey::CKeyTracker::kRepeatGap;
+    m_nTime += keyboard::kRepeatGap;
     EXPECT_TRUE(down(kF1));
     EXPECT_EQ(m_report.take(), "0 3b /3b 3b");
-    m_nTime += hotkey::CKeyTracker::kRepeatGap;
+    m_nTime += keyboard::kRepeatGap;
     modifierDown();
     EXPECT_EQ(m_report.take(), "/3b /0 0");
 }
@@ -99,7 +99,7 @@ TEST_F(LostKeys, PressAfterALongSilenceIsANewPress) {
 TEST_F(LostKeys, SlowRepeatIsNotANewPress) {
     modifierDown();
     down(kF1);
-    m_nTime += hotkey::CKeyTracker::kRepeatGap - 10;
+    m_nTime += keyboard::kRepeatGap - 10;
     EXPECT_TRUE(down(kF1));
     EXPECT_EQ(m_report.take(), "0 3b");
 }

@@ -15,8 +15,8 @@ TEST(PressFilter, CountsPressesAndNotRepeats) {
 TEST(PressFilter, LostReleaseCostsNoPressAfterALongSilence) {
     CPressFilter filter;
     EXPECT_TRUE(filter.isPress(true, 100));
-    EXPECT_FALSE(filter.isPress(true, 100 + hotkey::CKeyTracker::kRepeatGap));
-    EXPECT_TRUE(filter.isPress(true, 101 + 2 * hotkey::CKeyTracker::kRepeatGap));
+    EXPECT_FALSE(filter.isPress(true, 100 + keyboard::kRepeatGap));
+    EXPECT_TRUE(filter.isPress(true, 101 + 2 * keyboard::kRepeatGap));
 }
 
 TEST(PressFilter, ReleaseWithoutAPressIsNothing) {

@@ -5,11 +5,11 @@
 
 #include <memory>
 
-#include "KeyTracker.h"
-#include "LibraryThread.h"
 #include "common/Handle.h"
+#include "keyboard/KeyEvent.h"
+#include "keyboard/LibraryThread.h"
 
-namespace hotkey {
+namespace keyboard {
 
 // All calls come on the hook's thread.
 class IHookClient {
@@ -50,7 +50,4 @@ class CHookThread {
     HRESULT m_hrInstalled = E_PENDING;
 };
 
-// What the hook was told, as the tracker wants it. Injected keys without a scan code get the layout's.
-[[nodiscard]] KeyEvent keyEventOf(const KBDLLHOOKSTRUCT& info) noexcept;
-
-}  // namespace hotkey
+}  // namespace keyboard

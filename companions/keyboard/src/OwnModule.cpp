@@ -1,6 +1,6 @@
-#include "OwnModule.h"
+#include "keyboard/OwnModule.h"
 
-namespace hotkey {
+namespace keyboard {
 
 HMODULE ownModule() noexcept {
     HMODULE hModule = nullptr;
@@ -9,4 +9,4 @@ HMODULE ownModule() noexcept {
     return hModule;
 }
 
-}  // namespace hotkey
+}  // namespace keyboard

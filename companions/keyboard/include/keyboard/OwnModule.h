@@ -3,9 +3,9 @@
 
 #include <windows.h>
 
-namespace hotkey {
+namespace keyboard {
 
 // Without a reference of its own. Thread: any, but not while the loader is busy.
 [[nodiscard]] HMODULE ownModule() noexcept;
 
-}  // namespace hotkey
+}  // namespace keyboard

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-namespace hotkey {
+namespace keyboard {
 
 class CExclusiveLock {
  public:
@@ -16,4 +16,4 @@ class CExclusiveLock {
     SRWLOCK& m_lock;
 };
 
-}  // namespace hotkey
+}  // namespace keyboard

@@ -1,11 +1,11 @@
-#include "HookThread.h"
+#include "keyboard/HookThread.h"
 
 #include <atomic>
 #include <utility>
 
-#include "OwnModule.h"
+#include "keyboard/OwnModule.h"
 
-namespace hotkey {
+namespace keyboard {
 namespace {
 
 std::atomic<IHookClient*> s_pClient{nullptr};
@@ -33,22 +33,6 @@ DWORD timeToTick(DWORD interval, ULONGLONG lastTick) noexcept {
 }
 
 }  // namespace
-
-KeyEvent keyEventOf(const KBDLLHOOKSTRUCT& info) noexcept {
-    KeyEvent event{info.vkCode, info.scanCode & 0xFF, (info.flags & LLKHF_UP) == 0, info.time};
-    bool bExtended = (info.flags & LLKHF_EXTENDED) != 0;
-    if (info.vkCode == VK_PACKET) {
-        event.slot = 0;  // a character, not a key
-    } else if (event.slot == 0) {
-        const UINT scan = ::MapVirtualKeyW(info.vkCode, MAPVK_VK_TO_VSC_EX);
-        event.slot = scan & 0xFF;
-        bExtended = bExtended || (scan & 0xFF00) != 0;
-    }
-    if (event.slot != 0 && bExtended) {
-        event.slot |= 0x100;
-    }
-    return event;
-}
 
 CHookThread::CHookThread() noexcept
     : m_hReady(autoResetEvent()), m_hWake(autoResetEvent()), m_hStop(autoResetEvent()) {}
@@ -128,4 +112,4 @@ LRESULT CALLBACK CHookThread::_hookProc(int code, WPARAM wParam, LPARAM lParam) 
     return ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-}  // namespace hotkey
+}  // namespace keyboard

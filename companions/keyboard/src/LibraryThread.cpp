@@ -1,9 +1,9 @@
-#include "LibraryThread.h"
+#include "keyboard/LibraryThread.h"
 
 #include <memory>
 #include <utility>
 
-namespace hotkey {
+namespace keyboard {
 namespace {
 
 struct StartBlock {
@@ -48,4 +48,4 @@ bool CLibraryThread::wait(DWORD milliseconds) const noexcept {
     return !m_hThread || ::WaitForSingleObject(m_hThread.get(), milliseconds) == WAIT_OBJECT_0;
 }
 
-}  // namespace hotkey
+}  // namespace keyboard

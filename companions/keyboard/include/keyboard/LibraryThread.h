@@ -7,7 +7,7 @@
 
 #include "common/Handle.h"
 
-namespace hotkey {
+namespace keyboard {
 
 // The thread holds a reference to the module that this code is in and gives it up with its last step, so the code stays
 // mapped for as long as it runs, whatever the host does. Destroying the object lets a running thread go on.
@@ -24,4 +24,4 @@ class CLibraryThread {
     DWORD m_nId = 0;
 };
 
-}  // namespace hotkey
+}  // namespace keyboard
