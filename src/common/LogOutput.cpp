@@ -2,7 +2,11 @@
 
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
 #include <shlobj.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <climits>
@@ -22,6 +26,12 @@ void createFoldersOf(const wchar_t* path) {
     }
     *fileName = L'\0';
     ::SHCreateDirectoryExW(nullptr, full.data(), nullptr);
+}
+
+// Every write goes to the end of the file, wherever that is by then: another process that empties the file at its own
+// first line leaves no hole. Others may read, write and empty the file meanwhile. -1 and errno when that fails.
+int openForAppending(const wchar_t* path, int truncation) {
+    return ::_wsopen(path, _O_WRONLY | _O_CREAT | _O_APPEND | _O_TEXT | truncation, _SH_DENYNO, _S_IREAD | _S_IWRITE);
 }
 
 bool fitsIntoStream(wchar_t unit) {
@@ -51,7 +61,7 @@ void LogOutput::write(const Line& line) {
             _writeToKeptFile(line);
             break;
         case kFilePerLine:
-            if (const Stream stream = _openLogFile(L"a")) {
+            if (const Stream stream = _openLogFile(FileMode::Keep)) {
                 writeToStream(stream.get(), line);
             }
             break;
@@ -66,7 +76,7 @@ void LogOutput::write(const Line& line) {
 void LogOutput::_writeToKeptFile(const Line& line) {
     if (!m_bOpenTried) {
         m_bOpenTried = true;
-        m_pStream = _openLogFile(L"w");
+        m_pStream = _openLogFile(FileMode::Truncate);
     }
     if (m_pStream == nullptr) {
         return;
@@ -77,16 +87,21 @@ void LogOutput::_writeToKeptFile(const Line& line) {
     }
 }
 
-LogOutput::Stream LogOutput::_openLogFile(const wchar_t* mode) const {
+LogOutput::Stream LogOutput::_openLogFile(FileMode mode) const {
     Path path{};
     const DWORD length = ::ExpandEnvironmentStringsW(m_settings.logFile.data(), path.data(), kPathChars);
     if (length == 0 || length > kPathChars) {
         return nullptr;
     }
-    Stream stream(::_wfopen(path.data(), mode));
-    if (stream == nullptr && errno == ENOENT) {
+    const int truncation = mode == FileMode::Truncate ? _O_TRUNC : 0;
+    int file = openForAppending(path.data(), truncation);
+    if (file == -1 && errno == ENOENT) {
         createFoldersOf(path.data());
-        stream.reset(::_wfopen(path.data(), mode));
+        file = openForAppending(path.data(), truncation);
+    }
+    Stream stream(file == -1 ? nullptr : ::_fdopen(file, "a"));
+    if (stream == nullptr && file != -1) {
+        ::_close(file);
     }
     return stream;
 }

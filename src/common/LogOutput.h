@@ -21,7 +21,9 @@ class LogOutput final : public ILineSink {
     };
     using Stream = std::unique_ptr<std::FILE, CloseStream>;
 
-    [[nodiscard]] Stream _openLogFile(const wchar_t* mode) const;
+    enum class FileMode { Truncate, Keep };
+
+    [[nodiscard]] Stream _openLogFile(FileMode mode) const;
     void _writeToKeptFile(const Line& line);
 
     const Settings m_settings;

@@ -220,6 +220,15 @@ TEST_F(LogProcessWaiting, WithFlushEveryLineIsThereAtOnce) {
     EXPECT_EQ(log(), errorLine("a") + errorLine("b") + errorLine("c"));
 }
 
+TEST_F(LogProcessWaiting, AfterAnotherProcessEmptiedTheKeptFileItIsWrittenOnWithoutAHole) {
+    settings("Flush=1\r\n");
+    startAndWait(L"\"e:a line that is longer than all that follow\" wait e:b e:c");
+    runProbe(L"e:x");
+    EXPECT_EQ(log(), errorLine("x")) << "emptied at the first line";
+    goOn();
+    EXPECT_EQ(log(), errorLine("x") + errorLine("b") + errorLine("c"));
+}
+
 TEST_F(LogProcessWaiting, FilePerLineAppendsAndClosesTheFile) {
     settings("Destination=3\r\n");
     TempFolder::write(logFile(), "kept\r\n");
