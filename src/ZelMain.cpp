@@ -156,7 +156,7 @@ HRESULT CZelMainApp::installPrtscHook() {
     if (!m_hPrtHookDll) {
         RETURN_LOGGED(E_POINTER);
     }
-    const auto install = findExport<PrtInstallHook>(m_hPrtHookDll, PRT_INSTALL_HOOK);
+    const auto install = findExport<PrtInstallHook>(m_hPrtHookDll.get(), PRT_INSTALL_HOOK);
     if (install == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }

@@ -1,8 +1,8 @@
 // The entry point: all there is to the program stands behind the application object.
 #include "ZelMain.h"
-#include "common/SiblingLibrary.h"
+#include "common/LibrarySearch.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, wchar_t* commandLine, int /*show*/) {
-    restrictLibrarySearch();
+    prepareLibraryLoading();
     return theApp.Main(instance, commandLine);
 }

@@ -1,5 +1,7 @@
 #include "Logic/HotkeyEventHandler.h"
 
+#include <utility>
+
 #include "ZelMain.h"
 #include "common/SiblingLibrary.h"
 #include "common/Status.h"
@@ -7,35 +9,32 @@
 
 namespace {
 
-// The hotkey library stays loaded to the end of the process: a callback may still be on its way out of it.
-struct HotkeyLibrary {
-    common::UniqueModule module;
-    bool started = false;
-};
+// The bound hotkey library. Null while there is none.
+HMODULE g_hHotkeyLibrary = nullptr;
 
-HotkeyLibrary& hotkeyLibrary() {
-    static HotkeyLibrary library;
-    return library;
+// A library that was bound stays mapped to the end of the process: a callback may still be on its way out of it.
+HMODULE keepMapped(common::UniqueModule module) {
+    return module.release();
 }
 
 }  // namespace
 
 HRESULT CHotkeyEventHandler::startHotkeyEventLoop() {
     LOG_ENTER_LEAVE();
-    HotkeyLibrary& library = hotkeyLibrary();
-    library.module = loadSibling(ZEL_MAIN_LIBRARY);
-    if (!library.module) {
+    common::UniqueModule module = loadSibling(ZEL_MAIN_LIBRARY);
+    if (!module) {
         RETURN_LOGGED(E_FAIL);
     }
-    const auto start = findExport<ZelStart>(library.module, ZEL_START);
-    const auto enable = findExport<ZelEnableHotkey>(library.module, ZEL_ENABLE_HOTKEY);
+    const auto start = findExport<ZelStart>(module.get(), ZEL_START);
+    const auto enable = findExport<ZelEnableHotkey>(module.get(), ZEL_ENABLE_HOTKEY);
     if (start == nullptr || enable == nullptr) {
         RETURN_LOGGED(E_FAIL);
     }
+    // From here on the library is stopped at the end: a start that failed may have left half of it running.
+    g_hHotkeyLibrary = keepMapped(std::move(module));
     if (start(&CHotkeyEventHandler::_hotkeyNotify, &CHotkeyEventHandler::_changeConfigNotify) != S_OK) {
         RETURN_LOGGED(E_FAIL);
     }
-    library.started = true;
     if (enable() != S_OK) {
         RETURN_LOGGED(E_FAIL);
     }
@@ -44,12 +43,11 @@ HRESULT CHotkeyEventHandler::startHotkeyEventLoop() {
 
 void CHotkeyEventHandler::stopHotkeyEventLoop() {
     LOG_ENTER_LEAVE();
-    HotkeyLibrary& library = hotkeyLibrary();
-    if (!library.started) {
+    const HMODULE hLibrary = std::exchange(g_hHotkeyLibrary, nullptr);
+    if (hLibrary == nullptr) {
         return;
     }
-    library.started = false;
-    const auto stop = findExport<ZelStop>(library.module, ZEL_STOP);
+    const auto stop = findExport<ZelStop>(hLibrary, ZEL_STOP);
     if (stop == nullptr || stop() != S_OK) {
         LOG_STATUS(E_FAIL);
     }
@@ -57,8 +55,11 @@ void CHotkeyEventHandler::stopHotkeyEventLoop() {
 
 void CHotkeyEventHandler::cancelHotkeyIOEvent() {
     LOG_ENTER_LEAVE();
-    const common::UniqueModule module = loadSibling(ZEL_EVNT_LIBRARY);
-    const auto cancel = module ? findExport<ZelCancelQueryEvent>(module, ZEL_CANCEL_QUERY_EXPORT) : nullptr;
+    common::UniqueModule module = loadSibling(ZEL_EVNT_LIBRARY);
+    const auto cancel = module ? findExport<ZelCancelQueryEvent>(module.get(), ZEL_CANCEL_QUERY_EXPORT) : nullptr;
+    if (cancel != nullptr) {
+        keepMapped(std::move(module));
+    }
     if (cancel == nullptr || cancel() != S_OK) {
         LOG_STATUS(E_FAIL);
     }

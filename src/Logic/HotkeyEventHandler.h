@@ -6,9 +6,10 @@
 
 class CHotkeyEventHandler {
  public:
-    // Binds "ZelMain.dll" and starts its event loop. E_FAIL when the library, an export or a call fails.
+    // Binds "ZelMain.dll" and starts its event loop. E_FAIL when the library, an export or a call fails. A library that
+    // was bound is never unloaded.
     [[nodiscard]] static HRESULT startHotkeyEventLoop();
-    // Ends the event loop, when it was started: no callback comes after this call.
+    // Ends the event loop when the library was bound, also when it could not be started. No callback comes after this.
     static void stopHotkeyEventLoop();
     // Cancels a pending hotkey query through "ZelEvnt.dll".
     static void cancelHotkeyIOEvent();

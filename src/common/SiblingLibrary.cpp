@@ -6,9 +6,6 @@
 
 namespace {
 
-// LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32
-constexpr DWORD kOwnFolderAndSystem = 0x00000200 | 0x00000800;
-
 // The executable's folder with its trailing backslash; empty when it cannot be had.
 std::wstring programFolder() {
     std::wstring path(MAX_PATH, L'\0');
@@ -25,16 +22,6 @@ std::wstring programFolder() {
 }
 
 }  // namespace
-
-void restrictLibrarySearch() {
-    using SetDefaultDllDirectories = BOOL(WINAPI*)(DWORD);
-    const auto restrict = reinterpret_cast<SetDefaultDllDirectories>(
-        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "SetDefaultDllDirectories")));
-    if (restrict != nullptr) {
-        restrict(kOwnFolderAndSystem);
-    }
-    ::SetDllDirectoryW(L"");  // no current directory in the old search order either
-}
 
 common::UniqueModule loadSibling(const wchar_t* pszFileName) {
     // The altered search path makes the library's own folder, not the current one, the place for what it needs itself.

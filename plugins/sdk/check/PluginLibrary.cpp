@@ -1,5 +1,7 @@
 #include "PluginLibrary.h"
 
+#include "common/LibrarySearch.h"
+
 namespace check {
 
 namespace {
@@ -51,7 +53,7 @@ CPluginLibrary::CallScope::~CallScope() {
 }
 
 bool CPluginLibrary::load(const std::wstring& path) {
-    m_hModule.reset(LoadLibraryW(path.c_str()));
+    m_hModule = loadLibraryByPath(path);
     if (!m_hModule) {
         m_report.error(L"The library cannot be loaded: " + loadFailure(GetLastError()) + L".");
     }

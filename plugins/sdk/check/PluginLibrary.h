@@ -21,7 +21,8 @@ class CPluginLibrary {
  public:
     explicit CPluginLibrary(CReport& report) : m_report(report) {}
 
-    // Reports why a file cannot be loaded. False then.
+    // Looks for the library and what it needs as the program does; the path is the function list's, so a relative one
+    // is not looked for in the current folder. Reports why a file cannot be loaded. False then.
     bool load(const std::wstring& path);
     void unload();
 

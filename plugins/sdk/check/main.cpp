@@ -6,6 +6,7 @@
 
 #include "PluginChecker.h"
 #include "PluginLibrary.h"
+#include "common/LibrarySearch.h"
 
 namespace {
 
@@ -41,15 +42,23 @@ bool parseItem(const wchar_t* text, std::optional<long>& item) {
     return end != text && *end == L'\0';
 }
 
+// What a person types means the current folder, where the program never looks.
+std::wstring fullPath(const wchar_t* path) {
+    std::wstring full(GetFullPathNameW(path, 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(path, static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
+    prepareLibraryLoading();
     SetUnhandledExceptionFilter(onCrash);
     std::optional<long> item;
     if (argc < 3 || argc > 4 || (argc == 4 && !parseItem(argv[3], item))) {
         return misuse();
     }
-    const check::CReport report = check::checkPlugin(argv[1], argv[2], item);
+    const check::CReport report = check::checkPlugin(fullPath(argv[1]), argv[2], item);
     tell(report.text());
     return report.count(check::Weight::Error) == 0 ? 0 : 1;
 }

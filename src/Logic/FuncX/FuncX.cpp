@@ -7,6 +7,7 @@
 
 #include "Logic/FuncX/PanicThread.h"
 #include "UI/ItemDlg/QrdItem.h"
+#include "common/LibrarySearch.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "framework/Dialog.h"
@@ -116,7 +117,7 @@ FARPROC CFuncX::findExport(const char* pszName) const {
 
 HRESULT CFuncX::loadPlugin(const std::wstring& strPath) {
     ::SetLastError(ERROR_MOD_NOT_FOUND);
-    m_hFuncDll.reset(strPath.empty() ? nullptr : ::LoadLibraryW(strPath.c_str()));
+    m_hFuncDll = strPath.empty() ? common::UniqueModule() : loadLibraryByPath(strPath);
     return m_hFuncDll ? S_OK : common::statusFromLastError();
 }
 

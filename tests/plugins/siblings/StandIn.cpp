@@ -44,7 +44,7 @@ Control& control() {
 LONG answer(Export& entry, const wchar_t* exportName) {
     InterlockedIncrement(&entry.calls);
     if (const std::wstring file = recordFile(); !file.empty()) {
-        sim::appendCall(file, {STANDIN_NAME, exportName, {}, entry.result});
+        sim::appendCall(file, {STANDIN_NAME, exportName, {L"mode " + std::to_wstring(::GetErrorMode())}, entry.result});
     }
     return entry.result;
 }

@@ -35,7 +35,8 @@ struct Control {
 
 using GetControl = Control*(WINAPI*)();
 
-// For the stand-ins themselves: counts and records the call and gives the configured result.
+// For the stand-ins themselves: counts and records the call and gives the configured result. The record of each call
+// has the process's error mode as its one argument.
 [[nodiscard]] Control& control();
 LONG answer(Export& entry, const wchar_t* exportName);
 

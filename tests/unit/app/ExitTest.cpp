@@ -63,6 +63,23 @@ TEST_F(StartTest, MissingStopIsLoggedAtTheEndOnly) {
     expectNothingLeft(m_windows);
 }
 
+// A callback may return after Stop gave up waiting for it, into a library that nobody holds any more.
+TEST_F(StartTest, BoundLibrariesStayMappedAfterTheEnd) {
+    const std::wstring hotkeys = siblings::copyThatNobodyHolds(L"ZelMain.dll");
+    const std::wstring queries = siblings::copyThatNobodyHolds(L"ZelEvnt.dll");
+    ASSERT_TRUE(start());
+    end();
+    EXPECT_NE(::GetModuleHandleW(hotkeys.c_str()), nullptr);
+    EXPECT_NE(::GetModuleHandleW(queries.c_str()), nullptr);
+}
+
+TEST_F(StartTest, LibraryThatCouldNotBeBoundIsUnloaded) {
+    siblings::withoutExport(L"ZelEvnt.dll", L"CancelQueryEvent");
+    const std::wstring queries = siblings::copyThatNobodyHolds(L"ZelEvnt.dll");
+    ASSERT_TRUE(start());
+    EXPECT_EQ(::GetModuleHandleW(queries.c_str()), nullptr);
+}
+
 TEST_F(StartTest, ClosingTheFrameEndsTheMessageLoop) {
     ASSERT_TRUE(start());
     HotkeyEventSeam::config(0x80000000U);
@@ -110,7 +127,7 @@ struct Fatal {
     const char* step;
     void (*arrange)();
     const wchar_t* line;  // the last error before InitInstance's own; null: none is asked for
-    LONG started;         // how often the hotkey library was stopped in the end
+    LONG stopped;         // how often the hotkey library was stopped in the end: when it was bound
     bool refuseFrame = false;
 };
 void PrintTo(const Fatal& fatal, std::ostream* out) {
@@ -134,7 +151,7 @@ TEST_P(FatalFailure, EndsTheStartAndLeavesNothing) {
     }
     end();
     expectNothingLeft(m_windows);
-    EXPECT_EQ(hotkeyLibrary().stop.calls, GetParam().started);
+    EXPECT_EQ(hotkeyLibrary().stop.calls, GetParam().stopped);
 }
 
 constexpr wchar_t kStartFailed[] = L"[ERR] (CHotkeyEventHandler::startHotkeyEventLoop): Error Code: 0x80004005";
@@ -146,7 +163,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fatal{"no ZelMain.dll", [] { siblings::remove(L"ZelMain.dll"); }, kStartFailed, 0},
         Fatal{"no Start", [] { siblings::withoutExport(L"ZelMain.dll", L"Start"); }, kStartFailed, 0},
         Fatal{"no EnableHotkey", [] { siblings::withoutExport(L"ZelMain.dll", L"EnableHotkey"); }, kStartFailed, 0},
-        Fatal{"Start fails", [] { siblings::control(L"ZelMain.dll").start.result = 7; }, kStartFailed, 0},
+        Fatal{"Start fails", [] { siblings::control(L"ZelMain.dll").start.result = 7; }, kStartFailed, 1},
         Fatal{"EnableHotkey fails", [] { siblings::control(L"ZelMain.dll").enableHotkey.result = -1; }, kStartFailed,
               1},
         Fatal{"no frame", [] {}, L"[ERR] (CZelMainApp::createSysMsgHandlerFrame): Error Code: 0x80004005", 1, true},

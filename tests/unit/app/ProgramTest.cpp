@@ -158,6 +158,12 @@ TEST_F(ProgramTest, StartsStopsAndCallsEachSiblingOnce) {
     EXPECT_EQ(strip(), nullptr);
 }
 
+TEST_F(ProgramTest, LoaderShowsNoMessageBoxes) {
+    ASSERT_TRUE(run());
+    EXPECT_EQ(calls("\tmode " + std::to_string(SEM_FAILCRITICALERRORS) + "\t"), 4)
+        << support::TempFolder::bytesOf(record());
+}
+
 struct CommandLine {
     const wchar_t* arguments;
     DWORD showAtLaunch;

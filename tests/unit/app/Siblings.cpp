@@ -1,10 +1,12 @@
 #include "app/Siblings.h"
 
+#include <filesystem>
 #include <map>
 
 #include "common/Handle.h"
 #include "common/SiblingLibrary.h"
 #include "support/AppRoom.h"
+#include "support/TempFolder.h"
 
 namespace siblings {
 
@@ -13,6 +15,7 @@ namespace {
 struct Places {
     std::map<std::wstring, std::wstring> variants;  // file -> subfolder of the stand-ins' folder
     std::map<std::wstring, bool> missing;
+    std::map<std::wstring, std::wstring> copies;  // file -> path
     std::vector<std::wstring> asked;
 };
 
@@ -24,6 +27,9 @@ Places& places() {
 std::wstring pathOf(const std::wstring& file) {
     if (file == L"CardArt.dll") {
         return support::AppRoom::artPath();
+    }
+    if (const auto copy = places().copies.find(file); copy != places().copies.end()) {
+        return copy->second;
     }
     wchar_t path[MAX_PATH];
     const std::wstring program(path, ::GetModuleFileNameW(nullptr, path, MAX_PATH));
@@ -48,6 +54,15 @@ void withoutExport(const std::wstring& file, const std::wstring& exportName) {
     places().variants[file] = L"no-" + exportName + L"\\";
     control(file) = {};
     control(file).installHook.result = TRUE;
+}
+
+std::wstring copyThatNobodyHolds(const std::wstring& file) {
+    static const support::TempFolder& folder = *new support::TempFolder;  // what stays mapped cannot be deleted
+    static int count = 0;
+    const std::filesystem::path place = folder / std::to_wstring(++count);
+    std::filesystem::create_directories(place);
+    std::filesystem::copy_file(pathOf(file), place / file);
+    return places().copies[file] = (place / file).wstring();
 }
 
 const std::vector<std::wstring>& asked() {

@@ -16,6 +16,9 @@ void remove(const std::wstring& file);
 // "ZelMain.dll", "Stop": the variant without that export.
 void withoutExport(const std::wstring& file, const std::wstring& exportName);
 
+// The program finds a copy of that file from here to the next reset. The path of the copy.
+[[nodiscard]] std::wstring copyThatNobodyHolds(const std::wstring& file);
+
 // The names that were asked for, in order.
 [[nodiscard]] const std::vector<std::wstring>& asked();
 

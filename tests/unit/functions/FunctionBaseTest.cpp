@@ -3,6 +3,7 @@
 #include "Logic/FuncX/FuncXUseCircleItem.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "functions/FunctionFixture.h"
+#include "support/DependentPlugin.h"
 
 namespace functest {
 
@@ -115,6 +116,24 @@ TEST_F(FunctionBase, NullEmptyAndEndlessPathsAreMissingLibraries) {
     EXPECT_TRUE(FAILED(m_function.initHotkeyDll(L"")));
     EXPECT_TRUE(FAILED(m_function.initHotkeyDll(std::wstring(100000, L'x').c_str())));
     EXPECT_FALSE(m_function.loaded());
+}
+
+TEST_F(FunctionBase, APluginFindsWhatItNeedsInItsOwnFolder) {
+    const support::DependentPlugin plugin(support::DependentPlugin::Place::BesideThePlugin);
+    EXPECT_EQ(m_function.initHotkeyDll(plugin.path().c_str()), S_OK);
+    EXPECT_TRUE(m_function.isFuncSupported());
+    m_function.finalize();
+    EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(FunctionBase, WhatAPluginNeedsIsNotSoughtInTheCurrentFolderOrAlongPath) {
+    using Place = support::DependentPlugin::Place;
+    for (const Place place : {Place::InTheCurrentFolder, Place::AlongPath}) {
+        const support::DependentPlugin plugin(place);
+        EXPECT_EQ(m_function.initHotkeyDll(plugin.path().c_str()), kModuleNotFound) << static_cast<int>(place);
+        EXPECT_FALSE(m_function.loaded());
+        m_function.finalize();
+    }
 }
 
 TEST_F(FunctionBase, EnvironmentReferencesInThePathAreExpanded) {

@@ -7,6 +7,7 @@
 
 #include "Contract.h"
 #include "plugins/InstrumentedPlugin.h"
+#include "support/DependentPlugin.h"
 
 namespace plugintest {
 namespace {
@@ -85,6 +86,19 @@ TEST_F(PluginChecker, ChangesNothingUnlessAnItemIsGiven) {
 TEST_F(PluginChecker, RefusesFilesAndFunctionsThatAreNone) {
     EXPECT_TELLS(check::checkPlugin(L"C:\\none.dll", L"Mute"), Weight::Error, L"cannot be loaded");
     EXPECT_TELLS(check(L"Muet"), Weight::Error, L"knows no function \"Muet\"");
+}
+
+TEST_F(PluginChecker, SearchesWhatAPluginNeedsWhereTheProgramDoes) {
+    using Place = support::DependentPlugin::Place;
+    {
+        const support::DependentPlugin plugin(Place::BesideThePlugin);
+        EXPECT_FALSE(tells(check::checkPlugin(plugin.path(), L"Lock"), Weight::Error, L"cannot be loaded"));
+    }
+    for (const Place place : {Place::InTheCurrentFolder, Place::AlongPath}) {
+        const support::DependentPlugin plugin(place);
+        EXPECT_TELLS(check::checkPlugin(plugin.path(), L"Lock"), Weight::Error,
+                     L"a library that it needs, is not there");
+    }
 }
 
 TEST_F(PluginChecker, TellsThatAnUnsupportedFunctionGetsNoCard) {

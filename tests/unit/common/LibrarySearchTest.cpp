@@ -1,0 +1,66 @@
+// Where libraries are looked for. The restriction holds for the whole process, which is why this program is one by
+// itself.
+#include "common/LibrarySearch.h"
+
+#include <gtest/gtest.h>
+
+#include "support/DependentPlugin.h"
+
+namespace {
+
+using support::DependentPlugin;
+using Place = support::DependentPlugin::Place;
+
+constexpr DWORD kOwnAndDefaultFolders = 0x1100;  // LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR, _DEFAULT_DIRS
+
+TEST(LibrarySearch, OnlyAnAbsolutePathMakesItsFolderAPlaceToSearch) {
+    for (const wchar_t* path : {L"C:\\p\\x.dll", L"z:\\x.dll", L"\\\\server\\share\\x.dll", L"\\\\?\\C:\\x.dll"}) {
+        EXPECT_EQ(librarySearchFlags(path, true), kOwnAndDefaultFolders) << path;
+    }
+    for (const wchar_t* path : {L"x.dll", L"p\\x.dll", L".\\x.dll", L"C:x.dll", L"\\x.dll", L"1:\\x.dll", L"C:", L""}) {
+        EXPECT_EQ(librarySearchFlags(path, true), 0U) << path;
+    }
+}
+
+TEST(LibrarySearch, ASystemWithoutTheFlagsIsNotAskedForThem) {
+    EXPECT_EQ(librarySearchFlags(L"C:\\p\\x.dll", false), 0U);
+}
+
+TEST(LibrarySearch, PreparationTurnsTheLoadersMessageBoxesOff) {
+    ::SetErrorMode(0);
+    prepareLibraryLoading();
+    EXPECT_EQ(::GetErrorMode() & SEM_FAILCRITICALERRORS, static_cast<UINT>(SEM_FAILCRITICALERRORS));
+    ::SetErrorMode(SEM_NOALIGNMENTFAULTEXCEPT);
+    prepareLibraryLoading();
+    EXPECT_EQ(::GetErrorMode(), static_cast<UINT>(SEM_FAILCRITICALERRORS | SEM_NOALIGNMENTFAULTEXCEPT))
+        << "what was set stays set";
+}
+
+TEST(LibrarySearch, ALibraryFindsWhatItNeedsBesideItself) {
+    prepareLibraryLoading();
+    const DependentPlugin plugin(Place::BesideThePlugin);
+    EXPECT_TRUE(loadLibraryByPath(plugin.path()));
+    std::wstring slashes = plugin.path();
+    std::replace(slashes.begin(), slashes.end(), L'\\', L'/');
+    EXPECT_TRUE(loadLibraryByPath(slashes));
+}
+
+class Elsewhere : public testing::TestWithParam<Place> {};
+
+TEST_P(Elsewhere, WhatALibraryNeedsIsNotFound) {
+    prepareLibraryLoading();
+    const DependentPlugin plugin(GetParam());
+    EXPECT_FALSE(loadLibraryByPath(plugin.path()));
+    EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
+}
+
+TEST_P(Elsewhere, ALibraryWithoutAFolderIsNotFound) {
+    prepareLibraryLoading();
+    const DependentPlugin plugin(GetParam());
+    EXPECT_FALSE(loadLibraryByPath(L"NeededLibrary.dll"));
+    EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, Elsewhere, testing::Values(Place::InTheCurrentFolder, Place::AlongPath));
+
+}  // namespace
