@@ -1,6 +1,7 @@
 """Links between documents lead somewhere, and what the documents name exists."""
 import posixpath
 import re
+import subprocess
 
 import tree
 
@@ -41,3 +42,13 @@ def test_named_files_exist():
             if "*" not in path and not (tree.ROOT / path).exists():
                 broken.append(f"{name}: {quoted}")
     assert not broken, "\n" + "\n".join(broken)
+
+
+def test_no_picture_is_empty():
+    empty = [name for name in tree.files(".png") if name.startswith("docs/") and colours_of(name) < 64]
+    assert not empty, empty
+
+
+def colours_of(name):
+    return int(subprocess.run(["identify", "-format", "%k", str(tree.ROOT / name)], capture_output=True, text=True,
+                              check=True).stdout)

@@ -25,8 +25,16 @@ ExitCode refused(LSTATUS error, std::wstring& answer) {
 
 ExitCode onRegister(const Arguments& arguments, std::wstring& answer) {
     const bool all = arguments.size() == 2 && arguments[1] == L"/all";
-    if (arguments.size() > 1 && !all) {
+    const bool keep = arguments.size() == 2 && arguments[1] == L"/keep";
+    if (arguments.size() > 1 && !all && !keep) {
         return kWrongUse;
+    }
+    const ListState list = keep ? listState(HKEY_LOCAL_MACHINE, programFolder()) : ListState::None;
+    if (list == ListState::Other) {
+        answer = L"The function list is not the sample any more: it stays as it is.\n";
+    }
+    if (list != ListState::None) {
+        return kDone;
     }
     const LSTATUS error = registerSample(HKEY_LOCAL_MACHINE, programFolder(), all);
     return error == ERROR_SUCCESS ? kDone : refused(error, answer);
@@ -90,7 +98,9 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {L"/register", onRegister, L"/register [/all]: make Fenwyn show this notebook's functions"},
+    {L"/register", onRegister,
+     L"/register [/all|/keep]: make Fenwyn show this notebook's functions; /all: the older output too; /keep: only "
+     L"where there is no function list"},
     {L"/unregister", onUnregister, L"/unregister: take these settings out again"},
     {L"/end", onEnd, L"/end: end Fenwyn and wait until it is gone"},
     {L"/reset", onReset, L"/reset: a new machine"},

@@ -1,5 +1,6 @@
 #include "SampleSettings.h"
 
+#include <algorithm>
 #include <set>
 
 #include "Functions.h"
@@ -103,6 +104,22 @@ LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all) {
         }
     }
     return ERROR_SUCCESS;
+}
+
+ListState listState(HKEY root, const std::wstring& folder) {
+    if (RegGetValueW(root, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_ANY, nullptr, nullptr, nullptr) !=
+        ERROR_SUCCESS) {
+        return ListState::None;
+    }
+    for (const bool all : {false, true}) {
+        const std::vector<Setting> settings = sampleSettings(folder, all);
+        if (std::ranges::all_of(settings, [root](const Setting& setting) {
+                return setting.keepExisting || stillAsWritten(root, setting);
+            })) {
+            return ListState::Sample;
+        }
+    }
+    return ListState::Other;
 }
 
 LSTATUS unregisterSample(HKEY root, const std::wstring& folder) {

@@ -25,6 +25,11 @@ struct Setting {
 // to write there.
 [[nodiscard]] LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all);
 
+// Whether there is a function list below `root`, and whether it is the sample's (with or without the functions that are
+// not in the sample list).
+enum class ListState { None, Sample, Other };
+[[nodiscard]] ListState listState(HKEY root, const std::wstring& folder);
+
 // Removes each value that still is as registerSample wrote it, and the keys that became empty. What others wrote or
 // changed stays. Nothing to remove is a success.
 [[nodiscard]] LSTATUS unregisterSample(HKEY root, const std::wstring& folder);

@@ -59,6 +59,24 @@ TEST_F(Commands, StateTellsEveryFunction) {
     EXPECT_NE(m_strAnswer.find(L"Output\tarrangement 0\n"), std::wstring::npos);
 }
 
+TEST_F(Commands, RegisterKeepsAListThatSomebodyChanged) {
+    const auto list = [] {
+        wchar_t text[512] = L"";
+        DWORD bytes = sizeof text;
+        RegGetValueW(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_REG_SZ, nullptr, text, &bytes);
+        return std::wstring(text);
+    };
+    EXPECT_EQ(run({L"/register", L"/keep"}), sim::kDone);
+    EXPECT_TRUE(list().starts_with(L"Mute;Lock;")) << "there was none";
+    const wchar_t mine[] = L"Mute;";
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, REG_SZ, mine, sizeof mine);
+    EXPECT_EQ(run({L"/register", L"/keep"}), sim::kDone);
+    EXPECT_EQ(list(), L"Mute;");
+    EXPECT_NE(m_strAnswer.find(L"stays as it is"), std::wstring::npos);
+    EXPECT_EQ(run({L"/register"}), sim::kDone);
+    EXPECT_TRUE(list().starts_with(L"Mute;Lock;"));
+}
+
 TEST_F(Commands, RegisterAndUnregisterWorkOnTheMachinesSettings) {
     EXPECT_EQ(run({L"/register", L"/all"}), sim::kDone);
     wchar_t path[MAX_PATH];

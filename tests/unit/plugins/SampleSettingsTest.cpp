@@ -77,6 +77,20 @@ TEST_F(SampleSettings, ConfigurationValueOfTheUserStays) {
     EXPECT_EQ(number(kConfig, L"MouseEnterIdle"), 500U);
 }
 
+TEST_F(SampleSettings, ListThatSomebodyChangedIsToldFromTheSample) {
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::None);
+    for (const bool all : {false, true}) {
+        ASSERT_EQ(add(all), ERROR_SUCCESS);
+        EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::Sample);
+    }
+    setNumber(kConfig, L"MouseEnterIdle", 900);
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::Sample) << "a setting is no list";
+    const wchar_t other[] = L"C:\\Mine.dll";
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, (std::wstring(kHotKey) + L"\\Mute").c_str(), L"FuncDll", REG_SZ, other,
+                    sizeof other);
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::Other);
+}
+
 TEST_F(SampleSettings, RemovingLeavesNothingBehind) {
     ASSERT_EQ(add(true), ERROR_SUCCESS);
     ASSERT_EQ(remove(), ERROR_SUCCESS);
