@@ -72,8 +72,10 @@ struct ItemRow {
     // The left edge of an item, counted from 0.
     [[nodiscard]] int left(int item) const;
 };
-// overhang: what a caption box sticks out on each side. An overhang that wrapped around stays harmless: the position is
-// computed in 32-bit arithmetic that wraps.
+// overhang: what a caption box sticks out on each side. Where the centred row has no place, it begins twice the
+// overhang from the left edge of the work area, or it ends one gap short of the right edge, whatever the overhang is;
+// that is what the formula gives, within the pixel that truncation takes. An overhang that wrapped around stays
+// harmless: the position is computed in 32-bit arithmetic that wraps.
 [[nodiscard]] ItemRow itemRow(const RECT& largeCard, const RECT& workArea, int itemWidth, int itemCount, int overhang,
                               double ratio);
 

@@ -59,12 +59,22 @@ def test_cards_shown_by_a_second_start_go_after_five_seconds(program):
 
 
 def test_a_second_start_brings_a_shown_strip_to_the_foreground(program):
-    program.configure(HideMainUIWhenLostFocus=1)
+    # With the focus it can hide when it loses it again.
+    program.configure(HideMainUIWhenLostFocus=1, ShowQrdAtLaunch=1)
     program.offer("Mute")
-    program.start()
+    program.start("/hide")
+    other = program.desktop.window
+    assert program.probe.foreground() == other
     texts, _ = program.second_start()
     assert "Need to hide main UI when lost focus." in texts
     assert not any(text.startswith("ASSERT") for text in texts)
+    program.expect_strip()
+    shown = time.monotonic()
+    wait_until(lambda: program.probe.foreground() == program.strip().hwnd,
+               lambda: f"the strip is in the foreground, not {program.probe.foreground():x}")
+    program.probe.focus(other)
+    program.expect_strip(shown=False)
+    assert time.monotonic() - shown < 4, "it went for the lost focus, not when its time was over"
 
 
 def test_a_second_start_while_the_first_has_no_window_yet_ends_quietly(program):

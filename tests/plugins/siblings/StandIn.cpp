@@ -43,6 +43,9 @@ Control& control() {
 
 LONG answer(Export& entry, const wchar_t* exportName) {
     InterlockedIncrement(&entry.calls);
+    if (g_control.called != nullptr) {
+        g_control.called(exportName);
+    }
     if (const std::wstring file = recordFile(); !file.empty()) {
         sim::appendCall(file, {STANDIN_NAME, exportName, {L"mode " + std::to_wstring(::GetErrorMode())}, entry.result});
     }

@@ -17,6 +17,9 @@ using HotkeyCallback = void(WINAPI*)(DWORD code, DWORD breakFlag);
 using ConfigCallback = void(WINAPI*)(DWORD kind);
 using PrintScreenCallback = LONG(WINAPI*)();
 
+// By a stand-in to an in-process test, on the thread of the call.
+using Called = void (*)(const wchar_t* exportName);
+
 struct Export {
     LONG result;  // 0; InstallHook: TRUE
     LONG calls;
@@ -31,6 +34,7 @@ struct Control {
     HotkeyCallback hotkeyCallback;  // as given to Start
     ConfigCallback configCallback;
     PrintScreenCallback printScreenCallback;  // as given to InstallHook
+    Called called;                            // told of every call when a test sets it
 };
 
 using GetControl = Control*(WINAPI*)();

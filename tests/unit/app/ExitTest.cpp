@@ -20,6 +20,7 @@ void expectNothingLeft(std::size_t windows) {
     EXPECT_FALSE(ZelMainSeam::prtHookDll());
     EXPECT_FALSE(ZelMainSeam::mutex());
     EXPECT_FALSE(mutexThere());
+    EXPECT_EQ(system_double::gdiplusSessions(), 0);
     EXPECT_EQ(theApp.m_pMainWnd.load(), nullptr);
     EXPECT_EQ(support::threadWindows(), windows);
     EXPECT_EQ(::GetModuleHandleW(support::AppRoom::artPath().c_str()), nullptr);
@@ -33,6 +34,26 @@ TEST_F(StartTest, EndReleasesEverything) {
     EXPECT_EQ(hotkeyLibrary().stop.calls, 1);
     EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 2);
     EXPECT_FALSE(m_plugin.heldByOthers());
+}
+
+// What comes later must not need what has gone before: windows before the pictures they show, the hooks before the
+// keys, GDI+ after the last picture, and the mutex last, because another start may take over as soon as it is free.
+TEST_F(StartTest, EndReleasesInTheOrderInWhichThingsNeedEachOther) {
+    ASSERT_TRUE(start());
+    EXPECT_EQ(system_double::gdiplusSessions(), 1);
+    system_double::State& system = system_double::state();
+    system.watched = {{stripWindow(), L"strip"},
+                      {hoverWindow(), L"hover strip"},
+                      {ZelMainSeam::pngDll().get(), L"CardArt.dll"},
+                      {ZelMainSeam::prtHookDll().get(), L"PrtHook.dll"},
+                      {ZelMainSeam::mutex().get(), L"mutex"}};
+    ASSERT_EQ(system.watched.size(), 5U);
+    hotkeyLibrary().called = [](const wchar_t* exportName) {
+        system_double::state().released.emplace_back(exportName);
+    };
+    end();
+    EXPECT_EQ(system.released, (std::vector<std::wstring>{L"strip", L"hover strip", L"CardArt.dll", L"PrtHook.dll",
+                                                          L"Stop", L"GDI+", L"mutex"}));
 }
 
 TEST_F(StartTest, EndWithCardsOpenReleasesEverything) {

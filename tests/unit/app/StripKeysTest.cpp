@@ -199,6 +199,10 @@ TEST_F(StripKeysTest, BreakArmsTheAutomaticHidingAndAMakeDisarmsIt) {
     EXPECT_EQ(key(kModifier, kBreak), S_OK);
     EXPECT_EQ(autoHide(), 1234U);
     EXPECT_TRUE(logged(L"[TRC] (CZelMainDlg::_autoHide): set timer to hide QRD after 1234 milliseconds."));
+    EXPECT_EQ(key(kModifier, kMake), S_OK);
+    EXPECT_EQ(autoHide(), 0U) << "the modifier's make disarms it as well";
+    EXPECT_EQ(key(kModifier, kBreak), S_OK);
+    EXPECT_EQ(autoHide(), 1234U);
     EXPECT_EQ(key(kMuteKey, kMake), S_OK);
     EXPECT_EQ(autoHide(), 0U);
     EXPECT_EQ(key(kMuteKey, kBreak), S_OK);

@@ -1,5 +1,7 @@
 #include "app/SystemDouble.h"
 
+#include "common/GdiPlus.h"
+
 namespace system_double {
 
 State& state() {
@@ -49,6 +51,36 @@ BOOL WINAPI cursorPosition(POINT* point) {
     return TRUE;
 }
 
+int g_gdiplusSessions = 0;
+
+void noteRelease(const void* released) {
+    // Threads of the tests' own close handles too, and watch none.
+    if (state().watched.empty()) {
+        return;
+    }
+    if (const auto found = state().watched.find(released); found != state().watched.end()) {
+        state().released.emplace_back(found->second);
+    }
+}
+
+BOOL WINAPI destroyWindow(HWND window) {
+    static const auto call = real<BOOL(WINAPI*)(HWND)>(L"user32.dll", "DestroyWindow");
+    noteRelease(window);
+    return call(window);
+}
+
+BOOL WINAPI freeLibrary(HMODULE module) {
+    static const auto call = real<BOOL(WINAPI*)(HMODULE)>(L"kernel32.dll", "FreeLibrary");
+    noteRelease(module);
+    return call(module);
+}
+
+BOOL WINAPI closeHandle(HANDLE handle) {
+    static const auto call = real<BOOL(WINAPI*)(HANDLE)>(L"kernel32.dll", "CloseHandle");
+    noteRelease(handle);
+    return call(handle);
+}
+
 BOOL WINAPI trackMouse(TRACKMOUSEEVENT* event) {
     state().tracked.push_back(*event);
     return TRUE;
@@ -88,6 +120,11 @@ BOOL WINAPI updateLayered(HWND window, HDC screen, POINT* target, SIZE* size, HD
 }
 
 }  // namespace
+
+int gdiplusSessions() {
+    return g_gdiplusSessions;
+}
+
 }  // namespace system_double
 
 // What the linker finds here it does not take from the system's import libraries.
@@ -100,4 +137,28 @@ extern const auto __imp_TrackMouseEvent = &system_double::trackMouse;
 extern const auto __imp_SetTimer = &system_double::setTimer;
 extern const auto __imp_KillTimer = &system_double::killTimer;
 extern const auto __imp_UpdateLayeredWindow = &system_double::updateLayered;
+extern const auto __imp_DestroyWindow = &system_double::destroyWindow;
+extern const auto __imp_FreeLibrary = &system_double::freeLibrary;
+extern const auto __imp_CloseHandle = &system_double::closeHandle;
+
+// GDI+ is called without the detour over an import pointer: the linker puts these in its place (--wrap).
+Gdiplus::GpStatus WINAPI __real_GdiplusStartup(ULONG_PTR* token, const Gdiplus::GdiplusStartupInput* input,
+                                               Gdiplus::GdiplusStartupOutput* output);
+Gdiplus::GpStatus WINAPI __wrap_GdiplusStartup(ULONG_PTR* token, const Gdiplus::GdiplusStartupInput* input,
+                                               Gdiplus::GdiplusStartupOutput* output);
+void WINAPI __real_GdiplusShutdown(ULONG_PTR token);
+void WINAPI __wrap_GdiplusShutdown(ULONG_PTR token);
+
+Gdiplus::GpStatus WINAPI __wrap_GdiplusStartup(ULONG_PTR* token, const Gdiplus::GdiplusStartupInput* input,
+                                               Gdiplus::GdiplusStartupOutput* output) {
+    const Gdiplus::GpStatus status = __real_GdiplusStartup(token, input, output);
+    system_double::g_gdiplusSessions += status == Gdiplus::Ok ? 1 : 0;
+    return status;
+}
+
+void WINAPI __wrap_GdiplusShutdown(ULONG_PTR token) {
+    --system_double::g_gdiplusSessions;
+    system_double::state().released.emplace_back(L"GDI+");
+    __real_GdiplusShutdown(token);
+}
 }

@@ -34,6 +34,11 @@ struct State {
     std::vector<std::vector<INPUT>> inputs;  // not given to the system
     std::vector<EXECUTION_STATE> executionStates;
     std::vector<TRACKMOUSEEVENT> tracked;  // not given to the system: the test sends what it wants to arrive
+
+    // What the test watches (windows, modules, handles) by the names it gives them, and the names in the order in which
+    // their owners let go of them.
+    std::map<const void*, const wchar_t*> watched;
+    std::vector<std::wstring> released;
 };
 
 // One for the process; only the user-interface thread of a test looks at it while other threads may write.
@@ -41,6 +46,9 @@ struct State {
 inline void reset() {
     state() = State();
 }
+
+// How often GDI+ is started and not shut down again.
+[[nodiscard]] int gdiplusSessions();
 
 // The period of a running timer; 0: there is none.
 [[nodiscard]] inline UINT timer(HWND window, UINT_PTR id) {

@@ -154,18 +154,25 @@ TEST(ItemRow, NarrowerThanTheCardHalvesTowardZero) {
     EXPECT_EQ(geometry::itemRow(rect(600, 0, 696, 144), kScreen, 57, 1, 0, 1.0).x, 619);
 }
 
-TEST(ItemRow, StartsAtTheLeftEdgePlusTheOverhang) {
+TEST(ItemRow, StartsTwiceTheOverhangFromTheLeftEdge) {
     const ItemRow row = geometry::itemRow(rect(0, 0, 96, 144), kScreen, 72, 3, 14, 1.0);
     EXPECT_LT(row.leftMax, 1.5);
-    // centre 48, less trunc(82 * (48 - 14) / 82), plus 14.
+    // centre 48, less trunc(82 * (48 - 14) / 82), plus 14: the caption of the first item is a whole overhang away.
     EXPECT_EQ(row.x, 28);
+    for (const int overhang : {-20, 0, 5, 30}) {
+        EXPECT_EQ(geometry::itemRow(rect(0, 0, 96, 144), kScreen, 72, 3, overhang, 1.0).x, 2 * overhang);
+    }
 }
 
-TEST(ItemRow, EndsOneGapAndTheOverhangShortOfTheRightEdge) {
+TEST(ItemRow, EndsOneGapShortOfTheRightEdgeWhateverTheOverhang) {
     const ItemRow row = geometry::itemRow(rect(1184, 0, 1280, 144), kScreen, 72, 4, 14, 1.0);
     // centre 1232, less trunc((4 - 34 / 82) * 82) = 294, plus 14.
     EXPECT_EQ(row.x, 952);
     EXPECT_EQ(row.x + row.allWidth, 1270);
+    // The overhang is taken away and added again: the caption of the last item may stick out of the screen.
+    for (const int overhang : {-20, 0, 5, 30}) {
+        EXPECT_EQ(geometry::itemRow(rect(1184, 0, 1280, 144), kScreen, 72, 4, overhang, 1.0).x, 952);
+    }
 }
 
 TEST(ItemRow, LeftEdgeWinsWhereBothAreTooNear) {
@@ -329,6 +336,12 @@ TEST_F(RandomLayout, ItemRowIsAsThePlainRuleSays) {
         }
         ++branches[branch];
         ASSERT_EQ(row.x, x);
+        // What the formula comes to at the edges; truncation takes at most a pixel.
+        if (branch == 1) {
+            ASSERT_NEAR(row.x, area.left + 2 * m, 1);
+        } else if (branch == 2) {
+            ASSERT_NEAR(row.x + row.allWidth, area.right - gap, 1);
+        }
         ASSERT_EQ(row.y, large.bottom + gap);
         ASSERT_EQ(row.pitch, pitch);
         ASSERT_EQ(row.allWidth, allWidth);

@@ -199,6 +199,31 @@ TEST_F(LargeCard, LostFocusFollowsTheCardsRule) {
     EXPECT_TRUE(logged(L"[TRC] (CLargeCardDlg::OnKillFocus): LEAVE CLargeCardDlg::OnKillFocus"));
 }
 
+TEST_F(LargeCard, FocusThatReallyMovesToAnItemKeepsTheStrip) {
+    CBlackCard& card = addCard(L"Mute", {0x3B});
+    m_room.setMouseOperating(true);
+    showStrip();
+    ASSERT_EQ(card.showLargeCardDlg(), S_OK);
+    const HWND enlarged = BlackCardSeam::largeCard(card)->m_hWnd;
+    ASSERT_FALSE(BlackCardSeam::items(card).empty());
+    const HWND item = BlackCardSeam::items(card).front()->windowHandle();
+    ::SetFocus(enlarged);
+    ASSERT_EQ(::GetFocus(), enlarged);
+    m_log.clear();
+    ::SetFocus(item);
+    ASSERT_EQ(::GetFocus(), item);
+    ASSERT_TRUE(logged(L"[TRC] (CLargeCardDlg::OnKillFocus): ENTER CLargeCardDlg::OnKillFocus"));
+    EXPECT_TRUE(stripShown());
+    EXPECT_TRUE(shown(enlarged));
+    EXPECT_TRUE(shown(item));
+    // To nobody at all: the cards go.
+    ::SetFocus(enlarged);
+    ASSERT_EQ(::GetFocus(), enlarged);
+    ::SetFocus(nullptr);
+    EXPECT_FALSE(stripShown());
+    EXPECT_FALSE(shown(enlarged));
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 
 // A text of one language, wherever the user interface stands.

@@ -35,6 +35,9 @@ class Output : public FunctionTest {
         m_items.clear();
         return m_function.initItems(m_items.vec());
     }
+    static bool panicEventThere() {
+        return static_cast<bool>(common::UniqueHandle(::OpenEventW(SYNCHRONIZE, FALSE, L"FnF5Panic")));
+    }
     static int workWidth() {
         RECT area{};
         EXPECT_EQ(getWorkArea(area), S_OK);
@@ -180,12 +183,15 @@ TEST_F(Output, FinalizeLogsItsName) {
 }
 
 TEST_F(Output, FinalizeAfterAFailedLoadEndsTheThread) {
+    m_function.finalize();  // its thread would keep the event alive
+    ASSERT_FALSE(panicEventThere());
     CFxOutput function({kCode}, L"Output");
     EXPECT_TRUE(FAILED(function.initHotkeyDll(L"C:\\nowhere\\missing.dll")));
+    EXPECT_TRUE(panicEventThere()) << "the thread runs before the plug-in is there";
     m_log.clear();
     function.finalize();
     EXPECT_THAT(errors(), IsEmpty());
-    m_function.finalize();
+    EXPECT_FALSE(panicEventThere());
     m_log.clear();
     function.finalize();  // no thread, no event
     EXPECT_THAT(errors(), ElementsAre(L"[ERR] (CFxOutput::finalize): ASSERT( hevtFnF5Panic )"));

@@ -166,6 +166,16 @@ TEST_F(PowerPlan, NullNameIsEmptyAndNullOutPointerFails) {
     EXPECT_TRUE(logged(L"[ERR] (CFxPowerPlan::getPowerPlanItemName): Error Code: 0x80004003"));
 }
 
+TEST_F(PowerPlan, APluginThatSucceedsWithoutATextGivesItemsWithoutCaption) {
+    m_plugin->nullPlanText = TRUE;
+    ASSERT_EQ(build(0x5, 2), S_OK);
+    EXPECT_EQ(m_items.views(), (std::vector<ItemView>{{L"", 159, 158}, {L"", 153, 152}}));
+    EXPECT_EQ(m_function.getCurrentStatus(), L"");
+    EXPECT_EQ(m_function.selectItem(1, -1), S_OK);
+    EXPECT_EQ(m_plugin.calls(instr::SelectItemId).at(0).arguments[0], 2);
+    EXPECT_THAT(errors(), IsEmpty());
+}
+
 TEST_F(PowerPlan, NoNameWithoutALibrary) {
     m_function.finalize();
     std::wstring strName = L"before";

@@ -135,6 +135,17 @@ TEST_F(Wireless, WithoutStatesOneNoticeIsShownAndNothingSelected) {
     EXPECT_THAT(errors(), IsEmpty());
 }
 
+TEST_F(Wireless, AFailedInformationCallForgetsTheStatesOfBefore) {
+    ASSERT_EQ(build(0x1), S_OK);
+    ASSERT_EQ(m_function.getCurrentStatus(), loadResString(512));
+    m_plugin->exports[instr::GetDisplayItemInfoId].result = -1;
+    ASSERT_EQ(build(0x1), S_OK);
+    EXPECT_EQ(m_function.getCurrentStatus(), loadResString(513)) << "no device is known to be on";
+    m_plugin->exports[instr::GetDisplayItemInfoId].result = 0;
+    ASSERT_EQ(build(0x2), S_OK);
+    EXPECT_EQ(m_function.getCurrentStatus(), loadResString(513));
+}
+
 TEST_F(Wireless, TheNoticeGoesWhenStatesComeBack) {
     m_plugin->exports[instr::GetDisplayItemInfoId].result = -1;
     ASSERT_EQ(build(0x3), S_OK);
