@@ -11,24 +11,25 @@ struct Verb {
 };
 
 constexpr Verb kVerbs[] = {
-    {L"\\outputconf", Task::Output},
-    {L"\\config", Task::Config},
-    {L"\\save", Task::Save},
+    {OUTPUT_SETUP_VERB_OUTPUT, Task::Output},
+    {OUTPUT_SETUP_VERB_CONFIG, Task::Config},
+    {OUTPUT_SETUP_VERB_SAVE, Task::Save},
 };
 
 constexpr std::wstring_view kBlanks = L" \t";
+constexpr unsigned kWholeMask = (1U << kMaskBits) - 1;
 constexpr std::uint64_t kLargestNumber = 0x7FFFFFFF;
 
 constexpr wchar_t lower(wchar_t letter) {
     return letter >= L'A' && letter <= L'Z' ? static_cast<wchar_t>(letter - L'A' + L'a') : letter;
 }
 
-bool equals(std::wstring_view text, std::wstring_view lowerCase) {
-    if (text.size() != lowerCase.size()) {
+bool sameVerb(std::wstring_view text, std::wstring_view verb) {
+    if (text.size() != verb.size()) {
         return false;
     }
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (lower(text[i]) != lowerCase[i]) {
+        if (lower(text[i]) != lower(verb[i])) {
             return false;
         }
     }
@@ -63,7 +64,7 @@ std::optional<Request> outputRequest(std::wstring_view argument) {
         return std::nullopt;
     }
     const auto mode = static_cast<int>(*value >> kMaskBits);
-    const auto mask = static_cast<unsigned>(*value & 0xFFFF);
+    const auto mask = static_cast<unsigned>(*value & kWholeMask);
     if (mode >= kMaskBits || ((mask >> mode) & 1U) == 0) {
         return std::nullopt;
     }
@@ -77,7 +78,7 @@ std::optional<Request> parseCommandLine(std::wstring_view commandLine) {
     const std::size_t end = line.find_first_of(kBlanks);
     const std::wstring_view argument = end == std::wstring_view::npos ? L"" : trimmed(line.substr(end));
     for (const Verb& verb : kVerbs) {
-        if (!equals(line.substr(0, end), verb.name)) {
+        if (!sameVerb(line.substr(0, end), verb.name)) {
             continue;
         }
         if (verb.task == Task::Output) {

@@ -1,18 +1,20 @@
-// What the program is asked to do, as the display-output function of the strip writes it on the command line.
+// What the program is asked to do on its command line, whose form stands in OutputSetup.h.
 #pragma once
 
 #include <optional>
 #include <string_view>
 
+#include "OutputSetup.h"
+
 namespace setup {
 
 enum class Task {
-    Output,  // "\OutputConf N": set up one of the arrangements that need it
-    Config,  // "\Config": the displays and the saved favourites
-    Save,    // "\Save": name and keep the present arrangement
+    Output,  // set up one of the arrangements that need it
+    Config,  // the displays and the saved favourites
+    Save,    // name and keep the present arrangement
 };
 
-inline constexpr int kMaskBits = 16;
+inline constexpr int kMaskBits = OUTPUT_SETUP_MASK_BITS;
 
 struct Request {
     Task task = Task::Config;
@@ -22,8 +24,7 @@ struct Request {
     bool operator==(const Request&) const = default;
 };
 
-// The part of the command line after the program's name. Upper and lower case mean the same. Nothing for anything else
-// than the three requests; N = mode * 65536 | mask, decimal, whose mode must be one of the mask.
+// The part of the command line after the program's name. Nothing for anything else than the three requests.
 [[nodiscard]] std::optional<Request> parseCommandLine(std::wstring_view commandLine);
 
 }  // namespace setup

@@ -1,13 +1,14 @@
 #include "ConfigDlg.h"
 
 #include "NameMessage.h"
+#include "OutputSetup.h"
 #include "SetupIds.h"
 #include "Texts.h"
 
 namespace setup {
 namespace {
 
-std::wstring connectorsOf(const sim::Favourite& favourite) {
+std::wstring connectorsOf(const favourites::Favourite& favourite) {
     std::wstring connectors;
     for (const FenwynDisplayRecord& record : favourite.displays) {
         connectors += (connectors.empty() ? L"" : L", ");
@@ -21,7 +22,8 @@ std::wstring connectorsOf(const sim::Favourite& favourite) {
 constinit const MessageEntry CConfigDlg::kEntries[] = {onMessage<&CConfigDlg::OnNotify>(WM_NOTIFY)};
 constinit const MessageMap CConfigDlg::kMap{&CSetupDlg::kSetupMap, CConfigDlg::kEntries};
 
-CConfigDlg::CConfigDlg(const Surroundings& surroundings) : CSetupDlg(IDD_CONFIG, L"" CONFIG_CLASS, surroundings) {}
+CConfigDlg::CConfigDlg(const Surroundings& surroundings)
+    : CSetupDlg(IDD_CONFIG, OUTPUT_SETUP_CLASS_CONFIG, surroundings) {}
 
 bool CConfigDlg::OnInitDialog() {
     setTexts({{0, IDS_CONFIG_TITLE},
@@ -40,9 +42,9 @@ bool CConfigDlg::OnInitDialog() {
 }
 
 void CConfigDlg::showFavourites() {
-    m_vecFavourites = sim::loadFavourites();
+    m_vecFavourites = favourites::load();
     Rows rows;
-    for (const sim::Favourite& favourite : m_vecFavourites) {
+    for (const favourites::Favourite& favourite : m_vecFavourites) {
         rows.push_back({favourite.text, modeText(favourite.mode), connectorsOf(favourite)});
     }
     setRows(control(IDC_FAVOURITES), rows);

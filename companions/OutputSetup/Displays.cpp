@@ -151,13 +151,13 @@ void nameConnector(std::span<const Display> displays, Display& display, Connecti
     display.connector = connection.builtIn && ofItsKind == 0 ? word : word + L" " + std::to_wstring(ofItsKind + 1);
 }
 
-sim::Favourite favouriteOf(std::wstring text, std::span<const Display> displays) {
-    sim::Favourite favourite{std::move(text), arrangementOf(displays), {}};
+favourites::Favourite favouriteOf(std::wstring text, std::span<const Display> displays) {
+    favourites::Favourite favourite{std::move(text), arrangementOf(displays), {}};
     ULONG index = 0;
     for (const Display& display : displays) {
-        favourite.displays.push_back(sim::displayRecord(display.connector, index++,
-                                                        static_cast<ULONG>(display.place.right - display.place.left),
-                                                        static_cast<ULONG>(display.place.bottom - display.place.top)));
+        favourite.displays.push_back(favourites::displayRecord(
+            display.connector, index++, static_cast<ULONG>(display.place.right - display.place.left),
+            static_cast<ULONG>(display.place.bottom - display.place.top)));
     }
     return favourite;
 }

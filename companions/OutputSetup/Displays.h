@@ -50,7 +50,7 @@ void nameConnector(std::span<const Display> displays, Display& display, Connecti
 // Sets the machine's displays up. A system error code.
 [[nodiscard]] LONG applyArrangement(LONG arrangement);
 
-[[nodiscard]] sim::Favourite favouriteOf(std::wstring text, std::span<const Display> displays);
+[[nodiscard]] favourites::Favourite favouriteOf(std::wstring text, std::span<const Display> displays);
 
 // "1920 x 1080"
 [[nodiscard]] std::wstring resolutionText(LONG width, LONG height);

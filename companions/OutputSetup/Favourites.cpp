@@ -40,7 +40,7 @@ NameVerdict judgeName(const std::wstring& name, const Favourites& favourites, st
     if (name.empty()) {
         return NameVerdict::Empty;
     }
-    if (name.size() > sim::kMaxFavouriteText) {
+    if (name.size() > favourites::kMostTextChars) {
         return NameVerdict::TooLong;
     }
     return isTaken(name, favourites, self) ? NameVerdict::Taken : NameVerdict::Good;
@@ -55,30 +55,30 @@ std::wstring proposeName(const std::wstring& stem, const Favourites& favourites)
 }
 
 LSTATUS renameFavourite(std::size_t index, const std::wstring& text, const std::wstring& newText) {
-    Favourites favourites = sim::loadFavourites();
+    Favourites favourites = favourites::load();
     if (index >= favourites.size() || favourites[index].text != text) {
         return ERROR_NOT_FOUND;
     }
     favourites[index].text = newText;
-    return sim::storeFavourites(favourites);
+    return favourites::store(favourites);
 }
 
 LSTATUS deleteFavourite(std::size_t index, const std::wstring& text) {
-    Favourites favourites = sim::loadFavourites();
+    Favourites favourites = favourites::load();
     if (index >= favourites.size() || favourites[index].text != text) {
         return ERROR_NOT_FOUND;
     }
     favourites.erase(std::next(favourites.begin(), static_cast<std::ptrdiff_t>(index)));
-    return sim::storeFavourites(favourites);
+    return favourites::store(favourites);
 }
 
-LSTATUS addFavourite(sim::Favourite favourite) {
-    Favourites favourites = sim::loadFavourites();
-    if (favourites.size() >= sim::kMaxFavourites) {
+LSTATUS addFavourite(favourites::Favourite favourite) {
+    Favourites favourites = favourites::load();
+    if (favourites.size() >= favourites::kMost) {
         return ERROR_INSUFFICIENT_BUFFER;
     }
     favourites.push_back(std::move(favourite));
-    return sim::storeFavourites(favourites);
+    return favourites::store(favourites);
 }
 
 }  // namespace setup

@@ -1,4 +1,4 @@
-// What people do with their favourites: name, rename, delete. The list itself is the simulated machine's.
+// What people do with their favourites: name, rename, delete. The list itself is the product's, OutputFavourites.h.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace setup {
 
-using Favourites = std::vector<sim::Favourite>;
+using Favourites = std::vector<favourites::Favourite>;
 
 enum class NameVerdict { Good, Empty, TooLong, Taken };
 
@@ -31,6 +31,6 @@ inline constexpr std::size_t kNewFavourite = static_cast<std::size_t>(-1);
 [[nodiscard]] LSTATUS deleteFavourite(std::size_t index, const std::wstring& text);
 
 // Adds at the end. ERROR_INSUFFICIENT_BUFFER when the list is full.
-[[nodiscard]] LSTATUS addFavourite(sim::Favourite favourite);
+[[nodiscard]] LSTATUS addFavourite(favourites::Favourite favourite);
 
 }  // namespace setup

@@ -1,5 +1,6 @@
 #include "OutputDlg.h"
 
+#include "OutputSetup.h"
 #include "SetupIds.h"
 #include "Texts.h"
 
@@ -8,7 +9,7 @@ constinit const MessageEntry COutputDlg::kEntries[] = {onMessage<&COutputDlg::On
 constinit const MessageMap COutputDlg::kMap{&CSetupDlg::kSetupMap, COutputDlg::kEntries};
 
 COutputDlg::COutputDlg(const Request& request, const Surroundings& surroundings)
-    : CSetupDlg(IDD_OUTPUT, L"" OUTPUT_CLASS, surroundings), m_request(request) {}
+    : CSetupDlg(IDD_OUTPUT, OUTPUT_SETUP_CLASS_OUTPUT, surroundings), m_request(request) {}
 
 bool COutputDlg::OnInitDialog() {
     setTexts({{0, IDS_OUTPUT_TITLE},

@@ -2,12 +2,13 @@
 
 #include "Favourites.h"
 #include "NameMessage.h"
+#include "OutputSetup.h"
 #include "SetupIds.h"
 #include "Texts.h"
 
 namespace setup {
 
-CSaveDlg::CSaveDlg(const Surroundings& surroundings) : CSetupDlg(IDD_SAVE, L"" SAVE_CLASS, surroundings) {}
+CSaveDlg::CSaveDlg(const Surroundings& surroundings) : CSetupDlg(IDD_SAVE, OUTPUT_SETUP_CLASS_SAVE, surroundings) {}
 
 bool CSaveDlg::OnInitDialog() {
     setTexts({{0, IDS_SAVE_TITLE},
@@ -17,8 +18,8 @@ bool CSaveDlg::OnInitDialog() {
               {IDCANCEL, IDS_CANCEL}});
     prepareDisplayList();
     showDisplays();
-    ::SendMessageW(control(IDC_NAME), EM_LIMITTEXT, sim::kMaxFavouriteText, 0);
-    ::SetWindowTextW(control(IDC_NAME), proposeName(text(IDS_NAME_STEM), sim::loadFavourites()).c_str());
+    ::SendMessageW(control(IDC_NAME), EM_LIMITTEXT, favourites::kMostTextChars, 0);
+    ::SetWindowTextW(control(IDC_NAME), proposeName(text(IDS_NAME_STEM), favourites::load()).c_str());
     return true;
 }
 
@@ -39,7 +40,7 @@ void CSaveDlg::onControl(UINT id, UINT code) {
 // Closes the window when the favourite is kept.
 void CSaveDlg::save() {
     const std::wstring name = cleanName(controlText(control(IDC_NAME)));
-    if (const UINT message = nameMessage(judgeName(name, sim::loadFavourites(), kNewFavourite)); message != 0) {
+    if (const UINT message = nameMessage(judgeName(name, favourites::load(), kNewFavourite)); message != 0) {
         askForAnotherName(message);
         return;
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Favourites.h"
+#include "OutputSetup.h"
 #include "SetupIds.h"
 #include "Texts.h"
 
@@ -76,7 +77,7 @@ void selectRow(HWND list, int row) {
 constinit const MessageEntry CSetupDlg::kEntries[] = {
     onMessage<&CSetupDlg::OnControl>(WM_COMMAND),
     onEvent<&CSetupDlg::OnClose>(WM_CLOSE),
-    onEvent<&CSetupDlg::OnClose>(kCloseMessage),
+    onEvent<&CSetupDlg::OnClose>(OUTPUT_SETUP_MESSAGE_CLOSE),
     onEvent<&CSetupDlg::OnDisplayChange>(WM_DISPLAYCHANGE),
 };
 constinit const MessageMap CSetupDlg::kSetupMap{nullptr, CSetupDlg::kEntries};

@@ -11,9 +11,6 @@
 
 namespace setup {
 
-// Posted by the strip to the output and the save window when the chosen card item disappears.
-inline constexpr UINT kCloseMessage = WM_USER + 101;
-
 struct ControlText {
     int control;
     UINT text;

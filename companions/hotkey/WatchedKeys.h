@@ -17,14 +17,10 @@ struct WatchedKey {
 // A key that is missing cannot be watched, and the end of one that is deleted may go unnoticed, but its parent tells of
 // both: that is why every link of the chains is here, parents first.
 inline const WatchedKey kWatchedKeys[] = {
-    {HKEY_LOCAL_MACHINE, L"SOFTWARE", false, false},
-    {HKEY_LOCAL_MACHINE, L"SOFTWARE\\KESTOVA", false, false},
-    {HKEY_LOCAL_MACHINE, L"SOFTWARE\\KESTOVA\\Fenwyn", false, false},
-    {HKEY_LOCAL_MACHINE, ZEL_REG_CONFIG, true, false},
-    {HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, true, true},
-    {HKEY_CURRENT_USER, L"SOFTWARE", false, false},
-    {HKEY_CURRENT_USER, L"SOFTWARE\\KESTOVA", false, false},
-    {HKEY_CURRENT_USER, L"SOFTWARE\\KESTOVA\\Fenwyn", false, false},
+    {HKEY_LOCAL_MACHINE, FENWYN_REG_SOFTWARE, false, false}, {HKEY_LOCAL_MACHINE, FENWYN_REG_MAKER, false, false},
+    {HKEY_LOCAL_MACHINE, FENWYN_REG_PRODUCT, false, false},  {HKEY_LOCAL_MACHINE, ZEL_REG_CONFIG, true, false},
+    {HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, true, true},        {HKEY_CURRENT_USER, FENWYN_REG_SOFTWARE, false, false},
+    {HKEY_CURRENT_USER, FENWYN_REG_MAKER, false, false},     {HKEY_CURRENT_USER, FENWYN_REG_PRODUCT, false, false},
     {HKEY_CURRENT_USER, ZEL_REG_CONFIG, true, false},
 };
 

@@ -33,12 +33,25 @@ constexpr BuiltIn kPrograms[] = {
 OutputEntry entryOf(const BuiltIn& row) {
     OutputEntry entry{row.mode, row.flags, row.text, {}};
     if ((row.screens & kBuiltIn) != 0) {
-        entry.displays.push_back(displayRecord(L"LCD", 0, 1920, 1080));
+        entry.displays.push_back(favourites::displayRecord(L"LCD", 0, 1920, 1080));
     }
     if ((row.screens & kExternal) != 0) {
-        entry.displays.push_back(displayRecord(L"HDMI 1", 1, 2560, 1440));
+        entry.displays.push_back(favourites::displayRecord(L"HDMI 1", 1, 2560, 1440));
     }
     return entry;
+}
+
+// The machine comes with one favourite. It is stored, so that the display-configuration program shows it too.
+std::vector<favourites::Favourite> machineFavourites() {
+    if (favourites::exist()) {
+        return favourites::load();
+    }
+    std::vector<favourites::Favourite> delivered{{L"Desk",
+                                                  FENWYN_MODE_EXTEND_RIGHT,
+                                                  {favourites::displayRecord(L"LCD", 0, 1920, 1080),
+                                                   favourites::displayRecord(L"DisplayPort 1", 1, 2560, 1440)}}};
+    static_cast<void>(favourites::store(delivered));  // it is offered all the same when the registry refuses
+    return delivered;
 }
 
 }  // namespace
@@ -48,7 +61,7 @@ std::vector<OutputEntry> outputEntries() {
     for (const BuiltIn& row : kArrangements) {
         entries.push_back(entryOf(row));
     }
-    for (Favourite& favourite : loadFavourites()) {
+    for (favourites::Favourite& favourite : machineFavourites()) {
         entries.push_back({favourite.mode, FENWYN_ENTRY_CUSTOM | FENWYN_ENTRY_SHOW_RESOLUTION,
                            std::move(favourite.text), std::move(favourite.displays)});
     }

@@ -1,5 +1,7 @@
 #include "State.h"
 
+#include "OutputSetup.h"
+
 namespace sim {
 
 namespace {
@@ -8,6 +10,11 @@ constexpr wchar_t kRecordFile[] = L"RecordFile";
 
 bool writeValue(const std::wstring& function, const wchar_t* value, DWORD type, const void* data, DWORD bytes) {
     return RegSetKeyValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value, type, data, bytes) == ERROR_SUCCESS;
+}
+
+bool removeTree(const wchar_t* path) {
+    const LSTATUS error = RegDeleteTreeW(HKEY_CURRENT_USER, path);
+    return error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND;
 }
 
 }  // namespace
@@ -43,8 +50,7 @@ bool writeText(const std::wstring& function, const wchar_t* value, const std::ws
 
 bool resetState() {
     const std::wstring recordFile = readText({}, kRecordFile, {});
-    const LSTATUS error = RegDeleteTreeW(HKEY_CURRENT_USER, kStateKey);
-    if (error != ERROR_SUCCESS && error != ERROR_FILE_NOT_FOUND) {
+    if (!removeTree(kStateKey) || !removeTree(OUTPUT_SETUP_REG_FAVOURITES)) {
         return false;
     }
     return recordFile.empty() || writeText({}, kRecordFile, recordFile);

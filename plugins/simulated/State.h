@@ -9,7 +9,7 @@
 //   <Export>.Delay    milliseconds that the export waits first
 // Brightness: Dual (1 = two screens), Item2 (the second screen's level). KBB: Timer (seconds). PowerPlan: Name0..Name3
 // (text). Wireless: Radios (mask of radios that are on), Fitted (mask of radios), ErrorMode (1 = states unknown).
-// Output_2: PanicCount, Favourites (a subkey, see OutputFavourites.h).
+// Output_2: PanicCount; the favourites are the product's (OutputSetup.h).
 // In kStateKey itself: RecordFile (text: where calls are recorded) and LastCall (text: the last call that changed
 // something).
 #pragma once
@@ -18,9 +18,11 @@
 
 #include <string>
 
+#include "FenwynRegistry.h"
+
 namespace sim {
 
-inline constexpr wchar_t kStateKey[] = L"SOFTWARE\\KESTOVA\\Simulated Notebook";
+inline constexpr wchar_t kStateKey[] = FENWYN_REG_SIMULATED_NOTEBOOK;
 
 // HKEY_CURRENT_USER path of a function's subkey; an empty name gives kStateKey itself.
 [[nodiscard]] std::wstring stateKeyOf(const std::wstring& function);
@@ -33,7 +35,8 @@ inline constexpr wchar_t kStateKey[] = L"SOFTWARE\\KESTOVA\\Simulated Notebook";
 bool writeNumber(const std::wstring& function, const wchar_t* value, DWORD number);
 bool writeText(const std::wstring& function, const wchar_t* value, const std::wstring& text);
 
-// Back to a new machine: everything below kStateKey is deleted, except where calls are recorded.
+// Back to a new machine: everything below kStateKey is deleted, except where calls are recorded, and the favourites of
+// the display output go.
 bool resetState();
 
 }  // namespace sim

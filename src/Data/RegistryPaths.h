@@ -1,25 +1,27 @@
 // Where the program's settings stand in the registry: every key path and value name, once.
 #pragma once
 
+#include "companions/include/FenwynRegistry.h"
+
 namespace regpath {
 
 // The program's own key, and what is read from it directly.
-inline constexpr wchar_t kProgramKey[] = L"SOFTWARE\\KESTOVA\\Fenwyn";
-inline constexpr wchar_t kInstallPath[] = L"InstallPath";
+inline constexpr wchar_t kProgramKey[] = FENWYN_REG_PRODUCT;
+inline constexpr wchar_t kInstallPath[] = FENWYN_VALUE_INSTALL_PATH;
 
 // The card configuration; its value names stand in the table of Data/ZelConfig.cpp.
-inline constexpr wchar_t kConfigKey[] = L"SOFTWARE\\KESTOVA\\Fenwyn\\Config";
+inline constexpr wchar_t kConfigKey[] = FENWYN_REG_CONFIG;
 
 // The hotkey function list: one subkey per function named in "FuncList".
-inline constexpr wchar_t kHotkeyKey[] = L"SOFTWARE\\KESTOVA\\Fenwyn\\HotKey";
+inline constexpr wchar_t kHotkeyKey[] = FENWYN_REG_HOTKEY;
 inline constexpr wchar_t kFuncList[] = L"FuncList";
 inline constexpr wchar_t kCaption[] = L"Caption";
 inline constexpr wchar_t kCode[] = L"Code";
 inline constexpr wchar_t kFuncDll[] = L"FuncDll";
 
 // The button utility: what its buttons are, and what the user made of them.
-inline constexpr wchar_t kButtonsKey[] = L"SOFTWARE\\KESTOVA\\HBQ\\Buttons";
-inline constexpr wchar_t kUserSettingKey[] = L"SOFTWARE\\KESTOVA\\HBQ\\UserSetting";
+inline constexpr wchar_t kButtonsKey[] = FENWYN_REG_BUTTON_UTILITY L"\\Buttons";
+inline constexpr wchar_t kUserSettingKey[] = FENWYN_REG_BUTTON_UTILITY L"\\UserSetting";
 inline constexpr wchar_t kIsQrdControl[] = L"IsQRDControl";
 inline constexpr wchar_t kMakeFunction[] = L"MakeFunction";
 inline constexpr wchar_t kMakeValue[] = L"MakeValue";

@@ -25,6 +25,8 @@
 
 #include <windows.h>
 
+#include "FenwynRegistry.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -77,8 +79,8 @@ typedef LONG(WINAPI* ZelStop)(void);
 /* Changes under these keys are reported with ZEL_CONFIG_CHANGED once nothing has changed any more for 100 ms (but after
  * a second of constant changes at the latest), whether or not the keys exist at first. Writing a value that was there
  * already is no change. */
-#define ZEL_REG_CONFIG L"SOFTWARE\\KESTOVA\\Fenwyn\\Config" /* in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER */
-#define ZEL_REG_HOTKEY L"SOFTWARE\\KESTOVA\\Fenwyn\\HotKey" /* in HKEY_LOCAL_MACHINE, with everything below it */
+#define ZEL_REG_CONFIG FENWYN_REG_CONFIG /* in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER */
+#define ZEL_REG_HOTKEY FENWYN_REG_HOTKEY /* in HKEY_LOCAL_MACHINE, with everything below it */
 
 /* The function list: a string of function names, each followed by ';'. Below the key each function has a key of its own
  * with "Code" (little-endian 32-bit numbers) and "FuncDll"; one that lacks either is not in the list. */
@@ -105,7 +107,7 @@ typedef LONG(WINAPI* ZelStop)(void);
 
 /* What the latch is right now, for display only: DWORD 1 = latched, 0 = not, in a volatile key of HKEY_CURRENT_USER.
  * Missing means 0. */
-#define ZEL_REG_STATE L"SOFTWARE\\KESTOVA\\Fenwyn\\State"
+#define ZEL_REG_STATE FENWYN_REG_PRODUCT L"\\State"
 #define ZEL_VALUE_LATCHED L"Latched"
 
 /* The way to end the program from outside: while this event is set, the library sends ZEL_CONFIG_END, once at first and

@@ -1,11 +1,13 @@
 #include "RegistryWatch.h"
 
+#include "FenwynRegistry.h"
+
 namespace sim {
 
 namespace {
 
 // Above both keys of interest, so that a key that is deleted and made anew is still seen.
-constexpr wchar_t kWatchedKey[] = L"SOFTWARE\\KESTOVA";
+constexpr wchar_t kWatchedKey[] = FENWYN_REG_MAKER;
 
 }  // namespace
 

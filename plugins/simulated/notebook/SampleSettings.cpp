@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "FenwynRegistry.h"
 #include "Functions.h"
 #include "ZelHotkey.h"
 #include "common/Handle.h"
@@ -10,9 +11,6 @@
 namespace sim {
 
 namespace {
-
-constexpr wchar_t kMakerKey[] = L"SOFTWARE\\KESTOVA";
-constexpr wchar_t kProductKey[] = L"SOFTWARE\\KESTOVA\\Fenwyn";
 
 // Where the sample differs from the program's own defaults.
 struct ConfigValue {
@@ -81,7 +79,7 @@ LSTATUS removeIfEmpty(HKEY root, const std::wstring& path) {
 }  // namespace
 
 std::vector<Setting> sampleSettings(const std::wstring& folder, bool all) {
-    std::vector<Setting> settings{textSetting(kProductKey, L"InstallPath", folder)};
+    std::vector<Setting> settings{textSetting(FENWYN_REG_PRODUCT, FENWYN_VALUE_INSTALL_PATH, folder)};
     for (const ConfigValue& row : kConfig) {
         settings.push_back({ZEL_REG_CONFIG, row.name, REG_DWORD, bytesOf(&row.value, sizeof row.value), true});
     }
@@ -127,7 +125,7 @@ LSTATUS unregisterSample(HKEY root, const std::wstring& folder) {
     const auto note = [&](LSTATUS error) {
         firstError = firstError == ERROR_SUCCESS && error != ERROR_SUCCESS ? error : firstError;
     };
-    std::set<std::wstring, std::greater<>> keys{kMakerKey, kProductKey, ZEL_REG_CONFIG,
+    std::set<std::wstring, std::greater<>> keys{FENWYN_REG_MAKER, FENWYN_REG_PRODUCT, ZEL_REG_CONFIG,
                                                 ZEL_REG_HOTKEY};  // deepest first
     for (const bool all : {false, true}) {
         for (const Setting& setting : sampleSettings(folder, all)) {

@@ -16,14 +16,12 @@
 #include "common/RegConfig.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
+#include "companions/OutputSetup/include/OutputSetup.h"
 
 using functiontables::kOutputModes;
 
 namespace {
 
-constexpr wchar_t kSetupProgram[] = L"\\OutputSetup.exe";
-constexpr wchar_t kConfigParameter[] = L"\\Config";
-constexpr wchar_t kSaveParameter[] = L"\\Save";
 constexpr std::size_t kSetupParameterChars = 30;
 
 // Each entry becomes four windows: what a process could never show is not read either.
@@ -129,12 +127,12 @@ HRESULT CFxOutput_2::selectItem(LONG lItem, bool* pbHideCard, LONG lParam) {
         return S_OK;
     }
     if (info.lMode == FENWYN_MODE_CONFIGURE) {
-        _startOutputSetup(kConfigParameter);
+        _startOutputSetup(OUTPUT_SETUP_VERB_CONFIG);
         return S_OK;
     }
     if (info.lMode == FENWYN_MODE_SAVE) {
         *pbHideCard = false;
-        _startOutputSetup(kSaveParameter);
+        _startOutputSetup(OUTPUT_SETUP_VERB_SAVE);
         return S_OK;
     }
     return CFuncX::selectItem(static_cast<LONG>(info.dwIndex), lParam);
@@ -175,7 +173,7 @@ HRESULT CFxOutput_2::_readSetupPath() {
         path.push_back(L'\0');
         const std::wstring folder = expandPath(path.data());
         // Without a folder the program would be looked for at the root of some drive.
-        m_strOutputSetupPath = folder.empty() ? std::wstring() : folder + kSetupProgram;
+        m_strOutputSetupPath = folder.empty() ? std::wstring() : folder + L"\\" OUTPUT_SETUP_PROGRAM;
     }
     return hr;
 }
@@ -317,7 +315,7 @@ HRESULT CFxOutput_2::showOutputConfDlg(LONG lMode) {
     }
     RETURN_UNLESS(nSupportedModes != 0, L"nSupportedModes != 0", E_FAIL);
     std::array<wchar_t, kSetupParameterChars> parameter{};
-    ::_snwprintf(parameter.data(), parameter.size() - 1, L"\\OutputConf %d",
+    ::_snwprintf(parameter.data(), parameter.size() - 1, OUTPUT_SETUP_VERB_OUTPUT L" %d",
                  outputrules::setupNumber(lMode, nSupportedModes));
     LOG_INFO(L"Parameter for calling OutputSetup.exe: %s.", parameter.data());
     _startOutputSetup(parameter.data());

@@ -9,6 +9,7 @@
 
 #include "Logic/FuncX/FunctionTables.h"
 #include "Logic/ZelCommonFunc.h"
+#include "companions/OutputSetup/include/OutputSetup.h"
 
 namespace outputrules {
 
@@ -80,7 +81,7 @@ inline constexpr int kItemPitch = 82;
 
 // The number that the display-configuration program gets: the chosen mode above the modes that it may offer.
 [[nodiscard]] constexpr DWORD setupNumber(LONG mode, DWORD dwModes) {
-    return static_cast<DWORD>(mode) << 16 | (dwModes & 0xFFFFU);
+    return static_cast<DWORD>(mode) << OUTPUT_SETUP_MASK_BITS | (dwModes & ((DWORD{1} << OUTPUT_SETUP_MASK_BITS) - 1));
 }
 
 }  // namespace outputrules

@@ -5,13 +5,12 @@
 #include "UI/BlackCard.h"
 #include "ZelMain.h"
 #include "common/Status.h"
+#include "companions/OutputSetup/include/OutputSetup.h"
 
 namespace {
 
-constexpr LONG kModeSave = 10;        // the entry that saves the present arrangement
 constexpr DWORD kPreviewWidth = 120;  // pixels; the preview sticks out further than a caption does
 constexpr DWORD kOverhangMargin = 5;
-constexpr UINT kMsgCloseSetup = WM_USER + 101;  // tells a window of the display-configuration program to close
 
 }  // namespace
 
@@ -62,12 +61,12 @@ HRESULT CFxOutputItemDlg::showItem(bool bShow) {
 
 // The display-configuration program opens a window for some entries; it closes when the entry goes away.
 void CFxOutputItemDlg::_closeSetupWindow() const {
-    const wchar_t* windowClass = m_uNeedsSetup != 0     ? L"_DCWNDCLS_OUTPUT_"
-                                 : m_lMode == kModeSave ? L"_DCWNDCLS_SAVE_"
-                                                        : nullptr;
+    const wchar_t* windowClass = m_uNeedsSetup != 0            ? OUTPUT_SETUP_CLASS_OUTPUT
+                                 : m_lMode == FENWYN_MODE_SAVE ? OUTPUT_SETUP_CLASS_SAVE
+                                                               : nullptr;
     const HWND window = windowClass == nullptr ? nullptr : ::FindWindowW(windowClass, nullptr);
     if (window != nullptr) {
-        ::PostMessageW(window, kMsgCloseSetup, 0, 0);
+        ::PostMessageW(window, OUTPUT_SETUP_MESSAGE_CLOSE, 0, 0);
     }
 }
 

@@ -139,7 +139,7 @@ TEST(Connector, ExternalOnesAreCountedByKind) {
 
 TEST(Favourite, CarriesOneRecordPerDisplay) {
     const std::vector displays{own(kOwn), other({1920, 0, 4480, 1440})};
-    const sim::Favourite favourite = setup::favouriteOf(L"Desk", displays);
+    const favourites::Favourite favourite = setup::favouriteOf(L"Desk", displays);
     EXPECT_EQ(favourite.text, L"Desk");
     EXPECT_EQ(favourite.mode, FENWYN_MODE_EXTEND_RIGHT);
     ASSERT_EQ(favourite.displays.size(), 2U);

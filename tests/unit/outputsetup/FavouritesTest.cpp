@@ -14,14 +14,14 @@ namespace {
 Favourites named(std::initializer_list<const wchar_t*> names) {
     Favourites favourites;
     for (const wchar_t* name : names) {
-        favourites.push_back({name, FENWYN_MODE_CLONE, {sim::displayRecord(L"LCD", 0, 800, 600)}});
+        favourites.push_back({name, FENWYN_MODE_CLONE, {favourites::displayRecord(L"LCD", 0, 800, 600)}});
     }
     return favourites;
 }
 
 std::vector<std::wstring> storedNames() {
     std::vector<std::wstring> names;
-    for (const sim::Favourite& favourite : sim::loadFavourites()) {
+    for (const favourites::Favourite& favourite : favourites::load()) {
         names.push_back(favourite.text);
     }
     return names;
@@ -31,7 +31,7 @@ using Names = std::vector<std::wstring>;
 
 class StoredFavourites : public testing::Test {
  protected:
-    void SetUp() override { ASSERT_EQ(sim::storeFavourites(named({L"One", L"Two", L"Three"})), ERROR_SUCCESS); }
+    void SetUp() override { ASSERT_EQ(favourites::store(named({L"One", L"Two", L"Three"})), ERROR_SUCCESS); }
     test::ScratchRegistry m_registry;
 };
 
@@ -51,9 +51,9 @@ TEST(Name, Verdicts) {
     EXPECT_EQ(judgeName(L"", favourites, setup::kNewFavourite), NameVerdict::Empty);
     EXPECT_EQ(judgeName(L"desk", favourites, setup::kNewFavourite), NameVerdict::Taken);
     EXPECT_EQ(judgeName(L"GRÖßE", favourites, setup::kNewFavourite), NameVerdict::Taken);
-    EXPECT_EQ(judgeName(std::wstring(sim::kMaxFavouriteText, L'x'), favourites, setup::kNewFavourite),
+    EXPECT_EQ(judgeName(std::wstring(favourites::kMostTextChars, L'x'), favourites, setup::kNewFavourite),
               NameVerdict::Good);
-    EXPECT_EQ(judgeName(std::wstring(sim::kMaxFavouriteText + 1, L'x'), favourites, setup::kNewFavourite),
+    EXPECT_EQ(judgeName(std::wstring(favourites::kMostTextChars + 1, L'x'), favourites, setup::kNewFavourite),
               NameVerdict::TooLong);
 }
 
@@ -74,7 +74,7 @@ TEST_F(StoredFavourites, AreAddedAtTheEnd) {
 }
 
 TEST_F(StoredFavourites, FullListTakesNoMore) {
-    ASSERT_EQ(sim::storeFavourites(Favourites(sim::kMaxFavourites, named({L"x"}).front())), ERROR_SUCCESS);
+    ASSERT_EQ(favourites::store(Favourites(favourites::kMost, named({L"x"}).front())), ERROR_SUCCESS);
     EXPECT_EQ(setup::addFavourite(named({L"y"}).front()), ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(storedNames().back(), L"x");
 }
@@ -82,7 +82,7 @@ TEST_F(StoredFavourites, FullListTakesNoMore) {
 TEST_F(StoredFavourites, RenamingKeepsEverythingElse) {
     EXPECT_EQ(setup::renameFavourite(1, L"Two", L"New"), ERROR_SUCCESS);
     EXPECT_EQ(storedNames(), (Names{L"One", L"New", L"Three"}));
-    const sim::Favourite renamed = sim::loadFavourites()[1];
+    const favourites::Favourite renamed = favourites::load()[1];
     EXPECT_EQ(renamed.mode, FENWYN_MODE_CLONE);
     ASSERT_EQ(renamed.displays.size(), 1U);
     EXPECT_STREQ(renamed.displays[0].szConnector, L"LCD");
@@ -93,11 +93,12 @@ TEST_F(StoredFavourites, DeletingTakesOneAway) {
     EXPECT_EQ(storedNames(), (Names{L"Two", L"Three"}));
 }
 
-TEST_F(StoredFavourites, TheLastOneDoesNotBringTheFactorysBack) {
+TEST_F(StoredFavourites, TheLastOneLeavesAnEmptyList) {
     for (const wchar_t* name : {L"One", L"Two", L"Three"}) {
         EXPECT_EQ(setup::deleteFavourite(0, name), ERROR_SUCCESS);
     }
     EXPECT_TRUE(storedNames().empty());
+    EXPECT_TRUE(favourites::exist()) << "nobody may take that for a user who has never kept one";
 }
 
 TEST_F(StoredFavourites, ChangedMeanwhileNothingIsDone) {

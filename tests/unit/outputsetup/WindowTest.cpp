@@ -56,13 +56,13 @@ class Window : public testing::Test {
     static void favourites(std::initializer_list<const wchar_t*> names) {
         setup::Favourites list;
         for (const wchar_t* name : names) {
-            list.push_back({name, FENWYN_MODE_CLONE, {sim::displayRecord(L"LCD", 0, 800, 600)}});
+            list.push_back({name, FENWYN_MODE_CLONE, {favourites::displayRecord(L"LCD", 0, 800, 600)}});
         }
-        ASSERT_EQ(sim::storeFavourites(list), ERROR_SUCCESS);
+        ASSERT_EQ(favourites::store(list), ERROR_SUCCESS);
     }
     static std::vector<std::wstring> storedNames() {
         std::vector<std::wstring> names;
-        for (const sim::Favourite& favourite : sim::loadFavourites()) {
+        for (const favourites::Favourite& favourite : favourites::load()) {
             names.push_back(favourite.text);
         }
         return names;
@@ -242,7 +242,7 @@ TEST_F(SaveWindow, KeepsThePresentArrangementUnderTheNameAndCloses) {
     save(L"  Meeting room ");
     EXPECT_FALSE(m_dlg.isWindow());
     EXPECT_EQ(storedNames(), (Names{L"Old", L"Meeting room"}));
-    const sim::Favourite kept = sim::loadFavourites()[1];
+    const favourites::Favourite kept = favourites::load()[1];
     EXPECT_EQ(kept.mode, FENWYN_MODE_EXTEND_RIGHT);
     ASSERT_EQ(kept.displays.size(), 2U);
     EXPECT_STREQ(kept.displays[1].szConnector, L"HDMI 1");
@@ -254,14 +254,15 @@ TEST_F(SaveWindow, BadNamesAreToldAndTheWindowStays) {
     ASSERT_TRUE(m_dlg.open());
     save(L"   ");
     save(L"DESK");
-    save(std::wstring(sim::kMaxFavouriteText + 1, L'x').c_str());
+    save(std::wstring(favourites::kMostTextChars + 1, L'x').c_str());
     EXPECT_EQ(m_told, (Names{text(IDS_ERROR_NAME_EMPTY), text(IDS_ERROR_NAME_TAKEN), text(IDS_ERROR_NAME_LONG)}));
     EXPECT_TRUE(m_dlg.isWindow());
     EXPECT_EQ(storedNames(), Names{L"Desk"});
 }
 
 TEST_F(SaveWindow, FullListIsTold) {
-    ASSERT_EQ(sim::storeFavourites(setup::Favourites(sim::kMaxFavourites, sim::Favourite{L"x", 0, {}})), ERROR_SUCCESS);
+    ASSERT_EQ(favourites::store(setup::Favourites(favourites::kMost, favourites::Favourite{L"x", 0, {}})),
+              ERROR_SUCCESS);
     ASSERT_TRUE(m_dlg.open());
     save(L"One more");
     EXPECT_EQ(m_told, Names{text(IDS_ERROR_FULL)});
@@ -439,21 +440,21 @@ int runApp(const setup::Surroundings& surroundings, const wchar_t* commandLine, 
 using App = Window;
 
 TEST_F(App, OpensTheWindowThatTheCommandLineAsksFor) {
-    EXPECT_EQ(runApp(m_surroundings, L"\\Config", L"" CONFIG_CLASS), 100);
-    EXPECT_EQ(runApp(m_surroundings, L"\\Save", L"" SAVE_CLASS), 100);
-    EXPECT_EQ(runApp(m_surroundings, L"\\OutputConf 131078", L"" OUTPUT_CLASS), 100);
+    EXPECT_EQ(runApp(m_surroundings, L"\\Config", OUTPUT_SETUP_CLASS_CONFIG), 100);
+    EXPECT_EQ(runApp(m_surroundings, L"\\Save", OUTPUT_SETUP_CLASS_SAVE), 100);
+    EXPECT_EQ(runApp(m_surroundings, L"\\OutputConf 131078", OUTPUT_SETUP_CLASS_OUTPUT), 100);
     EXPECT_TRUE(m_told.empty());
 }
 
 TEST_F(App, BadCommandLineIsToldAndEndsWithOne) {
-    EXPECT_EQ(runApp(m_surroundings, L"\\Nonsense", L"" CONFIG_CLASS), 1);
+    EXPECT_EQ(runApp(m_surroundings, L"\\Nonsense", OUTPUT_SETUP_CLASS_CONFIG), 1);
     EXPECT_EQ(m_told, Names{text(IDS_ERROR_COMMAND_LINE)});
 }
 
 TEST_F(App, WithoutDisplaysOnlyTheFavouritesAreThere) {
     m_displays.clear();
-    EXPECT_EQ(runApp(m_surroundings, L"\\Save", L"" SAVE_CLASS), 1);
-    EXPECT_EQ(runApp(m_surroundings, L"\\OutputConf 131078", L"" OUTPUT_CLASS), 1);
+    EXPECT_EQ(runApp(m_surroundings, L"\\Save", OUTPUT_SETUP_CLASS_SAVE), 1);
+    EXPECT_EQ(runApp(m_surroundings, L"\\OutputConf 131078", OUTPUT_SETUP_CLASS_OUTPUT), 1);
     EXPECT_EQ(m_told, (Names{text(IDS_ERROR_NO_DISPLAY), text(IDS_ERROR_NO_DISPLAY)}));
-    EXPECT_EQ(runApp(m_surroundings, L"\\Config", L"" CONFIG_CLASS), 100);
+    EXPECT_EQ(runApp(m_surroundings, L"\\Config", OUTPUT_SETUP_CLASS_CONFIG), 100);
 }

@@ -84,9 +84,10 @@ TEST_F(OutputWithFavourites, OffersArrangementsThenFavouritesThenTheTwoPrograms)
 }
 
 TEST_F(OutputWithFavourites, SavedFavouriteIsOfferedWithItsTextAndDisplays) {
-    std::vector<sim::Favourite> favourites = sim::loadFavourites();
-    favourites.push_back({L"Stage", FENWYN_MODE_SEVERAL, {sim::displayRecord(L"HDMI 2", 2, 3840, 2160)}});
-    ASSERT_EQ(sim::storeFavourites(favourites), ERROR_SUCCESS);
+    ASSERT_EQ(count(), 8);
+    std::vector<favourites::Favourite> favourites = favourites::load();
+    favourites.push_back({L"Stage", FENWYN_MODE_SEVERAL, {favourites::displayRecord(L"HDMI 2", 2, 3840, 2160)}});
+    ASSERT_EQ(favourites::store(favourites), ERROR_SUCCESS);
     ASSERT_EQ(initialize(), FENWYN_OK);
     ASSERT_EQ(count(), 9);
     const Info entry = info(6);
@@ -105,7 +106,7 @@ TEST_F(OutputWithFavourites, RecordsStayWhileOtherIndexesAreAskedAndTheListIsCou
     ASSERT_EQ(count(), 8);
     const Info entry = info(2);
     ASSERT_EQ(entry.recordCount, 2U);
-    ASSERT_EQ(sim::storeFavourites({}), ERROR_SUCCESS);
+    ASSERT_EQ(favourites::store({}), ERROR_SUCCESS);
     ASSERT_EQ(count(), 7);
     for (ULONG i = 3; i < 7; ++i) {
         (void)info(i);
@@ -134,7 +135,7 @@ TEST_F(OutputWithFavourites, OnlyArrangementsBecomeCurrent) {
 
 TEST_F(OutputWithFavourites, CurrentFavouriteThatWasDeletedGivesWayToTheBuiltInScreen) {
     ASSERT_EQ(m_plugin.select(5), FENWYN_OK);
-    ASSERT_EQ(sim::storeFavourites({}), ERROR_SUCCESS);
+    ASSERT_EQ(favourites::store({}), ERROR_SUCCESS);
     EXPECT_EQ(m_plugin.currentItem(), 0);
 }
 
@@ -151,42 +152,53 @@ TEST_F(OutputWithFavourites, PanicBringsBackTheBuiltInScreenOnAnyThread) {
     EXPECT_NE(lines[1][5], lines[0][5]);
 }
 
-TEST_F(OutputWithFavourites, FactoryFavouriteStandsUntilFavouritesAreStored) {
-    EXPECT_EQ(sim::loadFavourites().size(), 1U);
-    ASSERT_EQ(sim::storeFavourites({}), ERROR_SUCCESS);
-    EXPECT_TRUE(sim::loadFavourites().empty());
+TEST_F(OutputWithFavourites, FactoryFavouriteIsKeptForTheOtherProgramsOnce) {
+    EXPECT_FALSE(favourites::exist());
+    ASSERT_EQ(count(), 8);
+    ASSERT_EQ(favourites::load().size(), 1U);
+    EXPECT_EQ(favourites::load()[0].text, L"Desk");
+    ASSERT_EQ(favourites::store({}), ERROR_SUCCESS);
+    EXPECT_EQ(count(), 7) << "the user has deleted it";
+    EXPECT_TRUE(favourites::load().empty());
+}
+
+TEST_F(OutputWithFavourites, NewMachineHasTheFactoryFavouriteAgain) {
+    ASSERT_EQ(favourites::store({}), ERROR_SUCCESS);
+    ASSERT_TRUE(sim::resetState());
+    EXPECT_FALSE(favourites::exist());
+    EXPECT_EQ(count(), 8);
 }
 
 TEST_F(OutputWithFavourites, TooManyFavouritesAndTooLongNamesAreCut) {
-    std::vector<sim::Favourite> many(sim::kMaxFavourites + 5);
-    for (sim::Favourite& favourite : many) {
+    std::vector<favourites::Favourite> many(favourites::kMost + 5);
+    for (favourites::Favourite& favourite : many) {
         favourite.text = std::wstring(500, L'x');
         favourite.displays.resize(100);
     }
-    ASSERT_EQ(sim::storeFavourites(many), ERROR_SUCCESS);
-    const std::vector<sim::Favourite> loaded = sim::loadFavourites();
-    ASSERT_EQ(loaded.size(), sim::kMaxFavourites);
-    EXPECT_EQ(loaded.front().text.size(), sim::kMaxFavouriteText);
-    EXPECT_EQ(loaded.front().displays.size(), sim::kMaxFavouriteDisplays);
+    ASSERT_EQ(favourites::store(many), ERROR_SUCCESS);
+    const std::vector<favourites::Favourite> loaded = favourites::load();
+    ASSERT_EQ(loaded.size(), favourites::kMost);
+    EXPECT_EQ(loaded.front().text.size(), favourites::kMostTextChars);
+    EXPECT_EQ(loaded.front().displays.size(), favourites::kMostDisplays);
 }
 
 TEST_F(OutputWithFavourites, FavouritesThatMakeNoSenseAreLeftOut) {
-    ASSERT_EQ(sim::storeFavourites({{L"a", 0, {}}, {L"b", FENWYN_MODE_SAVE, {}}, {L"c", -1, {}}, {L"d", 8, {}}}),
+    ASSERT_EQ(favourites::store({{L"a", 0, {}}, {L"b", FENWYN_MODE_SAVE, {}}, {L"c", -1, {}}, {L"d", 8, {}}}),
               ERROR_SUCCESS);
-    const std::vector<sim::Favourite> loaded = sim::loadFavourites();
+    const std::vector<favourites::Favourite> loaded = favourites::load();
     ASSERT_EQ(loaded.size(), 2U);
     EXPECT_EQ(loaded[0].text, L"a");
     EXPECT_EQ(loaded[1].text, L"d");
 }
 
 TEST_F(OutputWithFavourites, StoredConnectorWithoutAnEndGetsOneAndAHalfRecordIsDropped) {
-    sim::Favourite favourite{L"a", 0, {sim::displayRecord(L"LCD", 0, 1, 1)}};
+    favourites::Favourite favourite{L"a", 0, {favourites::displayRecord(L"LCD", 0, 1, 1)}};
     std::fill(std::begin(favourite.displays[0].szConnector), std::end(favourite.displays[0].szConnector), L'X');
-    ASSERT_EQ(sim::storeFavourites({favourite, favourite}), ERROR_SUCCESS);
-    EXPECT_EQ(sim::loadFavourites()[0].displays[0].szConnector[FENWYN_CONNECTOR_CHARS - 1], L'\0');
-    const std::wstring second = std::wstring(sim::kFavouritesKey) + L"\\1";
+    ASSERT_EQ(favourites::store({favourite, favourite}), ERROR_SUCCESS);
+    EXPECT_EQ(favourites::load()[0].displays[0].szConnector[FENWYN_CONNECTOR_CHARS - 1], L'\0');
+    const std::wstring second = std::wstring(OUTPUT_SETUP_REG_FAVOURITES) + L"\\1";
     RegSetKeyValueW(HKEY_CURRENT_USER, second.c_str(), L"Displays", REG_BINARY, &favourite.displays[0], 75);
-    EXPECT_TRUE(sim::loadFavourites()[1].displays.empty());
+    EXPECT_TRUE(favourites::load()[1].displays.empty());
 }
 
 }  // namespace

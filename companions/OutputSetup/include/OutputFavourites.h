@@ -1,0 +1,37 @@
+// Reads and writes the user's favourites of the display output, for the program that keeps them and for the plug-ins
+// that offer them. The layout in the registry stands in OutputSetup.h. Nothing is cached; thread: any.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "OutputSetup.h"
+
+namespace favourites {
+
+inline constexpr std::size_t kMost = OUTPUT_SETUP_FAVOURITES;
+inline constexpr std::size_t kMostTextChars = OUTPUT_SETUP_FAVOURITE_TEXT_CHARS;
+inline constexpr std::size_t kMostDisplays = OUTPUT_SETUP_FAVOURITE_DISPLAYS;
+
+struct Favourite {
+    std::wstring text;
+    LONG mode = FENWYN_MODE_INTERNAL;
+    std::vector<FenwynDisplayRecord> displays;
+};
+
+// The connector name is cut to fit.
+[[nodiscard]] FenwynDisplayRecord displayRecord(const std::wstring& connector, ULONG index, ULONG width, ULONG height);
+
+// False until a list, be it an empty one, is stored for the first time.
+[[nodiscard]] bool exist();
+
+// In the order in which they are offered. Entries that make no sense are left out.
+[[nodiscard]] std::vector<Favourite> load();
+
+// Replaces all favourites; those beyond kMost are dropped. To add one: load, append, store. A system error code; after
+// a failure the list may be shorter.
+[[nodiscard]] LSTATUS store(const std::vector<Favourite>& favourites);
+
+}  // namespace favourites

@@ -1,0 +1,25 @@
+/* The roots below which everything of the product stands in the registry, for C and C++: the program, its companions
+ * and its plug-ins put their keys together from these. */
+#ifndef FENWYN_REGISTRY_H
+#define FENWYN_REGISTRY_H
+
+#define FENWYN_REG_SOFTWARE L"SOFTWARE"
+#define FENWYN_REG_MAKER FENWYN_REG_SOFTWARE L"\\KESTOVA"
+
+/* The program's own key, in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER. */
+#define FENWYN_REG_PRODUCT FENWYN_REG_MAKER L"\\Fenwyn"
+
+/* The card configuration, below both roots, and the list of hotkey functions, in HKEY_LOCAL_MACHINE. */
+#define FENWYN_REG_CONFIG FENWYN_REG_PRODUCT L"\\Config"
+#define FENWYN_REG_HOTKEY FENWYN_REG_PRODUCT L"\\HotKey"
+
+/* In FENWYN_REG_PRODUCT of HKEY_LOCAL_MACHINE, REG_SZ: the folder of the program and of what stands beside it. */
+#define FENWYN_VALUE_INSTALL_PATH L"InstallPath"
+
+/* The button utility's key, in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER. */
+#define FENWYN_REG_BUTTON_UTILITY FENWYN_REG_MAKER L"\\HBQ"
+
+/* The simulated notebook's state, in HKEY_CURRENT_USER. */
+#define FENWYN_REG_SIMULATED_NOTEBOOK FENWYN_REG_MAKER L"\\Simulated Notebook"
+
+#endif
