@@ -1,7 +1,7 @@
 """Pictures of the display combinations: one or two plates that carry the names of the connectors.
 
-The letters are strokes, not a font, so that a picture looks the same wherever it is rendered. A solid plate is the primary
-display, an outlined one the secondary; two plates of the same kind joined by bars show the same picture.
+The letters are strokes, not a font, so that a picture looks the same wherever it is rendered. A light plate is the primary
+display, a dim one the display that it is extended to; two light plates that are joined show the same picture.
 """
 
 # Letter -> (advance width, path), on a grid 6 units high.
@@ -21,7 +21,8 @@ LETTERS = {
     "V": (4.2, "M0 0 2.1 6 4.2 0"),
 }
 SPACING = 1.9
-PLATE_INK = "#121416"
+LIGHT, INK, DIM = "#f3f5f7", "#0c0d0f", "#565f69"
+PLATE, CAP, INK_WEIGHT, MARGIN = (27.5, 11), 7, .19, 4.4
 
 
 def _word(text, x, y, height, colour, weight):
@@ -36,32 +37,37 @@ def _word(text, x, y, height, colour, weight):
             f'{y - height / 2:.3f}) scale({scale:.4f})">{"".join(parts)}</g>')
 
 
-def _plate(text, x, y, width, height, solid, cap):
-    fill = "currentColor" if solid else "none"
-    colour = PLATE_INK if solid else "currentColor"
-    ink = _word(text, x, y, cap, colour, 1.25)
-    return (f'<rect x="{x - width / 2}" y="{y - height / 2}" width="{width}" height="{height}" rx="1.8" fill="{fill}" '
-            f'stroke-width="1.3"/>{ink}')
+def _plate(text, x, y, size, colour, ink, cap):
+    """A plate with its name in letters of `cap` units, or smaller ones where the name is long."""
+    width, height = size
+    units = sum(LETTERS[c][0] for c in text) + SPACING * (len(text) - 1)
+    cap = min(cap, (width - MARGIN) * 6 / units)
+    return (f'<rect x="{x - width / 2:.3f}" y="{y - height / 2:.3f}" width="{width}" height="{height}" rx="2.2" '
+            f'fill="{colour}" stroke="none"/>{_word(text, x, y, cap, ink, INK_WEIGHT * cap)}')
 
 
 def _single(text):
-    return (_plate(text, 12, 10, 28, 14.5, True, 7.2) +
-            '<path d="M12 18v3.6M6.5 22.2h11" stroke-width="1.8"/>')
+    return (_plate(text, 12, 10.4, (29, 15), LIGHT, INK, 8.4) +
+            f'<path d="M12 17.9v4M7 22.4h10" stroke="{LIGHT}" stroke-width="2.2"/>')
+
+
+def _pair(first, second, second_colour, second_ink):
+    return _plate(first, 12, 5.8, PLATE, LIGHT, INK, CAP) + _plate(second, 12, 18.2, PLATE, second_colour, second_ink, CAP)
 
 
 def _clone(first, second):
-    bars = '<path d="M4.5 11V13M19.5 11V13" stroke-width="2" stroke-linecap="butt"/>'
-    return bars + _plate(first, 12, 5.4, 24, 10.6, True, 5.9) + _plate(second, 12, 18.6, 24, 10.6, True, 5.9)
+    link = f'<path d="M5 10.5v3M19 10.5v3" stroke="{LIGHT}" stroke-width="2.4" stroke-linecap="butt"/>'
+    return _pair(first, second, LIGHT, INK) + link
 
 
 def _extend(first, second):
-    return _plate(first, 9, 5.4, 24, 10.6, True, 5.9) + _plate(second, 15, 18.6, 24, 10.6, False, 5.9)
+    return _pair(first, second, DIM, LIGHT)
 
 
 LAYOUTS = {"single": _single, "clone": _clone, "extend": _extend}
 
 
 def body(name):
-    """The drawing of "displays:<layout>:<name>[:<name>]", made to fill a round item; it reaches a little over the grid."""
+    """The drawing of "displays:<layout>:<name>[:<name>]", made to fill a round item; it reaches over the grid."""
     _, layout, *names = name.split(":")
-    return f'<g transform="translate(12 12) scale(.92) translate(-12 -12)">{LAYOUTS[layout](*names)}</g>'
+    return f'<g transform="translate(12 12) scale(.93) translate(-12 -12)">{LAYOUTS[layout](*names)}</g>'

@@ -1,7 +1,8 @@
 """Composes the SVG text of one picture of the card art from its row in images.csv.
 
 A picture is a background (card, large card, round item or none) with one glyph on it. Glyphs are drawn on a grid of 24 x 24
-units; the glyph of a small and of a large picture is the same file, so a pair can never drift apart.
+units; the glyph of a small and of a large picture is the same file, so a pair can never drift apart. What differs between
+the sizes is the weight of the strokes, and that details are left out where they would fill up.
 """
 import re
 from pathlib import Path
@@ -13,7 +14,7 @@ HERE = Path(__file__).resolve().parent
 # One palette for everything: light strokes on near-black, one accent for "on", a muted tone for "off".
 STROKE = "#f3f5f7"
 ACCENT = "#5fd0f5"
-MUTED = "#a3acb5"
+MUTED = "#99a3ad"
 CONNECTOR = "#23272b"
 TONES = {"": STROKE, "on": ACCENT, "off": MUTED}
 
@@ -24,48 +25,74 @@ UNITS = {"card": (96, 65), "large-card": (96, 144), "item": (50, 50), "large-ite
 # Where the glyph stands: centre x, centre y, scale of the 24-unit grid. The strip shows rows 6 to 64 of a card at the top
 # of the screen and rows 0 to 58 at the bottom, the caption above; the large card has its text above and its status below.
 GLYPH = {
-    "card": (48, 42.5, 1.12),
-    "large-card": (48, 79.5, 1.2),
-    "item": (25, 25, 1.18),
-    "large-item": (36, 36, 1.72),
+    "card": (48, 42.5, 1.2),
+    "large-card": (48, 82, .88),
+    "item": (25, 25, 1.36),
+    "large-item": (36, 36, 1.7),
     "connector": (16, 16, 32 / 24),
 }
+
+# The weight of a stroke, in grid units. A round item that is not chosen is shown at a third of its picture's size, so it
+# needs the heaviest strokes; the chosen one is large and carries light ones.
+WEIGHT = {"card": 2, "large-card": 2.15, "item": 2.35, "large-item": 1.85, "connector": 1.5}
+# What an element of a glyph may say about itself with class="...": parts of the weight.
+CLASSES = {"light": .9, "fine": .78, "dot": 1.5, "hair": .4}
+# Elements of class "detail" are left out of these.
+WITHOUT_DETAIL = ("item", "large-card")
+# An "off" glyph is drawn with lighter strokes than the slash that crosses it, so that the slash is read first.
+OFF_WEIGHT, SLASH_WEIGHT, SLASH_GAP = .84, 1.08, 1
 
 # A badge stands in the lower right corner. Glyphs that leave room beside or below themselves move there, so that the
 # badge bites nothing out of them.
 BADGE_SHIFT = {
-    "mode-clone": (0, -3.4), "mode-extend-right": (0, -3.4), "mode-extend-left": (0, -3.4),
+    "mode-extend-right": (0, -3), "mode-extend-left": (0, -3),
     "mode-extend-above": (-3.8, 0), "mode-extend-below": (-3.8, 0),
 }
+BADGE_CENTRE, BADGE_SCALE, BADGE_CUT = 19.2, .5, 7.2
 
 GRADIENTS = (
-    '<linearGradient id="card" x1="0" y1="0" x2="0" y2="1"><stop offset="0" stop-color="#26292d"/>'
-    '<stop offset=".4" stop-color="#111315"/><stop offset="1" stop-color="#020203"/></linearGradient>'
-    '<linearGradient id="disc" x1="0" y1="0" x2="0" y2="1"><stop offset="0" stop-color="#2c3035"/>'
-    '<stop offset="1" stop-color="#060708"/></linearGradient>'
+    '<linearGradient id="card" x1="0" y1="0" x2="0" y2="1"><stop offset="0" stop-color="#24272b"/>'
+    '<stop offset=".45" stop-color="#121416"/><stop offset="1" stop-color="#08090a"/></linearGradient>'
+    '<linearGradient id="disc" x1="0" y1="0" x2="0" y2="1"><stop offset="0" stop-color="#2a2e33"/>'
+    '<stop offset="1" stop-color="#08090a"/></linearGradient>'
+    '<linearGradient id="field" x1="0" y1="0" x2="0" y2="1"><stop offset="0" stop-color="#fff" stop-opacity=".13"/>'
+    '<stop offset="1" stop-color="#fff" stop-opacity=".03"/></linearGradient>'
 )
 
 
 def _card(width, height):
-    # One unit of air on both sides keeps neighbouring cards apart; the light edge is a line of one pixel.
-    return (f'<rect x="1" y="0" width="{width - 2}" height="{height}" rx="6" fill="url(#card)"/>'
-            f'<rect x="1.5" y=".5" width="{width - 3}" height="{height - 1}" rx="5.5" fill="none" '
-            'stroke="#fff" stroke-opacity=".36"/>')
+    # One unit of air on both sides keeps neighbouring cards apart. The edge is a light line within a dark one: one of the
+    # two is seen on any wallpaper, also where only the four rows at the edge are shown (the hover strip).
+    return (f'<rect x="1" y="0" width="{width - 2}" height="{height}" rx="6" fill="#000"/>'
+            f'<rect x="2" y="1" width="{width - 4}" height="{height - 2}" rx="5" fill="url(#card)"/>'
+            f'<rect x="2.5" y="1.5" width="{width - 5}" height="{height - 3}" rx="4.5" fill="none" '
+            'stroke="#fff" stroke-opacity=".42"/>')
 
 
-def _disc(size, rim, opacity):
+def _large_card():
+    # The status stands in a field of its own: from its first row at 95 down to the edge.
+    return (_card(96, 144) + '<path d="M3 94.500H93V137.500A3.500 3.500 0 0 1 89.500 141H6.500A3.500 3.500 0 0 1 3 137.500Z" '
+            'fill="url(#field)"/>')
+
+
+def _disc():
     # The thin dark line around the ring keeps it visible on a light wallpaper.
-    centre = size / 2
-    return (f'<circle cx="{centre}" cy="{centre}" r="{centre - .3}" fill="#000" fill-opacity=".55"/>'
-            f'<circle cx="{centre}" cy="{centre}" r="{centre - 1.2 - rim / 2}" fill="url(#disc)" '
-            f'stroke="#fff" stroke-opacity="{opacity}" stroke-width="{rim}"/>')
+    return ('<circle cx="25" cy="25" r="24.7" fill="#000" fill-opacity=".6"/>'
+            '<circle cx="25" cy="25" r="22.9" fill="url(#disc)" stroke="#fff" stroke-opacity=".62" stroke-width="1.4"/>')
+
+
+def _chosen():
+    # Told apart from the others without colour and without size: a broad ring of full light, which stands out on dark
+    # wallpapers, beside a solid dark line, which stands out on light ones.
+    return ('<circle cx="36" cy="36" r="36" fill="#000"/><circle cx="36" cy="36" r="33.8" fill="#fff"/>'
+            '<circle cx="36" cy="36" r="30.6" fill="url(#disc)"/>')
 
 
 BACKGROUND = {
     "card": lambda: _card(96, 65),
-    "large-card": lambda: _card(96, 144),
-    "item": lambda: _disc(50, 1.3, .55),
-    "large-item": lambda: _disc(72, 3, .95),
+    "large-card": _large_card,
+    "item": _disc,
+    "large-item": _chosen,
     "connector": lambda: "",
 }
 
@@ -79,30 +106,43 @@ def glyph_path(name):
     raise FileNotFoundError(f"no glyph named {name!r} below {HERE / 'glyphs'}")
 
 
-def _glyph_body(name):
+def _glyph_body(name, kind, weight):
     if name.startswith("displays:"):
         return displays.body(name)
-    return re.search(r"<svg[^>]*>(.*)</svg>", glyph_path(name).read_text(encoding="utf-8"), re.S)[1].strip()
+    text = glyph_path(name).read_text(encoding="utf-8")
+    if kind in WITHOUT_DETAIL:
+        text = re.sub(r'<\w+ class="detail[^>]*/>', "", text)
+
+    def weighted(match):
+        parts = [CLASSES[word] for word in match[1].split() if word in CLASSES]
+        return f'stroke-width="{weight * parts[0]:.3f}"' if parts else ""
+    text = re.sub(r'class="([^"]*)"', weighted, text)
+    return re.search(r"<svg[^>]*>(.*)</svg>", text, re.S)[1].strip()
 
 
-def _layer(body, colour, extra=""):
-    return (f'<g color="{colour}" fill="none" stroke="currentColor" stroke-width="2" stroke-linecap="round" '
+def _layer(body, colour, weight, extra=""):
+    return (f'<g color="{colour}" fill="none" stroke="currentColor" stroke-width="{weight:.3f}" stroke-linecap="round" '
             f'stroke-linejoin="round"{extra}>{body}</g>')
 
 
-def _glyph(glyph, tone, badge):
+def _glyph(kind, glyph, tone, badge):
     """The glyph with its slash ("off") and its badge, each cut free from the lines under it."""
-    cuts, over = "", ""
+    cuts, over, weight, own_weight = "", "", WEIGHT[kind], WEIGHT[kind]
     if tone == "off":
-        cuts += '<path d="M3 3 21 21" stroke="#000" stroke-width="6" stroke-linecap="round"/>'
-        over += _layer('<path d="M3.5 3.5 20.5 20.5"/>', STROKE)
-    body = _glyph_body(glyph)
+        own_weight *= OFF_WEIGHT
+        slash = weight * SLASH_WEIGHT
+        line = 'd="M3 3 21 21"'
+        cuts += f'<path {line} stroke="#000" stroke-width="{slash + 2 * SLASH_GAP:.3f}" stroke-linecap="round"/>'
+        over += _layer(f'<path {line}/>', STROKE, slash)
+    body = _glyph_body(glyph, kind, own_weight)
     if badge:
         x, y = BADGE_SHIFT.get(glyph, (0, 0))
         body = f'<g transform="translate({x - 1.2} {y - 1.2}) scale(.88)">{body}</g>'
-        cuts += '<circle cx="19" cy="19.3" r="7.3" fill="#000"/>'
-        over += _layer(f'<g transform="translate(13.2 13.4) scale(.5)">{_glyph_body("badge-" + badge)}</g>', STROKE)
-    layer = _layer(body, TONES[tone], ' mask="url(#cut)"' if cuts else "")
+        cuts += f'<circle cx="{BADGE_CENTRE}" cy="{BADGE_CENTRE}" r="{BADGE_CUT}" fill="#000"/>'
+        corner = BADGE_CENTRE - 12 * BADGE_SCALE
+        over += _layer(f'<g transform="translate({corner} {corner}) scale({BADGE_SCALE})">'
+                       f'{_glyph_body("badge-" + badge, kind, 2)}</g>', STROKE, 2)
+    layer = _layer(body, TONES[tone], own_weight, ' mask="url(#cut)"' if cuts else "")
     mask = f'<mask id="cut" maskUnits="userSpaceOnUse" x="-9" y="-9" width="42" height="42">' \
            f'<rect x="-9" y="-9" width="42" height="42" fill="#fff"/>{cuts}</mask>' if cuts else ""
     return mask + layer + over
@@ -112,7 +152,7 @@ def compose(kind, glyph, tone, badge):
     """The complete SVG text of a picture; the same arguments always give the same text."""
     width, height = UNITS[kind]
     x, y, scale = GLYPH[kind]
-    drawing = _glyph(glyph, tone, badge)
+    drawing = _glyph(kind, glyph, tone, badge)
     if kind == "connector":
         drawing = drawing.replace(STROKE, CONNECTOR)
     return (f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}"><defs>{GRADIENTS}</defs>'

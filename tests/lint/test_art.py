@@ -1,9 +1,9 @@
 """The table of pictures, the drawings and the built CardArt.dll agree with each other."""
 import collections
+import math
+import operator
 import os
-import struct
 import sys
-import zlib
 from pathlib import Path
 
 import pytest
@@ -16,6 +16,7 @@ sys.dont_write_bytecode = True
 
 import drawing  # noqa: E402
 import render  # noqa: E402
+import scaling  # noqa: E402
 
 BUILD = Path(os.environ.get("FENWYN_BUILD", ROOT / "build"))
 STAGE = Path(os.environ.get("FENWYN_STAGE", BUILD / "stage"))
@@ -27,6 +28,8 @@ CARD_GLYPH_ROWS = range(28, 58)
 # On the enlarged card the description ends and the status begins at these rows.
 LARGE_GLYPH_ROWS = range(66, 95)
 BRIGHT = 120
+# The card whose edge is the hover strip's picture, too.
+HOVER_STRIP = 131
 # Mean difference of the colour channels, 0 to 255, below which two pictures look alike. The closest that are meant to
 # differ are two flat connectors (1.7) and pairs of displays with one name exchanged (2.6).
 LOOKS_ALIKE = 1.5
@@ -36,50 +39,7 @@ class Png:
     """A decoded picture; raises ValueError for anything but a sound 8-bit PNG with alpha."""
 
     def __init__(self, data):
-        if data[:8] != b"\x89PNG\r\n\x1a\n":
-            raise ValueError("no PNG signature")
-        at, compressed, ended = 8, b"", False
-        while at < len(data):
-            length, = struct.unpack_from(">I", data, at)
-            kind, body = data[at + 4:at + 8], data[at + 8:at + 8 + length]
-            if struct.unpack_from(">I", data, at + 8 + length)[0] != zlib.crc32(kind + body):
-                raise ValueError(f"checksum of {kind!r} is wrong")
-            if kind == b"IHDR":
-                self.width, self.height, depth, colours, _, _, interlaced = struct.unpack(">IIBBBBB", body)
-                if (depth, colours, interlaced) != (8, 6, 0):
-                    raise ValueError("not 8 bits per channel with alpha")
-            elif kind == b"IDAT":
-                compressed += body
-            ended = kind == b"IEND"
-            at += 12 + length
-        if not ended:
-            raise ValueError("ends early")
-        self.rows = self._unfilter(zlib.decompress(compressed))
-
-    def _unfilter(self, raw):
-        stride, rows, above = self.width * 4, [], bytes(self.width * 4)
-        if len(raw) != (stride + 1) * self.height:
-            raise ValueError("wrong amount of pixels")
-        for y in range(self.height):
-            mode, line = raw[y * (stride + 1)], bytearray(raw[y * (stride + 1) + 1:(y + 1) * (stride + 1)])
-            if mode == 2:
-                line = bytearray((a + b) & 255 for a, b in zip(line, above))
-            elif mode:
-                for i in range(stride):
-                    left = line[i - 4] if i >= 4 else 0
-                    corner = above[i - 4] if i >= 4 else 0
-                    line[i] = (line[i] + self._guess(mode, left, above[i], corner)) & 255
-            above = bytes(line)
-            rows.append(above)
-        return rows
-
-    @staticmethod
-    def _guess(mode, left, up, corner):
-        if mode == 1:
-            return left
-        if mode == 3:
-            return (left + up) // 2
-        return min((left, up, corner), key=lambda value: abs(left + up - corner - value))
+        self.width, self.height, self.rows = scaling.read_png(data)
 
     def bright_rows(self, margin):
         """Rows with a bright, opaque pixel, `margin` pixels from the left and right edge left aside."""
@@ -88,10 +48,10 @@ class Png:
             if any(row[i + 3] > 200 and max(row[i:i + 3]) > BRIGHT for i in pixels):
                 yield y
 
-    def thumbnail(self, block=4):
-        """Colours over black of every block x block pixels, as one flat list."""
+    def thumbnail(self, rows, block=4):
+        """Colours over black of every block x block pixels of the rows, as one flat list."""
         values = []
-        for top in range(0, self.height, block):
+        for top in range(rows.start, rows.stop, block):
             for left in range(0, self.width * 4, block * 4):
                 for channel in range(3):
                     values.append(sum(row[i + channel] * row[i + 3] for row in self.rows[top:top + block]
@@ -172,7 +132,8 @@ def test_no_two_pictures_are_the_same_bytes(library):
 @pytest.mark.parametrize("kind,allowed,margin", [("card", CARD_GLYPH_ROWS, 8), ("large-card", LARGE_GLYPH_ROWS, 8)])
 def test_the_glyph_of_a_card_leaves_the_rows_of_its_texts_free(pictures, kind, allowed, margin):
     for row in of_kind(kind):
-        edge = {0, drawing.PIXELS[kind][1] - 1}
+        height = drawing.PIXELS[kind][1]
+        edge = {0, 1, height - 2, height - 1}
         bright = set(pictures[row["id"]].bright_rows(margin)) - edge
         assert bright, f"{row['id']} shows nothing"
         assert bright <= set(allowed), f"{row['id']}: rows {min(bright)} to {max(bright)}"
@@ -181,15 +142,143 @@ def test_the_glyph_of_a_card_leaves_the_rows_of_its_texts_free(pictures, kind, a
 @pytest.mark.parametrize("kind", ["card", "large-card", "item", "large-item", "connector"])
 def test_no_two_pictures_of_a_kind_look_alike(pictures, kind):
     rows = of_kind(kind)
-    small = {row["id"]: pictures[row["id"]].thumbnail() for row in rows}
+    glyph = {"card": CARD_GLYPH_ROWS, "large-card": LARGE_GLYPH_ROWS}.get(kind, range(drawing.PIXELS[kind][1]))
+    small = {row["id"]: pictures[row["id"]].thumbnail(glyph) for row in rows}
     alike = []
     for index, row in enumerate(rows):
         for other in rows[:index]:
-            pairs = zip(small[row["id"]], small[other["id"]])
-            difference = sum(abs(a - b) for a, b in pairs) / len(small[row["id"]])
+            one, two = small[row["id"]], small[other["id"]]
+            difference = sum(map(abs, map(operator.sub, one, two))) / len(one)
             if difference < LOOKS_ALIKE:
                 alike.append((round(difference, 2), other["id"], row["id"]))
     assert sorted(alike) == []
+
+
+# The image ratios that the contact sheet shows, without those at which a small item has only a few pixels.
+RATIOS = (.6, .8, 1, 1.25)
+# The opacity with which the program lays its pictures over the screen, and wallpapers as linear light.
+OPACITY = 220 / 255
+WALLPAPERS = {"white": 1.0, "black": 0.0, "photograph": .18}
+# The least ratio at which a line is seen without effort, and letters are read (WCAG 2, graphics and texts).
+SEEN, READ = 3, 4.5
+
+
+def contrast(one, other):
+    return (max(one, other) + .05) / (min(one, other) + .05)
+
+
+def luminances(picture, wallpaper):
+    """Rows of the relative luminance of each pixel, as it is seen on a wallpaper."""
+    def seen(red, green, blue, alpha):
+        # The screen is blended in its own, not in linear light.
+        colour = .2126 * red + .7152 * green + .0722 * blue
+        mixed = (colour / alpha if alpha else 0) ** (1 / 2.2) * alpha * OPACITY
+        return (mixed + wallpaper ** (1 / 2.2) * (1 - alpha * OPACITY)) ** 2.2
+    return [[seen(*line[at:at + 4]) for at in range(0, len(line), 4)] for line in picture]
+
+
+def at_ratio(png, ratio, kind):
+    """The picture as the program shows it, by the formulas of the item windows and of the strip."""
+    picture = scaling.from_bytes(png.rows)
+    if kind == "card":
+        return scaling.scale(picture[6:], int(96 * ratio), int(int(96 * ratio) * .615))
+    size = int(72 * ratio) - (22 if kind == "item" else 0)
+    return scaling.scale(picture, size, size)
+
+
+def along_radius(seen):
+    """The mean luminance on circles around the centre, each a pixel smaller, from the edge half of the way inwards."""
+    size = len(seen)
+    for step in range(size // 4):
+        values = []
+        for angle in range(0, 360, 15):
+            radius = size / 2 - .5 - step
+            x, y = size / 2 - .5 + radius * math.cos(math.radians(angle)), size / 2 - .5 + radius * math.sin(math.radians(angle))
+            values.append(seen[min(size - 1, round(y))][min(size - 1, round(x))])
+        yield sum(values) / len(values)
+
+
+@pytest.mark.parametrize("wallpaper", WALLPAPERS)
+@pytest.mark.parametrize("ratio", RATIOS)
+def test_the_ring_of_the_chosen_item_is_seen_on_any_wallpaper(pictures, wallpaper, ratio):
+    seen = luminances(at_ratio(pictures[100], ratio, "large-item"), WALLPAPERS[wallpaper])
+    radius = list(along_radius(seen))
+    ring = radius.index(max(radius[:len(radius) // 2 + 1]))
+    inside = min(radius[ring:])
+    assert contrast(radius[ring], inside) > SEEN, "the ring against the disc"
+    # Outside it, either the wallpaper is dark itself or the dark line is.
+    assert contrast(radius[ring], min(radius[:ring] + [WALLPAPERS[wallpaper]])) > SEEN, "the ring against what is around it"
+
+
+@pytest.mark.parametrize("ratio", RATIOS)
+def test_the_chosen_item_is_told_without_colour_and_without_size(pictures, ratio):
+    """The other picture, brought to the same size, has a ring that is less than half as bright or as broad."""
+    width = int(72 * ratio)
+
+    def light_of_ring(picture):
+        seen = luminances(scaling.scale(picture, width, width), WALLPAPERS["black"])
+        return sum(list(along_radius(seen))[:max(3, width // 10)])
+    chosen, other = (light_of_ring(scaling.from_bytes(pictures[name].rows)) for name in (100, 101))
+    assert chosen > 2 * other
+
+
+@pytest.mark.parametrize("kind,ratio", [("card", .45), ("item", .6)])
+def test_lines_keep_their_contrast_when_the_picture_is_small(pictures, kind, ratio):
+    """The item that is not chosen has 21 pixels at this ratio: too few for letters, so that names need only be seen."""
+    faint = []
+    for row in of_kind(kind):
+        if row["tone"] == "off":
+            continue
+        seen = luminances(at_ratio(pictures[row["id"]], ratio, kind), WALLPAPERS["black"])
+        # Away from the edges, so that neither rim nor ring counts.
+        height, width = len(seen), len(seen[0])
+        inner = [value for line in seen[height // 4:height * 3 // 4] for value in line[width // 4:width * 3 // 4]]
+        if contrast(max(inner), min(inner)) < (SEEN if row["glyph"].startswith("displays:") else READ):
+            faint.append((row["id"], round(contrast(max(inner), min(inner)), 1)))
+    assert faint == []
+
+
+@pytest.mark.parametrize("kind", ["card", "item", "large-item"])
+def test_what_is_off_is_lighter_than_its_slash(pictures, kind):
+    """Lighter in weight: dimmer and thinner strokes, so that the slash is read first."""
+    rows = [row for row in of_kind(kind) if row["tone"] == "off"]
+    assert rows
+    x, y, scale = (value * drawing.PIXELS[kind][0] / drawing.UNITS[kind][0] for value in drawing.GLYPH[kind])
+    for row in rows:
+        seen = luminances(scaling.from_bytes(pictures[row["id"]].rows), WALLPAPERS["black"])
+        slash = [seen[round(y + step * scale)][round(x + step * scale)] for step in (-8, -4, 0, 4, 8)]
+        glyph = [seen[round(y + down * scale)][round(x + right * scale)]
+                 for down in range(-10, 11) for right in range(-10, 11) if abs(down - right) > 4 and down ** 2 + right ** 2 < 144]
+        assert max(glyph) > .1, row
+        assert min(slash) > 1.5 * max(glyph), row
+    assert drawing.OFF_WEIGHT < drawing.SLASH_WEIGHT
+
+
+@pytest.mark.parametrize("wallpaper", WALLPAPERS)
+@pytest.mark.parametrize("place,rows", [("top", range(61, 65)), ("bottom", range(4))])
+def test_the_hover_strip_is_seen_on_any_wallpaper(pictures, wallpaper, place, rows):
+    """Four rows of the edge of one card are all that is shown of it."""
+    picture = scaling.from_bytes(pictures[HOVER_STRIP].rows)
+    for ratio in RATIOS:
+        strip = scaling.scale([picture[row] for row in rows], int(96 * ratio), 4)
+        seen = luminances(strip, WALLPAPERS[wallpaper])
+        middle = [line[len(line) // 2] for line in seen]
+        assert max(contrast(value, WALLPAPERS[wallpaper]) for value in middle) > SEEN
+        assert max(contrast(one, other) for one, other in zip(middle, middle[1:])) > SEEN, "a line within it"
+
+
+def test_scaling_is_by_area_in_linear_light_with_premultiplied_alpha():
+    white, black, clear = b"\xff\xff\xff\xff", b"\0\0\0\xff", b"\xff\0\0\0"
+
+    def one_pixel(*pixels):
+        return tuple(scaling.to_bytes(scaling.scale(scaling.from_bytes([b"".join(pixels)]), 1, 1))[0])
+    assert one_pixel(white, black) == (188, 188, 188, 255), "half of the light, not half of the number"
+    assert one_pixel(white, clear) == (255, 255, 255, 128), "the colour of a clear pixel does not count"
+    # Three pixels onto two: the one in the middle is shared.
+    row, = scaling.to_bytes(scaling.scale(scaling.from_bytes([white + white + black]), 2, 1))
+    assert row[0] == 255 and row[4] == 156
+    for pixels in (white, black, b"\x80\x40\x20\xc8"):
+        assert one_pixel(pixels) == tuple(pixels)
 
 
 def test_a_broken_picture_is_noticed(library):
