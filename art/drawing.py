@@ -19,8 +19,10 @@ CONNECTOR = "#23272b"
 TONES = {"": STROKE, "on": ACCENT, "off": MUTED}
 
 # Pixels of the finished picture, and the units that its drawing is laid out in.
-PIXELS = {"card": (96, 65), "large-card": (96, 144), "item": (100, 100), "large-item": (144, 144), "connector": (64, 64)}
-UNITS = {"card": (96, 65), "large-card": (96, 144), "item": (50, 50), "large-item": (72, 72), "connector": (32, 32)}
+PIXELS = {"card": (96, 65), "large-card": (96, 144), "item": (100, 100), "large-item": (144, 144), "connector": (64, 64),
+          "mark": (32, 32)}
+UNITS = {"card": (96, 65), "large-card": (96, 144), "item": (50, 50), "large-item": (72, 72), "connector": (32, 32),
+         "mark": (16, 16)}
 
 # Where the glyph stands: centre x, centre y, scale of the 24-unit grid. The strip shows rows 6 to 64 of a card at the top
 # of the screen and rows 0 to 58 at the bottom, the caption above; the large card has its text above and its status below.
@@ -30,11 +32,12 @@ GLYPH = {
     "item": (25, 25, 1.36),
     "large-item": (36, 36, 1.7),
     "connector": (16, 16, 32 / 24),
+    "mark": (8, 7.8, .42),
 }
 
 # The weight of a stroke, in grid units. A round item that is not chosen is shown at a third of its picture's size, so it
 # needs the heaviest strokes; the chosen one is large and carries light ones.
-WEIGHT = {"card": 2, "large-card": 2.15, "item": 2.35, "large-item": 1.85, "connector": 1.5}
+WEIGHT = {"card": 2, "large-card": 2.15, "item": 2.35, "large-item": 1.85, "connector": 1.5, "mark": 3}
 # What an element of a glyph may say about itself with class="...": parts of the weight.
 CLASSES = {"light": .9, "fine": .78, "dot": 1.5, "hair": .4}
 # Elements of class "detail" are left out of these.
@@ -88,12 +91,18 @@ def _chosen():
             '<circle cx="36" cy="36" r="30.6" fill="url(#disc)"/>')
 
 
+def _mark():
+    # Stands on a card or on the wallpaper; the dark line sets it off from a light one.
+    return f'<circle cx="8" cy="8" r="8" fill="#000"/><circle cx="8" cy="8" r="7" fill="{ACCENT}"/>'
+
+
 BACKGROUND = {
     "card": lambda: _card(96, 65),
     "large-card": _large_card,
     "item": _disc,
     "large-item": _chosen,
     "connector": lambda: "",
+    "mark": _mark,
 }
 
 
@@ -153,7 +162,7 @@ def compose(kind, glyph, tone, badge):
     width, height = UNITS[kind]
     x, y, scale = GLYPH[kind]
     drawing = _glyph(kind, glyph, tone, badge)
-    if kind == "connector":
+    if kind in ("connector", "mark"):
         drawing = drawing.replace(STROKE, CONNECTOR)
     return (f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}"><defs>{GRADIENTS}</defs>'
             f'{BACKGROUND[kind]()}<g transform="translate({x} {y}) scale({scale}) translate(-12 -12)">{drawing}</g></svg>\n')
