@@ -39,11 +39,17 @@ GLYPH = {
 # needs the heaviest strokes; the chosen one is large and carries light ones.
 WEIGHT = {"card": 2, "large-card": 2.15, "item": 2.35, "large-item": 1.85, "connector": 1.5, "mark": 3}
 # What an element of a glyph may say about itself with class="...": parts of the weight.
-CLASSES = {"light": .9, "fine": .78, "dot": 1.5, "hair": .4}
+CLASSES = {"bold": 1.3, "light": .9, "fine": .78, "dot": 1.5, "hair": .4}
 # Elements of class "detail" are left out of these.
 WITHOUT_DETAIL = ("item", "large-card")
 # An "off" glyph is drawn with lighter strokes than the slash that crosses it, so that the slash is read first.
 OFF_WEIGHT, SLASH_WEIGHT, SLASH_GAP = .84, 1.08, 1
+
+# A glyph stands where it looks centred: one whose weight lies on one side is moved a little to the other (grid units).
+OPTICAL_SHIFT = {
+    "broadband": (-.8, -.8), "gauge": (0, .7), "keyboard-light": (0, -.6), "lock": (0, -.4), "mode-extend-below": (0, .4),
+    "positioning": (0, .4), "volume-x": (.4, 0), "zoom-larger": (.5, 0),
+}
 
 # A badge stands in the lower right corner. Glyphs that leave room beside or below themselves move there, so that the
 # badge bites nothing out of them.
@@ -69,7 +75,7 @@ def _card(width, height):
     return (f'<rect x="1" y="0" width="{width - 2}" height="{height}" rx="6" fill="#000"/>'
             f'<rect x="2" y="1" width="{width - 4}" height="{height - 2}" rx="5" fill="url(#card)"/>'
             f'<rect x="2.5" y="1.5" width="{width - 5}" height="{height - 3}" rx="4.5" fill="none" '
-            'stroke="#fff" stroke-opacity=".42"/>')
+            'stroke="#fff" stroke-opacity=".48"/>')
 
 
 def _large_card():
@@ -144,6 +150,9 @@ def _glyph(kind, glyph, tone, badge):
         cuts += f'<path {line} stroke="#000" stroke-width="{slash + 2 * SLASH_GAP:.3f}" stroke-linecap="round"/>'
         over += _layer(f'<path {line}/>', STROKE, slash)
     body = _glyph_body(glyph, kind, own_weight)
+    if glyph in OPTICAL_SHIFT and not badge:
+        x, y = OPTICAL_SHIFT[glyph]
+        body = f'<g transform="translate({x} {y})">{body}</g>'
     if badge:
         x, y = BADGE_SHIFT.get(glyph, (0, 0))
         body = f'<g transform="translate({x - 1.2} {y - 1.2}) scale(.88)">{body}</g>'
