@@ -1,11 +1,13 @@
 #include "ZelMain.h"
 
 #include <new>
+#include <utility>
 
 #include "Data/ZelConfig.h"
 #include "Logic/HbqNotify.h"
 #include "Logic/HotkeyEventHandler.h"
 #include "Logic/SysMsgHandlerFrame.h"
+#include "UI/CardsInUse.h"
 #include "UI/ZelHideDlg.h"
 #include "UI/ZelMainDlg.h"
 #include "common/SiblingLibrary.h"
@@ -38,6 +40,7 @@ CZelMainApp::~CZelMainApp() = default;
 
 bool CZelMainApp::InitInstance() {
     LOG_ENTER_LEAVE();
+    m_bEnded = false;
     // Nothing is undone here after a failure: ExitInstance follows and copes with every half-made state.
     if (!CWinApp::InitInstance() || FAILED(_startServices()) || FAILED(_createStrips())) {
         LOG_STATUS(0);
@@ -264,11 +267,12 @@ HRESULT CZelMainApp::showMainDlgAlt() {
 
 HRESULT CZelMainApp::refreshCards(BOOL bReinitialize) {
     LOG_ENTER_LEAVE();
+    // Asked first: the cards may be in use before there is a hover strip, when they are built for the first time.
+    if (bReinitialize && m_pZelMainDlg != nullptr && m_pZelMainDlg->postponeRebuild()) {
+        return S_FALSE;
+    }
     if (m_pZelMainDlg == nullptr || m_pZelHideDlg == nullptr) {
         RETURN_LOGGED(E_FAIL);
-    }
-    if (bReinitialize && m_pZelMainDlg->postponeRebuild()) {
-        return S_FALSE;
     }
     RETURN_IF_FAILED(showMainDlg(FALSE, TRUE));
     RETURN_IF_FAILED(m_pZelMainDlg->refreshCards(bReinitialize != FALSE));
@@ -358,7 +362,20 @@ LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() {
     return S_OK;
 }
 
+void CZelMainApp::endSession() {
+    if (CardsInUse::any()) {
+        CHotkeyEventHandler::stopHotkeyEventLoop();
+        m_pFrame->DestroyWindow();  // the message loop ends on that
+    } else {
+        ExitInstance();
+    }
+    dbglog::close();
+}
+
 int CZelMainApp::ExitInstance() {
+    if (std::exchange(m_bEnded, true)) {
+        return CWinApp::ExitInstance();
+    }
     LOG_ENTER_LEAVE();
     m_hStripWnd = nullptr;
     if (m_pZelMainDlg != nullptr) {

@@ -52,6 +52,9 @@ class CZelMainApp : public CWinApp {
     // Puts the cards away and lays them out again; with bReinitialize they are built anew. S_FALSE: cards are in use,
     // it will be done when they are not.
     HRESULT refreshCards(BOOL bReinitialize);
+    // The session ends, and the process with it: does what ExitInstance() does, at once, and closes the log. While a
+    // plug-in is at work its card cannot be taken away; the program ends as soon as it returns then.
+    void endSession();
 
     // One hotkey event, called on any thread: wakes the display, ends a screen saver and posts kMsgHotkey to the strip.
     HRESULT handleHotkey(DWORD code, BOOL bBreak);
@@ -85,6 +88,7 @@ class CZelMainApp : public CWinApp {
     GdiplusSession m_gdiplus;
     common::UniqueHandle m_hMutex;
     BOOL m_bMouseOperating = FALSE;
+    bool m_bEnded = false;  // ExitInstance has run
     std::unique_ptr<CZelMainDlg> m_pZelMainDlg;
     std::unique_ptr<CSysMsgHandlerFrame> m_pFrame;
     std::unique_ptr<CZelHideDlg> m_pZelHideDlg;

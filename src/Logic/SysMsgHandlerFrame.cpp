@@ -4,6 +4,7 @@
 
 #include "Data/ZelConfig.h"
 #include "Logic/HbqNotify.h"
+#include "Logic/ZelCommonFunc.h"
 #include "ZelMain.h"
 #include "common/Status.h"
 
@@ -25,6 +26,7 @@ struct SysMsgFrameEntries {
         onMessage<&CSysMsgHandlerFrame::OnSessionChange>(WM_WTSSESSION_CHANGE),
         onMessage<&CSysMsgHandlerFrame::OnSettingChange>(WM_SETTINGCHANGE),
         onMessage<&CSysMsgHandlerFrame::OnSysCommand>(WM_SYSCOMMAND),
+        onMessage<&CSysMsgHandlerFrame::OnEndSession>(WM_ENDSESSION),
         onTimer<&CSysMsgHandlerFrame::OnTimer>(),
     };
 };
@@ -110,7 +112,16 @@ LRESULT CSysMsgHandlerFrame::OnSettingChange(WPARAM wParam, LPARAM /*lParam*/) {
 }
 
 // The hidden frame cannot be closed, moved or shown through system commands.
-LRESULT CSysMsgHandlerFrame::OnSysCommand(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+LRESULT CSysMsgHandlerFrame::OnSysCommand(WPARAM wParam, LPARAM /*lParam*/) {
+    return isForTheSystem(wParam) ? Default() : 0;
+}
+
+// The question before it, WM_QUERYENDSESSION, is agreed to by default. After the answer to this one the system may end
+// the process at any time; the frame itself is gone when endSession() returns.
+LRESULT CSysMsgHandlerFrame::OnEndSession(WPARAM wParam, LPARAM /*lParam*/) {
+    if (wParam != FALSE) {
+        theApp.endSession();
+    }
     return 0;
 }
 

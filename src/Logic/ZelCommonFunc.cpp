@@ -39,3 +39,8 @@ HRESULT getWorkArea(RECT& outRect) noexcept {
     outRect = rect;
     return S_OK;
 }
+
+bool isOwnWindow(HWND hWnd) noexcept {
+    DWORD process = 0;
+    return hWnd != nullptr && ::GetWindowThreadProcessId(hWnd, &process) != 0 && process == ::GetCurrentProcessId();
+}

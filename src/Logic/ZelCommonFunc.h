@@ -51,6 +51,16 @@ inline constexpr int kNormalDpi = 96;
 // The desktop without the task bar, in screen pixels. E_FAIL, unlogged: untouched.
 [[nodiscard]] HRESULT getWorkArea(RECT& outRect) noexcept;
 
+// Whether a window is one of this process. False for null and for one that is gone.
+[[nodiscard]] bool isOwnWindow(HWND hWnd) noexcept;
+
+// Whether a WM_SYSCOMMAND asks for a service of the system (screen saver, power of the display) and not for something
+// that would be done to the window.
+[[nodiscard]] constexpr bool isForTheSystem(WPARAM wCommand) noexcept {
+    const WPARAM command = wCommand & 0xFFF0U;  // the system uses the lowest four bits itself
+    return command == SC_SCREENSAVE || command == SC_MONITORPOWER;
+}
+
 template <typename Container>
 [[nodiscard]] constexpr bool indexInContainer(long index, const Container& container) noexcept {
     return index >= 0 && static_cast<unsigned long>(index) < container.size();

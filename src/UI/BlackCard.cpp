@@ -98,7 +98,7 @@ HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
     return S_OK;
 }
 
-HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak) {
+HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld) {
     LOG_ENTER_LEAVE();
     if (bBreak) {
         return dwHotkey != 0 ? S_FALSE : executeSelection();
@@ -113,7 +113,9 @@ HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak) {
     if (m_pParentWnd == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    m_pFunx->armPanicTimer(m_pParentWnd->m_hWnd, kTimerPanic);
+    if (bHeld) {
+        m_pFunx->armPanicTimer(m_pParentWnd->m_hWnd, kTimerPanic);
+    }
     if (m_bFirstTime) {
         RETURN_IF_FAILED(handleHotkeyFirstTime(dwHotkey));
         return S_OK;
@@ -127,9 +129,13 @@ HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak) {
 }
 
 HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
+    const unsigned hides = m_uHides;
     RETURN_IF_FAILED(showLargeCardDlg());
     LONG item = m_nSelItem;
     RETURN_IF_FAILED(m_pFunx->getDefaultSelectItem(item));
+    if (hides != m_uHides) {
+        return S_FALSE;  // put away meanwhile: nothing is selected that nobody sees
+    }
     // An item that there is not is none: letting go puts the card away then.
     m_nSelItem = indexInContainer(item, m_vecItems) ? static_cast<int>(item) : -1;
     RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
@@ -197,23 +203,34 @@ HRESULT CBlackCard::selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAft
 
 HRESULT CBlackCard::showLargeCardDlg() {
     LOG_ENTER_LEAVE();
+    const unsigned hides = m_uHides;
     RETURN_IF_FAILED(createLargeCardDlg());
     const HRESULT items = createItemDlgs();
     if (FAILED(items)) {
         LOG_STATUS(E_FAIL);  // the enlarged card tells the state even when there is nothing to choose
     }
-    ::ShowWindow(m_pLargeCardDlg->m_hWnd, SW_SHOW);
-    m_pLargeCardDlg->setText(m_pFunx->getCurrentStatus());
-    _showItems(true);
+    // A plug-in that is asked may let an order to hide arrive: that holds.
+    if (hides == m_uHides) {
+        // With the mouse the card takes the focus, so that it notices when another program gets it. With keys the focus
+        // stays with the program that the user works in.
+        ::ShowWindow(m_pLargeCardDlg->m_hWnd, theApp.mouseOperating() ? SW_SHOW : SW_SHOWNOACTIVATE);
+        m_pLargeCardDlg->setText(m_pFunx->getCurrentStatus());
+    }
+    if (hides == m_uHides) {
+        _showItems(true);
+    }
     return items;
 }
 
 HRESULT CBlackCard::hideLargeCardDlg() {
     LOG_ENTER_LEAVE();
+    ++m_uHides;
     m_nSelItem = -1;
     m_bFirstTime = true;
     if (m_pLargeCardDlg == nullptr) {
-        RETURN_LOGGED(E_POINTER);
+        // Most cards of most sequences: told, but not as an error.
+        LOG_TRACE(L"Error Code: 0x%x", static_cast<unsigned>(E_POINTER));
+        return E_POINTER;
     }
     RETURN_UNLESS(m_pLargeCardDlg->isWindow(), L"::IsWindow(m_pLargeCardDlg->m_hWnd)", E_FAIL);
     ::ShowWindow(m_pLargeCardDlg->m_hWnd, SW_HIDE);
@@ -275,7 +292,7 @@ HRESULT CBlackCard::setLargeCardDlgPos() {
     ::OffsetRect(&card, origin.x, origin.y);
     const RECT place = geometry::largeCard(card, theApp.getPngRatio(), stripAtBottom());
     if (!::SetWindowPos(m_pLargeCardDlg->m_hWnd, HWND_TOPMOST, place.left, place.top, place.right - place.left,
-                        place.bottom - place.top, 0)) {
+                        place.bottom - place.top, SWP_NOACTIVATE)) {
         RETURN_LOGGED(E_FAIL);
     }
     return S_OK;
@@ -352,15 +369,8 @@ HRESULT CBlackCard::updateStatus(const std::wstring& strText) {
 }
 
 void CBlackCard::onFocusLost(HWND hNewWnd) {
-    if (!theApp.mouseOperating()) {
-        return;
-    }
-    DWORD process = 0;
-    if (hNewWnd != nullptr) {
-        ::GetWindowThreadProcessId(hNewWnd, &process);
-    }
     // The focus may wander between the program's own windows.
-    if (process != ::GetCurrentProcessId()) {
+    if (theApp.mouseOperating() && !isOwnWindow(hNewWnd)) {
         theApp.showMainDlg(FALSE, TRUE);
     }
 }

@@ -41,8 +41,9 @@ class CBlackCard {
     [[nodiscard]] std::wstring getCaption() const;
     [[nodiscard]] std::wstring getDesc() const;
 
-    // One key event: code 0 is the modifier. S_FALSE: the card takes no part in it.
-    HRESULT notifyHotkey(DWORD dwHotkey, BOOL bBreak);
+    // One key event: code 0 is the modifier. S_FALSE: the card takes no part in it. bHeld: no later event has arrived,
+    // so that a key that was pressed may count as held.
+    HRESULT notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld = true);
     // Whether the card's function answers to the key; false (logged) without a function.
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
     // Whether an item is selected, that is, whether the enlarged card is in use.
@@ -50,6 +51,8 @@ class CBlackCard {
     // Applies the selected item.
     HRESULT executeSelection() { return executeFunx(m_nSelItem, -1, true); }
 
+    // Shows the enlarged card and its items, unless an order to hide them arrives in the message loop of a plug-in that
+    // is asked meanwhile.
     HRESULT showLargeCardDlg();
     HRESULT hideLargeCardDlg();
 
@@ -90,4 +93,5 @@ class CBlackCard {
     std::vector<CQrdItem*> m_vecItems;  // owned; the functions fill and clean it
     bool m_bFirstTime = true;           // the next press of the card's key is the first of a sequence
     int m_nSelItem = -1;
+    unsigned m_uHides = 0;  // how often the enlarged card was hidden: what lasts longer sees whether it was meanwhile
 };

@@ -10,23 +10,30 @@ class CardsInUse {
  public:
     CardsInUse() noexcept { ++s_depth; }
     ~CardsInUse() {
-        if (--s_depth == 0 && s_hWaiting != nullptr) {
-            ::PostMessageW(s_hWaiting, s_nMessage, 0, 0);
-            s_hWaiting = nullptr;
-        }
+        --s_depth;
+        postIfOver();
     }
     CardsInUse(const CardsInUse&) = delete;
     CardsInUse& operator=(const CardsInUse&) = delete;
 
     [[nodiscard]] static bool any() noexcept { return s_depth > 0; }
 
-    // The window gets the message, without parameters, from the message loop of the program once the last one is gone.
+    // The window gets the message, without parameters, from the message loop of the program once the last one is gone;
+    // at once when there is none. Without a window nothing is posted.
     static void postWhenOver(HWND hWnd, UINT nMessage) noexcept {
         s_hWaiting = hWnd;
         s_nMessage = nMessage;
+        postIfOver();
     }
 
  private:
+    static void postIfOver() noexcept {
+        if (s_depth == 0 && s_hWaiting != nullptr) {
+            ::PostMessageW(s_hWaiting, s_nMessage, 0, 0);
+            s_hWaiting = nullptr;
+        }
+    }
+
     static inline int s_depth = 0;
     static inline HWND s_hWaiting = nullptr;
     static inline UINT s_nMessage = 0;

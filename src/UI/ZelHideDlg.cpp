@@ -22,7 +22,7 @@ constexpr int kTopSourceRow = 61;
 
 }  // namespace
 
-CZelHideDlg::CZelHideDlg(int nCardCount) : CDialog(IDD_HOVER_STRIP), m_nCardCount(nCardCount) {}
+CZelHideDlg::CZelHideDlg(int nCardCount) : CCardInput(IDD_HOVER_STRIP), m_nCardCount(nCardCount) {}
 
 CZelHideDlg::~CZelHideDlg() {
     CZelHideDlg::DestroyWindow();
@@ -35,6 +35,7 @@ const MessageMap& CZelHideDlg::messageMap() const {
         onMouse<&CZelHideDlg::OnMouseMove>(WM_MOUSEMOVE),
         onMouseLeave<&CZelHideDlg::OnMouseLeave>(),
         onTimer<&CZelHideDlg::OnTimer>(),
+        onMessage<&CZelHideDlg::OnMouseActivate>(WM_MOUSEACTIVATE),
     };
     static constexpr MessageMap kMap{nullptr, kEntries};
     return kMap;
@@ -146,6 +147,11 @@ void CZelHideDlg::OnTimer(UINT_PTR uId) {
     }
     theApp.showMainDlg(TRUE, TRUE);
     theApp.mouseOperating() = TRUE;
+}
+
+// A click on the edge of the screen leaves the keyboard where it is.
+LRESULT CZelHideDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    return MA_NOACTIVATE;
 }
 
 void CZelHideDlg::OnMouseLeave() {

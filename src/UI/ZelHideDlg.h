@@ -4,11 +4,12 @@
 #include <memory>
 #include <vector>
 
+#include "UI/CardInput.h"
 #include "common/GdiPlus.h"
 #include "common/LayeredWnd.h"
 #include "framework/Dialog.h"
 
-class CZelHideDlg : public CDialog {
+class CZelHideDlg : public CCardInput<CDialog> {
  public:
     explicit CZelHideDlg(int nCardCount);
     ~CZelHideDlg() override;
@@ -30,6 +31,7 @@ class CZelHideDlg : public CDialog {
     void OnShowWindow(bool bShow);
     void OnMouseMove(POINT point);
     void OnMouseLeave();
+    LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
     void OnTimer(UINT_PTR uId);
 
     std::unique_ptr<CLayeredWnd> m_pLyrWndBlkCards;

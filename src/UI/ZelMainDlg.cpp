@@ -29,7 +29,7 @@ double screenScale() {
 
 }  // namespace
 
-CZelMainDlg::CZelMainDlg() : CDialog(IDD_CARD_STRIP) {}
+CZelMainDlg::CZelMainDlg() : CCardInput(IDD_CARD_STRIP) {}
 
 CZelMainDlg::~CZelMainDlg() {
     CZelMainDlg::DestroyWindow();
@@ -121,6 +121,11 @@ bool CZelMainDlg::OnInitDialog() {
     makeMouseSurface(*this, 0, SurfaceKey::Magenta);
     setBlackCardsPos();
     m_pLayeredWnd = std::make_unique<CLayeredWnd>(m_hWnd, this);
+    if (!m_postponed.empty()) {
+        // An order to build the cards anew that came while they were built for the first time, before there was a
+        // window.
+        CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+    }
     return true;
 }
 
@@ -173,6 +178,20 @@ void CZelMainDlg::OnPaint() {
     showBlackCards();
 }
 
+// Asks the plug-ins whether their states changed, before the pictures are gathered: one of them may let the strip be
+// painted in between. None is asked while one is at work; the strip is painted once more afterwards.
+void CZelMainDlg::_refreshImages() {
+    if (CardsInUse::any()) {
+        m_bPaintLater = true;
+        CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+        return;
+    }
+    const CardsInUse inUse;
+    for (const auto& card : m_vecCards) {
+        static_cast<void>(card->getImage());
+    }
+}
+
 DWORD CZelMainDlg::_cardOpacity(int nCard) const {
     const bool dimmed =
         !CZelConfig::getQrdConfig().bShowQrdAtLaunch && theApp.mouseOperating() && nCard != m_nHoveredCard;
@@ -189,11 +208,8 @@ HRESULT CZelMainDlg::showBlackCards() {
     }
     LOG_TRACE(L"The mouse is %s operating.", theApp.mouseOperating() ? L"" : L"not");
 
+    _refreshImages();
     const CardsInUse inUse;
-    // First, because a plug-in that is asked here may let the strip be painted in between.
-    for (const auto& card : m_vecCards) {
-        static_cast<void>(card->getImage());
-    }
     std::vector<Gdiplus::Image*> images;
     std::vector<DWORD> opacities;
     std::vector<const RECT*> places;
@@ -221,13 +237,16 @@ HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
 }
 
 LRESULT CZelMainDlg::OnHotkeyMessage(WPARAM wParam, LPARAM lParam) {
+    // Whatever becomes of the event: the key that is watched is not held any more, or not alone.
+    ::KillTimer(m_hWnd, kTimerPanic);
     const Postponed event{false, static_cast<DWORD>(wParam), static_cast<BOOL>(lParam)};
     if (CardsInUse::any()) {
         _postpone(event);
         return S_FALSE;
     }
-    _handlePostponed();  // what waited longer comes first
-    return handleHotkey(event.dwHotkey, event.bBreak);
+    // Behind those that wait: what arrives while they are handled comes after it.
+    m_postponed.push_back(event);
+    return _handlePostponed();
 }
 
 void CZelMainDlg::_postpone(const Postponed& what) {
@@ -250,23 +269,29 @@ bool CZelMainDlg::postponeRebuild() {
 
 LRESULT CZelMainDlg::OnCardsFree(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     _handlePostponed();
+    if (std::exchange(m_bPaintLater, false)) {
+        invalidate();
+    }
     return 0;
 }
 
-void CZelMainDlg::_handlePostponed() {
-    while (!m_postponed.empty()) {
+// Handles those that wait now; what they let arrive waits for the next time. Answers with the status of the last one.
+HRESULT CZelMainDlg::_handlePostponed() {
+    HRESULT status = S_FALSE;
+    for (std::size_t count = m_postponed.size(); count > 0 && !m_postponed.empty(); --count) {
         if (CardsInUse::any()) {  // a plug-in's message loop took the message
             CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
             break;
         }
         const Postponed next = m_postponed.front();
         m_postponed.pop_front();
-        if (next.bRebuild) {
-            theApp.refreshCards(TRUE);
-        } else {
-            handleHotkey(next.dwHotkey, next.bBreak);
-        }
+        status = next.bRebuild ? theApp.refreshCards(TRUE) : handleHotkey(next.dwHotkey, next.bBreak);
     }
+    return status;
+}
+
+bool CZelMainDlg::_keyWaits() const {
+    return std::any_of(m_postponed.begin(), m_postponed.end(), [](const Postponed& what) { return !what.bRebuild; });
 }
 
 LRESULT CZelMainDlg::OnPrintScreen(WPARAM /*wParam*/, LPARAM /*lParam*/) {
@@ -289,7 +314,7 @@ HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
         RETURN_IF_FAILED(showOnModifier(bBreak));
     }
     for (const auto& card : m_vecCards) {
-        card->notifyHotkey(dwHotkey, bBreak);
+        card->notifyHotkey(dwHotkey, bBreak, !_keyWaits());
     }
     _autoHide(bBreak);
     return S_OK;
@@ -330,7 +355,8 @@ HRESULT CZelMainDlg::showOnModifier(BOOL bBreak) {
         invalidate();
         return S_OK;
     }
-    ::BringWindowToTop(m_hWnd);
+    // Without activation: the keyboard stays with the program that the user works in.
+    ::SetWindowPos(m_hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return theApp.showMainDlg(!bBreak, TRUE);
 }
 
@@ -350,9 +376,6 @@ void CZelMainDlg::_autoHide(BOOL bBreak) {
 void CZelMainDlg::OnTimer(UINT_PTR uId) {
     LOG_ENTER_LEAVE();
     if (uId == kTimerAutoHide) {
-        if (CardsInUse::any()) {
-            return;  // it comes again
-        }
         const CardsInUse inUse;
         ::KillTimer(m_hWnd, uId);
         for (const auto& card : m_vecCards) {
@@ -388,9 +411,10 @@ void CZelMainDlg::OnSetFocus(HWND /*hOldWnd*/) {
     Default();
 }
 
-void CZelMainDlg::OnKillFocus(HWND /*hNewWnd*/) {
+void CZelMainDlg::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
-    if (CZelConfig::getQrdConfig().bHideMainUIWhenLostFocus) {
+    // A strip that is hidden for an enlarged card hands the focus on, and has not lost it to anybody.
+    if (CZelConfig::getQrdConfig().bHideMainUIWhenLostFocus && isVisible() && !isOwnWindow(hNewWnd)) {
         theApp.showMainDlg(FALSE, TRUE);
     }
     Default();
@@ -419,9 +443,6 @@ LRESULT CZelMainDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
 
 void CZelMainDlg::OnLButtonDown(POINT point) {
     LOG_ENTER_LEAVE();
-    if (CardsInUse::any()) {
-        return;
-    }
     const CardsInUse inUse;
     ::ShowWindow(m_hWnd, SW_HIDE);
     ::KillTimer(m_hWnd, kTimerLaunchHide);
@@ -447,6 +468,6 @@ void CZelMainDlg::OnMouseLeave() {
 }
 
 // The strip cannot be closed, moved or minimised through system commands.
-LRESULT CZelMainDlg::OnSysCommand(WPARAM /*wParam*/, LPARAM /*lParam*/) {
-    return 0;
+LRESULT CZelMainDlg::OnSysCommand(WPARAM wParam, LPARAM /*lParam*/) {
+    return isForTheSystem(wParam) ? Default() : 0;
 }

@@ -9,12 +9,13 @@
 #include "Data/HotkeyConfig.h"
 #include "Logic/CustomHotkey.h"
 #include "UI/CardGeometry.h"
+#include "UI/CardInput.h"
 #include "common/LayeredWnd.h"
 #include "framework/Dialog.h"
 
 class CBlackCard;
 
-class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHotkeyConfigs {
+class CZelMainDlg : public CCardInput<CDialog>, public IDrawTextOnLayeredWnd, public IEnumHotkeyConfigs {
  public:
     CZelMainDlg();
     ~CZelMainDlg() override;
@@ -49,6 +50,7 @@ class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHo
     HRESULT calcRatioForPng();
     HRESULT setBlackCardsPos();
     HRESULT showBlackCards();
+    void _refreshImages();
     [[nodiscard]] DWORD _cardOpacity(int nCard) const;
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
     void _hideForKey(DWORD dwHotkey);
@@ -62,7 +64,8 @@ class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHo
         BOOL bBreak;
     };
     void _postpone(const Postponed& what);
-    void _handlePostponed();
+    HRESULT _handlePostponed();
+    [[nodiscard]] bool _keyWaits() const;
 
     LRESULT OnHotkeyMessage(WPARAM wParam, LPARAM lParam);
     LRESULT OnCardsFree(WPARAM wParam, LPARAM lParam);
@@ -85,4 +88,5 @@ class CZelMainDlg : public CDialog, public IDrawTextOnLayeredWnd, public IEnumHo
     int m_nHoveredCard = -1;
     bool m_bTracking = false;
     std::deque<Postponed> m_postponed;
+    bool m_bPaintLater = false;  // painted while a plug-in was at work, with the pictures that there were
 };

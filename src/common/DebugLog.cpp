@@ -53,6 +53,11 @@ int log(const Record& record, const wchar_t* format, ...) {
     return written;
 }
 
+void close() {
+    const KeepLastError keep;
+    processLogger().close();
+}
+
 bool enabled(Level level) {
     const KeepLastError keep;
     return processLogger().enabled(level);

@@ -28,6 +28,9 @@ int log(const Record& record, const wchar_t* format, ...);
 // Whether a line of that level would be written at all. Cheap after the first call.
 [[nodiscard]] bool enabled(Level level);
 
+// Closes the log file of the process, with all that was written. Lines that follow open it again and are appended.
+void close();
+
 // Compile-time texts of a call site: widens a literal, and turns slashes of a source path into backslashes.
 template <std::size_t N>
 struct WideText {

@@ -76,7 +76,7 @@ void LogOutput::write(const Line& line) {
 void LogOutput::_writeToKeptFile(const Line& line) {
     if (!m_bOpenTried) {
         m_bOpenTried = true;
-        m_pStream = _openLogFile(FileMode::Truncate);
+        m_pStream = _openLogFile(m_bClosed ? FileMode::Keep : FileMode::Truncate);
     }
     if (m_pStream == nullptr) {
         return;
@@ -84,6 +84,14 @@ void LogOutput::_writeToKeptFile(const Line& line) {
     writeToStream(m_pStream.get(), line);
     if (m_settings.flush != 0) {
         std::fflush(m_pStream.get());
+    }
+}
+
+void LogOutput::close() {
+    if (m_pStream != nullptr) {
+        m_pStream.reset();
+        m_bOpenTried = false;
+        m_bClosed = true;
     }
 }
 

@@ -14,6 +14,7 @@ class LogOutput final : public ILineSink {
     explicit LogOutput(const Settings& settings) : m_settings(settings) {}
 
     void write(const Line& line) override;
+    void close() override;
 
  private:
     struct CloseStream {
@@ -29,6 +30,7 @@ class LogOutput final : public ILineSink {
     const Settings m_settings;
     Stream m_pStream;  // of the kept-open file
     bool m_bOpenTried = false;
+    bool m_bClosed = false;  // lines that follow are appended
 };
 
 }  // namespace dbglog

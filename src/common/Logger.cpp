@@ -52,6 +52,11 @@ std::size_t closeFullLine(Line& line, std::size_t used) {
 Logger::Logger(const Settings& settings, ILineSink& sink, const Clock& clock)
     : m_settings(settings), m_clock(clock), m_sink(sink) {}
 
+void Logger::close() {
+    const std::lock_guard lock(m_mutex);
+    m_sink.close();
+}
+
 int Logger::write(const Record& record, const wchar_t* format, va_list args) {
     if (!enabled(record.level)) {
         return 0;

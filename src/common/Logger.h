@@ -24,6 +24,8 @@ class ILineSink {
  public:
     virtual ~ILineSink() = default;
     virtual void write(const Line& line) = 0;
+    // What was written is where others find it, and nothing is kept open; lines may follow all the same.
+    virtual void close() {}
 };
 
 // Where the timestamps come from; tests put their own functions here.
@@ -44,6 +46,7 @@ class Logger {
 
     // Returns the characters of the line, or 0 when it was filtered out.
     int write(const Record& record, const wchar_t* format, va_list args);
+    void close();
 
  private:
     [[nodiscard]] std::size_t _appendTimestamp(Line& line);

@@ -159,3 +159,30 @@ def test_asked_many_times_at_once(program):
     assert program.wait_end(process) == 0
     assert len(program.calls("Mute", "FinalizeHotkeyDll")) == 1
     assert not program.probe.processes("Fenwyn.exe")
+
+
+WM_QUERYENDSESSION, WM_ENDSESSION, ENDSESSION_LOGOFF = 0x11, 0x16, 0x80000000
+
+
+def test_with_the_session(program):
+    """The system asks every window, tells every window, and ends the process as soon as they have answered."""
+    program.offer("Mute", "Zoom")
+    process = program.start()
+    program.hold()
+    program.press("Zoom")
+    expect_card(program, "Zoom")
+    for window in program.windows():
+        assert program.probe.send(window.hwnd, WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF) != 0
+    for window in program.windows():
+        program.probe.send(window.hwnd, WM_ENDSESSION, 0, ENDSESSION_LOGOFF)
+    assert process.poll() is None and program.strip(), "another program refused"
+    program.probe.send(program.frame().hwnd, WM_ENDSESSION, 1, ENDSESSION_LOGOFF)
+    # What follows is done when the message is answered.
+    assert len(program.calls("Mute", "FinalizeHotkeyDll")) == len(program.calls("Zoom", "FinalizeHotkeyDll")) == 1
+    assert program.log_texts()[-1] == "LEAVE CZelMainApp::ExitInstance"
+    assert not program.probe.windows(STRIP_CLASS)
+    assert program.wait_end(process) == 0
+    assert program.log_texts()[-1] == "LEAVE CZelMainApp::ExitInstance", "it is ended once"
+    program.keyboard.release_all()
+    assert len(program.calls("Mute", "FinalizeHotkeyDll")) == 1
+    assert not program.chosen("Zoom")

@@ -36,8 +36,8 @@ EXPECTED = {
     "ODD": Expected(["2"], TOGGLE, CHANGES),
     "Output": Expected(["1"], TOGGLE, CHANGES),
 }
-# No settings of the user's own, cards that were never opened and so have none to put away, no sticky modifier to end.
-HARMLESS = {"RegConfigAccess::Open", "CBlackCard::hideLargeCardDlg", "CZelMainApp::_cancelFnSticky"}
+# No settings of the user's own, no sticky modifier to end.
+HARMLESS = {"RegConfigAccess::Open", "CZelMainApp::_cancelFnSticky"}
 OVERLAYS = ("CursorOverlay", "NumericOverlay")
 
 

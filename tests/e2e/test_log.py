@@ -46,6 +46,18 @@ def test_the_start_up_sequence_line_by_line(program):
     assert not library
 
 
+def test_cards_that_were_never_enlarged_leave_no_error(program):
+    """A resident program's default log: what is left there is what docs/troubleshooting.md calls harmless."""
+    program.offer("Mute", "Lock", "Zoom")
+    program.start()
+    for _ in range(3):
+        program.hold()
+        program.expect_strip()
+        program.let_go()
+        program.expect_strip(shown=False)
+    assert {line.function for line in program.errors()} <= {"RegConfigAccess::Open", "CZelMainApp::_cancelFnSticky"}
+
+
 def test_one_whole_key_press_line_by_line(program):
     program.offer("Mute", "Lock", "Zoom")
     program.machine("Mute", Item=1)

@@ -30,6 +30,7 @@ class LogCapture::Sink : public dbglog::ILineSink {
         const std::size_t start = text.find(L"  [");
         lines.push_back(text.substr(start + 2, text.size() - start - 3));
     }
+    void close() override { lines.emplace_back(L"(closed)"); }
     dbglog::Logger& logger() { return m_logger; }
 
     std::vector<std::wstring> lines;
@@ -72,6 +73,13 @@ int log(const Record& record, const wchar_t* format, ...) {
     const int written = support::g_pLogger->write(record, format, args);
     va_end(args);
     return written;
+}
+
+void close() {
+    const std::lock_guard lock(support::g_mutex);
+    if (support::g_pLogger != nullptr) {
+        support::g_pLogger->close();
+    }
 }
 
 bool enabled(Level level) {

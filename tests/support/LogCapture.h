@@ -17,7 +17,7 @@ class LogCapture {
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
 
-    // "[ERR] (CClass::method): text", one per line, in order.
+    // "[ERR] (CClass::method): text", one per line, in order; "(closed)" where the log was closed.
     [[nodiscard]] std::vector<std::wstring> lines() const;
     void clear();
 

@@ -20,7 +20,7 @@ constexpr int kInnerMargin = 11;  // pixels, not scaled: the hysteresis between 
 }  // namespace
 
 CCircleItemDlg::CCircleItemDlg(UINT uSmallImageId, UINT uLargeImageId, std::wstring strDesc)
-    : CDialog(IDD_CIRCLE_ITEM),
+    : CCardInput(IDD_CIRCLE_ITEM),
       m_descDlg(std::move(strDesc)),
       m_uSmallImageId(uSmallImageId),
       m_uLargeImageId(uLargeImageId) {}

@@ -4,12 +4,13 @@
 #include <memory>
 #include <string>
 
+#include "UI/CardInput.h"
 #include "UI/ItemDlg/ItemDescDlg.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/GdiPlus.h"
 #include "common/LayeredWnd.h"
 
-class CCircleItemDlg : public CDialog, public CQrdItem {
+class CCircleItemDlg : public CCardInput<CDialog>, public CQrdItem {
  public:
     // The ids name PNG images of the image library.
     CCircleItemDlg(UINT uSmallImageId, UINT uLargeImageId, std::wstring strDesc);

@@ -115,7 +115,8 @@ HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect) {
         RETURN_IF_FAILED(getWorkArea(workArea));
         y = workArea.bottom - height - kAboveBottomStrip;
     }
-    ::SetWindowPos(m_hWnd, HWND_TOPMOST, x, y, kWidth, height, 0);
+    // Not activated: the preview never keeps the focus, so it does not take it either.
+    ::SetWindowPos(m_hWnd, HWND_TOPMOST, x, y, kWidth, height, SWP_NOACTIVATE);
     return S_OK;
 }
 

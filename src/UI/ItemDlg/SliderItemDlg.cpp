@@ -113,7 +113,7 @@ void CQrdSliderCtrl::OnKillFocus(HWND hNewWnd) {
 }
 
 CSliderItemDlg::CSliderItemDlg(DWORD dwDecreaseCode, DWORD dwIncreaseCode, LONG lLevelCount, LONG lCurrentLevel)
-    : CDialog(IDD_SLIDER_ITEM),
+    : CCardInput(IDD_SLIDER_ITEM),
       m_dwDecreaseCode(dwDecreaseCode),
       m_dwIncreaseCode(dwIncreaseCode),
       m_lCurrentLevel(lCurrentLevel),
@@ -178,7 +178,7 @@ bool CSliderItemDlg::OnInitDialog() {
     m_slider.SetRangeMax(m_lLevelCount);
     m_slider.SetPos(m_lCurrentLevel);
     ::MoveWindow(m_slider.m_hWnd, 0, 0, width(), height(), TRUE);
-    return true;
+    return false;  // the keyboard stays with the program that the user works in
 }
 
 HRESULT CSliderItemDlg::switchItem(DWORD dwHotkey, bool bFirstTime, bool /*bSelected*/) {

@@ -1,12 +1,13 @@
 // The brightness slider: one trackbar whose every part the program paints.
 #pragma once
 
+#include "UI/CardInput.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/GdiPlus.h"
 #include "framework/Dialog.h"
 #include "framework/SliderCtrl.h"
 
-class CQrdSliderCtrl : public CSliderCtrl {
+class CQrdSliderCtrl : public CCardInput<CSliderCtrl> {
  protected:
     [[nodiscard]] const MessageMap& messageMap() const override;
 
@@ -16,7 +17,7 @@ class CQrdSliderCtrl : public CSliderCtrl {
     void OnKillFocus(HWND hNewWnd);
 };
 
-class CSliderItemDlg : public CDialog, public CQrdItem {
+class CSliderItemDlg : public CCardInput<CDialog>, public CQrdItem {
  public:
     // Levels run from 1 to lLevelCount; a current level of 0 is accepted and shown at 1.
     CSliderItemDlg(DWORD dwDecreaseCode, DWORD dwIncreaseCode, LONG lLevelCount, LONG lCurrentLevel);

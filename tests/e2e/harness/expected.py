@@ -87,7 +87,7 @@ def list_read(functions, plugin_of):
 def cards_put_away(large_cards):
     """hideLargeCardDlg of each card; large_cards says which have an enlarged card."""
     name = "CBlackCard::hideLargeCardDlg"
-    return [line for has in large_cards for line in scope(name, [] if has else [failure(name, E_POINTER)])]
+    return [line for has in large_cards for line in scope(name, [] if has else [trace(name, f"Error Code: {E_POINTER:#x}")])]
 
 
 def strip_hidden(large_cards, cancel_sticky):
@@ -159,7 +159,8 @@ def first_press_of_toggle(other_cards, current, left_max, right_max):
                     circle_item_made() * 2,
                     scope("CFuncX::getCurrentItem", info("CFuncX::getCurrentItem", f"Current item: {current}.")),
                     trace("CBlackCard::setItemDlgPos",
-                          f"Left max item count:{left_max:f}, right max item count:{right_max:f}."))),
+                          f"Left max item count:{left_max:f}, right max item count:{right_max:f}."),
+                    mouse_operating())),
         not_touched(other_cards))
 
 

@@ -47,7 +47,7 @@ class LogTest : public testing::Test {
 
     [[nodiscard]] std::size_t timesLogged(const std::wstring& line) const;
     [[nodiscard]] bool logged(const std::wstring& line) const { return timesLogged(line) > 0; }
-    // In order, without those of cards that were to be closed and never had been enlarged.
+    // In order.
     [[nodiscard]] std::vector<std::wstring> errors() const;
     // The names of functions entered that begin with one of these, in order.
     [[nodiscard]] std::vector<std::wstring> entered(const std::vector<std::wstring>& beginnings) const;

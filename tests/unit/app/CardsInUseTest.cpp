@@ -1,56 +1,12 @@
 // Plug-ins that run a message loop of their own inside an export: what arrives there must not take away the cards,
 // items and libraries that are at work.
-#include <commctrl.h>
-
-#include <algorithm>
-
-#include "Logic/HbqNotify.h"
-#include "app/AppFixture.h"
+#include "app/InUseFixture.h"
 
 namespace {
 
 using namespace apptest;
 
-constexpr DWORD kDimmerKey = 0x41;
-constexpr DWORD kBrighterKey = 0x42;
-constexpr DWORD kUnusedKey = 0x50;
-
-class CardsInUseTest : public StartTest {
- protected:
-    CardsInUseTest() {
-        listFunction(L"Brightness", {kDimmerKey, kBrighterKey});
-        setConfig(L"Programmable", 1);
-        customise(kUnusedKey, L"C:\\no\\such\\program.exe");
-    }
-
-    ~CardsInUseTest() override { forgetPumping(); }
-
-    void forgetPumping() {
-        for (instr::Behaviour& behaviour : m_plugin->exports) {
-            behaviour.pumps = FALSE;
-        }
-    }
-
-    static void post(DWORD code, BOOL isBreak) {
-        ::PostMessageW(stripWindow(), kMsgHotkey, code, static_cast<LPARAM>(isBreak));
-    }
-    static void postRebuild() { ::PostMessageW(ZelMainSeam::frame()->m_hWnd, hbqNotifyMessage(), 0, 0); }
-    static void send(DWORD code, BOOL isBreak) {
-        ::SendMessageW(stripWindow(), kMsgHotkey, code, static_cast<LPARAM>(isBreak));
-    }
-    static CBlackCard& card(std::size_t index) { return *MainDlgSeam::cards(*ZelMainSeam::strip())[index]; }
-    static std::size_t cardCount() { return MainDlgSeam::cards(*ZelMainSeam::strip()).size(); }
-    static CSliderItemDlg& slider() { return dynamic_cast<CSliderItemDlg&>(*BlackCardSeam::items(card(2)).front()); }
-
-    // The position of a line in the log; behind the last one when there is none.
-    [[nodiscard]] std::size_t at(const std::wstring& ending) const {
-        const std::vector<std::wstring> lines = m_log.lines();
-        const auto found = std::find_if(lines.begin(), lines.end(),
-                                        [&ending](const std::wstring& line) { return line.ends_with(ending); });
-        return static_cast<std::size_t>(found - lines.begin());
-    }
-    [[nodiscard]] std::size_t last() const { return m_log.lines().size(); }
-};
+using CardsInUseTest = InUseTest;
 
 TEST_F(CardsInUseTest, RebuildDuringAChoiceComesAfterIt) {
     ASSERT_TRUE(start());
@@ -105,6 +61,94 @@ TEST_F(CardsInUseTest, KeysDuringAChoiceAreHandledAfterItInTheirOrder) {
     EXPECT_EQ(entered({L"CZelMainDlg::handleHotkey"}).size(), 4U);
     EXPECT_TRUE(shown(BlackCardSeam::largeCard(card(1))->m_hWnd)) << "the last key's card is enlarged";
     EXPECT_TRUE(card(1).hasValidSelection());
+}
+
+TEST_F(CardsInUseTest, KeyThatComesWhileTheWaitingOnesAreHandledComesBehindAllThatCameBefore) {
+    ASSERT_TRUE(start());
+    send(kModifier, kMake);
+    send(kMuteKey, kMake);
+    m_plugin->exports[instr::SelectItemId].pumps = TRUE;
+    for (const auto& [code, isBreak] : {std::pair{kModifier, kMake}, {kMuteKey, kMake}, {kModifier, kBreak}}) {
+        post(code, isBreak);
+    }
+    send(kModifier, kBreak);  // the plug-in takes those three
+    m_log.clear();
+    post(kOtherUnusedKey, kMake);  // and this one, when the last of the three reaches it
+    send(kUnusedKey, kMake);
+    pump();
+    EXPECT_EQ(m_plugin.count(instr::SelectItemId), 2);
+    EXPECT_LT(at(L"The cards are in use: hotkey 0x51 waits."), last());
+    EXPECT_LT(at(L"File:C:\\no\\such\\program.exe, param:."), at(L"File:C:\\no\\such\\other.exe, param:."));
+    EXPECT_LT(at(L"File:C:\\no\\such\\other.exe, param:."), last());
+}
+
+TEST_F(CardsInUseTest, KeyThatArrivesEndsTheWatchOverTheHeldOneAtOnce) {
+    ASSERT_TRUE(start());
+    send(kModifier, kMake);
+    send(kMuteKey, kMake);
+    m_plugin->exports[instr::SelectItemId].pumps = TRUE;
+    UINT period = 1;
+    const Meanwhile armed([] { ::SetTimer(stripWindow(), kTimerPanic, 3000, nullptr); });
+    post(kMuteKey, kBreak);
+    const Meanwhile after([&] { period = system_double::timer(stripWindow(), kTimerPanic); });
+    send(kModifier, kBreak);
+    ASSERT_TRUE(after.ran());
+    EXPECT_EQ(period, 0U) << "not only when the waiting event is handled";
+}
+
+TEST_F(CardsInUseTest, KeyThatWasLetGoBeforeItIsHandledIsNotWatched) {
+    listFunction(L"Output", {kSleepKey});
+    ASSERT_TRUE(start());
+    send(kModifier, kMake);
+    send(kMuteKey, kMake);
+    m_plugin->exports[instr::SelectItemId].pumps = TRUE;
+    post(kModifier, kMake);
+    post(kSleepKey, kMake);
+    post(kSleepKey, kBreak);
+    send(kModifier, kBreak);
+    ASSERT_LT(at(L"The cards are in use: hotkey 0x3d waits."), last());
+    forgetPumping();
+    // The press is handled now, behind it waits that the key was let go.
+    m_plugin->exports[instr::GetDisplayItemInfoId].pumps = TRUE;
+    UINT period = 1;
+    const Meanwhile inside([&] { period = system_double::timer(stripWindow(), kTimerPanic); });
+    pump();
+    EXPECT_TRUE(inside.ran());
+    EXPECT_EQ(period, 0U);
+    forgetPumping();
+    send(kSleepKey, kMake);
+    EXPECT_NE(system_double::timer(stripWindow(), kTimerPanic), 0U) << "one that is held is";
+    ::KillTimer(stripWindow(), kTimerPanic);
+}
+
+TEST_F(CardsInUseTest, RebuildDuringTheVeryFirstStartIsNotLost) {
+    m_plugin->exports[instr::InitializeHotkeyDllId].pumps = TRUE;
+    const Meanwhile order([] { postRebuild(); });
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(order.ran());
+    ASSERT_EQ(m_plugin.count(instr::InitializeHotkeyDllId), 3);
+    forgetPumping();
+    pump();
+    EXPECT_EQ(m_plugin.count(instr::InitializeHotkeyDllId), 6) << "three cards, twice";
+    EXPECT_EQ(cardCount(), 3U);
+}
+
+TEST_F(CardsInUseTest, CardThatIsToGoWhileThePluginIsAskedForItsItemsIsNotShown) {
+    ASSERT_TRUE(start());
+    send(kModifier, kMake);
+    m_plugin->exports[instr::GetDisplayItemInfoId].pumps = TRUE;
+    ::PostMessageW(ZelMainSeam::frame()->m_hWnd, kMsgHideStrip, 1, 0);
+    send(kMuteKey, kMake);
+    EXPECT_FALSE(shown(BlackCardSeam::largeCard(card(0))->m_hWnd));
+    EXPECT_FALSE(shown(BlackCardSeam::items(card(0)).front()->windowHandle()));
+    EXPECT_TRUE(BlackCardSeam::firstTime(card(0)));
+    send(kModifier, kBreak);
+    EXPECT_EQ(m_plugin.count(instr::SelectItemId), 0) << "nobody saw what would be applied";
+    forgetPumping();
+    send(kModifier, kMake);
+    send(kMuteKey, kMake);
+    EXPECT_TRUE(shown(BlackCardSeam::largeCard(card(0))->m_hWnd));
+    EXPECT_FALSE(BlackCardSeam::firstTime(card(0)));
 }
 
 TEST_F(CardsInUseTest, SliderThatIsDraggedOutlivesTheKeysThatArriveInThePlugin) {

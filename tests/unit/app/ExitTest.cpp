@@ -111,6 +111,40 @@ TEST_F(StartTest, ClosingTheFrameEndsTheMessageLoop) {
     expectNothingLeft(m_windows);
 }
 
+TEST_F(StartTest, EndOfTheSessionReleasesEverythingBeforeItIsAnswered) {
+    ASSERT_TRUE(start());
+    const HWND frame = ZelMainSeam::frame()->m_hWnd;
+    EXPECT_NE(::SendMessageW(frame, WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF), 0);
+    EXPECT_NE(ZelMainSeam::strip(), nullptr) << "asking is not ending";
+    ::SendMessageW(frame, WM_ENDSESSION, FALSE, 0);
+    EXPECT_NE(ZelMainSeam::strip(), nullptr) << "another program refused";
+    ::SendMessageW(frame, WM_ENDSESSION, TRUE, ENDSESSION_LOGOFF);
+    EXPECT_EQ(hotkeyLibrary().stop.calls, 1);
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 2);
+    expectNothingLeft(m_windows);
+    EXPECT_EQ(m_log.lines().back(), L"(closed)");
+    end();
+    EXPECT_EQ(m_log.lines().back(), L"(closed)");
+    EXPECT_EQ(hotkeyLibrary().stop.calls, 1) << "the end of the message loop does it no second time";
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 2);
+}
+
+TEST_F(StartTest, EndOfTheSessionWhileAPluginIsAtWorkEndsTheProgramAfterwards) {
+    ASSERT_TRUE(start());
+    ASSERT_EQ(ZelMainSeam::strip()->handleHotkey(kMuteKey, kMake), S_OK);
+    m_plugin->exports[instr::SelectItemId].pumps = TRUE;
+    ::PostMessageW(ZelMainSeam::frame()->m_hWnd, WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(ZelMainSeam::strip()->handleHotkey(kModifier, kBreak), S_OK);
+    EXPECT_EQ(m_plugin.count(instr::SelectItemId), 1);
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 0) << "not under its feet";
+    EXPECT_EQ(hotkeyLibrary().stop.calls, 1);
+    EXPECT_EQ(theApp.m_pMainWnd.load(), nullptr) << "which is what the message loop ends on";
+    m_plugin->exports[instr::SelectItemId].pumps = FALSE;
+    end();
+    EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 2);
+    expectNothingLeft(m_windows);
+}
+
 TEST_F(StartTest, TwoLivesInARowAreAlike) {
     ASSERT_TRUE(start());
     end();

@@ -172,6 +172,10 @@ TEST_F(HoverStripTest, MouseThatIsGoneWhenTheIdleTimeIsOverShowsNothing) {
     EXPECT_TRUE(hoverShown());
 }
 
+TEST_F(HoverStripTest, ClickDoesNotTakeTheFocus) {
+    EXPECT_EQ(::SendMessageW(hoverWindow(), WM_MOUSEACTIVATE, 0, MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN)), MA_NOACTIVATE);
+}
+
 TEST_F(HoverStripTest, MouseMeansNothingWhenDisabled) {
     config().bDisable = 1;
     mouse(WM_MOUSEMOVE);

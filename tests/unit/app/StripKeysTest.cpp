@@ -135,6 +135,18 @@ TEST_F(StripKeysTest, ModifierShowsAndHidesTheStrip) {
     EXPECT_FALSE(stripShown());
 }
 
+TEST_F(StripKeysTest, ModifierLeavesTheFocusWhereItIs) {
+    const HWND other = ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 900, 500, 50, 50, nullptr, nullptr,
+                                         nullptr, nullptr);
+    ::SetActiveWindow(other);
+    EXPECT_EQ(key(kModifier, kMake), S_OK);
+    EXPECT_TRUE(stripShown());
+    EXPECT_EQ(::GetActiveWindow(), other);
+    EXPECT_EQ(key(kModifier, kBreak), S_OK);
+    EXPECT_EQ(::GetActiveWindow(), other);
+    ::DestroyWindow(other);
+}
+
 TEST_F(StripKeysTest, IgnoredModifierReachesNoCard) {
     config().bIgnoreFnKey = 1;
     m_room.setMouseOperating(true);

@@ -287,4 +287,106 @@ TEST_F(StripTest, LosingTheFocusHidesTheStripOnlyWhenAsked) {
     EXPECT_TRUE(logged(L"[TRC] (CZelMainDlg::OnSetFocus): ENTER CZelMainDlg::OnSetFocus"));
 }
 
+TEST_F(StripTest, FocusThatStaysInTheProgramIsNotLost) {
+    config().bHideMainUIWhenLostFocus = 1;
+    showStrip();
+    ::SendMessageW(stripWindow(), WM_KILLFOCUS, reinterpret_cast<WPARAM>(hoverWindow()), 0);
+    EXPECT_TRUE(stripShown());
+    ::SendMessageW(stripWindow(), WM_KILLFOCUS, reinterpret_cast<WPARAM>(support::foreignWindow()), 0);
+    EXPECT_FALSE(stripShown());
+}
+
+// As after a second start: the strip is shown and has the focus, and hides when it loses it.
+class StripWithFocus : public StripTest {
+ protected:
+    StripWithFocus() {
+        addThreeCards();
+        config().bHideMainUIWhenLostFocus = 1;
+        config().bEnableHover = 1;
+        showStrip();
+        ::SetForegroundWindow(stripWindow());
+        pump();
+        EXPECT_EQ(::GetFocus(), stripWindow());
+        m_log.clear();
+    }
+    void expectOnlyCard(std::size_t index) const {
+        EXPECT_TRUE(largeShown(index));
+        EXPECT_FALSE(stripShown());
+        EXPECT_FALSE(hoverShown()) << "not beside the enlarged card";
+        EXPECT_TRUE(entered({L"CZelMainApp::_cancelFnSticky"}).empty()) << "not in the middle of a sequence";
+    }
+};
+
+TEST_F(StripWithFocus, HandsItOnToTheCardOfTheFirstKey) {
+    EXPECT_EQ(key(kLockKey, kMake), S_OK);
+    pump();
+    expectOnlyCard(1);
+    EXPECT_TRUE(card(1).hasValidSelection());
+}
+
+TEST_F(StripWithFocus, HandsItOnToTheCardOfTheFirstClick) {
+    ::SendMessageW(stripWindow(), WM_LBUTTONDOWN, 0, MAKELPARAM(100, 10));
+    pump();
+    expectOnlyCard(1);
+}
+
+// A window class in place of the program's own: it counts what the windows leave to the system.
+class SystemCommands {
+ public:
+    explicit SystemCommands(const wchar_t* name) : m_name(name) {
+        ::UnregisterClassW(name, ::GetModuleHandleW(nullptr));
+        WNDCLASSW windowClass{};
+        ::GetClassInfoW(nullptr, L"#32770", &windowClass);
+        s_default = windowClass.lpfnWndProc;
+        s_seen.clear();
+        windowClass.lpfnWndProc = &SystemCommands::procedure;
+        windowClass.hInstance = ::GetModuleHandleW(nullptr);
+        windowClass.lpszClassName = name;
+        EXPECT_NE(::RegisterClassW(&windowClass), 0);
+    }
+    ~SystemCommands() { ::UnregisterClassW(m_name, ::GetModuleHandleW(nullptr)); }
+    SystemCommands(const SystemCommands&) = delete;
+    SystemCommands& operator=(const SystemCommands&) = delete;
+
+    static void expectOnlyThoseForTheSystem(HWND window) {
+        for (const int command : {SC_CLOSE, SC_MOVE, SC_SIZE, SC_MINIMIZE, SC_MAXIMIZE, SC_RESTORE, SC_KEYMENU,
+                                  SC_SCREENSAVE, SC_MONITORPOWER, SC_SCREENSAVE | 5}) {
+            ::SendMessageW(window, WM_SYSCOMMAND, static_cast<WPARAM>(command), 2);
+        }
+        EXPECT_EQ(s_seen, (std::vector<WPARAM>{SC_SCREENSAVE, SC_MONITORPOWER, SC_SCREENSAVE | 5}));
+        EXPECT_TRUE(::IsWindow(window));
+    }
+
+ private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_SYSCOMMAND) {
+            s_seen.push_back(wParam);
+            return 0;
+        }
+        return ::CallWindowProcW(s_default, window, message, wParam, lParam);
+    }
+
+    static inline WNDPROC s_default = nullptr;
+    static inline std::vector<WPARAM> s_seen;
+    const wchar_t* m_name;
+};
+
+class StripSystemCommands : public SystemCommands, public ShellTest {
+ protected:
+    StripSystemCommands() : SystemCommands(kStripClass) {}
+};
+
+TEST_F(StripSystemCommands, ScreenSaverAndDisplayPowerGoOnToTheSystem) {
+    expectOnlyThoseForTheSystem(stripWindow());
+}
+
+class FrameSystemCommands : public SystemCommands, public ShellTest {
+ protected:
+    FrameSystemCommands() : SystemCommands(kFrameClass) {}
+};
+
+TEST_F(FrameSystemCommands, ScreenSaverAndDisplayPowerGoOnToTheSystem) {
+    expectOnlyThoseForTheSystem(makeFrame());
+}
+
 }  // namespace

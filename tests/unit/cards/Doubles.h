@@ -1,6 +1,7 @@
 // A function and items that do as the test says, for the rules of the card that real plug-ins cannot bring about.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -75,9 +76,13 @@ class PlainFunction : public CFuncX {
     [[nodiscard]] bool needRefreshSmallPng() override { return m_bRefresh; }
     [[nodiscard]] UINT getLargePngID() override { return m_uLarge; }
     [[nodiscard]] std::wstring getDesc() const override { return L"Description"; }
-    [[nodiscard]] std::wstring getCurrentStatus() override { return L"Status"; }
+    [[nodiscard]] std::wstring getCurrentStatus() override {
+        run(m_duringStatus);
+        return L"Status";
+    }
     [[nodiscard]] HRESULT initItems(std::vector<CQrdItem*>& items) override {
         m_record.calls.push_back("items");
+        run(m_duringItems);
         for (int i = 0; i < m_nItems && SUCCEEDED(m_itemsStatus); ++i) {
             items.push_back(i == m_nNullItem ? nullptr : new PlainItem(i, m_record, m_mapSwitched[i]));
         }
@@ -85,6 +90,7 @@ class PlainFunction : public CFuncX {
     }
     [[nodiscard]] HRESULT getDefaultSelectItem(LONG& item) override {
         m_record.calls.push_back("default");
+        run(m_duringDefault);
         if (SUCCEEDED(m_defaultStatus)) {
             item = m_lDefault;
         }
@@ -116,6 +122,17 @@ class PlainFunction : public CFuncX {
     HRESULT m_selectStatus = S_OK;
     bool m_bHide = true;
     HWND m_hTimerWnd = nullptr;
+    // What arrives while the plug-in is asked.
+    std::function<void()> m_duringItems;
+    std::function<void()> m_duringStatus;
+    std::function<void()> m_duringDefault;
+
+ private:
+    static void run(const std::function<void()>& meanwhile) {
+        if (meanwhile) {
+            meanwhile();
+        }
+    }
 };
 
 }  // namespace cards

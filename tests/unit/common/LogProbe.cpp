@@ -104,7 +104,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {L"scopes", &runScopes},   {L"conventional", &logConventional},   {L"long", &logLong},
     {L"unicode", &logUnicode}, {L"lasterror", &checkLastError},       {L"results", &checkResults},
-    {L"wait", &waitForParent}, {L"late", [] { g_bLateLine = true; }},
+    {L"wait", &waitForParent}, {L"late", [] { g_bLateLine = true; }}, {L"close", &dbglog::close},
 };
 
 void run(std::wstring_view argument) {

@@ -212,6 +212,14 @@ TEST_F(LogProcessWaiting, WithoutFlushTheKeptFileFillsAtTheEnd) {
     EXPECT_EQ(log(), errorLine("a") + errorLine("b"));
 }
 
+TEST_F(LogProcessWaiting, ClosedFileIsCompleteAndWhatFollowsIsAppended) {
+    settings("");
+    startAndWait(L"e:a close wait e:b close close e:c");
+    EXPECT_EQ(log(), errorLine("a")) << "although nothing is flushed";
+    goOn();
+    EXPECT_EQ(log(), errorLine("a") + errorLine("b") + errorLine("c"));
+}
+
 TEST_F(LogProcessWaiting, WithFlushEveryLineIsThereAtOnce) {
     settings("Flush=1\r\n");
     startAndWait(L"e:a e:b wait e:c");

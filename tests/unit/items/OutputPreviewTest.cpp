@@ -58,6 +58,16 @@ class OutputPreview : public ItemTest {
     std::unique_ptr<COutputPreviewWnd> m_pPreview;
 };
 
+TEST_F(OutputPreview, IsPlacedWithoutTakingTheFocus) {
+    const HWND other = ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 900, 500, 50, 50, nullptr, nullptr,
+                                         nullptr, nullptr);
+    ::SetActiveWindow(other);
+    static_cast<void>(make({record(L"LCD")}));
+    painted();
+    EXPECT_EQ(::GetActiveWindow(), other);
+    ::DestroyWindow(other);
+}
+
 // Pixels of the area that are dark, as text is.
 int ink(const rendering::Canvas& canvas, const RECT& area) {
     int count = 0;

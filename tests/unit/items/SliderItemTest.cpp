@@ -57,6 +57,17 @@ TEST_F(SliderItem, AcceptsLevelsFromZeroToTheCount) {
     }
 }
 
+TEST_F(SliderItem, LeavesTheFocusWhereItIsWhenItIsMade) {
+    const HWND other = ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 900, 500, 50, 50, nullptr, nullptr,
+                                         nullptr, nullptr);
+    ::SetActiveWindow(other);
+    ::SetFocus(other);
+    open(10, 5);
+    EXPECT_EQ(::GetFocus(), other);
+    EXPECT_EQ(::GetActiveWindow(), other);
+    ::DestroyWindow(other);
+}
+
 TEST_F(SliderItem, SizesFollowRatioAndThumb) {
     struct Row {
         double ratio;
