@@ -7,6 +7,7 @@
 #include "Logic/HbqNotify.h"
 #include "Logic/HotkeyEventHandler.h"
 #include "Logic/SysMsgHandlerFrame.h"
+#include "Messages.h"
 #include "UI/CardsInUse.h"
 #include "UI/ZelHideDlg.h"
 #include "UI/ZelMainDlg.h"

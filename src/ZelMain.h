@@ -12,25 +12,6 @@ class CSysMsgHandlerFrame;
 class CZelHideDlg;
 class CZelMainDlg;
 
-// Messages between the program's own windows and from other programs (docs/architecture.md has the whole table).
-inline constexpr UINT kMsgReloadConfig = WM_USER + 100;    // to the frame: read the configuration again
-inline constexpr UINT kMsgHotkey = WM_USER + 101;          // to the strip: wParam code, lParam 0 make / 1 break
-inline constexpr UINT kMsgSecondInstance = WM_USER + 102;  // to the frame: show or flash the strip
-inline constexpr UINT kMsgHideStrip = WM_USER + 104;       // to the frame, from other programs: hide the strip
-inline constexpr UINT kMsgCardsFree = WM_APP + 1;          // from the strip to itself: what waited for cards goes on
-inline constexpr UINT kMsgPrintScreen = WM_APP + 2;        // to the strip, sent: hide before the picture is taken
-
-// Timers on the card strip.
-inline constexpr UINT_PTR kTimerAutoHide = 1;     // apply the selections and hide
-inline constexpr UINT_PTR kTimerLaunchHide = 10;  // hide the strip that a second start showed
-inline constexpr UINT_PTR kTimerPanic = 20;       // a held output key
-inline constexpr UINT kLaunchHideDelayMs = 5000;
-
-// Window classes and titles by which other programs find this one.
-inline constexpr wchar_t kFrameClass[] = L"ZelMainCls";
-inline constexpr wchar_t kFrameTitle[] = L"KESTOVA Fenwyn";
-inline constexpr wchar_t kStripClass[] = L"ZelMainDlgCls_A4E19C07-6B3D-4D52-8F0A-91C3E57D2B68";
-
 // All methods log their entry and exit at trace level and every failure exit; unless said otherwise they belong on the
 // user-interface thread.
 class CZelMainApp : public CWinApp {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Messages.h"
 #include "ZelMain.h"
 #include "common/SiblingLibrary.h"
 #include "common/Status.h"

@@ -5,13 +5,12 @@
 #include "Data/ZelConfig.h"
 #include "Logic/HbqNotify.h"
 #include "Logic/ZelCommonFunc.h"
+#include "Messages.h"
 #include "ZelMain.h"
 #include "common/Status.h"
 
 namespace {
 
-constexpr UINT_PTR kTimerFlash = 100;
-constexpr UINT kFlashMs = 500;
 constexpr WPARAM kSettingWorkArea = SPI_SETWORKAREA;
 
 }  // namespace

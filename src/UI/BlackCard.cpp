@@ -5,6 +5,7 @@
 
 #include "Logic/FuncX/FuncXFactory.h"
 #include "Logic/ZelCommonFunc.h"
+#include "Messages.h"
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"
 #include "UI/LargeCardDlg.h"

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "Logic/ZelCommonFunc.h"
+#include "res/Pictures.h"
 
 namespace geometry {
 
@@ -113,7 +114,7 @@ int ItemRow::left(int item) const {
 }
 
 ItemRow itemRow(const RECT& largeCard, const RECT& workArea, int itemWidth, int itemCount, int overhang, double ratio) {
-    const int gap = trunc(ratio * 10.0);
+    const int gap = trunc(ratio * kItemGap);
     ItemRow row{};
     row.y = largeCard.bottom + gap;
     row.pitch = itemWidth + gap;

@@ -5,6 +5,7 @@
 
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
+#include "Messages.h"
 #include "UI/CardGeometry.h"
 #include "UI/CardStyle.h"
 #include "UI/MouseSurface.h"
@@ -12,13 +13,12 @@
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
+#include "res/Pictures.h"
 
 namespace {
 
-constexpr UINT_PTR kTimerIdle = 200;
-constexpr WORD kBorderImageId = 131;
 // The rows of the border image that the strip shows: its last four at the top edge, its first four at the bottom.
-constexpr int kTopSourceRow = 61;
+constexpr int kTopSourceRow = geometry::kPictureRows - geometry::kHoverStripHeight;
 
 }  // namespace
 
@@ -47,7 +47,7 @@ bool CZelHideDlg::OnInitDialog() {
     makeMouseSurface(*this, 0, SurfaceKey::Magenta);
     _setDlgPos();
     m_pLyrWndBlkCards = std::make_unique<CLayeredWnd>(m_hWnd);
-    const HRESULT status = getImageFromRes(theApp.getPngDll(), kBorderImageId, kPngResourceType, m_pBorderImage);
+    const HRESULT status = getImageFromRes(theApp.getPngDll(), kHoverBorderImageId, kPngResourceType, m_pBorderImage);
     if (FAILED(status)) {
         LOG_STATUS(status);
     }

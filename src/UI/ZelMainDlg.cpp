@@ -5,6 +5,7 @@
 
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
+#include "Messages.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"

@@ -8,6 +8,7 @@
 
 #include "Logic/HotkeyEventHandler.h"
 #include "Logic/SysMsgHandlerFrame.h"
+#include "Messages.h"
 #include "UI/BlackCard.h"
 #include "UI/ItemDlg/CircleItemDlg.h"
 #include "UI/ItemDlg/FxOutputItemDlg.h"

@@ -10,11 +10,12 @@
 #include "Logic/FuncX/FunctionTables.h"
 #include "Logic/ZelCommonFunc.h"
 #include "companions/OutputSetup/include/OutputSetup.h"
+#include "res/Pictures.h"
 
 namespace outputrules {
 
 // Width that one item takes in a row, in pixels at image ratio 1.0.
-inline constexpr int kItemPitch = 82;
+inline constexpr int kItemPitch = kItemSize + kItemGap;
 
 [[nodiscard]] constexpr int scaledPitch(double ratio) {
     return truncToInt(kItemPitch * ratio);

@@ -11,10 +11,10 @@
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
+#include "res/Pictures.h"
 
 namespace {
 
-constexpr double kBaseSize = 72.0;
 constexpr int kInnerMargin = 11;  // pixels, not scaled: the hysteresis between growing and shrinking
 
 }  // namespace
@@ -92,7 +92,7 @@ bool CCircleItemDlg::OnInitDialog() {
 }
 
 int CCircleItemDlg::width() const {
-    return truncToInt(theApp.getPngRatio() * kBaseSize * m_scale);
+    return truncToInt(theApp.getPngRatio() * kItemSize * m_scale);
 }
 
 // Unsigned arithmetic on purpose: a maximal width below the item's wraps around to a very large overhang, which the

@@ -11,6 +11,7 @@
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
+#include "res/Pictures.h"
 
 namespace {
 
@@ -31,7 +32,11 @@ struct ConnectorImage {
     UINT imageId;
 };
 constexpr ConnectorImage kConnectorImages[] = {
-    {L"LCD", 296}, {L"RGB", 297}, {L"DVI", 299}, {L"HDMI", 298}, {L"DisplayPort", 300},
+    {L"LCD", kConnectorPanelImageId},
+    {L"RGB", kConnectorAnalogImageId},
+    {L"DVI", kConnectorDviImageId},
+    {L"HDMI", kConnectorHdmiImageId},
+    {L"DisplayPort", kConnectorDisplayPortImageId},
 };
 
 // The name within its field: a record that does not end it is cut at the field's end.

@@ -1,0 +1,33 @@
+// What windows say to each other by number: the messages and timers that cross the parts of the program, and the window
+// classes by which other programs find it. docs/architecture.md has the same as a table, with senders and receivers.
+#pragma once
+
+#include <windows.h>
+
+// To the frame.
+inline constexpr UINT kMsgReloadConfig = WM_USER + 100;    // read the configuration again
+inline constexpr UINT kMsgSecondInstance = WM_USER + 102;  // show or flash the strip
+inline constexpr UINT kMsgHideStrip = WM_USER + 104;       // from other programs: hide the strip
+
+// To the strip.
+inline constexpr UINT kMsgHotkey = WM_USER + 101;    // wParam code, lParam 0 make / 1 break
+inline constexpr UINT kMsgCardsFree = WM_APP + 1;    // from the strip itself: what waited for cards goes on
+inline constexpr UINT kMsgPrintScreen = WM_APP + 2;  // sent: hide before the picture is taken
+
+// Timers on the strip.
+inline constexpr UINT_PTR kTimerAutoHide = 1;     // apply the selections and hide
+inline constexpr UINT_PTR kTimerLaunchHide = 10;  // hide the strip that a second start showed
+inline constexpr UINT_PTR kTimerPanic = 20;       // a held output key; its period belongs to the functions
+inline constexpr UINT kLaunchHideDelayMs = 5000;
+
+// Timer on the hover strip; its period is the setting "MouseEnterIdle".
+inline constexpr UINT_PTR kTimerIdle = 200;
+
+// Timer on the frame.
+inline constexpr UINT_PTR kTimerFlash = 100;  // end of the flash
+inline constexpr UINT kFlashMs = 500;
+
+// Window classes and titles by which other programs find this one.
+inline constexpr wchar_t kFrameClass[] = L"ZelMainCls";
+inline constexpr wchar_t kFrameTitle[] = L"KESTOVA Fenwyn";
+inline constexpr wchar_t kStripClass[] = L"ZelMainDlgCls_A4E19C07-6B3D-4D52-8F0A-91C3E57D2B68";
