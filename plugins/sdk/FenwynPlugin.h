@@ -42,6 +42,13 @@ extern "C" {
 #define FENWYN_INITIALIZE "InitializeHotkeyDll"
 typedef LONG(WINAPI* FenwynInitializeHotkeyDll)(LONG lZero, ULONG* pReserved);
 
+/* Optional. Called at most once, right after InitializeHotkeyDll (Output_2: FnF5_InitializeHotkeyDll) has answered
+ * anything but 0: why does this machine not have the function? *pbstrText is null before the call; the plug-in stores a
+ * BSTR (SysAllocString), which Fenwyn frees: one English sentence of at most 400 characters for whoever reads the log,
+ * for example "There is no audio output device." Any result but 0: there is nothing to say. */
+#define FENWYN_GET_UNSUPPORTED_REASON "GetUnsupportedReason"
+typedef LONG(WINAPI* FenwynGetUnsupportedReason)(BSTR* pbstrText, ULONG* pReserved);
+
 /* Called whenever the function's items are built. Both values are 0 before the call. Result: negative = failure, zero
  * and positive = success. What the values mean, by function:
  *
@@ -219,6 +226,7 @@ typedef LONG(WINAPI* FenwynFnF5SetCurrentForPanic)(void);
 #define FENWYN_EXPORT __declspec(dllexport)
 #endif
 FENWYN_EXPORT LONG WINAPI InitializeHotkeyDll(LONG lZero, ULONG* pReserved);
+FENWYN_EXPORT LONG WINAPI GetUnsupportedReason(BSTR* pbstrText, ULONG* pReserved);
 FENWYN_EXPORT LONG WINAPI GetDisplayItemInfo(ULONG* puInfo, ULONG* puInfo2, ULONG* pReserved);
 FENWYN_EXPORT LONG WINAPI GetCurrentItem(LONG* plItem, ULONG* pReserved);
 FENWYN_EXPORT LONG WINAPI SelectItem(LONG lItem, ULONG* pReserved);

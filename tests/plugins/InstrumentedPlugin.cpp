@@ -66,6 +66,7 @@ void readRegistry() {
     readNumber(L"ItemCount", g_control.itemCount);
     readNumber(L"FollowSelection", g_control.followSelection);
     readNumber(L"WritesOnFailure", g_control.writesOnFailure);
+    readText(L"Reason", g_control.reason, kMaxText);
     for (std::size_t i = 0; i < kMaxPlans; ++i) {
         readText(L"Plan" + std::to_wstring(i), g_control.plans[i], kMaxText);
     }
@@ -179,6 +180,14 @@ void WINAPI InstrReset() {
 
 LONG WINAPI InitializeHotkeyDll(LONG lZero, ULONG* pReserved) {
     return answer(InitializeHotkeyDllId, lZero, static_cast<LONG>(*pReserved));
+}
+
+LONG WINAPI GetUnsupportedReason(BSTR* pbstrText, ULONG* pReserved) {
+    const LONG result = answer(GetUnsupportedReasonId, *pbstrText == nullptr ? 0 : 1, static_cast<LONG>(*pReserved));
+    if (writes(result) && g_control.reason[0] != L'\0') {
+        *pbstrText = SysAllocString(g_control.reason);
+    }
+    return result;
 }
 
 LONG WINAPI GetDisplayItemInfo(ULONG* puInfo, ULONG* puInfo2, ULONG* pReserved) {

@@ -7,6 +7,7 @@
 //   <Export>.Result, <Export>.Delay (ms)              DWORD
 //   Info, Info2, CurrentItem, Dual, ItemCount         DWORD
 //   FollowSelection, WritesOnFailure                  DWORD
+//   Reason                                            text why the function is not supported
 //   Plan<n>                                           text of a power plan
 //   Entry<n>.Mode, Entry<n>.Flags, Entry<n>.Records   DWORD
 //   Entry<n>.Text                                     text of an entry of the output list
@@ -79,9 +80,10 @@ struct Control {
     LONG itemCount;
     Entry entries[kMaxEntries];  // FnF5_GetDisplayItemInfo fails beyond
     WCHAR plans[kMaxPlans][kMaxText];
-    BOOL nullPlanText;     // GetCustomItemText succeeds and leaves the text null
-    BOOL followSelection;  // SelectItem and FocusItem make their item current
-    BOOL writesOnFailure;  // out values are written also when the result says failure (initially TRUE)
+    WCHAR reason[kMaxText];  // what GetUnsupportedReason tells; empty: it leaves the text null
+    BOOL nullPlanText;       // GetCustomItemText succeeds and leaves the text null
+    BOOL followSelection;    // SelectItem and FocusItem make their item current
+    BOOL writesOnFailure;    // out values are written also when the result says failure (initially TRUE)
 
     BOOL textsOfOwnHeap;  // texts do not come from the allocation callback, as they must
 

@@ -78,6 +78,7 @@ inline constexpr std::array<const char*, kMaxExports> kOutputExports{FENWYN_FNF5
 
 inline constexpr std::wstring_view kConnectorWords[] = {L"LCD", L"RGB", L"DVI", L"HDMI", L"DisplayPort"};
 
-inline constexpr DWORD kSlowCall = 50;  // ms that a person begins to feel
+inline constexpr UINT kLongestReason = 400;  // characters of GetUnsupportedReason
+inline constexpr DWORD kSlowCall = 50;       // ms that a person begins to feel
 
 }  // namespace check

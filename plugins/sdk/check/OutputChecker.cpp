@@ -66,8 +66,7 @@ class COutputChecker {
             m_library.call<FenwynFnF5InitializeHotkeyDll>(FENWYN_FNF5_INITIALIZE, 0L, reserved.out(), &allocate);
         reserved.checkGuard(m_report, FENWYN_FNF5_INITIALIZE, L"reserved");
         if (result != FENWYN_OK) {
-            m_report.warning(L"FnF5_InitializeHotkeyDll says that this machine does not support the function (" +
-                             std::to_wstring(result) + L"): it gets no card, and nothing further was asked.");
+            m_library.reportUnsupported(FENWYN_FNF5_INITIALIZE, result);
         }
         return result == FENWYN_OK;
     }

@@ -53,8 +53,7 @@ class CBasicChecker {
         const LONG result = m_library.call<FenwynInitializeHotkeyDll>(FENWYN_INITIALIZE, 0L, reserved.out());
         reserved.checkGuard(m_report, FENWYN_INITIALIZE, L"reserved");
         if (result != FENWYN_OK) {
-            m_report.warning(L"InitializeHotkeyDll says that this machine does not support the function (" +
-                             std::to_wstring(result) + L"): it gets no card, and nothing further was asked.");
+            m_library.reportUnsupported(FENWYN_INITIALIZE, result);
         }
         return result == FENWYN_OK;
     }

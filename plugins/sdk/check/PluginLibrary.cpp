@@ -83,6 +83,28 @@ bool CPluginLibrary::requireExports(const std::array<const char*, kMaxExports>& 
     return complete;
 }
 
+void CPluginLibrary::reportUnsupported(const char* initializeName, LONG result) {
+    m_report.warning(wide(initializeName) + L" says that this machine does not support the function (" +
+                     std::to_wstring(result) + L"): it gets no card, and nothing further was asked.");
+    if (!has(FENWYN_GET_UNSUPPORTED_REASON)) {
+        return;
+    }
+    Guarded<BSTR> text(nullptr);
+    Guarded<ULONG> reserved(0);
+    const LONG answer = call<FenwynGetUnsupportedReason>(FENWYN_GET_UNSUPPORTED_REASON, text.out(), reserved.out());
+    text.checkGuard(m_report, FENWYN_GET_UNSUPPORTED_REASON, L"text");
+    reserved.checkGuard(m_report, FENWYN_GET_UNSUPPORTED_REASON, L"reserved");
+    const UINT length = SysStringLen(text.value());
+    if (answer == FENWYN_OK && length != 0) {
+        m_report.note(std::wstring(L"Its reason: ") + text.value());
+    }
+    if (length > kLongestReason) {
+        m_report.warning(L"GetUnsupportedReason gives " + std::to_wstring(length) +
+                         L" characters: the log cuts its lines, and the end is lost.");
+    }
+    SysFreeString(text.value());
+}
+
 std::wstring CPluginLibrary::similarName(const char* exportName) const {
     for (const std::string& name : exportedNames()) {
         if (isDecorated(name, exportName)) {

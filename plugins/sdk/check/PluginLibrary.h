@@ -31,6 +31,9 @@ class CPluginLibrary {
     // Reports each missing export, with a similar name when there is one. False when any is missing.
     bool requireExports(const std::array<const char*, kMaxExports>& names);
 
+    // Reports that the plug-in declined with this result, and its reason when it gives one.
+    void reportUnsupported(const char* initializeName, LONG result);
+
     // Calls an export that is there, and reports when that took too long. `Function` is its type in the contract.
     template <typename Function, typename... Arguments>
     LONG call(const char* exportName, Arguments... arguments) {

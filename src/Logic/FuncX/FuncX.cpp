@@ -31,6 +31,9 @@ HRESULT CFuncX::initHotkeyDll(const wchar_t* pszFuncDll) {
     }
     ULONG uReserved = 0;
     m_bFuncSupported = pfInitialize(0, &uReserved) == FENWYN_OK;
+    if (!m_bFuncSupported) {
+        logUnsupportedReason();
+    }
     return S_OK;
 }
 
@@ -113,6 +116,19 @@ FARPROC CFuncX::findExport(const char* pszName) const {
         return nullptr;
     }
     return ::GetProcAddress(m_hFuncDll.get(), pszName);
+}
+
+void CFuncX::logUnsupportedReason() const {
+    const auto pfGetReason = getExport<FenwynGetUnsupportedReason>(FENWYN_GET_UNSUPPORTED_REASON);
+    if (pfGetReason == nullptr) {
+        return;
+    }
+    BSTR bstrReason = nullptr;
+    ULONG uReserved = 0;
+    if (pfGetReason(&bstrReason, &uReserved) == FENWYN_OK && bstrReason != nullptr) {
+        LOG_INFO(L"Hotkey %s has no card: %s", m_strCaption.c_str(), bstrReason);
+    }
+    ::SysFreeString(bstrReason);
 }
 
 HRESULT CFuncX::loadPlugin(const std::wstring& strPath) {

@@ -64,6 +64,8 @@ class CFuncX {
     [[nodiscard]] Function getExport(const char* pszName) const {
         return reinterpret_cast<Function>(reinterpret_cast<void*>(findExport(pszName)));
     }
+    // Asks a plug-in that declined why it did, and logs the answer at information level. The export is optional.
+    void logUnsupportedReason() const;
     // Loads the plug-in. The status is that of the system's error, unlogged; an empty path is a missing module.
     [[nodiscard]] HRESULT loadPlugin(const std::wstring& strPath);
     // A reference of the caller's own to the plug-in, which keeps it mapped; empty when none is loaded.

@@ -73,6 +73,9 @@ HRESULT CFxOutput_2::initHotkeyDll(const wchar_t* pszFuncDll) {
     }
     ULONG uReserved = 0;
     m_bFuncSupported = pfInitialize(0, &uReserved, &fnf5::allocate) == FENWYN_OK;
+    if (!m_bFuncSupported) {
+        logUnsupportedReason();
+    }
     m_panicThread.start();
     return S_OK;
 }

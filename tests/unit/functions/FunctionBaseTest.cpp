@@ -111,6 +111,43 @@ TEST_F(FunctionBase, MissingLibraryGivesTheSystemsError) {
     EXPECT_THAT(errors(), testing::SizeIs(1));
 }
 
+TEST_F(FunctionBase, PluginThatDeclinesIsAskedWhyAndTheAnswerLogged) {
+    m_plugin->exports[instr::InitializeHotkeyDllId].result = 1;
+    std::wstring(L"There is no device.").copy(m_plugin->reason, instr::kMaxText - 1);
+    EXPECT_EQ(init(), S_OK);
+    EXPECT_TRUE(logged(L"[INF] (CFuncX::logUnsupportedReason): Hotkey Plain has no card: There is no device."));
+    const auto calls = m_plugin.calls(instr::GetUnsupportedReasonId);
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].arguments[0], 0) << "the text is null before the call";
+    EXPECT_EQ(calls[0].arguments[1], 0);
+    EXPECT_THAT(errors(), IsEmpty());
+    m_function.finalize();
+}
+
+TEST_F(FunctionBase, PluginThatDeclinesNeedNotSayWhy) {
+    m_plugin->exports[instr::InitializeHotkeyDllId].result = 1;
+    EXPECT_EQ(init(), S_OK) << "no text";
+    m_function.finalize();
+    std::wstring(L"Untold.").copy(m_plugin->reason, instr::kMaxText - 1);
+    m_plugin->exports[instr::GetUnsupportedReasonId].result = 1;
+    EXPECT_EQ(init(), S_OK) << "a text and a failure";
+    m_function.finalize();
+    EXPECT_THAT(m_log.lines(), testing::Not(Contains(testing::HasSubstr(L"has no card"))));
+
+    const instr::InstrumentedPlugin silent(L"InstrNoGetUnsupportedReason");
+    silent->exports[instr::InitializeHotkeyDllId].result = 1;
+    EXPECT_EQ(init(L"InstrNoGetUnsupportedReason"), S_OK) << "no export";
+    EXPECT_FALSE(m_function.isFuncSupported());
+    EXPECT_THAT(errors(), IsEmpty());
+    m_function.finalize();
+}
+
+TEST_F(FunctionBase, PluginThatServesIsNotAskedWhyNot) {
+    EXPECT_EQ(init(), S_OK);
+    EXPECT_EQ(m_plugin.count(instr::GetUnsupportedReasonId), 0);
+    m_function.finalize();
+}
+
 TEST_F(FunctionBase, NullEmptyAndEndlessPathsAreMissingLibraries) {
     EXPECT_TRUE(FAILED(m_function.initHotkeyDll(nullptr)));
     EXPECT_TRUE(FAILED(m_function.initHotkeyDll(L"")));

@@ -84,8 +84,10 @@ TEST_F(Output2List, MissingLibraryOrInitializeIsTheSystemsError) {
 TEST_F(Output2List, UnsupportedIsNoFailureOfLoading) {
     m_function.finalize();
     m_plugin->exports[instr::FnF5_InitializeHotkeyDllId].result = 1;
+    std::wstring(L"There is one screen only.").copy(m_plugin->reason, instr::kMaxText - 1);
     EXPECT_EQ(init(L"InstrPlugin"), S_OK);
     EXPECT_FALSE(m_function.isFuncSupported());
+    EXPECT_THAT(m_log.lines(), testing::Contains(testing::EndsWith(L" has no card: There is one screen only.")));
 }
 
 TEST_F(Output2List, EntriesBecomeItemsInPluginOrder) {

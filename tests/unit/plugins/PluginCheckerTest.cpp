@@ -109,6 +109,16 @@ TEST_F(PluginChecker, TellsThatAnUnsupportedFunctionGetsNoCard) {
     EXPECT_EQ(m_plugin.count(instr::GetDisplayItemInfoId), 0);
 }
 
+TEST_F(PluginChecker, PassesOnWhyAFunctionIsNotSupported) {
+    EXPECT_EQ(check(L"Mute").text().find(L"Its reason"), std::wstring::npos) << "not asked of one that is";
+    EXPECT_EQ(m_plugin.count(instr::GetUnsupportedReasonId), 0);
+    m_plugin->exports[instr::InitializeHotkeyDllId].result = 1;
+    m_plugin->exports[instr::FnF5_InitializeHotkeyDllId].result = 1;
+    std::wstring(L"There is no device.").copy(m_plugin->reason, instr::kMaxText - 1);
+    EXPECT_TELLS(check(L"Mute"), Weight::Note, L"Its reason: There is no device.");
+    EXPECT_TELLS(check(L"Output_2"), Weight::Note, L"Its reason: There is no device.");
+}
+
 TEST_F(PluginChecker, JudgesTheInformationByTheFunction) {
     m_plugin->info = 2;
     EXPECT_TELLS(check(L"Mute"), Weight::Error, L"gives 2 as info; this function needs 3");

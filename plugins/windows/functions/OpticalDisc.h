@@ -1,0 +1,29 @@
+// ODD: ejects the disc of the first optical drive, or makes the drive quiet. On and off is for administrators.
+#pragma once
+
+#include <memory>
+
+#include "plugin/Function.h"
+#include "system/Drives.h"
+#include "system/SlowState.h"
+
+namespace win {
+
+// The first drive that is one; nothing when there are none but mounted images.
+[[nodiscard]] std::optional<wchar_t> realDrive(const std::vector<OpticalDrive>& rDrives);
+
+class COpticalDisc final : public IFunction {
+ public:
+    explicit COpticalDisc(std::shared_ptr<IDrives> pDrives);
+
+    [[nodiscard]] std::wstring initialize() override;
+    [[nodiscard]] std::optional<ULONG> items() override;
+    [[nodiscard]] std::optional<LONG> currentItem() override;
+    [[nodiscard]] bool select(LONG lItem) override;
+
+ private:
+    std::shared_ptr<IDrives> m_pDrives;
+    CSlowState<wchar_t> m_drive;
+};
+
+}  // namespace win

@@ -1,0 +1,9 @@
+#include "functions/Sleep.h"
+
+namespace win {
+
+std::unique_ptr<IFunction> makeFunction() {
+    return std::make_unique<CSleep>(makeWindowsSuspend());
+}
+
+}  // namespace win

@@ -1,0 +1,72 @@
+// Exports of every function.
+#define FENWYN_PLUGIN
+#include "plugin/Exports.h"
+
+namespace win {
+
+namespace {
+
+// A plain pointer: a process that ends without FinalizeHotkeyDll would destroy an owner while it holds the loader's
+// lock, and the function would wait there for a thread that needs the same lock to end.
+IFunction* g_pFunction = nullptr;
+std::wstring* g_pReason = nullptr;
+
+void forget() noexcept {
+    delete std::exchange(g_pFunction, nullptr);
+    delete std::exchange(g_pReason, nullptr);
+}
+
+LONG initialize() {
+    forget();
+    std::unique_ptr<IFunction> pFunction = makeFunction();
+    auto pReason = std::make_unique<std::wstring>(pFunction->initialize());
+    if (!pReason->empty()) {
+        g_pReason = pReason.release();
+        return kFailed;
+    }
+    g_pFunction = pFunction.release();
+    return FENWYN_OK;
+}
+
+}  // namespace
+
+IFunction* function() noexcept {
+    return g_pFunction;
+}
+
+}  // namespace win
+
+using namespace win;
+
+LONG WINAPI InitializeHotkeyDll(LONG /*lZero*/, ULONG* /*pReserved*/) {
+    try {
+        return initialize();
+    } catch (const std::exception&) {
+        return kFailed;
+    }
+}
+
+LONG WINAPI GetUnsupportedReason(BSTR* pbstrText, ULONG* /*pReserved*/) {
+    if (pbstrText == nullptr || g_pReason == nullptr) {
+        return kFailed;
+    }
+    *pbstrText = SysAllocStringLen(g_pReason->c_str(), static_cast<UINT>(g_pReason->size()));
+    return *pbstrText != nullptr ? FENWYN_OK : kFailed;
+}
+
+LONG WINAPI GetDisplayItemInfo(ULONG* puInfo, ULONG* puInfo2, ULONG* /*pReserved*/) {
+    return perform(-kFailed, [&](IFunction& rFunction) {
+        const std::optional<ULONG> items = rFunction.items();
+        if (puInfo == nullptr || puInfo2 == nullptr || !items) {
+            return false;
+        }
+        *puInfo = *items;
+        *puInfo2 = 0;
+        return true;
+    });
+}
+
+LONG WINAPI FinalizeHotkeyDll() {
+    forget();
+    return FENWYN_OK;
+}

@@ -1,0 +1,21 @@
+// The sound output that the system uses now.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+namespace win {
+
+class IAudio {
+ public:
+    virtual ~IAudio() = default;
+
+    // Asks the system each time, so that another device, or another program's change, is seen. Nothing: no device.
+    [[nodiscard]] virtual std::optional<bool> muted() = 0;
+    [[nodiscard]] virtual bool setMuted(bool bMuted) = 0;
+};
+
+// The default endpoint for rendering; callable on any thread.
+[[nodiscard]] std::unique_ptr<IAudio> makeWindowsAudio();
+
+}  // namespace win

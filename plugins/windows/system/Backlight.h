@@ -1,0 +1,31 @@
+// The brightness of the built-in screen.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace win {
+
+struct Backlight {
+    std::vector<BYTE> levels;  // percentages that the screen can be set to, in no certain order
+    BYTE nPercent = 0;         // now
+};
+
+// One thread, which may wait: the answers come from another process and can take long.
+class IBacklight {
+ public:
+    virtual ~IBacklight() = default;
+
+    // Nothing: the machine has no screen of which the system can set the brightness.
+    [[nodiscard]] virtual std::optional<Backlight> read() = 0;
+    // A percentage of `levels`.
+    virtual void set(BYTE nPercent) = 0;
+};
+
+// By the management service of the system.
+[[nodiscard]] std::shared_ptr<IBacklight> makeWindowsBacklight();
+
+}  // namespace win

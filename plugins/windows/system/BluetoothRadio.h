@@ -1,0 +1,14 @@
+// The radio of short distances, by the system's own list of radios (since Windows 10).
+#pragma once
+
+#include <optional>
+
+#include "system/Radios.h"
+
+namespace win {
+
+// Nothing: there is none, the system is older, or it does not answer programs of this bitness.
+[[nodiscard]] std::optional<Radio> bluetoothRadio();
+void setBluetoothRadio(bool bOn);
+
+}  // namespace win

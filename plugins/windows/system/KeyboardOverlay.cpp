@@ -1,0 +1,253 @@
+#include <windows.h>
+
+#include <wtsapi32.h>
+
+#include <array>
+#include <atomic>
+#include <exception>
+#include <memory>
+
+#include "system/LibraryThread.h"
+#include "system/Overlay.h"
+#include "system/OverlayShare.h"
+
+namespace win {
+
+namespace {
+
+constexpr DWORD kStartWaitMs = 500;  // for a thread to begin: usually one
+constexpr DWORD kEndWaitMs = 800;
+constexpr wchar_t kWindowClass[] = L"FenwynOverlayWnd";
+
+bool isDown(int nVirtualKey) {
+    return (static_cast<unsigned short>(::GetAsyncKeyState(nVirtualKey)) & 0x8000U) != 0;
+}
+
+bool isHeld(WORD wScan) {
+    const UINT uVirtualKey = ::MapVirtualKeyW(wScan, MAPVK_VSC_TO_VK);
+    return uVirtualKey != 0 && isDown(static_cast<int>(uVirtualKey));
+}
+
+bool modifierIsDown() {
+    constexpr std::array<int, 4> kModifiers{VK_CONTROL, VK_MENU, VK_LWIN, VK_RWIN};
+    for (const int nKey : kModifiers) {
+        if (isDown(nKey)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void send(const COverlayKeys::Output& output) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = output.wVirtualKey;
+    input.ki.wScan = output.key.wScan;
+    input.ki.dwFlags = (output.key.bExtended ? KEYEVENTF_EXTENDEDKEY : 0U) | (output.bUp ? KEYEVENTF_KEYUP : 0U);
+    ::SendInput(1, &input, sizeof(input));
+}
+
+// One overlay that is on: what its hook does, and the window that hears of log-off and lock. Made, used and destroyed
+// on the thread of the hook.
+class CHookRoom {
+ public:
+    CHookRoom(OverlayKind kind, COverlayShare& rShare)
+        : m_kind(kind), m_rShare(rShare), m_keys(kind, &isHeld), m_hWnd(_makeWindow()) {
+        s_pRoom = this;
+        ::WTSRegisterSessionNotification(m_hWnd.get(), NOTIFY_FOR_THIS_SESSION);
+    }
+    ~CHookRoom() {
+        _end();
+        ::WTSUnRegisterSessionNotification(m_hWnd.get());
+        m_hWnd.reset();
+        ::UnregisterClassW(kWindowClass, _library());
+        s_pRoom = nullptr;
+    }
+    CHookRoom(const CHookRoom&) = delete;
+    CHookRoom& operator=(const CHookRoom&) = delete;
+
+    // The hook of the calling thread; it does nothing while there is no room.
+    [[nodiscard]] static common::UniqueHook makeHook() {
+        return common::UniqueHook(::SetWindowsHookExW(WH_KEYBOARD_LL, &CHookRoom::_hookProcedure, _library(), 0));
+    }
+
+    // Handles messages until the overlay is another's and every key that it held is up, or until the event.
+    void run(HANDLE hEnd) {
+        const std::array<HANDLE, 2> events{hEnd, m_rShare.changed(m_kind)};
+        while (!_isOver() && ::MsgWaitForMultipleObjects(static_cast<DWORD>(events.size()), events.data(), FALSE,
+                                                         INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+            MSG message;
+            while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+                ::DispatchMessageW(&message);
+            }
+        }
+    }
+
+ private:
+    // Gives the keys back when the overlay is no longer this room's.
+    [[nodiscard]] bool _isOver() {
+        if (m_rShare.mine(m_kind)) {
+            return false;
+        }
+        _end();
+        return !m_keys.drains();
+    }
+
+    void _end() {
+        for (const COverlayKeys::Output& up : m_keys.end()) {
+            send(up);
+        }
+    }
+
+    // Whether the key is kept from everybody else. The substitute is sent from here, not later: keys that follow must
+    // not overtake it.
+    [[nodiscard]] bool _handle(const KBDLLHOOKSTRUCT& key) {
+        if ((key.flags & LLKHF_INJECTED) != 0) {
+            return false;
+        }
+        if (!m_rShare.mine(m_kind)) {
+            _end();
+            ::SetEvent(m_rShare.changed(m_kind));
+        }
+        const ScanKey scan{static_cast<WORD>(key.scanCode), (key.flags & LLKHF_EXTENDED) != 0};
+        const COverlayKeys::Answer answer = m_keys.handle(scan, (key.flags & LLKHF_UP) != 0, modifierIsDown());
+        if (answer.output) {
+            send(*answer.output);
+        }
+        return answer.bSwallow;
+    }
+
+    static LRESULT CALLBACK _hookProcedure(int nCode, WPARAM wParam, LPARAM lParam) {
+        if (nCode == HC_ACTION && s_pRoom != nullptr &&
+            s_pRoom->_handle(*reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam))) {
+            return 1;
+        }
+        return ::CallNextHookEx(nullptr, nCode, wParam, lParam);
+    }
+
+    static LRESULT CALLBACK _windowProcedure(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam) {
+        const bool bLeaves = uMessage == WM_ENDSESSION
+                                 ? wParam != FALSE
+                                 : uMessage == WM_WTSSESSION_CHANGE &&
+                                       (wParam == WTS_SESSION_LOCK || wParam == WTS_SESSION_LOGOFF ||
+                                        wParam == WTS_CONSOLE_DISCONNECT || wParam == WTS_REMOTE_DISCONNECT);
+        if (bLeaves && s_pRoom != nullptr) {
+            s_pRoom->m_rShare.end(s_pRoom->m_kind);
+        }
+        return ::DefWindowProcW(hWnd, uMessage, wParam, lParam);
+    }
+
+    static HINSTANCE _library() {
+        HMODULE hModule = nullptr;
+        ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                             reinterpret_cast<const wchar_t*>(reinterpret_cast<void*>(&CHookRoom::_hookProcedure)),
+                             &hModule);
+        return hModule;
+    }
+
+    // Never shown; a top-level window all the same, because the end of the session is told to those only.
+    static common::UniqueWindow _makeWindow() {
+        WNDCLASSW windowClass{};
+        windowClass.lpfnWndProc = &CHookRoom::_windowProcedure;
+        windowClass.hInstance = _library();
+        windowClass.lpszClassName = kWindowClass;
+        ::RegisterClassW(&windowClass);
+        return common::UniqueWindow(::CreateWindowExW(WS_EX_TOOLWINDOW, kWindowClass, L"", WS_POPUP, 0, 0, 0, 0,
+                                                      nullptr, nullptr, windowClass.hInstance, nullptr));
+    }
+
+    // The hook's callback gets no argument. There is one room at a time: the next thread begins after the last has
+    // ended.
+    static inline CHookRoom* s_pRoom = nullptr;
+
+    const OverlayKind m_kind;
+    COverlayShare& m_rShare;
+    COverlayKeys m_keys;
+    common::UniqueWindow m_hWnd;
+};
+
+// What the thread of the hook and the overlay's owner share.
+struct HookState {
+    COverlayShare share;
+    common::UniqueHandle hStarted{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    common::UniqueHandle hEnd{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    std::atomic<bool> bHooked = false;
+};
+
+void runHook(HookState& rState, OverlayKind kind) {
+    const common::UniqueHook hHook = CHookRoom::makeHook();
+    rState.bHooked = static_cast<bool>(hHook);
+    // The hook is what the user waits for; a first window of a thread takes its time.
+    ::SetEvent(rState.hStarted.get());
+    if (hHook) {
+        CHookRoom(kind, rState.share).run(rState.hEnd.get());
+    }
+    rState.share.end(kind);
+}
+
+class CKeyboardOverlay final : public IOverlay {
+ public:
+    explicit CKeyboardOverlay(OverlayKind kind) : m_kind(kind) {}
+    ~CKeyboardOverlay() override {
+        if (m_share.valid() && m_share.mine(m_kind)) {
+            m_share.end(m_kind);
+        }
+        _endThread();
+    }
+
+    bool isOn() override { return m_share.valid() && m_share.current() == m_kind; }
+
+    bool turn(bool bOn) override {
+        if (!m_share.valid()) {
+            return false;
+        }
+        if (isOn() == bOn) {
+            return true;
+        }
+        if (!bOn) {
+            m_share.end(m_kind);
+            return true;
+        }
+        _endThread();
+        return _begin();
+    }
+
+ private:
+    [[nodiscard]] bool _begin() {
+        const auto pState = std::make_shared<HookState>();
+        if (!pState->share.valid()) {
+            return false;
+        }
+        m_share.take(m_kind);
+        m_pState = pState;
+        m_hThread = startLibraryThread([pState, kind = m_kind] { runHook(*pState, kind); });
+        const bool bHooked = m_hThread &&
+                             ::WaitForSingleObject(pState->hStarted.get(), kStartWaitMs) == WAIT_OBJECT_0 &&
+                             pState->bHooked;
+        if (!bHooked) {
+            m_share.end(m_kind);
+        }
+        return bHooked;
+    }
+
+    void _endThread() {
+        if (m_hThread) {
+            ::SetEvent(m_pState->hEnd.get());
+            ::WaitForSingleObject(m_hThread.get(), kEndWaitMs);
+            m_hThread.reset();
+        }
+    }
+
+    const OverlayKind m_kind;
+    COverlayShare m_share;
+    std::shared_ptr<HookState> m_pState;
+    common::UniqueHandle m_hThread;
+};
+
+}  // namespace
+
+std::unique_ptr<IOverlay> makeKeyboardOverlay(OverlayKind kind) {
+    return std::make_unique<CKeyboardOverlay>(kind);
+}
+
+}  // namespace win

@@ -1,0 +1,68 @@
+// The rules of the two overlays: which keys they turn into which, and what becomes of a key that is held while an
+// overlay comes or goes. Pure: the hook feeds it and sends what it answers.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace win {
+
+enum class OverlayKind : LONG { None = 0, Cursor = 1, Numeric = 2 };
+
+// A key by its scan code of set 1; `bExtended`: with the prefix E0.
+struct ScanKey {
+    WORD wScan;
+    bool bExtended;
+};
+
+struct OverlayRow {
+    WORD wScan;  // the key that is pressed; none of them is extended
+    WORD wVirtualKey;
+    ScanKey sent;
+};
+
+[[nodiscard]] std::span<const OverlayRow> overlayRows(OverlayKind kind);
+
+class COverlayKeys {
+ public:
+    // A key that is to be sent in place of another.
+    struct Output {
+        WORD wVirtualKey;
+        ScanKey key;
+        bool bUp;
+    };
+    struct Answer {
+        bool bSwallow;
+        std::optional<Output> output;
+    };
+
+    // `isHeld` tells of a scan code whether the key is down at this moment: such a key keeps its meaning until it is
+    // up.
+    COverlayKeys(OverlayKind kind, const std::function<bool(WORD wScan)>& isHeld);
+
+    // One event of a real key. `bModifier`: Ctrl, Alt or a Windows key is down, which makes the key a command of its
+    // own.
+    [[nodiscard]] Answer handle(ScanKey key, bool bUp, bool bModifier);
+
+    // Ends the overlay: the ups of all keys that it holds down. Their own ups are swallowed when they come.
+    [[nodiscard]] std::vector<Output> end();
+
+    // After end(): keys are still held whose ups are to be swallowed.
+    [[nodiscard]] bool drains() const;
+
+ private:
+    enum class Held { No, Translated, AsItself, Ended };
+
+    static constexpr std::size_t kMaxRows = 16;
+
+    std::span<const OverlayRow> m_rows;
+    std::array<Held, kMaxRows> m_held{};
+    bool m_bOn = true;
+};
+
+}  // namespace win

@@ -1,0 +1,32 @@
+// The radios of the machine.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+namespace win {
+
+// In the order of the states that the wireless function has for them.
+enum class RadioKind { Wlan = 0, Bluetooth = 1 };
+
+struct Radio {
+    RadioKind kind;
+    bool bOn;
+    bool bSwitchable;  // false: a switch on the case, or a policy, keeps it off
+};
+
+// One thread; answers come from services and may take long.
+class IRadios {
+ public:
+    virtual ~IRadios() = default;
+
+    // One entry for each kind that the machine has.
+    [[nodiscard]] virtual std::vector<Radio> radios() = 0;
+    // All radios of that kind.
+    virtual void set(RadioKind kind, bool bOn) = 0;
+};
+
+// Radio states only: networks are neither looked for nor read.
+[[nodiscard]] std::shared_ptr<IRadios> makeWindowsRadios();
+
+}  // namespace win

@@ -1,0 +1,35 @@
+// Functions of system libraries that not every Windows has.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "common/Handle.h"
+
+namespace win {
+
+// A library of the system's own folder; nothing is looked for elsewhere.
+class CRuntimeLibrary {
+ public:
+    explicit CRuntimeLibrary(const wchar_t* pszName) {
+        wchar_t folder[MAX_PATH];
+        const UINT uLength = ::GetSystemDirectoryW(folder, MAX_PATH);
+        if (uLength != 0 && uLength < MAX_PATH) {
+            m_hModule.reset(::LoadLibraryW((std::wstring(folder, uLength) + L"\\" + pszName).c_str()));
+        }
+    }
+
+    // Null when the library or the function is missing.
+    template <typename Function>
+    [[nodiscard]] Function find(const char* pszName) const {
+        return m_hModule
+                   ? reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(m_hModule.get(), pszName)))
+                   : nullptr;
+    }
+
+ private:
+    common::UniqueModule m_hModule;
+};
+
+}  // namespace win

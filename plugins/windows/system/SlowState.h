@@ -1,0 +1,102 @@
+// A state of the machine that is slow to read and slow to change.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "system/Worker.h"
+
+namespace win {
+
+// How long an initialisation waits for the machine's first answer: the only wait there is, because it decides whether
+// there is a card at all.
+inline constexpr DWORD kFirstAnswerMs = 1000;
+inline constexpr wchar_t kNoAnswerInTime[] = L"The system did not answer in time.";
+
+// Reads answer at once with what is known and begin to read anew in the background; changes are made in the background,
+// and of several that wait only the latest is. `read` and the changes run on the worker's thread and own what they use.
+template <typename State>
+class CSlowState {
+ public:
+    explicit CSlowState(std::function<std::optional<State>()> read)
+        : m_pShared(std::make_shared<Shared>(std::move(read))), m_worker([pShared = m_pShared] { pShared->turn(); }) {}
+
+    // For an initialisation: waits for the machine's first answer. Empty: it has what the function needs; otherwise why
+    // not, which is `pszMissing` when the machine says so.
+    [[nodiscard]] std::wstring waitForFirst(const wchar_t* pszMissing, DWORD dwTimeoutMs = kFirstAnswerMs) {
+        refresh();
+        if (::WaitForSingleObject(m_pShared->hAnswered.get(), dwTimeoutMs) != WAIT_OBJECT_0) {
+            return kNoAnswerInTime;
+        }
+        return known() ? L"" : pszMissing;
+    }
+
+    // The state as last read, or as it will be after the changes that are under way.
+    [[nodiscard]] std::optional<State> known() const {
+        const Guard guard(m_pShared->lock);
+        return m_pShared->known;
+    }
+
+    // Reads anew in the background.
+    void refresh() { m_worker.wake(); }
+
+    // Makes a change in the background. Until it is made `expected` counts as the state; then the machine is read anew.
+    bool change(std::function<void()> change, State expected) {
+        {
+            const Guard guard(m_pShared->lock);
+            m_pShared->change = std::move(change);
+            m_pShared->known = std::move(expected);
+        }
+        return m_worker.wake();
+    }
+
+ private:
+    class Guard {
+     public:
+        explicit Guard(SRWLOCK& rLock) : m_rLock(rLock) { ::AcquireSRWLockExclusive(&m_rLock); }
+        ~Guard() { ::ReleaseSRWLockExclusive(&m_rLock); }
+        Guard(const Guard&) = delete;
+        Guard& operator=(const Guard&) = delete;
+
+     private:
+        SRWLOCK& m_rLock;
+    };
+
+    struct Shared {
+        explicit Shared(std::function<std::optional<State>()> reader) : read(std::move(reader)) {}
+
+        void turn() {
+            if (const std::function<void()> latest = takeChange()) {
+                latest();
+            }
+            std::optional<State> now = read();
+            const Guard guard(lock);
+            // A change that came meanwhile has said what is to be expected; its own turn reads the truth.
+            if (!change) {
+                known = std::move(now);
+            }
+            ::SetEvent(hAnswered.get());
+        }
+
+        [[nodiscard]] std::function<void()> takeChange() {
+            const Guard guard(lock);
+            return std::exchange(change, nullptr);
+        }
+
+        const std::function<std::optional<State>()> read;
+        mutable SRWLOCK lock = SRWLOCK_INIT;
+        std::function<void()> change;
+        std::optional<State> known;
+        common::UniqueHandle hAnswered{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    };
+
+    std::shared_ptr<Shared> m_pShared;
+    CWorker m_worker;
+};
+
+}  // namespace win

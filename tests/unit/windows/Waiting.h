@@ -1,0 +1,22 @@
+// Waiting for what a worker does.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+namespace win {
+
+inline constexpr DWORD kDeadlineMs = 10000;
+
+// Whether the condition holds before the deadline.
+inline bool soon(const std::function<bool()>& condition) {
+    for (const ULONGLONG end = ::GetTickCount64() + kDeadlineMs; ::GetTickCount64() < end; ::Sleep(1)) {
+        if (condition()) {
+            return true;
+        }
+    }
+    return condition();
+}
+
+}  // namespace win

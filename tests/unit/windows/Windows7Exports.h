@@ -1,0 +1,78 @@
+// What the plug-ins of the real machine import by name, and why. Each of these functions is exported by that library of
+// Windows 7; a function that is not belongs to those that are bound at run time.
+#pragma once
+
+namespace win {
+
+struct Windows7Row {
+    const char* library;  // lower case
+    const char* reason;
+    const char* functions;  // with a blank between each two
+};
+
+// clang-format off
+inline constexpr Windows7Row kWindows7Exports[] = {
+    {"advapi32.dll", "reading settings and policies",
+     "RegGetValueW"},
+    {"advapi32.dll", "the privilege that SetSuspendState asks for",
+     "AdjustTokenPrivileges LookupPrivilegeValueW OpenProcessToken"},
+    {"gdi32.dll", "the resolution of the screen",
+     "GetDeviceCaps"},
+    {"kernel32.dll", "the state that reader and worker share",
+     "AcquireSRWLockExclusive ReleaseSRWLockExclusive"},
+    {"kernel32.dll", "workers and hooks: their threads, their events, their hold on the library",
+     "CreateEventW CreateThread FreeLibrary FreeLibraryAndExitThread GetModuleHandleExW ResetEvent"},
+    {"kernel32.dll", "the word that the overlays of a session share",
+     "CreateFileMappingW MapViewOfFile OpenProcess UnmapViewOfFile"},
+    {"kernel32.dll", "what PowerGetActiveScheme hands out",
+     "LocalFree"},
+    {"kernel32.dll", "the size of the display, scaled",
+     "MulDiv"},
+    {"kernel32.dll", "drives and their controls",
+     "CreateFileW DeviceIoControl GetDriveTypeW GetLogicalDrives"},
+    {"kernel32.dll", "libraries that not every system has",
+     "GetSystemDirectoryW"},
+    {"kernel32.dll", "the runtime of the compiler: start, threads, exceptions, and what the rows above share with it",
+     "AddVectoredExceptionHandler CloseHandle CreateEventA CreateSemaphoreA DeleteCriticalSection "
+     "DuplicateHandle EnterCriticalSection GetCurrentProcess GetCurrentProcessId GetCurrentThread "
+     "GetCurrentThreadId GetHandleInformation GetLastError GetModuleHandleW GetProcAddress "
+     "GetProcessAffinityMask GetSystemTimeAsFileTime GetThreadContext GetThreadPriority GetTickCount64 "
+     "InitializeCriticalSection IsDBCSLeadByteEx IsDebuggerPresent LeaveCriticalSection LoadLibraryW "
+     "MultiByteToWideChar OutputDebugStringA RaiseException ReleaseSemaphore "
+     "RemoveVectoredExceptionHandler ResumeThread RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx "
+     "RtlVirtualUnwind SetEvent SetLastError SetProcessAffinityMask SetThreadContext SetThreadPriority "
+     "Sleep SuspendThread TlsAlloc TlsGetValue TlsSetValue TryEnterCriticalSection VirtualProtect "
+     "VirtualQuery WaitForMultipleObjects WaitForSingleObject WideCharToMultiByte __C_specific_handler"},
+    {"msvcrt.dll", "the runtime of the compiler: memory, texts, its own error messages",
+     "___lc_codepage_func ___mb_cur_max_func __iob_func _amsg_exit _beginthreadex _close _endthreadex "
+     "_errno _initterm _lock _read _setjmp _strdup _ultoa _unlock abort calloc exit fprintf fputc "
+     "fputs free fwrite localeconv longjmp malloc memchr memcmp memcpy memmove memset printf realloc "
+     "signal strcmp strerror strlen strncmp vfprintf wcslen"},
+    {"ole32.dll", "COM",
+     "CoCreateInstance CoInitializeEx CoSetProxyBlanket CoUninitialize"},
+    {"oleaut32.dll", "texts that Fenwyn frees",
+     "SysAllocStringLen"},
+    {"oleaut32.dll", "texts and values of the management service",
+     "SafeArrayGetElement SafeArrayGetLBound SafeArrayGetUBound SysAllocString SysFreeString "
+     "VariantClear VariantInit"},
+    {"powrprof.dll", "what the machine can do, and sleep",
+     "GetPwrCapabilities SetSuspendState"},
+    {"powrprof.dll", "power plans; since Windows Vista",
+     "PowerEnumerate PowerGetActiveScheme PowerReadFriendlyName PowerSetActiveScheme"},
+    {"user32.dll", "the hook of the overlays and what it sends",
+     "CallNextHookEx GetAsyncKeyState MapVirtualKeyW SendInput SetWindowsHookExW UnhookWindowsHookEx"},
+    {"user32.dll", "windows that are never shown: they hear of log-off and lock, and take the command for the display",
+     "CreateWindowExW DefWindowProcW DestroyWindow DispatchMessageW MsgWaitForMultipleObjects "
+     "PeekMessageW RegisterClassW UnregisterClassW"},
+    {"user32.dll", "locking",
+     "LockWorkStation"},
+    {"user32.dll", "the size of icons",
+     "GetDC ReleaseDC SystemParametersInfoW"},
+    {"user32.dll", "whether there is a precision touchpad",
+     "GetRawInputDeviceInfoW GetRawInputDeviceList"},
+    {"wtsapi32.dll", "hearing of lock",
+     "WTSRegisterSessionNotification WTSUnRegisterSessionNotification"},
+};
+// clang-format on
+
+}  // namespace win
