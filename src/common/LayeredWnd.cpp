@@ -1,6 +1,5 @@
 #include "common/LayeredWnd.h"
 
-#include "common/FrameBitmap.h"
 #include "common/FrameSurface.h"
 #include "common/Status.h"
 
@@ -92,29 +91,26 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
                            std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
                            int nSourceHeight) {
     RETURN_IF_FAILED(_placeWnd());
-    const common::WindowDc screenDc(nullptr);
-    const common::UniqueMemoryDc memoryDc(::CreateCompatibleDC(screenDc.get()));
-    const common::UniqueBitmap frame = createFrameBitmap();
-    if (!frame) {
+    _prepareFrame();
+    if (m_pFrame == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    const common::SelectScope selected(memoryDc.get(), frame.get());
-    Gdiplus::Graphics graphics(memoryDc.get());
-    graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
-
     if (vecDrawRects.empty()) {
         vecDrawRects.resize(vecImages.size(), nullptr);
     }
     RETURN_UNLESS(vecImages.size() == vecDrawRects.size(), L"vecImages.size() == vecDrawRects.size()", E_FAIL);
     RETURN_UNLESS(vecImages.size() == vecAlphas.size(), L"vecImages.size() == vecAlphas.size()", E_FAIL);
     for (std::size_t i = 0; i < vecImages.size(); ++i) {
-        RETURN_IF_FAILED(drawImage(vecImages[i], vecAlphas[i], nSourceHeight, nSourceTop, vecDrawRects[i], graphics));
+        RETURN_IF_FAILED(drawImage(vecImages[i], vecAlphas[i], nSourceHeight, nSourceTop, vecDrawRects[i]));
     }
     if (m_pTextPainter != nullptr) {
+        Gdiplus::Graphics graphics(m_pFrame->dc());
+        graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
         m_pTextPainter->drawText(graphics);
     }
+    const common::WindowDc screenDc(nullptr);
     ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
-    const HRESULT updated = updateLyrWnd(screenDc.get(), memoryDc.get(), pPosition);
+    const HRESULT updated = updateLyrWnd(screenDc.get(), m_pFrame->dc(), pPosition);
     if (FAILED(updated)) {
         LOG_STATUS(updated);
     }
@@ -146,14 +142,14 @@ HRESULT CLayeredWnd::_placeWnd() {
 }
 
 HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
-                               const RECT* pDrawRect, Gdiplus::Graphics& graphics) const {
+                               const RECT* pDrawRect) const {
     RECT destination{};
     if (pDrawRect != nullptr) {
         destination = *pDrawRect;
     } else {
         ::GetClientRect(m_hWnd, &destination);
     }
-    CGraphicsSurface surface(graphics);
+    CPixelSurface surface(m_pFrame->pixels());
     const HRESULT drawn = composeImage(surface, pImage, dwAlpha, {nSourceTop, nSourceHeight}, destination);
     if (FAILED(drawn)) {
         LOG_STATUS(drawn);
@@ -175,7 +171,14 @@ HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPo
 }
 
 // As large as the popup, and fully transparent.
-common::UniqueBitmap CLayeredWnd::createFrameBitmap() const {
+void CLayeredWnd::_prepareFrame() {
     const RECT rect = screenRect(m_hWnd);
-    return common::createFrameBitmap(width(rect), height(rect));
+    if (m_pFrame != nullptr && m_pFrame->hasSize(width(rect), height(rect))) {
+        m_pFrame->clear();
+        return;
+    }
+    m_pFrame = std::make_unique<common::FrameBuffer>(width(rect), height(rect));
+    if (!*m_pFrame) {
+        m_pFrame.reset();
+    }
 }

@@ -2,11 +2,12 @@
 // shadows, which only takes the mouse. User-interface thread only.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "common/FrameBitmap.h"
 #include "common/GdiPlus.h"
-#include "common/Handle.h"
 
 // Implemented by owners that write text on their picture.
 class IDrawTextOnLayeredWnd {
@@ -51,9 +52,9 @@ class CLayeredWnd {
  private:
     HRESULT _placeWnd();
     [[nodiscard]] HRESULT drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
-                                    const RECT* pDrawRect, Gdiplus::Graphics& graphics) const;
+                                    const RECT* pDrawRect) const;
     [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) const;
-    [[nodiscard]] common::UniqueBitmap createFrameBitmap() const;
+    void _prepareFrame();
 
     static unsigned s_nInstances;
 
@@ -61,4 +62,5 @@ class CLayeredWnd {
     const unsigned m_nInstance;
     const std::wstring m_strClassName;  // one window class per object
     IDrawTextOnLayeredWnd* const m_pTextPainter;
+    std::unique_ptr<common::FrameBuffer> m_pFrame;  // kept from one paint to the next; null without memory
 };
