@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <string_view>
 
 #include "common/Handle.h"
 #include "common/Picture.h"
@@ -50,6 +52,12 @@ class FrameBuffer {
     void clear() noexcept {
         ::GdiFlush();
         std::fill_n(m_pBits, std::ptrdiff_t{m_pixels.width} * m_pixels.height, DWORD{0});
+    }
+    // Another number for other pixels.
+    [[nodiscard]] std::size_t hash() const {
+        ::GdiFlush();
+        const auto count = static_cast<std::size_t>(m_pixels.width) * static_cast<std::size_t>(m_pixels.height);
+        return std::hash<std::string_view>()({reinterpret_cast<const char*>(m_pBits), count * sizeof(DWORD)});
     }
 
  private:

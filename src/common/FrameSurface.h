@@ -28,9 +28,9 @@ struct SourceSlice {
 [[nodiscard]] HRESULT composeImage(IFrameSurface& surface, Gdiplus::Image* image, DWORD alpha, const SourceSlice& slice,
                                    const RECT& destination);
 
-// A surface over the pixels of a frame, which have to outlive it. Pictures are scaled here and nowhere else: those of the
-// image library once for each size, and kept. Of the colour matrix it carries out the opacity; the rest has to be the
-// identity's. E_FAIL, unlogged: the image was not decoded, or the rectangle is too large for any screen.
+// A surface over the pixels of a frame, which have to outlive it. Pictures are scaled here and nowhere else: those of
+// the image library once for each size, and kept. Of the colour matrix it carries out the opacity; the rest has to be
+// the identity's. E_FAIL, unlogged: the image was not decoded, or the rectangle is too large for any screen.
 class CPixelSurface final : public IFrameSurface {
  public:
     explicit CPixelSurface(const FramePixels& frame) noexcept : m_frame(frame) {}

@@ -63,6 +63,7 @@ HRESULT CLayeredWnd::createWnd() {
     if (FAILED(destroyed)) {
         RETURN_LOGGED(destroyed);
     }
+    m_shown.reset();
     registerWndClass(m_strClassName);
     const RECT rect = screenRect(m_hRealWnd);
     m_hWnd = ::CreateWindowExW(kExStyle, m_strClassName.c_str(), nullptr, WS_POPUP, rect.left, rect.top, width(rect),
@@ -107,6 +108,9 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
         Gdiplus::Graphics graphics(m_pFrame->dc());
         graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
         m_pTextPainter->drawText(graphics);
+    }
+    if (::IsWindowVisible(m_hWnd) == FALSE) {
+        m_shown.reset();
     }
     const common::WindowDc screenDc(nullptr);
     ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
@@ -157,16 +161,25 @@ HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourc
     return drawn;
 }
 
-// Shows what has been composed in the memory device context.
-HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) const {
+// Shows what has been composed in the memory device context. The same frame at the same place is on the screen already:
+// handing it over costs more than all the rest of a paint.
+HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) {
     const RECT rect = screenRect(m_hRealWnd);
     SIZE size{width(rect), height(rect)};
     POINT target = pPosition != nullptr ? *pPosition : POINT{rect.left, rect.top};
+    const Shown shown{m_pFrame->hash(), target.x, target.y, size.cx, size.cy};
+    // A frame at a place of its own was moved with its window in the meantime.
+    const RECT now = screenRect(m_hWnd);
+    if (m_shown && *m_shown == shown && now.left == target.x && now.top == target.y) {
+        return S_OK;
+    }
+    m_shown.reset();
     POINT source{};
     BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
     if (::UpdateLayeredWindow(m_hWnd, hScreenDc, &target, &size, hMemoryDc, &source, 0, &blend, ULW_ALPHA) == FALSE) {
         RETURN_LOGGED(E_FAIL);
     }
+    m_shown = shown;
     return S_OK;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,10 +51,20 @@ class CLayeredWnd {
     HWND m_hWnd = nullptr;  // the popup; null when there is none
 
  private:
+    // What the window system was handed last.
+    struct Shown {
+        std::size_t pixels;  // their hash
+        LONG x;
+        LONG y;
+        LONG width;
+        LONG height;
+        bool operator==(const Shown&) const = default;
+    };
+
     HRESULT _placeWnd();
     [[nodiscard]] HRESULT drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
                                     const RECT* pDrawRect) const;
-    [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) const;
+    [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition);
     void _prepareFrame();
 
     static unsigned s_nInstances;
@@ -63,4 +74,5 @@ class CLayeredWnd {
     const std::wstring m_strClassName;  // one window class per object
     IDrawTextOnLayeredWnd* const m_pTextPainter;
     std::unique_ptr<common::FrameBuffer> m_pFrame;  // kept from one paint to the next; null without memory
+    std::optional<Shown> m_shown;                   // empty: the window system has to be handed the frame again
 };

@@ -18,8 +18,7 @@ const std::array<float, 256>& lightTable() {
         std::array<float, 256> made{};
         for (std::size_t value = 0; value < made.size(); ++value) {
             const double code = static_cast<double>(value) / 255.0;
-            made[value] =
-                static_cast<float>(code <= 0.04045 ? code / 12.92 : std::pow((code + 0.055) / 1.055, 2.4));
+            made[value] = static_cast<float>(code <= 0.04045 ? code / 12.92 : std::pow((code + 0.055) / 1.055, 2.4));
         }
         return made;
     }();
@@ -172,6 +171,10 @@ DWORD dimmed(DWORD pixel, unsigned factor) {
     return result;
 }
 
+DWORD premultiplied(DWORD colour) {
+    return (colour & 0xFF000000U) | (dimmed(colour, colour >> 24U) & 0x00FFFFFFU);
+}
+
 }  // namespace
 
 Picture scalePicture(const Picture& picture, const RECT& part, SIZE size) {
@@ -217,16 +220,19 @@ Picture scalePicture(const Picture& picture, const RECT& part, SIZE size) {
     return scaled;
 }
 
-Picture averageBlocks(const Picture& picture, int samples) {
-    const SIZE size{picture.width / samples, picture.height / samples};
-    return scalePicture(picture, RECT{0, 0, size.cx * samples, size.cy * samples}, size);
+DWORD mixColours(DWORD firstColour, int first, DWORD secondColour, int second, int total) {
+    Light sum{};
+    add(sum, lightOf(premultiplied(firstColour)), static_cast<float>(first) / static_cast<float>(total));
+    add(sum, lightOf(premultiplied(secondColour)), static_cast<float>(second) / static_cast<float>(total));
+    return pixelOf(sum);
 }
 
 void blendPicture(const FramePixels& frame, const Picture& picture, int left, int top, DWORD opacity) {
     const unsigned factor = std::min<DWORD>(opacity, 255);
     const int from = std::max(left, 0);
     const int to = static_cast<int>(std::min<long long>(frame.width, static_cast<long long>(left) + picture.width));
-    const int bottom = static_cast<int>(std::min<long long>(frame.height, static_cast<long long>(top) + picture.height));
+    const int bottom =
+        static_cast<int>(std::min<long long>(frame.height, static_cast<long long>(top) + picture.height));
     for (int y = std::max(top, 0); from < to && y < bottom; ++y) {
         const DWORD* source = picture.row(y - top) + (from - left);
         DWORD* const target = frame.row(y);

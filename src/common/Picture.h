@@ -18,12 +18,13 @@ struct Picture {
 
 // A part of the picture (its pixels; what lies outside of it is transparent) at another size. A reduction averages the
 // area that each pixel covers, an enlargement is a cubic one. Colours are averaged in linear light and weighted with
-// their alpha, so that thin light lines keep their weight and no dark fringe shows. The same size gives the same pixels.
-// Empty for an empty part or size.
+// their alpha, so that thin light lines keep their weight and no dark fringe shows. The same size gives the same
+// pixels. Empty for an empty part or size.
 [[nodiscard]] Picture scalePicture(const Picture& picture, const RECT& part, SIZE size);
 
-// Averages blocks of samples x samples pixels, in the same light. The picture's sizes are multiples of `samples`.
-[[nodiscard]] Picture averageBlocks(const Picture& picture, int samples);
+// What a pixel shows of which `first` parts of `total` have one colour (0xAARRGGBB, not premultiplied), `second` parts
+// the other, and the rest none: averaged in the same light, premultiplied.
+[[nodiscard]] DWORD mixColours(DWORD firstColour, int first, DWORD secondColour, int second, int total);
 
 // Such pixels that somebody else owns.
 struct FramePixels {

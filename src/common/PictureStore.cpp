@@ -108,6 +108,9 @@ void picturestore::keep(std::span<const std::byte> bytes, std::shared_ptr<Master
 }
 
 Picture pixelsOf(Gdiplus::Image& image) {
+    if (const auto* const stored = dynamic_cast<CStoredImage*>(&image); stored != nullptr) {
+        return stored->master().pixels();
+    }
     const UINT width = image.GetWidth();
     const UINT height = image.GetHeight();
     if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide) {

@@ -57,8 +57,8 @@ TEST(ScalePicture, TheSameSizeGivesTheSamePixels) {
 
 TEST(ScalePicture, AveragesTheAreaInLinearLight) {
     Picture picture = plain(4, 4, kBlackPixel);
-    picture.row(0)[0] = kWhitePixel;                           // a quarter of the first block
-    picture.row(0)[2] = picture.row(1)[3] = kWhitePixel;       // half of the second
+    picture.row(0)[0] = kWhitePixel;                      // a quarter of the first block
+    picture.row(0)[2] = picture.row(1)[3] = kWhitePixel;  // half of the second
     const Picture scaled = scalePicture(picture, whole(picture), {2, 2});
     EXPECT_EQ(redOf(scaled.row(0)[0]), srgbOf(0.25));
     EXPECT_EQ(greenOf(scaled.row(0)[1]), srgbOf(0.5));
