@@ -8,8 +8,6 @@
 namespace hotkey {
 namespace {
 
-constexpr DWORD kLostKeyCheck = 100;  // ms; a key counts as lost at the second check
-
 bool isDownNow(DWORD virtualKey) noexcept {
     return ::GetAsyncKeyState(static_cast<int>(virtualKey)) < 0;
 }
@@ -38,6 +36,8 @@ bool CKeyWatcher::handleKey(const keyboard::KeyEvent& event) noexcept {
     if (m_bEnabled.load(std::memory_order_relaxed)) {
         m_tracker.enable();
     }
+    m_rhythm.keyCame(event.slot == m_nLastSlot && event.down);
+    m_nLastSlot = event.down ? event.slot : 0;
     return m_tracker.handle(event);
 }
 
@@ -63,11 +63,17 @@ void CKeyWatcher::handleTick() noexcept {
         m_tracker.releaseAll();
         return;
     }
-    m_tracker.checkLostKeys(&isDownNow);
+    bool bMissing = false;
+    m_tracker.checkLostKeys([&bMissing](DWORD virtualKey) noexcept {
+        const bool bDown = isDownNow(virtualKey);
+        bMissing = bMissing || !bDown;
+        return bDown;
+    });
+    m_rhythm.looked(bMissing);
 }
 
 DWORD CKeyWatcher::tickInterval() const noexcept {
-    return m_tracker.anythingDown() ? kLostKeyCheck : INFINITE;
+    return m_tracker.anythingDown() ? m_rhythm.interval() : INFINITE;
 }
 
 void CKeyWatcher::tap(DWORD virtualKey) noexcept {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "KeyTracker.h"
+#include "LostKeyRhythm.h"
 #include "StickyWindow.h"
 #include "keyboard/HookThread.h"
 
@@ -34,6 +35,8 @@ class CKeyWatcher : public keyboard::IHookClient, private IKeyPresser {
     SRWLOCK m_lock = SRWLOCK_INIT;
     std::optional<TrackerSettings> m_pending;  // under m_lock
     CKeyTracker m_tracker;
+    CLostKeyRhythm m_rhythm;
+    std::size_t m_nLastSlot = 0;  // of the key that was pressed last; 0: none
     CStickyWindow m_stickyWindow;
 };
 

@@ -85,13 +85,15 @@ std::wstring CBlackCard::getDesc() const {
 }
 
 HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
-    const CentredFormat format(stripAtBottom() ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
-    const Gdiplus::SolidBrush brush(Gdiplus::Color{kWhite});
+    const DescFormat format(stripAtBottom() ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
 
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(m_pParentWnd, graphics, font));
 
-    graphics.DrawString(getCaption().c_str(), -1, font.get(), toRectF(m_parts.caption), &format, &brush);
+    const CaptionFormat captionFormat(format.GetLineAlignment());
+    Gdiplus::RectF caption = toRectF(m_parts.caption);
+    caption.Inflate(-static_cast<float>(theApp.getPngRatio() * kCaptionMargin), 0.0F);
+    m_captionText.draw(graphics, caption, getCaption().c_str(), *font, &captionFormat, 0.0, kWhite, kWhite);
     // The outline sticks out of the letters: neighbours' descriptions stay apart.
     Gdiplus::RectF desc = toRectF(m_parts.desc);
     desc.Inflate(-static_cast<float>(kOutlineWidth), 0.0F);

@@ -89,6 +89,7 @@ class CBlackCard {
     std::unique_ptr<Gdiplus::Image> m_pImage;
     RECT m_cardRect{};
     geometry::Card m_parts{};
+    OutlineText m_captionText;
     OutlineText m_descText;
     std::unique_ptr<CFuncX> m_pFunx;
     std::unique_ptr<CLargeCardDlg> m_pLargeCardDlg;

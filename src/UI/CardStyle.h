@@ -6,7 +6,8 @@
 
 inline constexpr Gdiplus::ARGB kWhite = 0xFFFFFFFF;
 inline constexpr Gdiplus::ARGB kBlack = 0xFF000000;
-inline constexpr double kOutlineWidth = 3.0;  // pixels, of white text with a black outline
+inline constexpr double kCaptionMargin = 4.0;  // pixels at ratio 1.0, between a caption and its card's edge
+inline constexpr double kOutlineWidth = 3.0;   // pixels, of white text with a black outline
 
 // Whether the cards stand at the bottom of the work area instead of its top.
 [[nodiscard]] inline bool stripAtBottom() {
@@ -30,5 +31,15 @@ class CentredFormat : public Gdiplus::StringFormat {
 // Centred, and cut with an ellipsis where the text does not fit.
 class DescFormat : public CentredFormat {
  public:
-    DescFormat() { SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter); }
+    explicit DescFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) : CentredFormat(line) {
+        SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter);
+    }
+};
+
+// The same in one line.
+class CaptionFormat : public DescFormat {
+ public:
+    explicit CaptionFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) : DescFormat(line) {
+        SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap);
+    }
 };

@@ -96,21 +96,22 @@ void CLargeCardDlg::OnKillFocus(HWND hNewWnd) {
 }
 
 HRESULT CLargeCardDlg::drawText(Gdiplus::Graphics& graphics) {
-    CentredFormat format;
-    const Gdiplus::SolidBrush brush(Gdiplus::Color{kWhite});
+    DescFormat format;
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
 
-    graphics.DrawString(m_strCaption.c_str(), -1, font.get(), toRectF(m_rects.caption), &format, &brush);
+    const CaptionFormat captionFormat;
+    m_captionText.draw(graphics, toRectF(m_rects.caption), m_strCaption.c_str(), *font, &captionFormat, 0.0, kWhite,
+                       kWhite);
 
     // Without a caption above it the description moves to the top of its place.
     format.SetLineAlignment(m_strCaption.c_str()[0] == L'\0' ? Gdiplus::StringAlignmentNear
                                                              : Gdiplus::StringAlignmentCenter);
-    graphics.DrawString(m_strDesc.c_str(), -1, font.get(), toRectF(m_rects.desc), &format, &brush);
+    m_descText.draw(graphics, toRectF(m_rects.desc), m_strDesc.c_str(), *font, &format, 0.0, kWhite, kWhite);
 
     format.SetLineAlignment(Gdiplus::StringAlignmentNear);
     const Gdiplus::RectF textRect = toRectF(m_rects.text);
     RETURN_IF_FAILED(measureTextFont(graphics, m_strText.c_str(), textRect, &font));
-    graphics.DrawString(m_strText.c_str(), -1, font.get(), textRect, &format, &brush);
+    m_statusText.draw(graphics, textRect, m_strText.c_str(), *font, &format, 0.0, kWhite, kWhite);
     return S_OK;
 }

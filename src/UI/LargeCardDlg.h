@@ -6,6 +6,7 @@
 
 #include "UI/CardGeometry.h"
 #include "common/GdiPlus.h"
+#include "common/GdiPlusFunc.h"
 #include "common/LayeredWnd.h"
 #include "framework/Dialog.h"
 
@@ -44,5 +45,8 @@ class CLargeCardDlg : public CDialog, public IDrawTextOnLayeredWnd {
     UINT m_uImageId;
     std::unique_ptr<CLayeredWnd> m_pLayeredWnd;
     std::unique_ptr<Gdiplus::Image> m_pImage;
+    OutlineText m_captionText;
+    OutlineText m_descText;
+    OutlineText m_statusText;
     CBlackCard* m_pBlackCard;
 };

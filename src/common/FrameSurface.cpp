@@ -1,6 +1,9 @@
 #include "common/FrameSurface.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "common/PictureStore.h"
 
 namespace {
 
@@ -12,9 +15,25 @@ constexpr Gdiplus::ColorMatrix kIdentity = {{{1, 0, 0, 0, 0},  //
 constexpr int kAlphaRow = 3;
 constexpr float kOpaque = 255.0F;
 
-bool isIdentity(const Gdiplus::ColorMatrix& colours) noexcept {
-    return std::ranges::equal(colours.m, kIdentity.m,
-                              [](const auto& row, const auto& other) { return std::ranges::equal(row, other); });
+// Farther away, and larger, than any screen.
+constexpr float kFarthest = 32768.0F;
+constexpr float kLargest = 8192.0F;
+
+bool inReach(const Gdiplus::RectF& rect) noexcept {
+    return std::fabs(rect.X) <= kFarthest && std::fabs(rect.Y) <= kFarthest && rect.Width <= kLargest &&
+           rect.Height <= kLargest;
+}
+
+// All rectangles come from whole numbers. One without an area stays without one.
+RECT toRect(const Gdiplus::RectF& rect) noexcept {
+    const auto left = static_cast<LONG>(std::lround(rect.X));
+    const auto top = static_cast<LONG>(std::lround(rect.Y));
+    return {left, top, left + static_cast<LONG>(std::lround(std::max(rect.Width, 0.0F))),
+            top + static_cast<LONG>(std::lround(std::max(rect.Height, 0.0F)))};
+}
+
+DWORD toOpacity(const Gdiplus::ColorMatrix& colours) noexcept {
+    return static_cast<DWORD>(std::lround(std::clamp(colours.m[kAlphaRow][kAlphaRow], 0.0F, 1.0F) * kOpaque));
 }
 
 }  // namespace
@@ -41,16 +60,23 @@ HRESULT composeImage(IFrameSurface& surface, Gdiplus::Image* image, DWORD alpha,
     return surface.drawImage(*image, source, target, alphaMatrix(alpha));
 }
 
-HRESULT CGraphicsSurface::drawImage(Gdiplus::Image& image, const Gdiplus::RectF& source,
-                                    const Gdiplus::RectF& destination, const Gdiplus::ColorMatrix& colours) {
-    Gdiplus::ImageAttributes attributes;
-    const Gdiplus::ImageAttributes* used = nullptr;
-    // Attributes take a path many times slower; a matrix that changes nothing is not worth it.
-    if (!isIdentity(colours)) {
-        attributes.SetColorMatrix(&colours, Gdiplus::ColorMatrixFlagsDefault, Gdiplus::ColorAdjustTypeBitmap);
-        used = &attributes;
+HRESULT CPixelSurface::drawImage(Gdiplus::Image& image, const Gdiplus::RectF& source, const Gdiplus::RectF& destination,
+                                 const Gdiplus::ColorMatrix& colours) {
+    if (!inReach(source) || !inReach(destination)) {
+        return E_FAIL;
     }
-    const Gdiplus::Status status = m_graphics.DrawImage(&image, destination, source.X, source.Y, source.Width,
-                                                        source.Height, Gdiplus::UnitPixel, used);
-    return status == Gdiplus::Ok ? S_OK : E_FAIL;
+    const RECT part = toRect(source);
+    const RECT place = toRect(destination);
+    const SIZE size{place.right - place.left, place.bottom - place.top};
+    const DWORD opacity = toOpacity(colours);
+    if (auto* const stored = dynamic_cast<CStoredImage*>(&image); stored != nullptr) {
+        blendPicture(m_frame, stored->master().scaled(part, size), place.left, place.top, opacity);
+        return S_OK;
+    }
+    const Picture picture = pixelsOf(image);
+    if (picture.pixels.empty()) {
+        return E_FAIL;
+    }
+    blendPicture(m_frame, scalePicture(picture, part, size), place.left, place.top, opacity);
+    return S_OK;
 }

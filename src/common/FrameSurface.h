@@ -2,9 +2,8 @@
 // rectangle through a colour matrix, over a surface of 32-bit premultiplied pixels; and the composing itself.
 #pragma once
 
-#include <vector>
-
 #include "common/GdiPlus.h"
+#include "common/Picture.h"
 
 class IFrameSurface {
  public:
@@ -29,14 +28,16 @@ struct SourceSlice {
 [[nodiscard]] HRESULT composeImage(IFrameSurface& surface, Gdiplus::Image* image, DWORD alpha, const SourceSlice& slice,
                                    const RECT& destination);
 
-// A surface over a GDI+ graphics, which has to outlive it. Failures are E_FAIL, unlogged.
-class CGraphicsSurface final : public IFrameSurface {
+// A surface over the pixels of a frame, which have to outlive it. Pictures are scaled here and nowhere else: those of
+// the image library once for each size, and kept. Of the colour matrix it carries out the opacity; the rest has to be
+// the identity's. E_FAIL, unlogged: the image was not decoded, or the rectangle is too large for any screen.
+class CPixelSurface final : public IFrameSurface {
  public:
-    explicit CGraphicsSurface(Gdiplus::Graphics& graphics) noexcept : m_graphics(graphics) {}
+    explicit CPixelSurface(const FramePixels& frame) noexcept : m_frame(frame) {}
 
     [[nodiscard]] HRESULT drawImage(Gdiplus::Image& image, const Gdiplus::RectF& source,
                                     const Gdiplus::RectF& destination, const Gdiplus::ColorMatrix& colours) override;
 
  private:
-    Gdiplus::Graphics& m_graphics;
+    FramePixels m_frame;
 };

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/GdiPlus.h"
+#include "common/Picture.h"
 
 // Replaces the font by smaller ones of its kind until the text, wrapped to the box's width, is lower than the box; a
 // font that fits stays the same object. An empty `*pFont` starts from the font of the graphics' device context. Where
@@ -14,8 +15,10 @@
 [[nodiscard]] HRESULT measureTextFont(Gdiplus::Graphics& graphics, const wchar_t* pszText, const Gdiplus::RectF& box,
                                       std::unique_ptr<Gdiplus::Font>* pFont);
 
-// Draws the text with an outline of which half of `outlineWidth` (pixels) stays visible outside the letters. A null
-// format means the default one. Leaves the graphics antialiasing.
+// Draws the text with an outline of which half of `outlineWidth` (pixels; 0: none) stays visible outside the letters.
+// Baselines and upright strokes stand on whole pixels, strokes are at least a pixel wide where the letters' size allows
+// it. The format decides place, wrapping and, with StringTrimmingEllipsisCharacter, that what does not fit the
+// rectangle ends with an ellipsis; null means the default one. Leaves the graphics antialiasing.
 void drawOutlineText(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layoutRect, const wchar_t* pszText,
                      const Gdiplus::Font& font, const Gdiplus::StringFormat* pFormat, double outlineWidth,
                      Gdiplus::ARGB fillColour, Gdiplus::ARGB outlineColour);
@@ -37,6 +40,8 @@ class OutlineText {
         INT fontStyle;
         Gdiplus::StringAlignment alignment;
         Gdiplus::StringAlignment lineAlignment;
+        Gdiplus::StringTrimming trimming;
+        INT formatFlags;
         double outlineWidth;
         Gdiplus::ARGB fillColour;
         Gdiplus::ARGB outlineColour;
@@ -44,6 +49,7 @@ class OutlineText {
     };
 
     std::optional<Key> m_key;
-    std::unique_ptr<Gdiplus::Bitmap> m_pPicture;
+    Picture m_picture;
+    std::unique_ptr<Gdiplus::Bitmap> m_pBitmap;  // over the picture's pixels
     POINT m_place{};
 };

@@ -1,6 +1,5 @@
 #include "common/LayeredWnd.h"
 
-#include "common/FrameBitmap.h"
 #include "common/FrameSurface.h"
 #include "common/Status.h"
 
@@ -64,6 +63,7 @@ HRESULT CLayeredWnd::createWnd() {
     if (FAILED(destroyed)) {
         RETURN_LOGGED(destroyed);
     }
+    m_shown.reset();
     registerWndClass(m_strClassName);
     const RECT rect = screenRect(m_hRealWnd);
     m_hWnd = ::CreateWindowExW(kExStyle, m_strClassName.c_str(), nullptr, WS_POPUP, rect.left, rect.top, width(rect),
@@ -92,29 +92,29 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
                            std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
                            int nSourceHeight) {
     RETURN_IF_FAILED(_placeWnd());
-    const common::WindowDc screenDc(nullptr);
-    const common::UniqueMemoryDc memoryDc(::CreateCompatibleDC(screenDc.get()));
-    const common::UniqueBitmap frame = createFrameBitmap();
-    if (!frame) {
+    _prepareFrame();
+    if (m_pFrame == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    const common::SelectScope selected(memoryDc.get(), frame.get());
-    Gdiplus::Graphics graphics(memoryDc.get());
-    graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
-
     if (vecDrawRects.empty()) {
         vecDrawRects.resize(vecImages.size(), nullptr);
     }
     RETURN_UNLESS(vecImages.size() == vecDrawRects.size(), L"vecImages.size() == vecDrawRects.size()", E_FAIL);
     RETURN_UNLESS(vecImages.size() == vecAlphas.size(), L"vecImages.size() == vecAlphas.size()", E_FAIL);
     for (std::size_t i = 0; i < vecImages.size(); ++i) {
-        RETURN_IF_FAILED(drawImage(vecImages[i], vecAlphas[i], nSourceHeight, nSourceTop, vecDrawRects[i], graphics));
+        RETURN_IF_FAILED(drawImage(vecImages[i], vecAlphas[i], nSourceHeight, nSourceTop, vecDrawRects[i]));
     }
     if (m_pTextPainter != nullptr) {
+        Gdiplus::Graphics graphics(m_pFrame->dc());
+        graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
         m_pTextPainter->drawText(graphics);
     }
+    if (::IsWindowVisible(m_hWnd) == FALSE) {
+        m_shown.reset();
+    }
+    const common::WindowDc screenDc(nullptr);
     ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
-    const HRESULT updated = updateLyrWnd(screenDc.get(), memoryDc.get(), pPosition);
+    const HRESULT updated = updateLyrWnd(screenDc.get(), m_pFrame->dc(), pPosition);
     if (FAILED(updated)) {
         LOG_STATUS(updated);
     }
@@ -146,14 +146,14 @@ HRESULT CLayeredWnd::_placeWnd() {
 }
 
 HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
-                               const RECT* pDrawRect, Gdiplus::Graphics& graphics) const {
+                               const RECT* pDrawRect) const {
     RECT destination{};
     if (pDrawRect != nullptr) {
         destination = *pDrawRect;
     } else {
         ::GetClientRect(m_hWnd, &destination);
     }
-    CGraphicsSurface surface(graphics);
+    CPixelSurface surface(m_pFrame->pixels());
     const HRESULT drawn = composeImage(surface, pImage, dwAlpha, {nSourceTop, nSourceHeight}, destination);
     if (FAILED(drawn)) {
         LOG_STATUS(drawn);
@@ -161,21 +161,37 @@ HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourc
     return drawn;
 }
 
-// Shows what has been composed in the memory device context.
-HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) const {
+// Shows what has been composed in the memory device context. The same frame at the same place is on the screen already:
+// handing it over costs more than all the rest of a paint.
+HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) {
     const RECT rect = screenRect(m_hRealWnd);
     SIZE size{width(rect), height(rect)};
     POINT target = pPosition != nullptr ? *pPosition : POINT{rect.left, rect.top};
+    const Shown shown{m_pFrame->hash(), target.x, target.y, size.cx, size.cy};
+    // A frame at a place of its own was moved with its window in the meantime.
+    const RECT now = screenRect(m_hWnd);
+    if (m_shown && *m_shown == shown && now.left == target.x && now.top == target.y) {
+        return S_OK;
+    }
+    m_shown.reset();
     POINT source{};
     BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
     if (::UpdateLayeredWindow(m_hWnd, hScreenDc, &target, &size, hMemoryDc, &source, 0, &blend, ULW_ALPHA) == FALSE) {
         RETURN_LOGGED(E_FAIL);
     }
+    m_shown = shown;
     return S_OK;
 }
 
 // As large as the popup, and fully transparent.
-common::UniqueBitmap CLayeredWnd::createFrameBitmap() const {
+void CLayeredWnd::_prepareFrame() {
     const RECT rect = screenRect(m_hWnd);
-    return common::createFrameBitmap(width(rect), height(rect));
+    if (m_pFrame != nullptr && m_pFrame->hasSize(width(rect), height(rect))) {
+        m_pFrame->clear();
+        return;
+    }
+    m_pFrame = std::make_unique<common::FrameBuffer>(width(rect), height(rect));
+    if (!*m_pFrame) {
+        m_pFrame.reset();
+    }
 }

@@ -2,11 +2,13 @@
 // shadows, which only takes the mouse. User-interface thread only.
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "common/FrameBitmap.h"
 #include "common/GdiPlus.h"
-#include "common/Handle.h"
 
 // Implemented by owners that write text on their picture.
 class IDrawTextOnLayeredWnd {
@@ -49,11 +51,21 @@ class CLayeredWnd {
     HWND m_hWnd = nullptr;  // the popup; null when there is none
 
  private:
+    // What the window system was handed last.
+    struct Shown {
+        std::size_t pixels;  // their hash
+        LONG x;
+        LONG y;
+        LONG width;
+        LONG height;
+        bool operator==(const Shown&) const = default;
+    };
+
     HRESULT _placeWnd();
     [[nodiscard]] HRESULT drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
-                                    const RECT* pDrawRect, Gdiplus::Graphics& graphics) const;
-    [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) const;
-    [[nodiscard]] common::UniqueBitmap createFrameBitmap() const;
+                                    const RECT* pDrawRect) const;
+    [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition);
+    void _prepareFrame();
 
     static unsigned s_nInstances;
 
@@ -61,4 +73,6 @@ class CLayeredWnd {
     const unsigned m_nInstance;
     const std::wstring m_strClassName;  // one window class per object
     IDrawTextOnLayeredWnd* const m_pTextPainter;
+    std::unique_ptr<common::FrameBuffer> m_pFrame;  // kept from one paint to the next; null without memory
+    std::optional<Shown> m_shown;                   // empty: the window system has to be handed the frame again
 };

@@ -1,21 +1,30 @@
-// Text with an outline: the letters' paths, stroked and filled.
+// Text with or without an outline: letters as fine masks, averaged in linear light.
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/GdiPlusFunc.h"
+#include "common/GlyphMasks.h"
+#include "common/Picture.h"
 
 namespace {
 
-// Not every implementation smooths filled paths: letters are drawn this many times larger and averaged down.
-constexpr int kSamples = 4;
+constexpr wchar_t kEllipsis[] = L"\u2026";
 
-// In pixels, each way. Longer texts and wider outlines are mistakes, not worth the memory they would take.
-constexpr float kLargestPicture = 4096.0F;
+// In pixels. Longer texts and wider outlines are mistakes, not worth the memory they would take.
+constexpr double kLargestArea = 1 << 20;
+constexpr float kLargestFont = 512.0F;
+constexpr double kWidestOutline = 256.0;
+constexpr float kFarthest = 1.0e6F;
 
 std::wstring familyName(const Gdiplus::Font& font) {
     Gdiplus::FontFamily family;
@@ -25,18 +34,157 @@ std::wstring familyName(const Gdiplus::Font& font) {
     return name.data();
 }
 
-// As many words per line as fit, at least one. Not every implementation wraps text in a path, so it is done here.
-std::vector<std::wstring> wrapLines(const Gdiplus::Graphics& graphics, std::wstring_view text,
-                                    const Gdiplus::Font& font, float width) {
+// How the lines of a face follow each other, in pixels.
+struct LineMetrics {
+    float height;
+    float ascent;
+};
+
+LineMetrics lineMetrics(const Gdiplus::Font& font) {
+    Gdiplus::FontFamily family;
+    font.GetFamily(&family);
+    const int style = font.GetStyle();
+    const float em = font.GetSize() / static_cast<float>(std::max<int>(family.GetEmHeight(style), 1));
+    return {em * family.GetLineSpacing(style), em * family.GetCellAscent(style)};
+}
+
+// Letters on one canvas of sub-pixels. Rows and columns begin at whole pixels.
+class MaskCanvas {
+ public:
+    // pixels
+    MaskCanvas(int width, int height)
+        : m_width(width * kSubPixels),
+          m_height(height * kSubPixels),
+          m_points(static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height)) {}
+
+    void add(const GlyphMask& glyph, int x, int baseline) {
+        for (int row = 0; row < glyph.height; ++row) {
+            const int y = baseline - glyph.top + row;
+            for (int column = 0; column < glyph.width && y >= 0 && y < m_height; ++column) {
+                const int place = x + glyph.left + column;
+                if (place >= 0 && place < m_width &&
+                    glyph.points[static_cast<std::size_t>(row * glyph.width + column)] != 0) {
+                    _at(place, y) = 1;
+                }
+            }
+        }
+    }
+
+    // The letters grown by a disc on all sides.
+    [[nodiscard]] MaskCanvas grown(double radius) const {
+        MaskCanvas result(m_width / kSubPixels, m_height / kSubPixels);
+        const int reach = static_cast<int>(radius);
+        for (int y = 0; y < m_height; ++y) {
+            for (int x = 0; x < m_width; ++x) {
+                if (at(x, y) == 0 || _inside(x, y)) {
+                    continue;
+                }
+                for (int dy = -reach; dy <= reach; ++dy) {
+                    const int half = static_cast<int>(std::sqrt(radius * radius - dy * dy));
+                    result._fill(x - half, x + half + 1, y + dy);
+                }
+            }
+        }
+        return result;
+    }
+
+    [[nodiscard]] std::uint8_t at(int x, int y) const {
+        return m_points[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x)];
+    }
+    [[nodiscard]] int width() const { return m_width; }
+    [[nodiscard]] int height() const { return m_height; }
+
+ private:
+    std::uint8_t& _at(int x, int y) {
+        return m_points[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x)];
+    }
+    // Whether all its neighbours are set as well: growing it adds nothing that growing them does not.
+    [[nodiscard]] bool _inside(int x, int y) const {
+        return x > 0 && y > 0 && x + 1 < m_width && y + 1 < m_height && at(x - 1, y) != 0 && at(x + 1, y) != 0 &&
+               at(x, y - 1) != 0 && at(x, y + 1) != 0;
+    }
+    void _fill(int from, int to, int y) {
+        if (y >= 0 && y < m_height) {
+            for (int x = std::max(from, 0); x < std::min(to, m_width); ++x) {
+                _at(x, y) = 1;
+            }
+        }
+    }
+
+    int m_width;
+    int m_height;
+    std::vector<std::uint8_t> m_points;
+};
+
+// A letter and where its pen stands, in sub-pixels from the beginning of its line.
+struct PlacedGlyph {
+    const GlyphMask* glyph;
+    int x;
+};
+
+// Puts upright strokes onto whole pixels where that moves a letter by less than half a pixel and keeps it off the one
+// before it. `start`: where the line begins within a pixel.
+std::vector<PlacedGlyph> placeLine(GlyphFont& font, const std::wstring& text, int start) {
+    constexpr int kFarthestMove = kSubPixels / 2;
+    constexpr int kGap = kSubPixels * 3 / 4;  // between two letters
+    constexpr float kMoveCosts = 0.12F;       // of its sharpness, for each sub-pixel
+    std::vector<PlacedGlyph> line;
+    int pen = 0;
+    int inkEnd = -(1 << 20);
+    for (const wchar_t letter : text) {
+        const GlyphMask& glyph = font.glyph(letter);
+        int best = 0;
+        float bestScore = -10.0F;
+        for (int move = -kFarthestMove; move <= kFarthestMove; ++move) {
+            const int ink = pen + move + glyph.left;
+            const int phase = ((start + ink) % kSubPixels + kSubPixels) % kSubPixels;
+            const float tight = ink < inkEnd + kGap ? static_cast<float>(inkEnd + kGap - ink) : 0.0F;
+            const float score = glyph.sharpness[static_cast<std::size_t>(phase)] -
+                                kMoveCosts * static_cast<float>(std::abs(move)) - tight;
+            if (score > bestScore) {
+                bestScore = score;
+                best = move;
+            }
+        }
+        line.push_back({&glyph, pen + best});
+        if (glyph.width > 0) {
+            inkEnd = pen + best + glyph.left + glyph.width;
+        }
+        pen += glyph.advance;
+    }
+    return line;
+}
+
+int advanceOf(GlyphFont& font, const std::wstring& text) {
+    int width = 0;
+    for (const wchar_t letter : text) {
+        width += font.glyph(letter).advance;
+    }
+    return width;
+}
+
+using Measure = std::function<float(const std::wstring&)>;
+
+// The longest beginning of the line that fits, and an ellipsis.
+std::wstring shortened(std::wstring line, float width, const Measure& measure) {
+    while (!line.empty() && measure(line + kEllipsis) > width) {
+        line.pop_back();
+    }
+    while (!line.empty() && line.back() == L' ') {
+        line.pop_back();
+    }
+    return line + kEllipsis;
+}
+
+// As many words per line as fit, at least one.
+std::vector<std::wstring> wrapLines(std::wstring_view text, float width, const Measure& measure) {
     std::vector<std::wstring> lines(1);
     bool startLine = true;
     while (!text.empty()) {
         const std::size_t end = text.find_first_of(L" \r\n");
         const std::wstring word(text.substr(0, end));
         const std::wstring candidate = startLine ? word : lines.back() + L" " + word;
-        Gdiplus::RectF measured;
-        graphics.MeasureString(candidate.c_str(), -1, &font, Gdiplus::PointF(0.0F, 0.0F), &measured);
-        if (startLine || measured.Width <= width) {
+        if (startLine || measure(candidate) <= width) {
             lines.back() = candidate;
         } else {
             lines.push_back(word);
@@ -53,101 +201,192 @@ std::vector<std::wstring> wrapLines(const Gdiplus::Graphics& graphics, std::wstr
     return lines;
 }
 
-// Adds the lines as one block, placed in the layout rectangle as the format says.
-void addLines(Gdiplus::GraphicsPath& path, const std::vector<std::wstring>& lines, const Gdiplus::Font& font,
-              const Gdiplus::RectF& layout, const Gdiplus::StringFormat& format) {
+// What is shown of the text: wrapped, and cut with an ellipsis where the format asks for that.
+std::vector<std::wstring> linesOf(const wchar_t* pszText, const Gdiplus::RectF& layout,
+                                  const Gdiplus::StringFormat& format, float lineHeight, const Measure& measure) {
+    const bool oneLine = (format.GetFormatFlags() & Gdiplus::StringFormatFlagsNoWrap) != 0;
+    std::vector<std::wstring> lines =
+        oneLine ? std::vector<std::wstring>{pszText} : wrapLines(pszText, layout.Width, measure);
+    if (format.GetTrimming() != Gdiplus::StringTrimmingEllipsisCharacter) {
+        return lines;
+    }
+    // A line may stick out of the box by its descenders' blank.
+    constexpr float kTolerance = 0.3F;
+    const float fitting = lineHeight > 0.0F ? layout.Height / lineHeight + kTolerance : 1.0F;
+    const auto most = static_cast<std::size_t>(std::clamp(fitting, 1.0F, 100.0F));
+    if (lines.size() > most) {
+        lines.resize(most);
+        lines.back() = shortened(lines.back(), layout.Width, measure);
+    }
+    for (std::wstring& line : lines) {
+        if (measure(line) > layout.Width) {
+            line = shortened(line, layout.Width, measure);
+        }
+    }
+    return lines;
+}
+
+// Where a block of this size begins in its place.
+float aligned(float start, float size, float block, Gdiplus::StringAlignment alignment) {
+    return alignment == Gdiplus::StringAlignmentFar      ? start + size - block
+           : alignment == Gdiplus::StringAlignmentCenter ? start + (size - block) / 2
+                                                         : start;
+}
+
+// Scripts whose letters join or come from other fonts are left to GDI+, which draws their paths.
+void addPath(MaskCanvas& canvas, const std::wstring& line, const Gdiplus::Font& font, int baseline, float left,
+             float ascent) {
     Gdiplus::FontFamily family;
     font.GetFamily(&family);
-    const int style = font.GetStyle();
-    const float em = font.GetSize();
-    const float lineHeight = em * family.GetLineSpacing(style) / family.GetEmHeight(style);
-    const float slack = layout.Height - lineHeight * static_cast<float>(lines.size());
-
-    const Gdiplus::StringAlignment block = format.GetLineAlignment();
-    Gdiplus::RectF place(layout.X, layout.Y, layout.Width, lineHeight);
-    place.Y += block == Gdiplus::StringAlignmentFar ? slack : block == Gdiplus::StringAlignmentCenter ? slack / 2 : 0;
-
-    Gdiplus::StringFormat lineFormat(&format);
-    lineFormat.SetLineAlignment(Gdiplus::StringAlignmentNear);
-    // A line that was measured a little too narrow keeps its last letter.
-    lineFormat.SetTrimming(Gdiplus::StringTrimmingNone);
-    lineFormat.SetFormatFlags(format.GetFormatFlags() | Gdiplus::StringFormatFlagsNoWrap |
-                              Gdiplus::StringFormatFlagsNoClip);
-    for (const std::wstring& line : lines) {
-        path.AddString(line.c_str(), -1, &family, style, em, place, &lineFormat);
-        place.Y += lineHeight;
-    }
-}
-
-// The average of one block of premultiplied pixels.
-Gdiplus::ARGB averageBlock(const BYTE* block, int stride) {
-    unsigned sums[4] = {};
-    for (int row = 0; row < kSamples; ++row, block += stride) {
-        for (int byte = 0; byte < kSamples * 4; ++byte) {
-            sums[byte % 4] += block[byte];
-        }
-    }
-    constexpr unsigned kCount = kSamples * kSamples;
-    return (sums[3] / kCount) << 24U | (sums[2] / kCount) << 16U | (sums[1] / kCount) << 8U | sums[0] / kCount;
-}
-
-// Fills `small` with `large` at a kSamples-th of its size. Both are premultiplied. False: there is no memory for it.
-bool averageDown(Gdiplus::Bitmap& large, Gdiplus::Bitmap& small) {
-    Gdiplus::Rect largeArea(0, 0, static_cast<INT>(large.GetWidth()), static_cast<INT>(large.GetHeight()));
-    Gdiplus::Rect smallArea(0, 0, static_cast<INT>(small.GetWidth()), static_cast<INT>(small.GetHeight()));
-    Gdiplus::BitmapData from;
-    Gdiplus::BitmapData to;
-    if (large.LockBits(&largeArea, Gdiplus::ImageLockModeRead, PixelFormat32bppPARGB, &from) != Gdiplus::Ok) {
-        return false;
-    }
-    const bool filled =
-        small.LockBits(&smallArea, Gdiplus::ImageLockModeWrite, PixelFormat32bppPARGB, &to) == Gdiplus::Ok;
-    if (filled) {
-        for (INT y = 0; y < smallArea.Height; ++y) {
-            const BYTE* source = static_cast<const BYTE*>(from.Scan0) + std::ptrdiff_t{y} * kSamples * from.Stride;
-            auto* target =
-                reinterpret_cast<Gdiplus::ARGB*>(static_cast<BYTE*>(to.Scan0) + std::ptrdiff_t{y} * to.Stride);
-            for (std::ptrdiff_t x = 0; x < smallArea.Width; ++x) {
-                target[x] = averageBlock(source + x * kSamples * 4, from.Stride);
-            }
-        }
-        small.UnlockBits(&to);
-    }
-    large.UnlockBits(&from);
-    return filled;
-}
-
-// False for what is too large or too far away, and for what is no number.
-bool drawable(const Gdiplus::RectF& bounds, float penWidth) {
-    constexpr float kFarthest = 1.0e6F;
-    return penWidth >= 0.0F && bounds.Width + 2 * penWidth <= kLargestPicture &&
-           bounds.Height + 2 * penWidth <= kLargestPicture && std::fabs(bounds.X) <= kFarthest &&
-           std::fabs(bounds.Y) <= kFarthest;
-}
-
-// The path on a picture of its own, as large as it needs, and where that belongs.
-std::unique_ptr<Gdiplus::Bitmap> drawSmoothed(const Gdiplus::GraphicsPath& path, const Gdiplus::Pen& pen,
-                                              const Gdiplus::Brush& brush, POINT& place) {
-    Gdiplus::RectF bounds;
-    if (path.GetBounds(&bounds) != Gdiplus::Ok || bounds.Width <= 0.0F || !drawable(bounds, pen.GetWidth())) {
-        return nullptr;
-    }
-    const int margin = static_cast<int>(std::ceil(pen.GetWidth()));
-    place = {static_cast<LONG>(std::floor(bounds.X)) - margin, static_cast<LONG>(std::floor(bounds.Y)) - margin};
-    const int width = static_cast<int>(std::ceil(bounds.GetRight())) + margin - static_cast<int>(place.x);
-    const int height = static_cast<int>(std::ceil(bounds.GetBottom())) + margin - static_cast<int>(place.y);
-
-    Gdiplus::Bitmap large(width * kSamples, height * kSamples, PixelFormat32bppPARGB);
+    Gdiplus::GraphicsPath path(Gdiplus::FillModeWinding);
+    path.AddString(line.c_str(), -1, &family, font.GetStyle(), font.GetSize() * kSubPixels,
+                   Gdiplus::PointF(left, static_cast<float>(baseline) - ascent * kSubPixels),
+                   Gdiplus::StringFormat::GenericTypographic());
+    Gdiplus::Bitmap bitmap(canvas.width(), canvas.height(), PixelFormat32bppARGB);
     {
-        Gdiplus::Graphics canvas(&large);
-        canvas.ScaleTransform(kSamples, kSamples);
-        canvas.TranslateTransform(static_cast<float>(-place.x), static_cast<float>(-place.y));
-        canvas.DrawPath(&pen, &path);
-        canvas.FillPath(&brush, &path);  // over the inner half of the outline
+        Gdiplus::Graphics graphics(&bitmap);
+        const Gdiplus::SolidBrush white(Gdiplus::Color(0xFFFFFFFFU));
+        graphics.FillPath(&white, &path);
     }
-    auto small = std::make_unique<Gdiplus::Bitmap>(width, height, PixelFormat32bppPARGB);
-    return averageDown(large, *small) ? std::move(small) : nullptr;
+    const Gdiplus::Rect area(0, 0, canvas.width(), canvas.height());
+    Gdiplus::BitmapData data;
+    if (bitmap.LockBits(&area, Gdiplus::ImageLockModeRead, PixelFormat32bppARGB, &data) != Gdiplus::Ok) {
+        return;
+    }
+    GlyphMask mask;
+    mask.top = baseline;
+    mask.width = canvas.width();
+    mask.height = canvas.height();
+    for (int y = 0; y < mask.height; ++y) {
+        const auto* const row =
+            reinterpret_cast<const DWORD*>(static_cast<const BYTE*>(data.Scan0) + std::ptrdiff_t{y} * data.Stride);
+        std::transform(row, row + mask.width, std::back_inserter(mask.points),
+                       [](DWORD pixel) { return static_cast<std::uint8_t>(pixel >> 31U); });
+    }
+    bitmap.UnlockBits(&data);
+    canvas.add(mask, 0, baseline);
 }
+
+// The letters' colour where they are, the outline's where only that is, averaged for each pixel.
+Picture coloured(const MaskCanvas& letters, const MaskCanvas* outline, Gdiplus::ARGB fill, Gdiplus::ARGB edge) {
+    constexpr int kPoints = kSubPixels * kSubPixels;
+    std::array<std::array<DWORD, kPoints + 1>, kPoints + 1> mixes{};
+    for (int first = 0; first <= kPoints; ++first) {
+        for (int second = 0; first + second <= kPoints; ++second) {
+            mixes[static_cast<std::size_t>(first)][static_cast<std::size_t>(second)] =
+                mixColours(fill, first, edge, second, kPoints);
+        }
+    }
+    Picture picture{letters.width() / kSubPixels, letters.height() / kSubPixels, {}};
+    picture.pixels.reserve(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height));
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            unsigned inLetters = 0;
+            unsigned inOutline = 0;
+            for (int point = 0; point < kPoints; ++point) {
+                const int column = x * kSubPixels + point % kSubPixels;
+                const int row = y * kSubPixels + point / kSubPixels;
+                const bool letter = letters.at(column, row) != 0;
+                inLetters += letter ? 1U : 0U;
+                inOutline += !letter && outline != nullptr && outline->at(column, row) != 0 ? 1U : 0U;
+            }
+            picture.pixels.push_back(mixes[inLetters][inOutline]);
+        }
+    }
+    return picture;
+}
+
+bool withinReach(const Gdiplus::RectF& layout) {
+    return std::fabs(layout.X) <= kFarthest && std::fabs(layout.Y) <= kFarthest &&
+           std::fabs(layout.Width) <= kFarthest && std::fabs(layout.Height) <= kFarthest;
+}
+
+// One text on its way to pixels.
+class TextLayout {
+ public:
+    TextLayout(Gdiplus::Graphics& graphics, const Gdiplus::Font& font, const std::wstring& family,
+               const wchar_t* pszText)
+        : m_graphics(graphics),
+          m_font(font),
+          m_glyphs(GlyphFont::of({family, font.GetStyle(), font.GetSize()})),
+          m_metrics(lineMetrics(font)),
+          m_bSimple(m_glyphs.canWrite(_printable(pszText))) {}
+
+    // On a picture of its own, as large as it needs, which belongs at `place`.
+    [[nodiscard]] Picture draw(const wchar_t* pszText, const Gdiplus::RectF& layout,
+                               const Gdiplus::StringFormat& format, double outlineWidth, Gdiplus::ARGB fill,
+                               Gdiplus::ARGB edge, POINT& place) {
+        const Measure measure = [this](const std::wstring& line) { return _width(line); };
+        const std::vector<std::wstring> lines = linesOf(pszText, layout, format, m_metrics.height, measure);
+        float widest = 0.0F;
+        for (const std::wstring& line : lines) {
+            widest = std::max(widest, _width(line));
+        }
+        const float block = m_metrics.height * static_cast<float>(lines.size());
+        const float top = aligned(layout.Y, layout.Height, block, format.GetLineAlignment());
+        const int margin = static_cast<int>(std::ceil(outlineWidth / 2)) + kMargin;
+        const float leftmost = _left(layout, widest, format);
+        place = {static_cast<LONG>(std::floor(leftmost)) - margin, static_cast<LONG>(std::floor(top)) - margin};
+        const double width = std::ceil(widest) + 2.0 * margin + 1.0;
+        const double height = std::ceil(block) + 2.0 * margin + 1.0;
+        if (!(width * height <= kLargestArea)) {
+            return {};
+        }
+        MaskCanvas letters(static_cast<int>(width), static_cast<int>(height));
+        float ascent = top + m_metrics.ascent;
+        for (const std::wstring& line : lines) {
+            const float left = _left(layout, _width(line), format) - static_cast<float>(place.x);
+            // On a whole pixel: what stands on it is sharp.
+            const int baseline = static_cast<int>(std::lround(ascent) - place.y) * kSubPixels;
+            _addLine(letters, line, left, baseline);
+            ascent += m_metrics.height;
+        }
+        if (outlineWidth <= 0.0) {
+            return coloured(letters, nullptr, fill, edge);
+        }
+        const MaskCanvas outline = letters.grown(outlineWidth / 2 * kSubPixels);
+        return coloured(letters, &outline, fill, edge);
+    }
+
+ private:
+    static constexpr int kMargin = 2;  // pixels, for letters that stick out of their advance
+
+    static std::wstring _printable(std::wstring text) {
+        std::erase_if(text, [](wchar_t letter) { return letter == L'\r' || letter == L'\n'; });
+        return text;
+    }
+
+    [[nodiscard]] float _width(const std::wstring& line) {
+        if (m_bSimple) {
+            return static_cast<float>(advanceOf(m_glyphs, line)) / kSubPixels;
+        }
+        Gdiplus::RectF measured;
+        m_graphics.MeasureString(line.c_str(), -1, &m_font, Gdiplus::PointF(0.0F, 0.0F),
+                                 Gdiplus::StringFormat::GenericTypographic(), &measured);
+        return measured.Width;
+    }
+
+    [[nodiscard]] static float _left(const Gdiplus::RectF& layout, float width, const Gdiplus::StringFormat& format) {
+        return aligned(layout.X, layout.Width, width, format.GetAlignment());
+    }
+
+    void _addLine(MaskCanvas& letters, const std::wstring& line, float left, int baseline) {
+        if (!m_bSimple) {
+            addPath(letters, line, m_font, baseline, left * kSubPixels, m_metrics.ascent);
+            return;
+        }
+        const int start = static_cast<int>(std::lround(left * kSubPixels));
+        for (const PlacedGlyph& placed : placeLine(m_glyphs, line, start)) {
+            letters.add(*placed.glyph, start + placed.x, baseline);
+        }
+    }
+
+    Gdiplus::Graphics& m_graphics;
+    const Gdiplus::Font& m_font;
+    GlyphFont& m_glyphs;
+    LineMetrics m_metrics;
+    bool m_bSimple;
+};
 
 }  // namespace
 
@@ -160,30 +399,35 @@ void OutlineText::draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layout
     graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
     const Gdiplus::StringFormat defaultFormat;
     const Gdiplus::StringFormat& format = pFormat != nullptr ? *pFormat : defaultFormat;
-    const Key key{pszText,
-                  {layoutRect.X, layoutRect.Y, layoutRect.Width, layoutRect.Height},
-                  familyName(font),
-                  font.GetSize(),
-                  font.GetStyle(),
-                  format.GetAlignment(),
-                  format.GetLineAlignment(),
-                  outlineWidth,
-                  fillColour,
-                  outlineColour};
+    Key key{pszText,
+            {layoutRect.X, layoutRect.Y, layoutRect.Width, layoutRect.Height},
+            familyName(font),
+            font.GetSize(),
+            font.GetStyle(),
+            format.GetAlignment(),
+            format.GetLineAlignment(),
+            format.GetTrimming(),
+            format.GetFormatFlags(),
+            outlineWidth,
+            fillColour,
+            outlineColour};
     if (!m_key || *m_key != key) {
-        Gdiplus::GraphicsPath path(Gdiplus::FillModeAlternate);
-        addLines(path, wrapLines(graphics, pszText, font, layoutRect.Width), font, layoutRect, format);
-        const Gdiplus::SolidBrush outlineBrush{Gdiplus::Color(outlineColour)};
-        Gdiplus::Pen pen(&outlineBrush, static_cast<float>(outlineWidth));
-        pen.SetLineJoin(Gdiplus::LineJoinRound);
-        const Gdiplus::SolidBrush fillBrush{Gdiplus::Color(fillColour)};
-        m_pPicture = drawSmoothed(path, pen, fillBrush, m_place);
-        // What came out empty may only have lacked memory: it is tried again at the next frame.
-        m_key = m_pPicture != nullptr ? std::optional<Key>(key) : std::nullopt;
+        const bool possible = pszText[0] != L'\0' && withinReach(layoutRect) && key.fontSize > 0.0F &&
+                              key.fontSize <= kLargestFont && outlineWidth >= 0.0 && outlineWidth <= kWidestOutline;
+        m_pBitmap.reset();
+        m_picture = possible ? TextLayout(graphics, font, key.fontFamily, pszText)
+                                   .draw(pszText, layoutRect, format, outlineWidth, fillColour, outlineColour, m_place)
+                             : Picture{};
+        m_key = std::move(key);
+        if (!m_picture.pixels.empty()) {
+            m_pBitmap = std::make_unique<Gdiplus::Bitmap>(m_picture.width, m_picture.height, m_picture.width * 4,
+                                                          PixelFormat32bppPARGB,
+                                                          reinterpret_cast<BYTE*>(m_picture.pixels.data()));
+        }
     }
-    if (m_pPicture != nullptr) {
-        graphics.DrawImage(m_pPicture.get(), static_cast<INT>(m_place.x), static_cast<INT>(m_place.y),
-                           static_cast<INT>(m_pPicture->GetWidth()), static_cast<INT>(m_pPicture->GetHeight()));
+    if (m_pBitmap != nullptr) {
+        graphics.DrawImage(m_pBitmap.get(), static_cast<INT>(m_place.x), static_cast<INT>(m_place.y), m_picture.width,
+                           m_picture.height);
     }
 }
 

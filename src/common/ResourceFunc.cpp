@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/Handle.h"
+#include "common/PictureStore.h"
 #include "common/Status.h"
 
 namespace {
@@ -32,6 +33,23 @@ const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
     return hLoaded != nullptr ? static_cast<const std::byte*>(::LockResource(hLoaded)) : nullptr;
 }
 
+// Makes an image of the bytes, whatever they are. E_POINTER: no memory.
+HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
+    common::UniqueGlobalMemory memory = copyToGlobal(bytes);
+    if (!memory) {
+        return E_POINTER;
+    }
+    IStream* pRawStream = nullptr;
+    const HRESULT status = ::CreateStreamOnHGlobal(memory.get(), TRUE, &pRawStream);
+    if (FAILED(status)) {
+        return status;
+    }
+    const StreamPtr stream(pRawStream);
+    static_cast<void>(memory.release());  // the stream frees it
+    outImage = std::make_unique<Gdiplus::Image>(stream.get());
+    return S_OK;
+}
+
 }  // namespace
 
 HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType,
@@ -48,15 +66,21 @@ HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszRes
     if (pBytes == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    common::UniqueGlobalMemory memory = copyToGlobal({pBytes, dwSize});
-    if (!memory) {
-        RETURN_LOGGED(E_POINTER);
+    const std::span<const std::byte> bytes(pBytes, dwSize);
+    if (auto known = picturestore::find(bytes); known != nullptr) {
+        outImage = std::make_unique<CStoredImage>(std::move(known));
+        return S_OK;
     }
-    IStream* pRawStream = nullptr;
-    RETURN_IF_FAILED(::CreateStreamOnHGlobal(memory.get(), TRUE, &pRawStream));
-    const StreamPtr stream(pRawStream);
-    static_cast<void>(memory.release());  // the stream frees it
-    outImage = std::make_unique<Gdiplus::Image>(stream.get());
+    std::unique_ptr<Gdiplus::Image> decoded;
+    RETURN_IF_FAILED(decode(bytes, decoded));
+    Picture picture = pixelsOf(*decoded);
+    if (picture.pixels.empty()) {
+        outImage = std::move(decoded);  // it says itself what is wrong with it
+        return S_OK;
+    }
+    auto master = std::make_shared<MasterPicture>(std::move(picture));
+    picturestore::keep(bytes, master);
+    outImage = std::make_unique<CStoredImage>(std::move(master));
     return S_OK;
 }
 

@@ -8,8 +8,8 @@
 
 inline constexpr const wchar_t* kPngResourceType = L"PNG";
 
-// Loads an image that keeps its own copy of the bytes; the module may be unloaded after it. E_POINTER: no such
-// resource, or no memory; E_FAIL: it is empty. A failure leaves `outImage` untouched. The bytes are not judged: an
+// Loads an image that needs the module no longer; a picture that was loaded before is not decoded again. E_POINTER: no
+// such resource, or no memory; E_FAIL: it is empty. A failure leaves `outImage` untouched. The bytes are not judged: an
 // image that could not be decoded is a success, and says so itself through GetLastStatus().
 [[nodiscard]] HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType,
                                       std::unique_ptr<Gdiplus::Image>& outImage);

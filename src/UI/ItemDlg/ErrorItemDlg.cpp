@@ -81,7 +81,8 @@ HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
     const CentredFormat format;
-    drawOutlineText(graphics, toRectF(clientRect()), m_strError.c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
+    m_errorText.draw(graphics, toRectF(clientRect()), m_strError.c_str(), *font, &format, kOutlineWidth, kWhite,
+                     kBlack);
     return S_OK;
 }
 

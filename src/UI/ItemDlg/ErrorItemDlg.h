@@ -6,6 +6,7 @@
 
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/GdiPlus.h"
+#include "common/GdiPlusFunc.h"
 #include "common/LayeredWnd.h"
 #include "framework/Dialog.h"
 
@@ -38,4 +39,5 @@ class CErrorItemDlg : public CDialog, public CQrdItem, public IDrawTextOnLayered
     Gdiplus::RectF m_textRect;
     std::wstring m_strError;
     std::unique_ptr<CLayeredWnd> m_pLayeredWnd;
+    OutlineText m_errorText;
 };

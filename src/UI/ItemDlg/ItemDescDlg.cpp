@@ -8,6 +8,7 @@
 #include "UI/BufferedPaint.h"
 #include "UI/CardStyle.h"
 #include "ZelMain.h"
+#include "common/GdiPlusFunc.h"
 #include "common/Handle.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
@@ -76,8 +77,7 @@ HRESULT CItemDescDlg::drawDescString(HDC hDc) const {
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
     const DescFormat format;
-    const Gdiplus::SolidBrush brush(Gdiplus::Color{kBlack});
-    graphics.DrawString(m_strDesc.c_str(), -1, font.get(), toRectF(layout), &format, &brush);
+    OutlineText().draw(graphics, toRectF(layout), m_strDesc.c_str(), *font, &format, 0.0, kBlack, kBlack);
     return S_OK;
 }
 

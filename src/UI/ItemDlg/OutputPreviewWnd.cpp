@@ -7,6 +7,7 @@
 #include "UI/BufferedPaint.h"
 #include "UI/CardStyle.h"
 #include "ZelMain.h"
+#include "common/FrameSurface.h"
 #include "common/Handle.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
@@ -148,7 +149,10 @@ void COutputPreviewWnd::OnPaint() {
     int top = client.top;
     for (const auto& row : m_vecRows) {
         graphics.DrawLine(&line, static_cast<INT>(client.left + 4), top, static_cast<INT>(client.right - 4), top);
-        _drawRow(graphics, *font, *row, RECT{client.left, top, client.right, top + kRowHeight});
+        const RECT band{client.left, top, client.right, top + kRowHeight};
+        _drawRow(graphics, *font, *row, band);
+        graphics.Flush(Gdiplus::FlushIntentionSync);
+        _drawConnector(paint.pixels(), *row, band);
         top += kRowHeight;
     }
 }
@@ -169,8 +173,13 @@ void COutputPreviewWnd::_drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Fon
     if (m_bShowResolution) {
         draw(row.strResolution, text, Gdiplus::StringAlignmentFar);
     }
-    graphics.DrawImage(row.pConnectorImage.get(), static_cast<INT>(band.right - kImageSize - 4),
-                       static_cast<INT>(band.top + 4), kImageSize, kImageSize);
+}
+
+// Its own square at the right end of the band. A picture that cannot be drawn is left out.
+void COutputPreviewWnd::_drawConnector(const FramePixels& frame, const PreviewDisplayRow& row, const RECT& band) {
+    const RECT place{band.right - kImageSize - 4, band.top + 4, band.right - 4, band.top + 4 + kImageSize};
+    CPixelSurface surface(frame);
+    static_cast<void>(composeImage(surface, row.pConnectorImage.get(), 255, {}, place));
 }
 
 // The preview never keeps the focus.

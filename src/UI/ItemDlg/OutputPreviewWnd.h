@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/GdiPlus.h"
+#include "common/Picture.h"
 #include "framework/Dialog.h"
 #include "plugins/sdk/FenwynPlugin.h"
 
@@ -38,6 +39,7 @@ class COutputPreviewWnd : public CDialog {
     friend struct OutputPreviewSeam;
     void _drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Font& font, const PreviewDisplayRow& row,
                   const RECT& band) const;
+    static void _drawConnector(const FramePixels& frame, const PreviewDisplayRow& row, const RECT& band);
     void OnPaint();
     void OnSetFocus(HWND hOldWnd);
 

@@ -1,6 +1,6 @@
 #include "UI/ItemDlg/SliderItemDlg.h"
 
-#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "Data/ZelConfig.h"
@@ -10,7 +10,9 @@
 #include "UI/CardsInUse.h"
 #include "UI/MouseSurface.h"
 #include "ZelMain.h"
+#include "common/FrameBitmap.h"
 #include "common/ResourceFunc.h"
+#include "common/RoundedBox.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
 #include "res/StringIds.h"
@@ -22,47 +24,37 @@ constexpr double kHeightPerThumb = 1.2;
 constexpr int kLowestLevel = 1;
 
 constexpr Gdiplus::ARGB kGrey = 0xFF696969;
-constexpr float kThumbPen = 2.0F;
+constexpr int kThumbFrame = 2;  // pixels
+constexpr double kThumbRadius = 3.0;
 
-Gdiplus::Rect toRect(const RECT& rect) {
-    return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
+// Between black and white, as bright as the share says.
+DWORD greyOf(double share) {
+    const auto value = static_cast<DWORD>(std::lround(255.0 * share));
+    return kBlack | value << 16U | value << 8U | value;
 }
 
 // The face of the slider: a rounded rectangle, light in the middle, on black corners.
-void drawBackground(Gdiplus::Graphics& graphics, const RECT& client) {
-    const Gdiplus::Rect area = toRect(client);
-    const Gdiplus::SolidBrush black(Gdiplus::Color{kBlack});
-    graphics.FillRectangle(&black, area);
-
-    const int corner = std::max(area.Height / 4, 1);
-    const int right = area.GetRight() - corner - 1;
-    const int bottom = area.GetBottom() - corner - 1;
-    Gdiplus::GraphicsPath path;
-    path.AddArc(right, bottom, corner, corner, 0.0F, 90.0F);
-    path.AddArc(area.X, bottom, corner, corner, 90.0F, 90.0F);
-    path.AddArc(area.X, area.Y, corner, corner, 180.0F, 90.0F);
-    path.AddArc(right, area.Y, corner, corner, 270.0F, 90.0F);
-    path.CloseFigure();
-
-    Gdiplus::LinearGradientBrush gradient(area, Gdiplus::Color{kBlack}, Gdiplus::Color{kWhite},
-                                          Gdiplus::LinearGradientModeHorizontal);
-    constexpr float kFactors[] = {0.6F, 0.85F, 0.6F};
-    constexpr float kPositions[] = {0.0F, 0.5F, 1.0F};
-    gradient.SetBlend(kFactors, kPositions, static_cast<INT>(std::size(kFactors)));
-    graphics.FillPath(&gradient, &path);
+void drawBackground(const FramePixels& frame) {
+    constexpr double kEnd = 0.6;
+    constexpr double kMiddle = 0.85;
+    const RECT client{0, 0, frame.width, frame.height};
+    fillRoundedBox(frame, client, 0.0, kBlack);
+    const double half = frame.width / 2.0;
+    const int corner = frame.height / 4;  // the box of each arc
+    fillRoundedBox(frame, client, corner / 2.0,
+                   [half](int x) { return greyOf(kMiddle - (kMiddle - kEnd) * std::fabs(x + 0.5 - half) / half); });
 }
 
-void drawChannel(Gdiplus::Graphics& graphics, const RECT& channel) {
-    const Gdiplus::SolidBrush grey(Gdiplus::Color{kGrey});
-    graphics.FillRectangle(&grey, toRect(channel));
+void drawChannel(const FramePixels& frame, const RECT& channel) {
+    fillRoundedBox(frame, channel, (channel.bottom - channel.top) / 2.0, kGrey);
 }
 
-void drawThumb(Gdiplus::Graphics& graphics, const RECT& thumb) {
-    const Gdiplus::Rect area = toRect(thumb);
-    const Gdiplus::SolidBrush white(Gdiplus::Color{kWhite});
-    graphics.FillRectangle(&white, area.X, area.Y, area.Width - 1, area.Height - 1);
-    const Gdiplus::Pen pen(Gdiplus::Color{kGrey}, kThumbPen);
-    graphics.DrawRectangle(&pen, area.X + 1, area.Y + 1, area.Width - 3, area.Height - 3);
+// White, framed in grey. Its last row and column stay free.
+void drawThumb(const FramePixels& frame, const RECT& thumb) {
+    RECT box{thumb.left, thumb.top, thumb.right - 1, thumb.bottom - 1};
+    fillRoundedBox(frame, box, kThumbRadius, kGrey);
+    ::InflateRect(&box, -kThumbFrame, -kThumbFrame);
+    fillRoundedBox(frame, box, kThumbRadius - kThumbFrame, kWhite);
 }
 
 }  // namespace
@@ -87,13 +79,13 @@ LRESULT CQrdSliderCtrl::OnCustomDraw(NMHDR* pHeader) {
         return CDRF_DODEFAULT;
     }
     if (draw.dwItemSpec == TBCD_THUMB) {
-        Gdiplus::Graphics graphics(draw.hdc);
-        graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-        drawBackground(graphics, clientRect());
-        drawChannel(graphics, GetChannelRect());
-        drawThumb(graphics, draw.rc);
+        const RECT client = clientRect();
+        const common::FrameBuffer buffer(client.right, client.bottom);
+        drawBackground(buffer.pixels());
+        drawChannel(buffer.pixels(), GetChannelRect());
+        drawThumb(buffer.pixels(), draw.rc);
+        ::BitBlt(draw.hdc, 0, 0, client.right, client.bottom, buffer.dc(), 0, 0, SRCCOPY);
         // Nothing comes after the thumb but the dotted frame of a control that has the focus: not on this face.
-        graphics.Flush(Gdiplus::FlushIntentionSync);
         ::IntersectClipRect(draw.hdc, 0, 0, 0, 0);
     }
     return CDRF_SKIPDEFAULT;

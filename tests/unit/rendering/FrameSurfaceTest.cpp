@@ -1,4 +1,4 @@
-// Composing, on a surface that only notes what it is asked to draw, and the GDI+ surface on real pixels.
+// Composing, on a surface that only notes what it is asked to draw, and the surface of frames on real pixels.
 #include "common/FrameSurface.h"
 
 #include <gtest/gtest.h>
@@ -96,14 +96,13 @@ TEST(ComposeImage, TakesAbsurdNumbersWithoutOverflow) {
     EXPECT_GT(surface.calls[0].destination.Width, 4.0e9F);
 }
 
-class GraphicsSurfaceTest : public testing::Test {
+class PixelSurfaceTest : public testing::Test {
  protected:
     Canvas m_canvas{40, 20};
-    Gdiplus::Graphics m_graphics{m_canvas.dc()};
-    CGraphicsSurface m_surface{m_graphics};
+    CPixelSurface m_surface{m_canvas.frame()};
 };
 
-TEST_F(GraphicsSurfaceTest, FullOpacityKeepsTheImagesOwnAlpha) {
+TEST_F(PixelSurfaceTest, FullOpacityKeepsTheImagesOwnAlpha) {
     const auto image = rendering::plainImage(8, 8, 0x80FF0000U);
     EXPECT_EQ(composeImage(m_surface, image.get(), 255, {}, RECT{4, 4, 12, 12}), S_OK);
     EXPECT_EQ(m_canvas.at(6, 6), 0x80800000U);
@@ -112,7 +111,7 @@ TEST_F(GraphicsSurfaceTest, FullOpacityKeepsTheImagesOwnAlpha) {
     EXPECT_EQ(m_canvas.at(6, 12), 0U);
 }
 
-TEST_F(GraphicsSurfaceTest, OpacityScalesThePixelsAlpha) {
+TEST_F(PixelSurfaceTest, OpacityScalesThePixelsAlpha) {
     const auto opaque = rendering::plainImage(8, 8, 0xFFFF0000U);
     const auto half = rendering::plainImage(8, 8, 0x80FF0000U);
     EXPECT_EQ(composeImage(m_surface, opaque.get(), 220, {}, RECT{0, 0, 8, 8}), S_OK);
@@ -124,7 +123,7 @@ TEST_F(GraphicsSurfaceTest, OpacityScalesThePixelsAlpha) {
     EXPECT_EQ(m_canvas.at(24, 4), 0U);
 }
 
-TEST_F(GraphicsSurfaceTest, LaterImagesLieOverEarlierOnes) {
+TEST_F(PixelSurfaceTest, LaterImagesLieOverEarlierOnes) {
     const auto red = rendering::plainImage(8, 8, 0xFFFF0000U);
     const auto blue = rendering::plainImage(8, 8, 0x800000FFU);
     EXPECT_EQ(composeImage(m_surface, red.get(), 255, {}, RECT{0, 0, 8, 8}), S_OK);
@@ -134,14 +133,14 @@ TEST_F(GraphicsSurfaceTest, LaterImagesLieOverEarlierOnes) {
     EXPECT_NEAR(blueOf(m_canvas.at(4, 4)), 128, 1);
 }
 
-TEST_F(GraphicsSurfaceTest, ScalesToTheRectangle) {
+TEST_F(PixelSurfaceTest, ScalesToTheRectangle) {
     const auto image = rendering::plainImage(4, 4, 0xFF00FF00U);
     EXPECT_EQ(composeImage(m_surface, image.get(), 255, {}, RECT{0, 0, 20, 20}), S_OK);
     EXPECT_EQ(m_canvas.at(10, 10), 0xFF00FF00U);
     EXPECT_EQ(m_canvas.at(21, 10), 0U);
 }
 
-TEST_F(GraphicsSurfaceTest, AnImageThatFailedToLoadIsAFailure) {
+TEST_F(PixelSurfaceTest, AnImageThatFailedToLoadIsAFailure) {
     const auto image = rendering::brokenImage();
     EXPECT_EQ(composeImage(m_surface, image.get(), 255, {}, kTarget), E_FAIL);
     EXPECT_EQ(composeImage(m_surface, image.get(), 100, {}, kTarget), E_FAIL);

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <limits>
 #include <vector>
 
@@ -13,6 +14,7 @@
 namespace {
 
 using Gdiplus::RectF;
+using rendering::alphaOf;
 using rendering::Canvas;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -199,7 +201,11 @@ TEST_F(OutlineTextTest, TheLettersStandWherePlainTextWouldStand) {
     const Gdiplus::SolidBrush brush(Gdiplus::Color{kFill});
     m_graphics.FillPath(&brush, &path);
     const RECT plain = m_canvas.ink();
-    EXPECT_TRUE(::EqualRect(&letters, &plain));
+    // To whole pixels: a letter moves by half of one at most, and its strokes get a little wider.
+    EXPECT_NEAR(letters.left, plain.left, 1);
+    EXPECT_NEAR(letters.top, plain.top, 1);
+    EXPECT_NEAR(letters.right, plain.right, 1);
+    EXPECT_NEAR(letters.bottom, plain.bottom, 1);
 }
 
 TEST_F(OutlineTextTest, TheFormatPlacesTheText) {
@@ -263,6 +269,99 @@ TEST_F(OutlineTextTest, LineBreaksOfTheTextAreKept) {
     m_canvas.clear();
     drawOutlineText(m_graphics, m_layout, L"H\r\nH", *font, nullptr, 3.0, kFill, kOutline);
     EXPECT_GT(m_canvas.ink().bottom - m_canvas.ink().top, oneLine.bottom - oneLine.top + 15);
+}
+
+// Each row of pixels shows the same strokes: dark and light, nothing in between that would blur them.
+TEST_F(OutlineTextTest, UprightStrokesAndBaselinesStandOnWholePixels) {
+    for (const LONG size : {-8, -9, -11, -13}) {
+        for (const float left : {20.0F, 20.3F, 20.5F, 20.8F}) {
+            m_canvas.clear();
+            const FontPtr font = fontOf(size);
+            drawOutlineText(m_graphics, RectF(left, left, 160, 60), L"lIl", *font, nullptr, 3.0, kFill, kOutline);
+            const RECT letters = m_canvas.ink(0x00FF0000U);
+            const int middle = (letters.top + letters.bottom) / 2;
+            int brightest = 0;
+            int strokes = 0;
+            for (int x = letters.left; x < letters.right; ++x) {
+                const int red = rendering::redOf(m_canvas.at(x, middle));
+                brightest = std::max(brightest, red);
+                strokes += red > 0xC0 ? 1 : 0;
+            }
+            EXPECT_GT(brightest, 0xD8) << size << " at " << left;
+            EXPECT_GE(strokes, 2) << size << " at " << left;
+            int lowest = 0;
+            for (int x = letters.left; x < letters.right; ++x) {
+                lowest = std::max(lowest, rendering::redOf(m_canvas.at(x, letters.bottom - 1)));
+            }
+            EXPECT_GT(lowest, 0xC0) << "a blurred baseline: " << size << " at " << left;
+        }
+    }
+}
+
+// With a column of pixels between two letters that is clearly darker than both.
+TEST_F(OutlineTextTest, LettersKeepApart) {
+    for (const LONG size : {-8, -9, -11}) {
+        m_canvas.clear();
+        const FontPtr font = fontOf(size);
+        drawOutlineText(m_graphics, m_layout, L"llll", *font, nullptr, 0.0, kFill, kOutline);
+        const RECT letters = m_canvas.ink();
+        const int middle = (letters.top + letters.bottom) / 2;
+        int gaps = 0;
+        for (int x = letters.left + 1; x + 1 < letters.right; ++x) {
+            const int here = alphaOf(m_canvas.at(x, middle));
+            gaps +=
+                here < 0x80 && alphaOf(m_canvas.at(x - 1, middle)) > here && alphaOf(m_canvas.at(x + 1, middle)) >= here
+                    ? 1
+                    : 0;
+        }
+        EXPECT_EQ(gaps, 3) << size;
+    }
+}
+
+TEST_F(OutlineTextTest, WhatDoesNotFitEndsWithAnEllipsis) {
+    Gdiplus::StringFormat oneLine;
+    oneLine.SetAlignment(Gdiplus::StringAlignmentCenter);
+    oneLine.SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter);
+    oneLine.SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap);
+    const FontPtr font = fontOf(-11);
+    const RectF box(20, 20, 60, 16);
+    const auto inkOf = [&](const wchar_t* text) {
+        m_canvas.clear();
+        drawOutlineText(m_graphics, box, text, *font, &oneLine, 0.0, kFill, kOutline);
+        return m_canvas.ink();
+    };
+    const RECT cut = inkOf(L"Bildschirmausgabe w\x00E4hlen");
+    EXPECT_GE(cut.left, 20);
+    EXPECT_LE(cut.right, 80);
+    EXPECT_LE(cut.bottom, 36) << "one line only";
+    // The dots: nothing but the baseline's rows at the end.
+    int high = 0;
+    for (int y = 20; y < cut.bottom - 5; ++y) {
+        high += alphaOf(m_canvas.at(cut.right - 2, y)) > 0x40 ? 1 : 0;
+    }
+    EXPECT_EQ(high, 0);
+    const RECT whole = inkOf(L"Mute");
+    EXPECT_LT(whole.right - whole.left, 40);
+}
+
+TEST_F(OutlineTextTest, LinesThatDoNotFitEndWithAnEllipsis) {
+    Gdiplus::StringFormat format;
+    format.SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter);
+    const FontPtr font = fontOf(-11);
+    drawOutlineText(m_graphics, RectF(20, 20, 60, 28), kSentence, *font, &format, 0.0, kFill, kOutline);
+    EXPECT_LE(m_canvas.ink().bottom, 50);
+    EXPECT_GT(m_canvas.ink().bottom, 40) << "two lines";
+}
+
+// Letters that join, or that the face does not have, are drawn all the same.
+TEST_F(OutlineTextTest, OtherScriptsAreDrawnAsWell) {
+    draw(3.0);
+    const RECT latin = m_canvas.ink();
+    for (const wchar_t* text : {L"\x05E9\x05DC\x05D5\x05DD", L"e\x0301te", L"\x0E01\x0E33"}) {
+        m_canvas.clear();
+        drawOutlineText(m_graphics, m_layout, text, *m_pFont, nullptr, 3.0, kFill, kOutline);
+        EXPECT_GT(m_canvas.ink().right, latin.left) << text;
+    }
 }
 
 // A kept text looks like one drawn anew, whatever argument changes between two drawings.

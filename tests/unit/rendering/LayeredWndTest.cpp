@@ -449,6 +449,33 @@ TEST_F(LayeredWndTest, AWindowSystemThatRefusesTheFrameIsReported) {
                                                      L"ERR (CLayeredWnd::paint): Error Code: 0x80004005"));
 }
 
+// The system refuses what is no layered window: whether it was asked shows.
+TEST_F(LayeredWndTest, OnlyAFrameThatChangedIsHandedToTheWindowSystem) {
+    ASSERT_EQ(paint({m_pRed.get()}, {255}), S_OK);
+    const LONG style = ::GetWindowLongW(m_layered.m_hWnd, GWL_EXSTYLE);
+    ::SetWindowLongW(m_layered.m_hWnd, GWL_EXSTYLE, style & ~WS_EX_LAYERED);
+    EXPECT_EQ(paint({m_pRed.get()}, {255}), S_OK) << "it is on the screen already";
+    EXPECT_EQ(m_reader.calls, 2);
+    EXPECT_EQ(paint({m_pRed.get()}, {254}), E_FAIL) << "another opacity";
+    EXPECT_EQ(paint({m_pRed.get()}, {255}), E_FAIL) << "what could not be shown is not there";
+    ::SetWindowLongW(m_layered.m_hWnd, GWL_EXSTYLE, style);
+    EXPECT_EQ(paint({m_pRed.get()}, {255}), S_OK);
+    ::SetWindowLongW(m_layered.m_hWnd, GWL_EXSTYLE, style & ~WS_EX_LAYERED);
+    m_layered.hide();
+    EXPECT_EQ(paint({m_pRed.get()}, {255}), E_FAIL) << "hidden meanwhile";
+    const POINT position{300, 250};
+    EXPECT_EQ(paint({m_pRed.get()}, {255}, {}, &position), E_FAIL) << "at another place";
+}
+
+// From one paint to the next nothing of the old frame shows through.
+TEST_F(LayeredWndTest, AKeptFrameStartsEmpty) {
+    ASSERT_EQ(paint({m_pRed.get()}, {255}), S_OK);
+    const RECT corner{0, 0, 20, 20};
+    ASSERT_EQ(paint({m_pGreen.get()}, {255}, {&corner}), S_OK);
+    EXPECT_EQ(m_reader.at(50, 30), 0U);
+    EXPECT_EQ(redOf(m_reader.at(10, 10)), 0);
+}
+
 TEST_F(LayeredWndTest, LogLinesNameTheSource) {
     static_cast<void>(paint({m_pRed.get()}, {}));
     ASSERT_EQ(testsupport::logEntries().size(), 1U);

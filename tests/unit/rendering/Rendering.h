@@ -8,6 +8,7 @@
 
 #include "common/GdiPlus.h"
 #include "common/Handle.h"
+#include "common/Picture.h"
 
 namespace rendering {
 
@@ -19,6 +20,7 @@ class Canvas {
     Canvas& operator=(const Canvas&) = delete;
 
     [[nodiscard]] HDC dc() const { return m_hDc.get(); }
+    [[nodiscard]] FramePixels frame() const { return {m_pBits, m_nWidth, m_nWidth, m_nHeight}; }
     [[nodiscard]] DWORD at(int x, int y) const;              // 0xAARRGGBB, from the top left corner
     [[nodiscard]] RECT ink(DWORD mask = 0xFF000000U) const;  // bounds of the pixels with a bit of the mask
     [[nodiscard]] std::vector<DWORD> pixels() const;

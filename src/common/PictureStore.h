@@ -1,0 +1,64 @@
+// Decoded pictures and what was made of them, kept: a picture is decoded once and scaled once for each size it is shown
+// at, however often windows come and go. Plain memory, which may outlive GDI+. User-interface thread only.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "common/GdiPlus.h"
+#include "common/Picture.h"
+
+// A picture as it was drawn, and the sizes at which it was shown last.
+class MasterPicture {
+ public:
+    explicit MasterPicture(Picture picture) : m_picture(std::move(picture)) {}
+
+    [[nodiscard]] const Picture& pixels() const { return m_picture; }
+    // A part of it (pixels) at a size, made at the first call. Valid until the next call.
+    [[nodiscard]] const Picture& scaled(const RECT& part, SIZE size);
+
+    // How often it had to be scaled.
+    [[nodiscard]] int scalings() const { return m_nScalings; }
+    [[nodiscard]] std::size_t bytes() const;
+
+ private:
+    struct Version {
+        RECT part;
+        SIZE size;
+        Picture picture;
+    };
+
+    Picture m_picture;
+    std::vector<Version> m_versions;  // the last one used comes first
+    int m_nScalings = 0;
+};
+
+// Keeps the pixels alive that an image only points at; has to be the first base of it.
+class MasterPictureHolder {
+ protected:
+    explicit MasterPictureHolder(std::shared_ptr<MasterPicture> pMaster) : m_pMaster(std::move(pMaster)) {}
+
+    std::shared_ptr<MasterPicture> m_pMaster;
+};
+
+// A GDI+ image over a master picture's pixels. Images of one picture share it.
+class CStoredImage final : private MasterPictureHolder, public Gdiplus::Bitmap {
+ public:
+    explicit CStoredImage(std::shared_ptr<MasterPicture> pMaster);
+
+    [[nodiscard]] MasterPicture& master() const { return *m_pMaster; }
+};
+
+namespace picturestore {
+
+// The picture that was decoded from these bytes; null when there is none.
+[[nodiscard]] std::shared_ptr<MasterPicture> find(std::span<const std::byte> bytes);
+// Keeps it. Pictures that no image shows go when there is too much, those that were asked for longest ago first.
+void keep(std::span<const std::byte> bytes, std::shared_ptr<MasterPicture> pMaster);
+
+}  // namespace picturestore
+
+// The pixels of any image; empty (0 x 0) when it was not decoded or there is no memory.
+[[nodiscard]] Picture pixelsOf(Gdiplus::Image& image);
