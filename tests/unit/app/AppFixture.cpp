@@ -16,17 +16,12 @@ LogTest::LogTest() {
 }
 
 std::size_t LogTest::timesLogged(const std::wstring& line) const {
-    const std::vector<std::wstring> lines = m_log.lines();
-    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+    return m_log.count(line);
 }
 
 std::vector<std::wstring> LogTest::errors() const {
-    std::vector<std::wstring> found;
-    for (const std::wstring& line : m_log.lines()) {
-        if (line.starts_with(L"[ERR]") && line != kNeverEnlarged) {
-            found.push_back(line);
-        }
-    }
+    std::vector<std::wstring> found = m_log.errors();
+    std::erase(found, kNeverEnlarged);
     return found;
 }
 

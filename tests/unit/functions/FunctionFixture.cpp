@@ -84,8 +84,7 @@ std::unique_ptr<CFuncX> FunctionTest::load(const wchar_t* pszName, const std::ws
 }
 
 std::size_t FunctionTest::timesLogged(const std::wstring& line) const {
-    const std::vector<std::wstring> lines = m_log.lines();
-    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+    return m_log.count(line);
 }
 
 std::vector<std::wstring> FunctionTest::errors() const {
