@@ -11,6 +11,7 @@
 class CSysMsgHandlerFrame;
 class CZelHideDlg;
 class CZelMainDlg;
+struct Placement;
 
 // Messages between the program's own windows and from other programs (docs/architecture.md has the whole table).
 inline constexpr UINT kMsgReloadConfig = WM_USER + 100;    // to the frame: read the configuration again
@@ -42,6 +43,11 @@ class CZelMainApp : public CWinApp {
     [[nodiscard]] HMODULE getPngDll() const;
     // The image scale of the whole user interface; 1.0 (after a logged assertion) while there is no strip.
     [[nodiscard]] double getPngRatio() const;
+    // Where the cards stand; kUnplaced while there is no strip.
+    [[nodiscard]] const Placement& placement() const;
+    // Lays the hidden cards out again where their screen changed, or where the user went to another one. Nothing while
+    // cards are to be seen, or while the mouse rests on the hover strip: they come where it is.
+    void renewPlacement();
     // Whether the user is working the cards with the mouse. Logged at trace level.
     [[nodiscard]] BOOL& mouseOperating();
 

@@ -111,13 +111,14 @@ bool ShellTest::largeShown(std::size_t index) const {
 
 StartTest::StartTest() : m_windows(support::threadWindows()) {
     // All there are: a value that is missing is an error in the log.
-    for (const wchar_t* setting :
-         {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost", L"HideMainDlg", L"IgnoreFnKey",
-          L"AutoHide", L"AutoHideDelayTime", L"HideCaption", L"Programmable", L"ShowQrdAtLaunch",
-          L"AlwaysShowItemsCaption", L"ItemDescMaxWidth", L"SliderThumbSize", L"HideMainUIWhenLostFocus"}) {
+    for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost",
+                                   L"HideMainDlg", L"IgnoreFnKey", L"AutoHide", L"AutoHideDelayTime", L"HideCaption",
+                                   L"Programmable", L"ShowQrdAtLaunch", L"AlwaysShowItemsCaption", L"ItemDescMaxWidth",
+                                   L"SliderThumbSize", L"HideMainUIWhenLostFocus", L"MonitorOfActiveWindow"}) {
         setConfig(setting, 0);
     }
-    for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost"}) {
+    for (const wchar_t* setting :
+         {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost", L"MonitorOfActiveWindow"}) {
         support::RegistryRoom::setDword(HKEY_CURRENT_USER, regpath::kConfigKey, setting, 0);
     }
     listFunction(L"Mute", {kMuteKey});
