@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/Handle.h"
 #include "support/RegistryRoom.h"
 
 namespace {
