@@ -9,6 +9,7 @@
 #include "Logic/SysMsgHandlerFrame.h"
 #include "Messages.h"
 #include "UI/CardsInUse.h"
+#include "UI/MouseSurface.h"
 #include "UI/ZelHideDlg.h"
 #include "UI/ZelMainDlg.h"
 #include "common/SiblingLibrary.h"
@@ -219,7 +220,22 @@ HMODULE CZelMainApp::getPngDll() const {
 
 double CZelMainApp::getPngRatio() const {
     RETURN_UNLESS(m_pZelMainDlg != nullptr, L"m_pZelMainDlg", 1.0);
-    return m_pZelMainDlg->ratio();
+    return m_pZelMainDlg->placement().ratio;
+}
+
+const Placement& CZelMainApp::placement() const {
+    return m_pZelMainDlg != nullptr ? m_pZelMainDlg->placement() : kUnplaced;
+}
+
+void CZelMainApp::renewPlacement() {
+    if (m_pZelMainDlg == nullptr || m_pZelHideDlg == nullptr || m_pZelMainDlg->isVisible() ||
+        m_pZelMainDlg->cardInUse() || mouseIsOn(m_pZelHideDlg->m_hWnd) || !m_pZelMainDlg->placementIsStale()) {
+        return;
+    }
+    m_pZelMainDlg->refreshCards(false);
+    if (CZelConfig::getQrdConfig().bEnableHover) {
+        m_pZelHideDlg->refresh(m_pZelMainDlg->cardCount());
+    }
 }
 
 BOOL& CZelMainApp::mouseOperating() {
@@ -234,6 +250,7 @@ HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
         RETURN_LOGGED(E_FAIL);
     }
     if (bShow) {
+        renewPlacement();
         ::ShowWindow(m_pZelHideDlg->m_hWnd, SW_HIDE);
         ::ShowWindow(m_pZelMainDlg->m_hWnd, SW_SHOWNOACTIVATE);
         return S_OK;

@@ -11,6 +11,7 @@
 class CSysMsgHandlerFrame;
 class CZelHideDlg;
 class CZelMainDlg;
+struct Placement;
 
 // All methods log their entry and exit at trace level and every failure exit; unless said otherwise they belong on the
 // user-interface thread.
@@ -23,6 +24,11 @@ class CZelMainApp : public CWinApp {
     [[nodiscard]] HMODULE getPngDll() const;
     // The image scale of the whole user interface; 1.0 (after a logged assertion) while there is no strip.
     [[nodiscard]] double getPngRatio() const;
+    // Where the cards stand; kUnplaced while there is no strip.
+    [[nodiscard]] const Placement& placement() const;
+    // Lays the hidden cards out again where their screen changed, or where the user went to another one. Nothing while
+    // cards are to be seen, or while the mouse rests on the hover strip: they come where it is.
+    void renewPlacement();
     // Whether the user is working the cards with the mouse. Logged at trace level.
     [[nodiscard]] BOOL& mouseOperating();
 

@@ -1,4 +1,4 @@
-// The card configuration: sixteen settings of the user and the machine, read from the registry, never written.
+// The card configuration: seventeen settings of the user and the machine, read from the registry, never written.
 #pragma once
 
 #include <windows.h>
@@ -28,7 +28,7 @@ class ConfigValue {
 struct QrdConfig {
     QrdConfig() noexcept;
 
-    // The user's own key, when there is one, overrides the machine's for these five.
+    // The user's own key, when there is one, overrides the machine's for these five and bMonitorOfActiveWindow.
     ConfigValue bDisable;         // hotkey events are ignored, and the hover strip stays away
     ConfigValue uPosition;        // 0: the strip lies at the top of the work area, else at its bottom
     ConfigValue bEnableHover;     // a hover strip calls the cards up while they are hidden
@@ -49,6 +49,9 @@ struct QrdConfig {
     ConfigValue bHideMainUIWhenLostFocus;  // the cards hide when the strip loses the focus
 
     ConfigValue bLoaded;  // 0 until a load has completed
+
+    // The user's own key, as above. Behind the flag, because everything before it keeps its place in the record.
+    ConfigValue bMonitorOfActiveWindow;  // the cards come on the monitor of the active window, not on the primary one
 };
 
 class CZelConfig {

@@ -16,7 +16,8 @@
 #include "framework/Wnd.h"
 #include "res/DialogIds.h"
 
-CBlackCard::CBlackCard(CWnd* pParentWnd) : m_pParentWnd(pParentWnd) {}
+CBlackCard::CBlackCard(CWnd* pParentWnd, const Placement& placement)
+    : m_pParentWnd(pParentWnd), m_placement(placement) {}
 
 CBlackCard::~CBlackCard() {
     uninitialize();
@@ -64,7 +65,7 @@ void CBlackCard::uninitialize() {
 
 void CBlackCard::setCardRect(const RECT& rect) {
     m_cardRect = rect;
-    m_parts = geometry::cardParts(rect, theApp.getPngRatio(), stripAtBottom());
+    m_parts = geometry::cardParts(rect, m_placement.ratio, m_placement.bottom);
 }
 
 Gdiplus::Image* CBlackCard::getImage() {
@@ -85,14 +86,14 @@ std::wstring CBlackCard::getDesc() const {
 }
 
 HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
-    const DescFormat format(stripAtBottom() ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
+    const DescFormat format(m_placement.bottom ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
 
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(m_pParentWnd, graphics, font));
 
     const CaptionFormat captionFormat(format.GetLineAlignment());
     Gdiplus::RectF caption = toRectF(m_parts.caption);
-    caption.Inflate(-static_cast<float>(theApp.getPngRatio() * kCaptionMargin), 0.0F);
+    caption.Inflate(-static_cast<float>(m_placement.ratio * kCaptionMargin), 0.0F);
     m_captionText.draw(graphics, caption, getCaption().c_str(), *font, &captionFormat, 0.0, kWhite, kWhite);
     // The outline sticks out of the letters: neighbours' descriptions stay apart.
     Gdiplus::RectF desc = toRectF(m_parts.desc);
@@ -278,8 +279,8 @@ HRESULT CBlackCard::createLargeCardDlg() {
 
 HRESULT CBlackCard::_makeLargeCardDlg() {
     m_pLargeCardDlg.reset();
-    std::unique_ptr<CLargeCardDlg> dialog(
-        new (std::nothrow) CLargeCardDlg(m_pFunx->getLargePngID(), m_pFunx->getCaption(), m_pFunx->getDesc(), this));
+    std::unique_ptr<CLargeCardDlg> dialog(new (std::nothrow) CLargeCardDlg(
+        m_pFunx->getLargePngID(), m_pFunx->getCaption(), m_pFunx->getDesc(), this, m_placement));
     if (dialog == nullptr) {
         return E_OUTOFMEMORY;
     }
@@ -304,7 +305,7 @@ HRESULT CBlackCard::setLargeCardDlgPos() {
     }
     RECT card = m_cardRect;
     ::OffsetRect(&card, origin.x, origin.y);
-    const RECT place = geometry::largeCard(card, theApp.getPngRatio(), stripAtBottom());
+    const RECT place = geometry::largeCard(card, m_placement.ratio, m_placement.bottom);
     if (!::SetWindowPos(m_pLargeCardDlg->m_hWnd, HWND_TOPMOST, place.left, place.top, place.right - place.left,
                         place.bottom - place.top, SWP_NOACTIVATE)) {
         RETURN_LOGGED(E_FAIL);
@@ -326,6 +327,7 @@ HRESULT CBlackCard::createItemDlgs() {
 }
 
 HRESULT CBlackCard::_buildItems() {
+    m_pFunx->setPlacement(m_placement);
     RETURN_IF_FAILED(m_pFunx->initItems(m_vecItems));
     for (CQrdItem* item : m_vecItems) {
         if (item != nullptr) {
@@ -353,13 +355,15 @@ HRESULT CBlackCard::setItemDlgPos() {
     if (m_pLargeCardDlg == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    RECT workArea{};
-    RETURN_IF_FAILED(getWorkArea(workArea));
+    if (!m_placement.known()) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    const RECT& workArea = m_placement.workArea;
 
     const CQrdItem& first = *m_vecItems.front();
     const geometry::ItemRow row =
         geometry::itemRow(m_pLargeCardDlg->windowRect(), workArea, first.width(), static_cast<int>(m_vecItems.size()),
-                          first.descOverhang(), theApp.getPngRatio());
+                          first.descOverhang(), m_placement.ratio);
     if (row.allWidth >= workArea.right - workArea.left) {
         LOG_ASSERT(L"nAllItemsWidth < rectWorkArea.Width()");
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Logic/FuncX/FuncX.h"
+#include "Logic/Placement.h"
 #include "UI/CardGeometry.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/GdiPlusFunc.h"
@@ -16,8 +17,9 @@ class CWnd;
 
 class CBlackCard {
  public:
-    // The strip's window, which outlives the card; its client area is the origin of the card's rectangle.
-    explicit CBlackCard(CWnd* pParentWnd);
+    // The strip's window, whose client area is the origin of the card's rectangle, and where the cards stand; both
+    // outlive the card.
+    CBlackCard(CWnd* pParentWnd, const Placement& placement);
     ~CBlackCard();
     CBlackCard(const CBlackCard&) = delete;
     CBlackCard& operator=(const CBlackCard&) = delete;
@@ -86,6 +88,7 @@ class CBlackCard {
     HRESULT refreshItemDlgs(DWORD dwHotkey);
 
     CWnd* m_pParentWnd;
+    const Placement& m_placement;
     std::unique_ptr<Gdiplus::Image> m_pImage;
     RECT m_cardRect{};
     geometry::Card m_parts{};

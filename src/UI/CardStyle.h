@@ -1,18 +1,12 @@
 // What all card windows share in look and place.
 #pragma once
 
-#include "Data/ZelConfig.h"
 #include "common/GdiPlus.h"
 
 inline constexpr Gdiplus::ARGB kWhite = 0xFFFFFFFF;
 inline constexpr Gdiplus::ARGB kBlack = 0xFF000000;
 inline constexpr double kCaptionMargin = 4.0;  // pixels at ratio 1.0, between a caption and its card's edge
 inline constexpr double kOutlineWidth = 3.0;   // pixels, of white text with a black outline
-
-// Whether the cards stand at the bottom of the work area instead of its top.
-[[nodiscard]] inline bool stripAtBottom() {
-    return CZelConfig::getQrdConfig().uPosition != 0;
-}
 
 [[nodiscard]] inline Gdiplus::RectF toRectF(const RECT& rect) {
     return {static_cast<float>(rect.left), static_cast<float>(rect.top), static_cast<float>(rect.right - rect.left),

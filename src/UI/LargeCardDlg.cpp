@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Logic/Placement.h"
 #include "Logic/ZelCommonFunc.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
@@ -12,12 +13,14 @@
 #include "common/Status.h"
 #include "res/DialogIds.h"
 
-CLargeCardDlg::CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard)
+CLargeCardDlg::CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard,
+                             const Placement& placement)
     : CDialog(IDD_LARGE_CARD),
       m_strCaption(std::move(strCaption)),
       m_strDesc(std::move(strDesc)),
       m_uImageId(uImageId),
-      m_pBlackCard(pBlackCard) {}
+      m_pBlackCard(pBlackCard),
+      m_placement(placement) {}
 
 CLargeCardDlg::~CLargeCardDlg() {
     CLargeCardDlg::DestroyWindow();
@@ -65,7 +68,7 @@ void CLargeCardDlg::setText(std::wstring strText) {
 
 void CLargeCardDlg::OnSize() {
     Default();
-    m_rects = geometry::largeCardTexts(clientRect(), theApp.getPngRatio());
+    m_rects = geometry::largeCardTexts(clientRect(), m_placement.ratio);
 }
 
 void CLargeCardDlg::OnPaint() {

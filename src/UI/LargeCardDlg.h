@@ -11,11 +11,13 @@
 #include "framework/Dialog.h"
 
 class CBlackCard;
+struct Placement;
 
 class CLargeCardDlg : public CDialog, public IDrawTextOnLayeredWnd {
  public:
-    // The card owns the dialog and outlives it.
-    CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard);
+    // The card owns the dialog; it and the placement outlive it.
+    CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard,
+                  const Placement& placement);
     ~CLargeCardDlg() override;
 
     [[nodiscard]] HRESULT initialize();
@@ -49,4 +51,5 @@ class CLargeCardDlg : public CDialog, public IDrawTextOnLayeredWnd {
     OutlineText m_descText;
     OutlineText m_statusText;
     CBlackCard* m_pBlackCard;
+    const Placement& m_placement;
 };

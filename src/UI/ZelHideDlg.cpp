@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Data/ZelConfig.h"
-#include "Logic/ZelCommonFunc.h"
+#include "Logic/Placement.h"
 #include "Messages.h"
 #include "UI/CardGeometry.h"
 #include "UI/CardStyle.h"
@@ -72,13 +72,16 @@ HRESULT CZelHideDlg::refresh(int nCardCount) {
 HRESULT CZelHideDlg::_setDlgPos() {
     LOG_ENTER_LEAVE();
     m_vecSegments.clear();
-    RECT workArea{};
-    RETURN_IF_FAILED(getWorkArea(workArea));
+    const Placement& placement = theApp.placement();
+    const RECT& workArea = placement.workArea;
+    if (!placement.known()) {
+        RETURN_LOGGED(E_FAIL);
+    }
     LOG_TRACE(L"%s = (%d, %d) - (%d, %d), %d * %d", L"rectWorkArea", static_cast<int>(workArea.left),
               static_cast<int>(workArea.top), static_cast<int>(workArea.right), static_cast<int>(workArea.bottom),
               static_cast<int>(workArea.right - workArea.left), static_cast<int>(workArea.bottom - workArea.top));
 
-    const geometry::Strip strip = geometry::hoverStrip(workArea, m_nCardCount, theApp.getPngRatio(), stripAtBottom());
+    const geometry::Strip strip = geometry::hoverStrip(workArea, m_nCardCount, placement.ratio, placement.bottom);
     const HWND order = CZelConfig::getQrdConfig().bTopmost ? HWND_TOPMOST : HWND_NOTOPMOST;
     // Not activated: the keyboard stays with the program that the user works in.
     ::SetWindowPos(m_hWnd, order, strip.place.left, strip.place.top, strip.place.right - strip.place.left,
@@ -110,7 +113,7 @@ HRESULT CZelHideDlg::_showBlackCardsBoder() {
     for (const RECT& segment : m_vecSegments) {
         places.push_back(&segment);
     }
-    const int sourceTop = stripAtBottom() ? 0 : kTopSourceRow;
+    const int sourceTop = theApp.placement().bottom ? 0 : kTopSourceRow;
     RETURN_IF_FAILED(
         m_pLyrWndBlkCards->paint(images, opacities, places, nullptr, sourceTop, geometry::kHoverStripHeight));
     return S_OK;

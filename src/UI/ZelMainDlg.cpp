@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Data/ZelConfig.h"
-#include "Logic/ZelCommonFunc.h"
 #include "Messages.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
@@ -18,15 +17,6 @@
 namespace {
 
 constexpr DWORD kDimmedOpacity = 150;  // of the cards that the mouse is not on
-
-// The screen's scale, read once: it does not change while a session lasts.
-double screenScale() {
-    static const double scale = [] {
-        const common::WindowDc screen(nullptr);
-        return (screen.get() == nullptr ? 96 : ::GetDeviceCaps(screen.get(), LOGPIXELSX)) / 96.0;
-    }();
-    return scale;
-}
 
 }  // namespace
 
@@ -98,7 +88,7 @@ HRESULT CZelMainDlg::initHotKeyDll(const HotkeyInfo& info) {
     if (info.strFuncDll.c_str()[0] == L'\0') {
         RETURN_LOGGED(E_FAIL);
     }
-    auto card = std::make_unique<CBlackCard>(this);
+    auto card = std::make_unique<CBlackCard>(this, m_placement);
     if (FAILED(card->initialize(info.strFuncName.c_str(), info.vecCode, info.strCaption, info.strFuncDll.c_str()))) {
         LOG_STATUS(E_FAIL);  // a function that cannot work gets no card; the others do
         return S_OK;
@@ -114,6 +104,11 @@ HRESULT CZelMainDlg::refreshCards(bool bReinitialize) {
     }
     RETURN_IF_FAILED(setBlackCardsPos());
     return S_OK;
+}
+
+bool CZelMainDlg::placementIsStale() const {
+    RECT workArea{};
+    return SUCCEEDED(getCardsWorkArea(workArea)) && ::EqualRect(&workArea, &m_placement.workArea) == FALSE;
 }
 
 bool CZelMainDlg::OnInitDialog() {
@@ -138,13 +133,15 @@ bool CZelMainDlg::DestroyWindow() {
 
 HRESULT CZelMainDlg::calcRatioForPng() {
     LOG_ENTER_LEAVE();
-    RECT workArea{};
-    RETURN_IF_FAILED(getWorkArea(workArea));
+    m_placement.workArea = {};
+    m_placement.dpi = screenScale();
+    m_placement.bottom = CZelConfig::getQrdConfig().uPosition != 0;
+    RETURN_IF_FAILED(getCardsWorkArea(m_placement.workArea));
     if (m_vecCards.empty()) {
         return S_OK;
     }
-    const geometry::Ratio result = geometry::imageRatio(workArea.right - workArea.left, cardCount(), screenScale());
-    m_ratio = result.ratio;
+    const geometry::Ratio result = geometry::imageRatio(m_placement.workWidth(), cardCount(), m_placement.dpi);
+    m_placement.ratio = result.ratio;
     LOG_TRACE(L"Card width:%f, Ratio:%f", result.cardWidth, result.ratio);
     return S_OK;
 }
@@ -152,12 +149,11 @@ HRESULT CZelMainDlg::calcRatioForPng() {
 HRESULT CZelMainDlg::setBlackCardsPos() {
     LOG_ENTER_LEAVE();
     RETURN_IF_FAILED(calcRatioForPng());
-    RECT workArea{};
-    RETURN_IF_FAILED(getWorkArea(workArea));
+    const RECT& workArea = m_placement.workArea;
     LOG_TRACE(L"The work area is: left %d,top %d, right %d, bottom %d", static_cast<int>(workArea.left),
               static_cast<int>(workArea.top), static_cast<int>(workArea.right), static_cast<int>(workArea.bottom));
 
-    const geometry::Strip strip = geometry::cardStrip(workArea, cardCount(), m_ratio, stripAtBottom());
+    const geometry::Strip strip = geometry::cardStrip(workArea, cardCount(), m_placement.ratio, m_placement.bottom);
     // Not activated: the keyboard stays with the program that the user works in.
     ::SetWindowPos(m_hWnd, HWND_TOPMOST, strip.place.left, strip.place.top, strip.place.right - strip.place.left,
                    strip.place.bottom - strip.place.top, SWP_NOACTIVATE);
@@ -173,7 +169,7 @@ void CZelMainDlg::OnPaint() {
     {
         const common::PaintDc paint(m_hWnd);
         const common::UniqueBrush key(::CreateSolidBrush(kColourKey));
-        const RECT through = geometry::throughArea(clientRect(), m_ratio, stripAtBottom());
+        const RECT through = geometry::throughArea(clientRect(), m_placement.ratio, m_placement.bottom);
         ::FillRect(paint.get(), &through, key.get());
     }
     showBlackCards();
@@ -225,7 +221,7 @@ HRESULT CZelMainDlg::showBlackCards() {
     }
     // Of every picture only the band next to the screen edge is shown: the upper rows at the bottom, the lower ones at
     // the top.
-    const int sourceTop = stripAtBottom() ? 0 : geometry::kPictureRows - geometry::kPictureBand;
+    const int sourceTop = m_placement.bottom ? 0 : geometry::kPictureRows - geometry::kPictureBand;
     RETURN_IF_FAILED(m_pLayeredWnd->paint(images, opacities, places, nullptr, sourceTop, geometry::kPictureBand));
     return S_OK;
 }
@@ -310,6 +306,9 @@ HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
         if (!isHotkeyDesired(dwHotkey)) {
             RETURN_LOGGED(E_FAIL);
         }
+        if (!bBreak) {
+            theApp.renewPlacement();  // the strip need not have been shown before
+        }
         _hideForKey(dwHotkey);
     } else {
         RETURN_IF_FAILED(showOnModifier(bBreak));
@@ -347,18 +346,24 @@ HRESULT CZelMainDlg::showOnModifier(BOOL bBreak) {
     } else if (theApp.mouseOperating()) {
         return E_NOTIMPL;  // the user went on with the mouse: the strip stays
     }
-    const bool cardInUse =
-        std::any_of(m_vecCards.begin(), m_vecCards.end(), [](const auto& card) { return card->hasValidSelection(); });
-    if (config.bHideMainDlg || cardInUse) {
+    if (config.bHideMainDlg || cardInUse()) {
         return S_OK;
     }
     if (!bBreak && isVisible()) {
         invalidate();
         return S_OK;
     }
+    if (!bBreak) {
+        theApp.renewPlacement();  // while it is still the user's window that is active, and not the strip
+    }
     // Without activation: the keyboard stays with the program that the user works in.
     ::SetWindowPos(m_hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return theApp.showMainDlg(!bBreak, TRUE);
+}
+
+bool CZelMainDlg::cardInUse() const {
+    return std::any_of(m_vecCards.begin(), m_vecCards.end(),
+                       [](const auto& card) { return card->hasValidSelection(); });
 }
 
 void CZelMainDlg::_autoHide(BOOL bBreak) {

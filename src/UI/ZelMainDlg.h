@@ -8,6 +8,7 @@
 
 #include "Data/HotkeyConfig.h"
 #include "Logic/CustomHotkey.h"
+#include "Logic/Placement.h"
 #include "UI/CardGeometry.h"
 #include "UI/CardInput.h"
 #include "common/LayeredWnd.h"
@@ -30,7 +31,12 @@ class CZelMainDlg : public CCardInput<CDialog>, public IDrawTextOnLayeredWnd, pu
     // While cards are in use they cannot be built anew: true when the application is asked to do it later.
     [[nodiscard]] bool postponeRebuild();
 
-    [[nodiscard]] double ratio() const { return m_ratio; }
+    // Where the cards stand; renewed by every layout. Lives as long as the strip.
+    [[nodiscard]] const Placement& placement() const { return m_placement; }
+    // Whether the cards would stand elsewhere if they were laid out now.
+    [[nodiscard]] bool placementIsStale() const;
+    // Whether an enlarged card has a selected item.
+    [[nodiscard]] bool cardInUse() const;
     [[nodiscard]] int cardCount() const { return static_cast<int>(m_vecCards.size()); }
 
     HRESULT drawText(Gdiplus::Graphics& graphics) override;
@@ -81,7 +87,7 @@ class CZelMainDlg : public CCardInput<CDialog>, public IDrawTextOnLayeredWnd, pu
     void OnLButtonDown(POINT point);
     LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
 
-    double m_ratio = 1.0;
+    Placement m_placement;  // before the cards, which look at it until their end
     std::unique_ptr<CLayeredWnd> m_pLayeredWnd;
     std::vector<std::unique_ptr<CBlackCard>> m_vecCards;
     CCustomHotkey m_customHotkey;

@@ -75,12 +75,21 @@ HWND AppRoom::hoverWindow() const {
 
 CBlackCard& AppRoom::addCard() {
     auto& cards = MainDlgSeam::cards(strip());
-    cards.push_back(std::make_unique<CBlackCard>(&strip()));
+    cards.push_back(std::make_unique<CBlackCard>(&strip(), placement()));
     return *cards.back();
 }
 
 void AppRoom::setRatio(double ratio) {
-    MainDlgSeam::ratio(strip()) = ratio;
+    MainDlgSeam::placement(strip()).ratio = ratio;
+}
+
+const Placement& AppRoom::placement() const {
+    return strip().placement();
+}
+
+void AppRoom::setBottom(bool bottom) {
+    config().uPosition = bottom ? 1 : 0;
+    MainDlgSeam::placement(strip()).bottom = bottom;
 }
 
 void AppRoom::setMouseOperating(bool operating) {

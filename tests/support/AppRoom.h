@@ -8,6 +8,7 @@
 #include <string>
 
 #include "Data/ZelConfig.h"
+#include "Logic/Placement.h"
 
 class CBlackCard;
 class CZelMainDlg;
@@ -29,7 +30,11 @@ class AppRoom {
     [[nodiscard]] HWND hoverWindow() const;
     // A card of the strip, which owns it; its function is not loaded yet.
     CBlackCard& addCard();
+    // Where the cards stand: on the primary screen, with the ratio and the edge that the test gives.
+    [[nodiscard]] const Placement& placement() const;
     void setRatio(double ratio);
+    // Setting and placement, as after the layout that follows a change of the setting.
+    void setBottom(bool bottom);
     void setMouseOperating(bool operating);
 
     // Pictures can be loaded no more.

@@ -56,7 +56,7 @@ struct MainDlgSeam {
     static HRESULT calcRatio(CZelMainDlg& strip) { return strip.calcRatioForPng(); }
     static HRESULT place(CZelMainDlg& strip) { return strip.setBlackCardsPos(); }
     static HRESULT show(CZelMainDlg& strip) { return strip.showBlackCards(); }
-    static double& ratio(CZelMainDlg& strip) { return strip.m_ratio; }
+    static Placement& placement(CZelMainDlg& strip) { return strip.m_placement; }
     static std::vector<std::unique_ptr<CBlackCard>>& cards(CZelMainDlg& strip) { return strip.m_vecCards; }
 };
 

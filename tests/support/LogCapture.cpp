@@ -1,6 +1,8 @@
 #include "support/LogCapture.h"
 
+#include <algorithm>
 #include <cstdarg>
+#include <iterator>
 #include <mutex>
 
 #include "common/DebugLog.h"
@@ -12,6 +14,7 @@ namespace {
 
 std::mutex g_mutex;
 dbglog::Logger* g_pLogger = nullptr;
+std::vector<std::wstring>* g_pSources = nullptr;
 
 dbglog::Settings settingsFor(int level) {
     dbglog::Settings settings;
@@ -34,6 +37,7 @@ class LogCapture::Sink : public dbglog::ILineSink {
     dbglog::Logger& logger() { return m_logger; }
 
     std::vector<std::wstring> lines;
+    std::vector<std::wstring> sources;
 
  private:
     dbglog::Logger m_logger;
@@ -42,11 +46,13 @@ class LogCapture::Sink : public dbglog::ILineSink {
 LogCapture::LogCapture(int level) : m_pSink(std::make_unique<Sink>(level)) {
     const std::lock_guard lock(g_mutex);
     g_pLogger = &m_pSink->logger();
+    g_pSources = &m_pSink->sources;
 }
 
 LogCapture::~LogCapture() {
     const std::lock_guard lock(g_mutex);
     g_pLogger = nullptr;
+    g_pSources = nullptr;
 }
 
 std::vector<std::wstring> LogCapture::lines() const {
@@ -54,9 +60,28 @@ std::vector<std::wstring> LogCapture::lines() const {
     return m_pSink->lines;
 }
 
+std::vector<std::wstring> LogCapture::errors() const {
+    const std::vector<std::wstring> all = lines();
+    std::vector<std::wstring> found;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(found),
+                 [](const std::wstring& line) { return line.starts_with(L"[ERR]"); });
+    return found;
+}
+
+std::size_t LogCapture::count(const std::wstring& line) const {
+    const std::vector<std::wstring> all = lines();
+    return static_cast<std::size_t>(std::count(all.begin(), all.end(), line));
+}
+
+std::vector<std::wstring> LogCapture::sources() const {
+    const std::lock_guard lock(g_mutex);
+    return m_pSink->sources;
+}
+
 void LogCapture::clear() {
     const std::lock_guard lock(g_mutex);
     m_pSink->lines.clear();
+    m_pSink->sources.clear();
 }
 
 }  // namespace support
@@ -72,6 +97,9 @@ int log(const Record& record, const wchar_t* format, ...) {
     va_start(args, format);
     const int written = support::g_pLogger->write(record, format, args);
     va_end(args);
+    if (written > 0) {
+        support::g_pSources->emplace_back(record.sourceFile);
+    }
     return written;
 }
 

@@ -19,6 +19,12 @@ class LogCapture {
 
     // "[ERR] (CClass::method): text", one per line, in order; "(closed)" where the log was closed.
     [[nodiscard]] std::vector<std::wstring> lines() const;
+    // Those of errors.
+    [[nodiscard]] std::vector<std::wstring> errors() const;
+    // How often exactly that line was logged.
+    [[nodiscard]] std::size_t count(const std::wstring& line) const;
+    // The source files that the lines name, in the same order.
+    [[nodiscard]] std::vector<std::wstring> sources() const;
     void clear();
 
  private:

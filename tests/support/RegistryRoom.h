@@ -5,8 +5,6 @@
 
 #include <windows.h>
 
-#include <shlwapi.h>
-
 #include <string>
 #include <vector>
 
@@ -15,7 +13,7 @@ namespace support {
 class RegistryRoom {
  public:
     RegistryRoom() : m_name(L"Software\\FenwynTest-" + std::to_wstring(::GetCurrentProcessId())) {
-        ::SHDeleteKeyW(HKEY_CURRENT_USER, m_name.c_str());
+        ::RegDeleteTreeW(HKEY_CURRENT_USER, m_name.c_str());
         m_hMachine = _create(L"\\Machine");
         m_hUser = _create(L"\\User");
         ::RegOpenKeyExW(HKEY_CURRENT_USER, nullptr, 0, KEY_ALL_ACCESS, &m_hRealUser);
@@ -28,7 +26,7 @@ class RegistryRoom {
         ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
         ::RegCloseKey(m_hMachine);
         ::RegCloseKey(m_hUser);
-        ::SHDeleteKeyW(m_hRealUser, m_name.c_str());
+        ::RegDeleteTreeW(m_hRealUser, m_name.c_str());
         ::RegCloseKey(m_hRealUser);
     }
     RegistryRoom(const RegistryRoom&) = delete;
@@ -36,6 +34,13 @@ class RegistryRoom {
 
     // False: the system refused, and every test must stop before it touches the real registry.
     [[nodiscard]] bool redirected() const noexcept { return m_bRedirected; }
+
+    // From here on nothing can be written for the user: a deleted key takes no more values.
+    void refuseWrites() {
+        ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+        ::RegDeleteTreeW(HKEY_CURRENT_USER, (m_name + L"\\User").c_str());
+        ::RegOverridePredefKey(HKEY_CURRENT_USER, m_hUser);
+    }
 
     static void setDword(HKEY root, const std::wstring& key, const wchar_t* name, DWORD value) {
         set(root, key, name, REG_DWORD, &value, sizeof(value));
@@ -56,7 +61,7 @@ class RegistryRoom {
         ::RegCreateKeyExW(root, key.c_str(), 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
         ::RegCloseKey(made);
     }
-    static void removeKey(HKEY root, const std::wstring& key) { ::SHDeleteKeyW(root, key.c_str()); }
+    static void removeKey(HKEY root, const std::wstring& key) { ::RegDeleteTreeW(root, key.c_str()); }
     static void removeValue(HKEY root, const std::wstring& key, const wchar_t* name) {
         ::RegDeleteKeyValueW(root, key.c_str(), name);
     }

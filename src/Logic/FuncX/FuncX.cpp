@@ -163,10 +163,11 @@ std::wstring CFuncX::textOnce(UINT uTextId) {
 }
 
 HRESULT CFuncX::appendItem(std::unique_ptr<CQrdItem> pItem, CDialog* pWindow, ItemOrder order,
-                           std::vector<CQrdItem*>& rVecItems) {
+                           std::vector<CQrdItem*>& rVecItems) const {
     if (pItem == nullptr) {
         return E_OUTOFMEMORY;
     }
+    pItem->setPlacement(placement());
     const bool bWindowFirst = order == ItemOrder::WindowThenInitialize;
     HRESULT hr = bWindowFirst && !pWindow->Create(nullptr) ? E_FAIL : pItem->initialize();
     if (SUCCEEDED(hr) && !bWindowFirst && !pWindow->Create(nullptr)) {

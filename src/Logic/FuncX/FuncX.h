@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Logic/Placement.h"
 #include "common/Handle.h"
 
 class CDialog;
@@ -53,6 +54,8 @@ class CFuncX {
     // out.
     [[nodiscard]] virtual LONG getSubstituteItem() const { return INVALID_CURRENT_ITEM; }
 
+    // Where the cards stand, for the items that are made from now on; outlives the function.
+    void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     [[nodiscard]] bool isFuncSupported() const;
     [[nodiscard]] HRESULT getDisplayItemInfo(DWORD* puInfo, DWORD* puInfo2) const;
     [[nodiscard]] HRESULT getCurrentItem();
@@ -79,10 +82,11 @@ class CFuncX {
 
     // Which part of a new item comes first.
     enum class ItemOrder { InitializeThenWindow, WindowThenInitialize };
-    // Brings a new item to life and appends it. E_OUTOFMEMORY: null item; E_FAIL: no window; else what initialize()
-    // said, all of it unlogged. `pWindow` is the same object. An item that failed is destroyed.
-    [[nodiscard]] static HRESULT appendItem(std::unique_ptr<CQrdItem> pItem, CDialog* pWindow, ItemOrder order,
-                                            std::vector<CQrdItem*>& rVecItems);
+    [[nodiscard]] const Placement& placement() const { return *m_pPlacement; }
+    // Hands a new item the placement, brings it to life and appends it. E_OUTOFMEMORY: null item; E_FAIL: no window;
+    // else what initialize() said, all of it unlogged. `pWindow` is the same object. An item that failed is destroyed.
+    [[nodiscard]] HRESULT appendItem(std::unique_ptr<CQrdItem> pItem, CDialog* pWindow, ItemOrder order,
+                                     std::vector<CQrdItem*>& rVecItems) const;
 
     // Destroys and deletes every item and nulls the entries; the vector keeps its length.
     static void cleanItems(std::vector<CQrdItem*>& rVecItems);
@@ -112,5 +116,6 @@ class CFuncX {
     LONG m_lCurrentItem = INVALID_CURRENT_ITEM;
 
  private:
+    const Placement* m_pPlacement = &kUnplaced;
     [[nodiscard]] FARPROC findExport(const char* pszName) const;
 };

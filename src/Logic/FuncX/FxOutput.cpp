@@ -5,7 +5,6 @@
 #include "Logic/FuncX/OutputRules.h"
 #include "Logic/ZelCommonFunc.h"
 #include "UI/ItemDlg/CircleItemDlg.h"
-#include "ZelMain.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
 
@@ -93,12 +92,13 @@ HRESULT CFxOutput::getCircleItemRatio(int extraWidth, double* pRatio, bool* pbSh
     if (pRatio == nullptr || pbShrink == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    RECT workArea{};
-    RETURN_IF_FAILED(getWorkArea(workArea));
+    if (!placement().known()) {
+        RETURN_LOGGED(E_FAIL);
+    }
     const int nTotalItemWidth =
-        outputrules::totalItemWidth(m_vecAvailableMonitors.size(), theApp.getPngRatio(), extraWidth);
+        outputrules::totalItemWidth(m_vecAvailableMonitors.size(), placement().ratio, extraWidth);
     LOG_TRACE(L"%s = %d", L"nTotalItemWidth", nTotalItemWidth);
-    const auto ratio = outputrules::shrinkRatio(nTotalItemWidth, workArea.right - workArea.left);
+    const auto ratio = outputrules::shrinkRatio(nTotalItemWidth, placement().workWidth());
     *pbShrink = ratio.has_value();
     *pRatio = ratio.value_or(*pRatio);
     return S_OK;

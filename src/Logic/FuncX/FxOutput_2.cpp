@@ -12,7 +12,6 @@
 #include "Logic/FuncX/OutputRules.h"
 #include "Logic/ZelCommonFunc.h"
 #include "UI/ItemDlg/FxOutputItemDlg.h"
-#include "ZelMain.h"
 #include "common/RegConfig.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
@@ -188,9 +187,10 @@ HRESULT CFxOutput_2::getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaxi
         RETURN_LOGGED(E_FAIL);
     }
     LOG_INFO(L"Available items count is:%d.", rlCount);
-    RECT workArea{};
-    RETURN_IF_FAILED(getWorkArea(workArea));
-    const auto limit = outputrules::entryLimit(rlCount, theApp.getPngRatio(), workArea.right - workArea.left);
+    if (!placement().known()) {
+        RETURN_LOGGED(E_FAIL);
+    }
+    const auto limit = outputrules::entryLimit(rlCount, placement().ratio, placement().workWidth());
     rbLimited = limit.has_value();
     if (limit) {
         rdwMaximum = *limit;

@@ -92,7 +92,7 @@ bool CCircleItemDlg::OnInitDialog() {
 }
 
 int CCircleItemDlg::width() const {
-    return truncToInt(theApp.getPngRatio() * kItemSize * m_scale);
+    return truncToInt(placement().ratio * kItemSize * m_scale);
 }
 
 // Unsigned arithmetic on purpose: a maximal width below the item's wraps around to a very large overhang, which the
@@ -162,6 +162,11 @@ void CCircleItemDlg::_showDesc(const RECT& part) {
 
 void CCircleItemDlg::raiseCaption() const {
     ::SetWindowPos(m_descDlg.m_hWnd, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+void CCircleItemDlg::setPlacement(const Placement& placement) {
+    CQrdItem::setPlacement(placement);
+    m_descDlg.setPlacement(placement);
 }
 
 HRESULT CCircleItemDlg::switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool bSelected) {

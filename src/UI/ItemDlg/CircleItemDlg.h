@@ -25,6 +25,7 @@ class CCircleItemDlg : public CCardInput<CDialog>, public CQrdItem {
     HRESULT setItemText(const wchar_t* pszText) override;
     [[nodiscard]] int descOverhang() const override;
     HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
+    void setPlacement(const Placement& placement) override;
 
     bool DestroyWindow() override;
 

@@ -5,7 +5,6 @@
 #include "Logic/ZelCommonFunc.h"
 #include "UI/CardStyle.h"
 #include "UI/MouseSurface.h"
-#include "ZelMain.h"
 #include "common/GdiPlusFunc.h"
 #include "common/Handle.h"
 #include "common/Status.h"
@@ -43,7 +42,7 @@ HRESULT CErrorItemDlg::getErrStringRect() {
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
 
     const CentredFormat format;
-    const Gdiplus::RectF layout(0.0F, 0.0F, static_cast<float>(theApp.getPngRatio()) * kTextWidth, 0.0F);
+    const Gdiplus::RectF layout(0.0F, 0.0F, static_cast<float>(placement().ratio) * kTextWidth, 0.0F);
     if (graphics.MeasureString(m_strError.c_str(), -1, font.get(), layout, &format, &m_textRect) != Gdiplus::Ok) {
         RETURN_LOGGED(E_FAIL);
     }

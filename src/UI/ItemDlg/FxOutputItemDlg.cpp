@@ -88,7 +88,7 @@ HRESULT CFxOutputItemDlg::showPreviewWnd() {
         return S_OK;
     }
     const RECT place = windowRect();
-    RETURN_IF_FAILED(m_pPreviewWnd->setWndPos(&place));
+    RETURN_IF_FAILED(m_pPreviewWnd->setWndPos(&place, placement()));
     ::ShowWindow(m_pPreviewWnd->m_hWnd, SW_SHOWNOACTIVATE);
     raiseCaption();  // both begin close under the item, and the name has to stay readable
     return S_OK;

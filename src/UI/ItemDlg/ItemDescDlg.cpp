@@ -7,7 +7,6 @@
 #include "Logic/ZelCommonFunc.h"
 #include "UI/BufferedPaint.h"
 #include "UI/CardStyle.h"
-#include "ZelMain.h"
 #include "common/GdiPlusFunc.h"
 #include "common/Handle.h"
 #include "common/Status.h"
@@ -44,7 +43,7 @@ HRESULT CItemDescDlg::setWndPos(const RECT* pItemRect) {
         RETURN_LOGGED(E_POINTER);
     }
     const int centre = pItemRect->right - (pItemRect->right - pItemRect->left) / 2;
-    const int maxWidth = truncToInt(theApp.getPngRatio() * CZelConfig::getQrdConfig().uItemDescMaxWidth);
+    const int maxWidth = truncToInt(m_pPlacement->ratio * CZelConfig::getQrdConfig().uItemDescMaxWidth);
     const int y = pItemRect->bottom + kGapBelowItem;
     // The widest box first: the text is measured in it.
     ::SetWindowPos(m_hWnd, nullptr, centre - maxWidth / 2, y, maxWidth, kMeasureHeight, SWP_NOZORDER | SWP_NOACTIVATE);

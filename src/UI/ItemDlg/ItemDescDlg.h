@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "Logic/Placement.h"
 #include "common/GdiPlus.h"
 #include "framework/Dialog.h"
 
@@ -10,6 +11,8 @@ class CItemDescDlg : public CDialog {
  public:
     explicit CItemDescDlg(std::wstring strDesc);
 
+    // Where the cards stand; outlives the box.
+    void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // Places the box under a part of the item, given in screen coordinates, as wide as its text needs. E_POINTER: null.
     HRESULT setWndPos(const RECT* pItemRect);
 
@@ -25,4 +28,5 @@ class CItemDescDlg : public CDialog {
     HRESULT drawDescString(HDC hDc) const;
 
     std::wstring m_strDesc;
+    const Placement* m_pPlacement = &kUnplaced;
 };

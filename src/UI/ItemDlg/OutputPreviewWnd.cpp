@@ -109,7 +109,7 @@ HRESULT COutputPreviewWnd::getConnectorImageID(const wchar_t* pszConnectorName, 
     return E_FAIL;
 }
 
-HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect) {
+HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect, const Placement& placement) {
     LOG_ENTER_LEAVE();
     if (pItemRect == nullptr) {
         RETURN_LOGGED(E_POINTER);
@@ -117,10 +117,11 @@ HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect) {
     const int height = kRowHeight * static_cast<int>(m_vecRows.size());
     const int x = (pItemRect->left + pItemRect->right) / 2 - kWidth / 2;
     int y = pItemRect->bottom + kGapBelowItem;
-    if (stripAtBottom()) {
-        RECT workArea{};
-        RETURN_IF_FAILED(getWorkArea(workArea));
-        y = workArea.bottom - height - kAboveBottomStrip;
+    if (placement.bottom) {
+        if (!placement.known()) {
+            RETURN_LOGGED(E_FAIL);
+        }
+        y = placement.workArea.bottom - height - kAboveBottomStrip;
     }
     // Not activated: the preview never keeps the focus, so it does not take it either.
     ::SetWindowPos(m_hWnd, HWND_TOPMOST, x, y, kWidth, height, SWP_NOACTIVATE);

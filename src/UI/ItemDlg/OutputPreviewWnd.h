@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Logic/Placement.h"
 #include "common/GdiPlus.h"
 #include "common/Picture.h"
 #include "framework/Dialog.h"
@@ -26,7 +27,7 @@ class COutputPreviewWnd : public CDialog {
     ~COutputPreviewWnd() override;
 
     // Places the window under the item (screen coordinates), or above the cards when the strip lies at the bottom.
-    HRESULT setWndPos(const RECT* pItemRect);
+    HRESULT setWndPos(const RECT* pItemRect, const Placement& placement);
 
     // The image id of a connector's picture, E_FAIL when the name contains none of the known words.
     static HRESULT getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID);

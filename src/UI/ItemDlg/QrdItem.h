@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "Logic/Placement.h"
+
 class CBlackCard;
 
 class CQrdItem {
@@ -28,11 +30,18 @@ class CQrdItem {
     // Marks the item selected or not; the card calls it for every item at every press of its key.
     virtual HRESULT switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool /*bSelected*/) { return S_OK; }
 
+    // Where the cards stand; handed over before initialize(), and outlives the item.
+    virtual void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // The owning card, which outlives the item.
     HRESULT setBlackCardInfo(CBlackCard* pBlackCard);
     // Tells the card that the item lost the focus to a window (null: to none).
     HRESULT killFocus(HWND hNewWnd) const;
 
  protected:
+    [[nodiscard]] const Placement& placement() const { return *m_pPlacement; }
+
     CBlackCard* m_pBlackCard = nullptr;
+
+ private:
+    const Placement* m_pPlacement = &kUnplaced;
 };

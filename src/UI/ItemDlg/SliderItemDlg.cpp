@@ -9,7 +9,6 @@
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"
 #include "UI/MouseSurface.h"
-#include "ZelMain.h"
 #include "common/FrameBitmap.h"
 #include "common/ResourceFunc.h"
 #include "common/RoundedBox.h"
@@ -143,11 +142,11 @@ HRESULT CSliderItemDlg::destroyItem() {
 }
 
 int CSliderItemDlg::width() const {
-    return truncToInt(theApp.getPngRatio() * kBaseWidth);
+    return truncToInt(placement().ratio * kBaseWidth);
 }
 
 int CSliderItemDlg::height() const {
-    return truncToInt(theApp.getPngRatio() * kHeightPerThumb * CZelConfig::getQrdConfig().uSliderThumbSize);
+    return truncToInt(placement().ratio * kHeightPerThumb * CZelConfig::getQrdConfig().uSliderThumbSize);
 }
 
 HRESULT CSliderItemDlg::showItem(bool bShow) {
@@ -165,7 +164,7 @@ bool CSliderItemDlg::OnInitDialog() {
     // The template's second trackbar has no use.
     ::ShowWindow(::GetDlgItem(m_hWnd, IDC_SLIDER_UNUSED), SW_HIDE);
     ::SetWindowLongPtrW(m_slider.m_hWnd, GWL_STYLE, ::GetWindowLongPtrW(m_slider.m_hWnd, GWL_STYLE) | TBS_FIXEDLENGTH);
-    m_slider.SetThumbLength(truncToInt(theApp.getPngRatio() * CZelConfig::getQrdConfig().uSliderThumbSize));
+    m_slider.SetThumbLength(truncToInt(placement().ratio * CZelConfig::getQrdConfig().uSliderThumbSize));
     m_slider.SetRangeMin(kLowestLevel);
     m_slider.SetRangeMax(m_lLevelCount);
     m_slider.SetPos(m_lCurrentLevel);

@@ -33,15 +33,15 @@ WS_EX_NOACTIVATE = 0x08000000
 CONFIG_DEFAULTS = {"Disable": 0, "Position": 0, "EnableHover": 0, "MouseEnterIdle": 0, "Topmost": 0, "HideMainDlg": 0,
                    "IgnoreFnKey": 0, "AutoHide": 0, "AutoHideDelayTime": 2000, "HideCaption": 0, "Programmable": 0,
                    "ShowQrdAtLaunch": 0, "AlwaysShowItemsCaption": 0, "ItemDescMaxWidth": 100, "SliderThumbSize": 20,
-                   "HideMainUIWhenLostFocus": 0}
+                   "HideMainUIWhenLostFocus": 0, "MonitorOfActiveWindow": 0}
 
 
 class Desktop:
-    """Made once per run."""
+    """Made once per run. One on another screen needs a prefix of its own: Wine has one desktop per prefix."""
 
-    def __init__(self):
-        self.screen = Screen()
-        self.environment = dict(os.environ, DISPLAY=self.screen.display, WINEPREFIX=str(places.PREFIX))
+    def __init__(self, screen=None, prefix=places.PREFIX):
+        self.screen = screen or Screen()
+        self.environment = dict(os.environ, DISPLAY=self.screen.display, WINEPREFIX=str(prefix))
         subprocess.run([str(places.ROOT / "tools" / "prefix")], env=self.environment, check=True, timeout=120)
         self.probe = Probe(self.environment)
         self.keyboard = Keyboard(self.environment)

@@ -4,7 +4,7 @@ from .desktop import CONFIG, CONFIG_DEFAULTS, LIST
 FILE_NOT_FOUND, E_POINTER, E_FAIL = 0x80070002, 0x80004003, 0x80004005
 
 # In the order in which they are read.
-USER_SETTINGS = ["Disable", "Position", "EnableHover", "MouseEnterIdle", "Topmost"]
+USER_SETTINGS = ["Disable", "Position", "EnableHover", "MouseEnterIdle", "Topmost", "MonitorOfActiveWindow"]
 MACHINE_SETTINGS = ["HideMainDlg", "IgnoreFnKey", "AutoHide", "AutoHideDelayTime", "HideCaption", "Programmable",
                     "ShowQrdAtLaunch", "AlwaysShowItemsCaption", "ItemDescMaxWidth", "SliderThumbSize",
                     "HideMainUIWhenLostFocus"]

@@ -38,12 +38,15 @@ class Picture:
 
 
 class Screen:
-    """An X server of the tests' own; tools/virtual-screen starts and stops it."""
+    """An X server of the tests' own; tools/virtual-screen starts and stops it. With a second size it has a second
+    monitor, to the right of the first."""
 
-    def __init__(self, size=(WIDTH, HEIGHT)):
-        self.width, self.height = size
+    def __init__(self, size=(WIDTH, HEIGHT), second=None):
+        monitors = [size] + ([second] if second else [])
+        self.width, self.height = sum(width for width, _ in monitors), max(height for _, height in monitors)
         colour = "#%02x%02x%02x" % BACKGROUND
-        text = subprocess.run([str(places.ROOT / "tools" / "virtual-screen"), "start", f"{size[0]}x{size[1]}"],
+        sizes = "+".join(f"{width}x{height}" for width, height in monitors)
+        text = subprocess.run([str(places.ROOT / "tools" / "virtual-screen"), "start", sizes],
                               capture_output=True, text=True, check=True, timeout=60,
                               env=dict(os.environ, SCREEN_BACKGROUND=f"-solid {colour}")).stdout
         values = dict(line.split("=", 1) for line in text.splitlines())

@@ -34,6 +34,7 @@ const std::vector<Field> kFields = {
     {L"EnableHover", &QrdConfig::bEnableHover, 0, true},
     {L"MouseEnterIdle", &QrdConfig::uMouseEnterIdle, 0, true},
     {L"Topmost", &QrdConfig::bTopmost, 0, true},
+    {L"MonitorOfActiveWindow", &QrdConfig::bMonitorOfActiveWindow, 0, true},
     {L"HideMainDlg", &QrdConfig::bHideMainDlg, 0, false},
     {L"IgnoreFnKey", &QrdConfig::bIgnoreFnKey, 0, false},
     {L"AutoHide", &QrdConfig::bAutoHide, 0, false},
@@ -85,7 +86,7 @@ TEST_F(ZelConfig, NewRecordHoldsTheDefaults) {
 
 TEST_F(ZelConfig, FieldsLieInTheOrderOfTheRecord) {
     struct Raw {
-        DWORD values[17];
+        DWORD values[18];
     };
     static_assert(sizeof(QrdConfig) == sizeof(Raw));
     QrdConfig config;
@@ -105,7 +106,8 @@ TEST_F(ZelConfig, FieldsLieInTheOrderOfTheRecord) {
                                      &config.uItemDescMaxWidth,
                                      &config.uSliderThumbSize,
                                      &config.bHideMainUIWhenLostFocus,
-                                     &config.bLoaded};
+                                     &config.bLoaded,
+                                     &config.bMonitorOfActiveWindow};
     EXPECT_TRUE(std::ranges::is_sorted(expected));
 }
 
@@ -121,7 +123,7 @@ TEST_F(ZelConfig, MachineKeyGivesEverythingWithoutAUserKey) {
     EXPECT_EQ(config.bLoaded, 1U);
 }
 
-TEST_F(ZelConfig, UserKeyOverridesItsFiveOnly) {
+TEST_F(ZelConfig, UserKeyOverridesItsSixOnly) {
     setAll(HKEY_LOCAL_MACHINE, 1000);
     setAll(HKEY_CURRENT_USER, 5000);
     QrdConfig config;
@@ -158,7 +160,7 @@ TEST_F(ZelConfig, BinaryValueIsALittleEndianNumber) {
     EXPECT_EQ(config.uAutoHideDelayTime, 10000U);
 }
 
-TEST_F(ZelConfig, MachineKeyMissingBesideAUserKeyLoadsTheFiveAndFails) {
+TEST_F(ZelConfig, MachineKeyMissingBesideAUserKeyLoadsTheSixAndFails) {
     setAll(HKEY_CURRENT_USER, 5000);
     QrdConfig config;
     EXPECT_EQ(CZelConfig::_initQrdConfig(config), kFileNotFound);
@@ -186,7 +188,7 @@ TEST_F(ZelConfig, ReloadKeepsTheLastValueOfWhatWasRemoved) {
     RegistryRoom::setDword(HKEY_LOCAL_MACHINE, kConfigKey, L"Position", 1);
     EXPECT_EQ(CZelConfig::_initQrdConfig(config), S_OK);
     EXPECT_EQ(config.bDisable, 1000U);
-    EXPECT_EQ(config.uSliderThumbSize, 1014U);
+    EXPECT_EQ(config.uSliderThumbSize, 1015U);
     EXPECT_EQ(config.uPosition, 1U);
 }
 

@@ -13,18 +13,11 @@ LogTest::LogTest() {
 }
 
 std::size_t LogTest::timesLogged(const std::wstring& line) const {
-    const std::vector<std::wstring> lines = m_log.lines();
-    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+    return m_log.count(line);
 }
 
 std::vector<std::wstring> LogTest::errors() const {
-    std::vector<std::wstring> found;
-    for (const std::wstring& line : m_log.lines()) {
-        if (line.starts_with(L"[ERR]")) {
-            found.push_back(line);
-        }
-    }
-    return found;
+    return m_log.errors();
 }
 
 std::vector<std::wstring> LogTest::entered(const std::vector<std::wstring>& beginnings) const {
@@ -113,13 +106,14 @@ bool ShellTest::largeShown(std::size_t index) const {
 
 StartTest::StartTest() : m_windows(support::threadWindows()) {
     // All there are: a value that is missing is an error in the log.
-    for (const wchar_t* setting :
-         {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost", L"HideMainDlg", L"IgnoreFnKey",
-          L"AutoHide", L"AutoHideDelayTime", L"HideCaption", L"Programmable", L"ShowQrdAtLaunch",
-          L"AlwaysShowItemsCaption", L"ItemDescMaxWidth", L"SliderThumbSize", L"HideMainUIWhenLostFocus"}) {
+    for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost",
+                                   L"HideMainDlg", L"IgnoreFnKey", L"AutoHide", L"AutoHideDelayTime", L"HideCaption",
+                                   L"Programmable", L"ShowQrdAtLaunch", L"AlwaysShowItemsCaption", L"ItemDescMaxWidth",
+                                   L"SliderThumbSize", L"HideMainUIWhenLostFocus", L"MonitorOfActiveWindow"}) {
         setConfig(setting, 0);
     }
-    for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost"}) {
+    for (const wchar_t* setting :
+         {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost", L"MonitorOfActiveWindow"}) {
         support::RegistryRoom::setDword(HKEY_CURRENT_USER, regpath::kConfigKey, setting, 0);
     }
     listFunction(L"Mute", {kMuteKey});

@@ -13,6 +13,7 @@ class HoverStripTest : public ShellTest {
         system_double::state().workArea = kArea;
         config().bEnableHover = 1;
         config().uMouseEnterIdle = 60000;
+        layOut();
         EXPECT_EQ(hover().refresh(3), S_OK);
         EXPECT_EQ(theApp.showMainDlg(FALSE, FALSE), S_OK);
         EXPECT_TRUE(hoverShown());
@@ -55,6 +56,7 @@ TEST_F(HoverStripTest, DialogOnlyTakesTheMouse) {
 TEST_F(HoverStripTest, TakesFourPixelsOfTheChosenEdge) {
     EXPECT_EQ(windowRect(hoverWindow()), (RECT{406, 40, 406 + 288, 44}));
     config().uPosition = 1;
+    layOut();
     EXPECT_EQ(hover().refresh(3), S_OK);
     EXPECT_EQ(windowRect(hoverWindow()), (RECT{406, 696, 406 + 288, 700}));
     EXPECT_TRUE(logged(L"[TRC] (CZelHideDlg::_setDlgPos): rectWorkArea = (101, 40) - (1000, 700), 899 * 660"));
@@ -78,6 +80,7 @@ TEST_F(HoverStripTest, HasNoWidthWithoutCardsAndDrawsNothing) {
 
 TEST_F(HoverStripTest, UnknownWorkAreaLeavesNoSegments) {
     system_double::state().workAreaFails = true;
+    EXPECT_EQ(MainDlgSeam::place(strip()), E_FAIL);
     EXPECT_EQ(hover().refresh(3), E_FAIL);
     EXPECT_TRUE(HideDlgSeam::segments(hover()).empty());
     EXPECT_EQ(HideDlgSeam::layered(hover()), nullptr);
@@ -108,6 +111,7 @@ TEST_F(HoverStripTest, ShowsTheLastRowsOfTheBorderAtTheTop) {
 
 TEST_F(HoverStripTest, ShowsTheFirstRowsOfTheBorderAtTheBottom) {
     config().uPosition = 1;
+    layOut();
     EXPECT_EQ(hover().refresh(3), S_OK);
     stripeBorder();
     EXPECT_EQ(HideDlgSeam::show(hover()), S_OK);

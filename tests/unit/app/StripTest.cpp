@@ -122,7 +122,7 @@ TEST_F(StripTest, RebuildingFromAMissingListFails) {
 TEST_F(StripTest, RatioStaysWithoutCards) {
     m_room.setRatio(0.7);
     EXPECT_EQ(MainDlgSeam::calcRatio(strip()), S_OK);
-    EXPECT_EQ(strip().ratio(), 0.7);
+    EXPECT_EQ(strip().placement().ratio, 0.7);
     system_double::state().workAreaFails = true;
     EXPECT_EQ(MainDlgSeam::calcRatio(strip()), E_FAIL);
     EXPECT_EQ(MainDlgSeam::place(strip()), E_FAIL);
@@ -133,11 +133,11 @@ TEST_F(StripTest, RatioFollowsTheWorkAreaUpToTheScreensScale) {
     addThreeCards();
     system_double::state().workArea = RECT{0, 0, 4000, 600};
     EXPECT_EQ(MainDlgSeam::calcRatio(strip()), S_OK);
-    const double wide = strip().ratio();
+    const double wide = strip().placement().ratio;
     EXPECT_EQ(wide, geometry::imageRatio(4000, 3, 1.0).ratio) << "a screen of 96 DPI";
     system_double::state().workArea = RECT{0, 0, 300, 600};
     EXPECT_EQ(MainDlgSeam::calcRatio(strip()), S_OK);
-    EXPECT_DOUBLE_EQ(strip().ratio(), 300 * 0.85 / 3 / 96);
+    EXPECT_DOUBLE_EQ(strip().placement().ratio, 300 * 0.85 / 3 / 96);
     EXPECT_TRUE(logged(L"[TRC] (CZelMainDlg::calcRatioForPng): Card width:85.000000, Ratio:0.885417"));
 }
 

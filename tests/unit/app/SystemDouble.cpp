@@ -81,6 +81,28 @@ BOOL WINAPI closeHandle(HANDLE handle) {
     return call(handle);
 }
 
+HWND WINAPI foregroundWindow() {
+    static const auto call = real<HWND(WINAPI*)()>(L"user32.dll", "GetForegroundWindow");
+    return state().monitorOfForeground ? state().foreground : call();
+}
+
+HMONITOR WINAPI monitorFromWindow(HWND window, DWORD flags) {
+    static const auto call = real<HMONITOR(WINAPI*)(HWND, DWORD)>(L"user32.dll", "MonitorFromWindow");
+    if (!state().monitorOfForeground || window != state().foreground) {
+        return call(window, flags);
+    }
+    return reinterpret_cast<HMONITOR>(&state().monitorOfForeground);
+}
+
+BOOL WINAPI monitorInfo(HMONITOR monitor, MONITORINFO* info) {
+    static const auto call = real<BOOL(WINAPI*)(HMONITOR, MONITORINFO*)>(L"user32.dll", "GetMonitorInfoW");
+    if (monitor != reinterpret_cast<HMONITOR>(&state().monitorOfForeground)) {
+        return call(monitor, info);
+    }
+    info->rcWork = *state().monitorOfForeground;
+    return state().monitorFails ? FALSE : TRUE;
+}
+
 BOOL WINAPI trackMouse(TRACKMOUSEEVENT* event) {
     state().tracked.push_back(*event);
     return TRUE;
@@ -137,6 +159,9 @@ extern const auto __imp_TrackMouseEvent = &system_double::trackMouse;
 extern const auto __imp_SetTimer = &system_double::setTimer;
 extern const auto __imp_KillTimer = &system_double::killTimer;
 extern const auto __imp_UpdateLayeredWindow = &system_double::updateLayered;
+extern const auto __imp_GetForegroundWindow = &system_double::foregroundWindow;
+extern const auto __imp_MonitorFromWindow = &system_double::monitorFromWindow;
+extern const auto __imp_GetMonitorInfoW = &system_double::monitorInfo;
 extern const auto __imp_DestroyWindow = &system_double::destroyWindow;
 extern const auto __imp_FreeLibrary = &system_double::freeLibrary;
 extern const auto __imp_CloseHandle = &system_double::closeHandle;

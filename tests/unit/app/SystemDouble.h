@@ -26,6 +26,10 @@ struct State {
     bool workAreaFails = false;
     std::optional<RECT> workArea;  // nothing: the real one
     std::optional<POINT> cursor;   // nothing: the real one
+    // The window that the user works in, and the work area of the monitor that it is on; none: the real monitors.
+    HWND foreground = nullptr;
+    std::optional<RECT> monitorOfForeground;
+    bool monitorFails = false;
     bool keepFrames = false;
     std::map<HWND, Frame> frames;  // the last one of each owner of a layered window
 

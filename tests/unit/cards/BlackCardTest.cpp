@@ -177,7 +177,7 @@ TEST_F(BlackCard, WithoutAFunctionAPressFails) {
 }
 
 TEST_F(BlackCard, WithoutAParentWindowAPressFails) {
-    CBlackCard orphan(nullptr);
+    CBlackCard orphan(nullptr, m_room.placement());
     BlackCardSeam::function(orphan) = std::make_unique<PlainFunction>(m_record);
     EXPECT_EQ(orphan.notifyHotkey(kOtherKey, FALSE), S_OK) << "a foreign key needs none";
     EXPECT_EQ(orphan.notifyHotkey(kKey, FALSE), E_POINTER);
@@ -519,7 +519,7 @@ class BlackCardPlace : public BlackCard, public testing::WithParamInterface<Plac
 
 TEST_P(BlackCardPlace, EnlargedCardStandsAtItsCard) {
     m_room.setRatio(GetParam().ratio);
-    m_room.config().uPosition = GetParam().position;
+    m_room.setBottom(GetParam().position != 0);
     items::place(m_room.stripWindow(), 600, 500, 192, 112);
     m_card.setCardRect({96, 0, 192, 112});
     ASSERT_EQ(press(), S_OK);
@@ -571,7 +571,7 @@ TEST_F(BlackCard, MissingItemLeavesItsPlaceFree) {
 class BlackCardText : public BlackCard, public testing::WithParamInterface<DWORD> {};
 
 TEST_P(BlackCardText, CaptionAndOutlinedDescriptionStandInTheirPlaces) {
-    m_room.config().uPosition = GetParam();
+    m_room.setBottom(GetParam() != 0);
     m_card.setCardRect(kCard);
     const geometry::Card& parts = BlackCardSeam::parts(m_card);
     rendering::Canvas canvas(96, 112);

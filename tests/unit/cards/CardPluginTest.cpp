@@ -35,7 +35,7 @@ TEST_F(CardPlugin, IsLoadedAndAsked) {
 }
 
 TEST_F(CardPlugin, UnknownFunctionFails) {
-    CBlackCard card(&m_room.strip());
+    CBlackCard card(&m_room.strip(), m_room.placement());
     EXPECT_EQ(initialize(card, m_plugin.path(), L"Toaster"), E_POINTER);
     EXPECT_TRUE(logged(L"[ERR] (CBlackCard::initialize): Error Code: 0x80004003"));
     EXPECT_EQ(initialize(card, m_plugin.path(), nullptr), E_POINTER);
@@ -43,7 +43,7 @@ TEST_F(CardPlugin, UnknownFunctionFails) {
 }
 
 TEST_F(CardPlugin, MissingLibraryMeansNotSupported) {
-    CBlackCard card(&m_room.strip());
+    CBlackCard card(&m_room.strip(), m_room.placement());
     EXPECT_EQ(initialize(card, L"C:\\no\\such.dll"), E_FAIL);
     EXPECT_TRUE(logged(L"[INF] (CFuncX::isFuncSupported): Hotkey Fn+F1 is not supported."));
     EXPECT_TRUE(logged(L"[ERR] (CBlackCard::initialize): Error Code: 0x80004005"));
@@ -51,14 +51,14 @@ TEST_F(CardPlugin, MissingLibraryMeansNotSupported) {
 }
 
 TEST_F(CardPlugin, NoPathMeansNotSupported) {
-    CBlackCard card(&m_room.strip());
+    CBlackCard card(&m_room.strip(), m_room.placement());
     EXPECT_EQ(card.initialize(L"Mute", {kKey}, L"", nullptr), E_FAIL);
     EXPECT_EQ(card.initialize(L"Mute", {}, L"", L""), E_FAIL);
 }
 
 TEST_F(CardPlugin, UnsupportedFunctionIsEndedAndUnloaded) {
     m_plugin->exports[instr::InitializeHotkeyDllId].result = 1;
-    CBlackCard card(&m_room.strip());
+    CBlackCard card(&m_room.strip(), m_room.placement());
     EXPECT_EQ(initialize(card, m_plugin.path()), E_FAIL);
     EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 1);
     EXPECT_FALSE(m_plugin.heldByOthers());
@@ -66,21 +66,21 @@ TEST_F(CardPlugin, UnsupportedFunctionIsEndedAndUnloaded) {
 
 TEST_F(CardPlugin, MissingPictureEndsAndUnloadsToo) {
     m_room.withoutPictures();
-    CBlackCard card(&m_room.strip());
+    CBlackCard card(&m_room.strip(), m_room.placement());
     EXPECT_EQ(initialize(card, m_plugin.path()), E_POINTER);
     EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 1);
     EXPECT_FALSE(m_plugin.heldByOthers());
 }
 
 TEST_F(CardPlugin, LibraryWithoutItsFirstExportIsUnloaded) {
-    CBlackCard card(&m_room.strip());
+    CBlackCard card(&m_room.strip(), m_room.placement());
     EXPECT_EQ(initialize(card, InstrumentedPlugin::pathOf(L"InstrNoInitializeHotkeyDll")), E_FAIL);
     EXPECT_FALSE(loaded(L"InstrNoInitializeHotkeyDll"));
 }
 
 TEST_F(CardPlugin, DeletedCardEndsItsPlugInOnce) {
     {
-        CBlackCard card(&m_room.strip());
+        CBlackCard card(&m_room.strip(), m_room.placement());
         ASSERT_EQ(initialize(card, m_plugin.path()), S_OK);
     }
     EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 1);
@@ -221,7 +221,7 @@ class CardFaults : public CardPlugin, public testing::WithParamInterface<Fault> 
  protected:
     // One whole use of a card; the number of presses that failed.
     int use(const std::wstring& library) {
-        CBlackCard card(&m_room.strip());
+        CBlackCard card(&m_room.strip(), m_room.placement());
         if (FAILED(card.initialize(GetParam().function, codes(), L"Fn+F1", library.c_str()))) {
             return -1;
         }
@@ -295,7 +295,7 @@ TEST_F(CardPlugin, NonsenseValuesAreHarmless) {
                 m_plugin->info = info;
                 m_plugin->info2 = 0;
                 m_plugin->currentItem = current;
-                CBlackCard card(&m_room.strip());
+                CBlackCard card(&m_room.strip(), m_room.placement());
                 const bool brightness = std::wstring(function) == L"Brightness";
                 ASSERT_EQ(card.initialize(function,
                                           brightness ? std::vector<DWORD>{kKey, kSecondKey} : std::vector<DWORD>{kKey},
@@ -337,7 +337,7 @@ TEST_F(CardPlugin, ManyUsesLeakNothing) {
 
 TEST_F(CardPlugin, ThousandCardsLeakNothing) {
     testsupport::expectNoLeak(20, 1000, [this](int turn) {
-        CBlackCard card(&m_room.strip());
+        CBlackCard card(&m_room.strip(), m_room.placement());
         ASSERT_EQ(initialize(card, m_plugin.path()), S_OK);
         card.setCardRect({0, 0, 96, 112});
         if (turn % 10 == 0) {

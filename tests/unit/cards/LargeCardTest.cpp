@@ -22,7 +22,7 @@ constexpr wchar_t kLongText[] =
 class LargeCard : public items::ItemTest {
  protected:
     CLargeCardDlg& make(const wchar_t* caption, const wchar_t* desc, CBlackCard* card = nullptr) {
-        m_pCard = std::make_unique<CLargeCardDlg>(kPicture, caption, desc, card);
+        m_pCard = std::make_unique<CLargeCardDlg>(kPicture, caption, desc, card, m_room.placement());
         EXPECT_EQ(m_pCard->initialize(), S_OK);
         EXPECT_TRUE(m_pCard->Create(nullptr));
         const double ratio = theApp.getPngRatio();
@@ -59,11 +59,11 @@ class LargeCard : public items::ItemTest {
 };
 
 TEST_F(LargeCard, MissingPictureFails) {
-    CLargeCardDlg card(9999, L"", L"", nullptr);
+    CLargeCardDlg card(9999, L"", L"", nullptr, m_room.placement());
     EXPECT_EQ(card.initialize(), E_POINTER);
     EXPECT_TRUE(logged(L"[ERR] (CLargeCardDlg::initialize): Error Code: 0x80004003"));
     m_room.withoutPictures();
-    CLargeCardDlg another(kPicture, L"", L"", nullptr);
+    CLargeCardDlg another(kPicture, L"", L"", nullptr, m_room.placement());
     EXPECT_TRUE(FAILED(another.initialize()));
     EXPECT_TRUE(logged(L"[ERR] (CZelMainApp::getPngDll): ASSERT( m_hPngDll )"));
 }

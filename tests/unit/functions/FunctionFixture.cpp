@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Logic/FuncX/FuncXFactory.h"
+#include "Logic/ZelCommonFunc.h"
 #include "support/AppSeams.h"
 
 namespace functest {
@@ -60,6 +61,7 @@ std::size_t Items::alive() const {
 }
 
 FunctionTest::FunctionTest() {
+    EXPECT_EQ(getWorkArea(m_placement.workArea), S_OK);
     EXPECT_TRUE(m_registry.redirected());
     EXPECT_EQ(m_gdiplus.start(), S_OK);
     const std::wstring strArt = programFolder() + L"\\" FENWYN_STAGE_FROM_UNIT L"\\CardArt.dll";
@@ -78,14 +80,14 @@ FunctionTest::~FunctionTest() {
 std::unique_ptr<CFuncX> FunctionTest::load(const wchar_t* pszName, const std::wstring& strPlugin) {
     std::unique_ptr<CFuncX> pFunction = CFuncXFactory::createFunx(pszName, {kCode}, L"Caption");
     if (pFunction != nullptr) {
+        pFunction->setPlacement(m_placement);
         EXPECT_EQ(pFunction->initHotkeyDll(instr::InstrumentedPlugin::pathOf(strPlugin).c_str()), S_OK);
     }
     return pFunction;
 }
 
 std::size_t FunctionTest::timesLogged(const std::wstring& line) const {
-    const std::vector<std::wstring> lines = m_log.lines();
-    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+    return m_log.count(line);
 }
 
 std::vector<std::wstring> FunctionTest::errors() const {

@@ -60,6 +60,7 @@ class FunctionTest : public testing::Test {
     // No item with a picture can be made any more.
     static void withoutPictures();
 
+    Placement m_placement;  // the primary screen, at full size
     const support::RegistryRoom m_registry;
     GdiplusSession m_gdiplus;
     support::LogCapture m_log;

@@ -42,6 +42,7 @@ class CRecordingOutput2 final : public CFxOutput_2 {
 class Output2Test : public FunctionTest {
  protected:
     void SetUp() override {
+        m_function.setPlacement(m_placement);
         setInstallPath(L"C:\\Fenwyn Test");
         ASSERT_EQ(init(L"InstrPlugin"), S_OK);
     }

@@ -18,11 +18,7 @@ namespace {
 
 class Output2List : public Output2Test {
  protected:
-    static int workWidth() {
-        RECT area{};
-        EXPECT_EQ(getWorkArea(area), S_OK);
-        return area.right - area.left;
-    }
+    [[nodiscard]] int workWidth() const { return m_placement.workWidth(); }
     // Entries without a plug-in behind them.
     void setEntries(const std::vector<bool>& custom, LONG lCurrent) {
         auto& entries = FxOutput2Seam::entries(m_function);

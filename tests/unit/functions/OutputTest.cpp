@@ -23,7 +23,10 @@ namespace {
 
 class Output : public FunctionTest {
  protected:
-    void SetUp() override { ASSERT_EQ(m_function.initHotkeyDll(m_plugin.path().c_str()), S_OK); }
+    void SetUp() override {
+        m_function.setPlacement(m_placement);
+        ASSERT_EQ(m_function.initHotkeyDll(m_plugin.path().c_str()), S_OK);
+    }
     void TearDown() override {
         m_items.clear();
         m_function.finalize();
@@ -38,11 +41,7 @@ class Output : public FunctionTest {
     static bool panicEventThere() {
         return static_cast<bool>(common::UniqueHandle(::OpenEventW(SYNCHRONIZE, FALSE, L"FnF5Panic")));
     }
-    static int workWidth() {
-        RECT area{};
-        EXPECT_EQ(getWorkArea(area), S_OK);
-        return area.right - area.left;
-    }
+    [[nodiscard]] int workWidth() const { return m_placement.workWidth(); }
 
     CFxOutput m_function{{kCode}, L"Output"};
     Items m_items;
@@ -129,6 +128,25 @@ TEST_F(Output, TheRatioStaysWhenTheRowFits) {
     EXPECT_EQ(FxOutputSeam::ratio(m_function, workWidth() / 2, &ratio, &bShrink), S_OK);
     EXPECT_TRUE(bShrink);
     EXPECT_LT(ratio, 1.0);
+}
+
+TEST_F(Output, WithoutAKnownScreenThereAreNoItems) {
+    m_placement.workArea = {};
+    EXPECT_EQ(build(0x5, 0, 0), E_FAIL);
+    EXPECT_EQ(m_items.alive(), 0U);
+    EXPECT_TRUE(logged(L"[ERR] (CFxOutput::getCircleItemRatio): Error Code: 0x80004005"));
+}
+
+TEST_F(Output, ANarrowerMonitorAndASmallerRatioDecideTheShrinking) {
+    m_placement.workArea = {-1024, 0, 0, 768};
+    ASSERT_EQ(build(0xFFF, 0, 0), S_OK);  // 12 * 82 + 2 * 14 = 1012: fits
+    EXPECT_THAT(m_items.scales(), Each(1.0));
+    m_placement.workArea = {-1000, 0, 0, 768};
+    ASSERT_EQ(build(0xFFF, 0, 0), S_OK);
+    EXPECT_THAT(m_items.scales(), Each(testing::DoubleEq(1000.0 / 1012)));
+    m_placement.ratio = 0.5;
+    ASSERT_EQ(build(0xFFF, 0, 0), S_OK);
+    EXPECT_THAT(m_items.scales(), Each(1.0));
 }
 
 TEST_F(Output, TheRatioNeedsItsOutValues) {

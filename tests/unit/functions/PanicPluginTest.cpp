@@ -47,7 +47,10 @@ class TimerWindow {
 
 class OutputPanic : public FunctionTest {
  protected:
-    void SetUp() override { ASSERT_EQ(m_function.initHotkeyDll(m_plugin.path().c_str()), S_OK); }
+    void SetUp() override {
+        m_function.setPlacement(m_placement);
+        ASSERT_EQ(m_function.initHotkeyDll(m_plugin.path().c_str()), S_OK);
+    }
     void TearDown() override {
         m_items.clear();
         m_function.finalize();

@@ -14,6 +14,7 @@ constexpr int kY = 200;
 class CircleItem : public ItemTest {
  protected:
     CircleItem() : m_pItem(std::make_unique<CCircleItemDlg>(kSmallId, kLargeId, L"Mute off")) {
+        m_pItem->setPlacement(m_room.placement());
         EXPECT_EQ(m_pItem->initialize(), S_OK);
         EXPECT_TRUE(m_pItem->Create(nullptr));
         place(item(), kX, kY, 72, 72);

@@ -18,6 +18,7 @@ class ErrorItem : public ItemTest {
  protected:
     CErrorItemDlg& make(const wchar_t* text) {
         m_pItem = std::make_unique<CErrorItemDlg>(text);
+        m_pItem->setPlacement(m_room.placement());
         EXPECT_TRUE(m_pItem->Create(nullptr));
         EXPECT_EQ(m_pItem->initialize(), S_OK);
         place(item(), 300, 200, m_pItem->width(), m_pItem->height());

@@ -16,6 +16,7 @@ class ItemDesc : public ItemTest {
  protected:
     CItemDescDlg& make(const std::wstring& text) {
         m_pBox = std::make_unique<CItemDescDlg>(text);
+        m_pBox->setPlacement(m_room.placement());
         EXPECT_TRUE(m_pBox->Create(nullptr));
         m_log.clear();
         return *m_pBox;

@@ -64,20 +64,8 @@ inline Layer layerOf(HWND window) {
 
 class ItemTest : public testing::Test {
  protected:
-    // The lines of errors, in order.
-    [[nodiscard]] std::vector<std::wstring> errors() const {
-        std::vector<std::wstring> found;
-        for (const std::wstring& line : m_log.lines()) {
-            if (line.starts_with(L"[ERR]")) {
-                found.push_back(line);
-            }
-        }
-        return found;
-    }
-    [[nodiscard]] bool logged(const std::wstring& line) const {
-        const std::vector<std::wstring> lines = m_log.lines();
-        return std::find(lines.begin(), lines.end(), line) != lines.end();
-    }
+    [[nodiscard]] std::vector<std::wstring> errors() const { return m_log.errors(); }
+    [[nodiscard]] bool logged(const std::wstring& line) const { return m_log.count(line) > 0; }
 
     // A card of the strip over the instrumented plug-in.
     CBlackCard& addCard(const wchar_t* function, const std::vector<DWORD>& codes) {

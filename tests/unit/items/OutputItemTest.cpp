@@ -74,6 +74,7 @@ class OutputItem : public ItemTest {
     CFxOutputItemDlg& make(LONG mode, DWORD needsSetup, const std::vector<FenwynDisplayRecord>& records = {}) {
         m_pItem = std::make_unique<CFxOutputItemDlg>(mode, needsSetup, 0U, kSmallId, kLargeId, L"Duplicate",
                                                      static_cast<DWORD>(records.size()), records.data());
+        m_pItem->setPlacement(m_room.placement());
         EXPECT_EQ(m_pItem->initialize(), S_OK);
         EXPECT_TRUE(m_pItem->Create(nullptr));
         place(item(), 300, 300, 72, 72);

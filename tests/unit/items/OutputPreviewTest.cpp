@@ -46,7 +46,7 @@ class OutputPreview : public ItemTest {
     // Makes the window, shows it, and returns what is on it.
     std::unique_ptr<rendering::Canvas> painted() {
         EXPECT_TRUE(m_pPreview->Create(nullptr));
-        EXPECT_EQ(m_pPreview->setWndPos(&kItem), S_OK);
+        EXPECT_EQ(m_pPreview->setWndPos(&kItem, m_room.placement()), S_OK);
         ::ShowWindow(m_pPreview->m_hWnd, SW_SHOWNOACTIVATE);
         paintNow(m_pPreview->m_hWnd);
         auto canvas = std::make_unique<rendering::Canvas>(120, 200);
@@ -112,7 +112,7 @@ TEST_F(OutputPreview, HasARowForEachKnownConnectorWithItsOwnNumber) {
     EXPECT_TRUE(logged(L"[ERR] (COutputPreviewWnd::getConnectorImageID): Cannot find the connector type: hdmi."));
 
     ASSERT_TRUE(m_pPreview->Create(nullptr));
-    ASSERT_EQ(m_pPreview->setWndPos(&kItem), S_OK);
+    ASSERT_EQ(m_pPreview->setWndPos(&kItem, m_room.placement()), S_OK);
     EXPECT_EQ(windowRect(m_pPreview->m_hWnd), rect(276, 282, 396, 362));
 }
 
@@ -168,10 +168,10 @@ TEST_F(OutputPreview, PictureThatCannotBeDecodedGivesNoRow) {
 }
 
 TEST_F(OutputPreview, LiesAboveTheCardsAtTheBottom) {
-    m_room.config().uPosition = 1;
+    m_room.setBottom(true);
     make({record(L"LCD"), record(L"DVI", 1)});
     ASSERT_TRUE(m_pPreview->Create(nullptr));
-    ASSERT_EQ(m_pPreview->setWndPos(&kItem), S_OK);
+    ASSERT_EQ(m_pPreview->setWndPos(&kItem, m_room.placement()), S_OK);
     RECT workArea{};
     ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &workArea, 0);
     const RECT place = windowRect(m_pPreview->m_hWnd);
@@ -190,7 +190,7 @@ TEST_F(OutputPreview, CentreLeftOfTheScreenIsHalvedTowardZero) {
 
 TEST_F(OutputPreview, NoPlaceIsAnError) {
     make({});
-    EXPECT_EQ(m_pPreview->setWndPos(nullptr), E_POINTER);
+    EXPECT_EQ(m_pPreview->setWndPos(nullptr, m_room.placement()), E_POINTER);
     EXPECT_EQ(errors(), std::vector<std::wstring>{L"[ERR] (COutputPreviewWnd::setWndPos): Error Code: 0x80004003"});
 }
 

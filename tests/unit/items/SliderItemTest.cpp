@@ -81,6 +81,7 @@ TEST_F(SliderItem, SizesFollowRatioAndThumb) {
         m_room.setRatio(row.ratio);
         m_room.config().uSliderThumbSize = row.thumbSetting;
         CSliderItemDlg item(kDecrease, kIncrease, 10, 5);
+        item.setPlacement(m_room.placement());
         ASSERT_TRUE(item.Create(nullptr));
         EXPECT_EQ(item.width(), row.width);
         EXPECT_EQ(item.height(), row.height);
@@ -188,7 +189,7 @@ TEST_F(SliderItem, OneKeyForBothDecreasesAsLongAsItCan) {
 
 TEST_F(SliderItem, StaysWhereItWasWhenTheCardFails) {
     CSliderItemDlg& item = open(10, 5);
-    CBlackCard other(&m_room.strip());  // has no items: what the slider asks for fails
+    CBlackCard other(&m_room.strip(), m_room.placement());  // has no items: what the slider asks for fails
     item.setBlackCardInfo(&other);
     EXPECT_EQ(item.switchItem(kIncrease, false, true), E_FAIL);
     EXPECT_EQ(position(), 5);
@@ -286,7 +287,7 @@ TEST_F(SliderItem, ArrowKeysOfTheControlMoveItToo) {
 
 TEST_F(SliderItem, DragThatTheCardCannotApplyIsLogged) {
     CSliderItemDlg& item = open(10, 5);
-    CBlackCard other(&m_room.strip());
+    CBlackCard other(&m_room.strip(), m_room.placement());
     item.setBlackCardInfo(&other);
     ::SendMessageW(item.m_hWnd, WM_HSCROLL, TB_THUMBTRACK, 0);
     EXPECT_TRUE(logged(L"[ERR] (CSliderItemDlg::updateBrightness): Error Code: 0x80004005"));

@@ -10,6 +10,7 @@ class SliderPaint : public ItemTest {
     void open(double ratio) {
         m_room.setRatio(ratio);
         m_pItem = std::make_unique<CSliderItemDlg>(0x3E, 0x3F, 10, 5);
+        m_pItem->setPlacement(m_room.placement());
         ASSERT_TRUE(m_pItem->Create(nullptr));
         m_nWidth = m_pItem->width();
         m_nHeight = m_pItem->height();

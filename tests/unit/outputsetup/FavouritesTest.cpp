@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Favourites.h"
-#include "ScratchRegistry.h"
+#include "support/RegistryRoom.h"
 
 using setup::cleanName;
 using setup::Favourites;
@@ -31,8 +31,11 @@ using Names = std::vector<std::wstring>;
 
 class StoredFavourites : public testing::Test {
  protected:
-    void SetUp() override { ASSERT_EQ(favourites::store(named({L"One", L"Two", L"Three"})), ERROR_SUCCESS); }
-    test::ScratchRegistry m_registry;
+    void SetUp() override {
+        ASSERT_TRUE(m_registry.redirected());
+        ASSERT_EQ(favourites::store(named({L"One", L"Two", L"Three"})), ERROR_SUCCESS);
+    }
+    support::RegistryRoom m_registry;
 };
 
 }  // namespace

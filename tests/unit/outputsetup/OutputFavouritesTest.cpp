@@ -3,7 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "ScratchRegistry.h"
+#include "common/Handle.h"
+#include "support/RegistryRoom.h"
 
 namespace {
 
@@ -35,7 +36,7 @@ class KeptFavourites : public testing::Test {
         ::RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), L"Displays", REG_BINARY, &record, sizeof record);
     }
 
-    test::ScratchRegistry m_registry;
+    support::RegistryRoom m_registry;
 };
 
 }  // namespace

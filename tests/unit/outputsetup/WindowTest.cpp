@@ -5,10 +5,10 @@
 #include "NameMessage.h"
 #include "OutputDlg.h"
 #include "SaveDlg.h"
-#include "ScratchRegistry.h"
 #include "SetupApp.h"
 #include "SetupIds.h"
 #include "Texts.h"
+#include "support/RegistryRoom.h"
 
 using setup::text;
 
@@ -68,7 +68,7 @@ class Window : public testing::Test {
         return names;
     }
 
-    test::ScratchRegistry m_registry;
+    support::RegistryRoom m_registry;
     setup::Surroundings m_surroundings;
     std::vector<setup::Display> m_displays = twoDisplays();
     std::vector<LONG> m_applied;

@@ -1,5 +1,4 @@
-// A registry and a record file of the test's own: HKEY_CURRENT_USER and HKEY_LOCAL_MACHINE lead into a scratch key
-// while the object lives, for this process and every library in it.
+// A registry and a record file of the test's own, for this process and every library in it.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Handle.h"
+#include "support/RegistryRoom.h"
 
 namespace plugintest {
 
@@ -26,8 +25,7 @@ class Sandbox {
  private:
     std::wstring m_strFolder;
     std::wstring m_strRecordFile;
-    common::UniqueRegKey m_user;
-    common::UniqueRegKey m_machine;
+    support::RegistryRoom m_registry;
 };
 
 }  // namespace plugintest

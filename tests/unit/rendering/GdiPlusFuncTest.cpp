@@ -8,7 +8,7 @@
 
 #include "Rendering.h"
 #include "common/Handle.h"
-#include "support/LogRecorder.h"
+#include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
 namespace {
@@ -32,14 +32,13 @@ LOGFONTW tahoma(LONG height) {
 
 class FontFitTest : public testing::Test {
  protected:
-    FontFitTest() { testsupport::clearLog(); }
-
     FontPtr fontOf(const LOGFONTW& logFont) {
         const GraphicsDc dc(m_graphics);
         return std::make_unique<Gdiplus::Font>(dc.get(), &logFont);
     }
     FontPtr fontOf(LONG height) { return fontOf(tahoma(height)); }
 
+    support::LogCapture m_log;
     LOGFONTW logFontOf(const Gdiplus::Font& font) {
         LOGFONTW logFont{};
         font.GetLogFontW(&m_graphics, &logFont);
@@ -66,7 +65,7 @@ TEST_F(FontFitTest, AFontThatFitsStaysTheSameObject) {
     EXPECT_EQ(measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), &font), S_OK);
     EXPECT_EQ(font.get(), before);
     EXPECT_EQ(heightOf(*font), -12);
-    EXPECT_THAT(testsupport::logLines(dbglog::Level::Trace), IsEmpty());
+    EXPECT_THAT(m_log.lines(), IsEmpty());
 }
 
 TEST_F(FontFitTest, ShrinksToTheLargestSizeThatFits) {
@@ -130,7 +129,7 @@ TEST_F(FontFitTest, WithoutAFontTheDeviceContextsOwnIsTaken) {
 
 TEST_F(FontFitTest, NoPlaceForTheFontIsReported) {
     EXPECT_EQ(measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), nullptr), E_POINTER);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (measureTextFont): Error Code: 0x80004003"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (measureTextFont): Error Code: 0x80004003"));
 }
 
 TEST_F(FontFitTest, NoTextAndBrokenFontsEnd) {
@@ -245,7 +244,7 @@ TEST_F(OutlineTextTest, OddArgumentsDrawNothingAndEnd) {
     draw(std::numeric_limits<double>::quiet_NaN());
     draw(3.0);
     EXPECT_GT(m_canvas.ink().right, 0);
-    EXPECT_THAT(testsupport::logLines(dbglog::Level::Trace), IsEmpty());
+    EXPECT_THAT(m_log.lines(), IsEmpty());
 }
 
 TEST_F(OutlineTextTest, WordsWrapAtTheWidthOfTheLayout) {

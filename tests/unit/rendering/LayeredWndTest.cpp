@@ -8,7 +8,7 @@
 
 #include "Rendering.h"
 #include "common/Status.h"
-#include "support/LogRecorder.h"
+#include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
 namespace {
@@ -83,13 +83,12 @@ bool classExists(const std::wstring& name) {
 
 class LayeredWndTest : public testing::Test {
  protected:
-    LayeredWndTest() { testsupport::clearLog(); }
-
     HRESULT paint(const Images& images, const Alphas& alphas, Rects rects = {}, const POINT* position = nullptr,
                   int top = 0, int height = 0) {
         return m_layered.paint(images, alphas, rects, position, top, height);
     }
 
+    support::LogCapture m_log;
     common::UniqueWindow m_shadowed = makeShadowed();
     FrameReader m_reader;
     CLayeredWnd m_layered{m_shadowed.get(), &m_reader};
@@ -116,19 +115,18 @@ TEST(LayeredWndNames, CountFromOneAndAreNeverUsedTwice) {
 }
 
 TEST(LayeredWndConstruction, AWindowThatIsNoneIsOnlyLogged) {
-    testsupport::clearLog();
+    const support::LogCapture m_log;
     {
         const CLayeredWnd object(nullptr);
         EXPECT_EQ(object.m_hWnd, nullptr);
     }
-    EXPECT_THAT(testsupport::logLines(),
-                ElementsAre(L"ERR (CLayeredWnd::CLayeredWnd): ASSERT( ::IsWindow(hRealWnd) )"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::CLayeredWnd): ASSERT( ::IsWindow(hRealWnd) )"));
 }
 
 TEST_F(LayeredWndTest, ConstructionMakesNoWindowAndNoLine) {
     EXPECT_EQ(m_layered.m_hWnd, nullptr);
     EXPECT_FALSE(classExists(m_layered.className()));
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 // ---- createWnd, destroyWnd ----
@@ -165,14 +163,14 @@ TEST_F(LayeredWndTest, CreatingAgainReplacesTheWindow) {
     EXPECT_NE(m_layered.m_hWnd, first);
     EXPECT_EQ(::IsWindow(first), FALSE);
     EXPECT_NE(::IsWindow(m_layered.m_hWnd), FALSE);
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 TEST_F(LayeredWndTest, CreatingOverADestroyedWindowFails) {
     m_shadowed.reset();
     EXPECT_EQ(m_layered.createWnd(), E_FAIL);
     EXPECT_EQ(m_layered.m_hWnd, nullptr);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (CLayeredWnd::createWnd): Error Code: 0x80004005"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::createWnd): Error Code: 0x80004005"));
 }
 
 TEST_F(LayeredWndTest, DestroyingWhatWasNeverCreatedTouchesNoClass) {
@@ -195,7 +193,7 @@ TEST_F(LayeredWndTest, DestroyingTakesWindowAndClassAway) {
     EXPECT_EQ(::IsWindow(window), FALSE);
     EXPECT_FALSE(classExists(m_layered.className()));
     EXPECT_EQ(m_layered.destroyWnd(), S_OK);
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 TEST_F(LayeredWndTest, AWindowThatDiedWithItsOwnerIsNoFailure) {
@@ -203,7 +201,7 @@ TEST_F(LayeredWndTest, AWindowThatDiedWithItsOwnerIsNoFailure) {
     m_shadowed.reset();
     EXPECT_EQ(m_layered.destroyWnd(), S_OK);
     EXPECT_FALSE(classExists(m_layered.className()));
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 TEST_F(LayeredWndTest, AClassThatCannotBeUnregisteredIsReportedAsASystemError) {
@@ -213,7 +211,7 @@ TEST_F(LayeredWndTest, AClassThatCannotBeUnregisteredIsReportedAsASystemError) {
     const HRESULT status = m_layered.destroyWnd();
     EXPECT_EQ(static_cast<ULONG>(status), 0x80070000U | ERROR_CLASS_DOES_NOT_EXIST);
     EXPECT_EQ(m_layered.m_hWnd, nullptr);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (CLayeredWnd::destroyWnd): Error Code: 0x80070583"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::destroyWnd): Error Code: 0x80070583"));
 }
 
 TEST_F(LayeredWndTest, CreatingStopsWhenTheOldWindowCannotBeDestroyedCleanly) {
@@ -222,8 +220,8 @@ TEST_F(LayeredWndTest, CreatingStopsWhenTheOldWindowCannotBeDestroyedCleanly) {
     ::UnregisterClassW(m_layered.className().c_str(), ::GetModuleHandleW(nullptr));
     EXPECT_EQ(m_layered.createWnd(), common::statusFromWin32(ERROR_CLASS_DOES_NOT_EXIST));
     EXPECT_EQ(m_layered.m_hWnd, nullptr);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (CLayeredWnd::destroyWnd): Error Code: 0x80070583",
-                                                     L"ERR (CLayeredWnd::createWnd): Error Code: 0x80070583"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::destroyWnd): Error Code: 0x80070583",
+                                            L"[ERR] (CLayeredWnd::createWnd): Error Code: 0x80070583"));
 }
 
 TEST_F(LayeredWndTest, TheObjectsEndDestroysItsWindow) {
@@ -283,7 +281,7 @@ TEST_F(LayeredWndTest, NullImagesAreSkipped) {
     ASSERT_EQ(paint({m_pRed.get(), nullptr, m_pBlue.get()}, {255, 255, 255}), S_OK);
     EXPECT_NEAR(redOf(m_reader.at(5, 5)), 127, 1);
     EXPECT_NEAR(blueOf(m_reader.at(5, 5)), 128, 1);
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 TEST_F(LayeredWndTest, ASliceIsStretchedOverTheRectangle) {
@@ -373,7 +371,7 @@ TEST_F(LayeredWndTest, HidingLastsUntilTheNextPaint) {
     EXPECT_NE(::IsWindowVisible(m_layered.m_hWnd), FALSE);
     m_shadowed.reset();
     m_layered.hide();  // the popup went with its owner
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 // ---- paint: one image ----
@@ -393,7 +391,7 @@ TEST_F(LayeredWndTest, OneImageWaitsWhileTheShadowedWindowIsHidden) {
     EXPECT_EQ(m_reader.calls, 0);
     m_shadowed.reset();
     EXPECT_EQ(m_layered.paint(m_pRed.get(), 220, nullptr, nullptr), S_FALSE);
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 TEST_F(LayeredWndTest, ManyImagesDoNotWaitForTheShadowedWindow) {
@@ -411,10 +409,10 @@ TEST_F(LayeredWndTest, CountsThatDifferDrawAndShowNothing) {
     EXPECT_EQ(paint({}, {}, {&rect}), E_FAIL);
     EXPECT_EQ(m_reader.calls, 0);
     EXPECT_EQ(::IsWindowVisible(m_layered.m_hWnd), FALSE);
-    EXPECT_THAT(testsupport::logLines(),
-                ElementsAre(L"ERR (CLayeredWnd::paint): ASSERT( vecImages.size() == vecAlphas.size() )",
-                            L"ERR (CLayeredWnd::paint): ASSERT( vecImages.size() == vecDrawRects.size() )",
-                            L"ERR (CLayeredWnd::paint): ASSERT( vecImages.size() == vecDrawRects.size() )"));
+    EXPECT_THAT(m_log.errors(),
+                ElementsAre(L"[ERR] (CLayeredWnd::paint): ASSERT( vecImages.size() == vecAlphas.size() )",
+                            L"[ERR] (CLayeredWnd::paint): ASSERT( vecImages.size() == vecDrawRects.size() )",
+                            L"[ERR] (CLayeredWnd::paint): ASSERT( vecImages.size() == vecDrawRects.size() )"));
 }
 
 TEST_F(LayeredWndTest, AnImageThatCannotBeDrawnEndsTheFrameUnshown) {
@@ -422,22 +420,22 @@ TEST_F(LayeredWndTest, AnImageThatCannotBeDrawnEndsTheFrameUnshown) {
     EXPECT_EQ(paint({m_pRed.get(), broken.get(), m_pBlue.get()}, {255, 255, 255}), E_FAIL);
     EXPECT_EQ(m_reader.calls, 0);
     EXPECT_EQ(::IsWindowVisible(m_layered.m_hWnd), FALSE);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (CLayeredWnd::drawImage): Error Code: 0x80004005",
-                                                     L"ERR (CLayeredWnd::paint): Error Code: 0x80004005"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::drawImage): Error Code: 0x80004005",
+                                            L"[ERR] (CLayeredWnd::paint): Error Code: 0x80004005"));
 }
 
 TEST_F(LayeredWndTest, AWindowWithoutAreaHasNoFrame) {
     ::MoveWindow(m_shadowed.get(), 40, 30, 0, 0, FALSE);
     EXPECT_EQ(paint({m_pRed.get()}, {255}), E_POINTER);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (CLayeredWnd::paint): Error Code: 0x80004003"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::paint): Error Code: 0x80004003"));
 }
 
 TEST_F(LayeredWndTest, ADestroyedWindowCannotBePaintedOver) {
     ASSERT_EQ(paint({m_pRed.get()}, {255}), S_OK);
     m_shadowed.reset();
     EXPECT_EQ(paint({m_pRed.get()}, {255}), E_FAIL);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (CLayeredWnd::createWnd): Error Code: 0x80004005",
-                                                     L"ERR (CLayeredWnd::paint): Error Code: 0x80004005"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::createWnd): Error Code: 0x80004005",
+                                            L"[ERR] (CLayeredWnd::paint): Error Code: 0x80004005"));
 }
 
 TEST_F(LayeredWndTest, AWindowSystemThatRefusesTheFrameIsReported) {
@@ -445,8 +443,8 @@ TEST_F(LayeredWndTest, AWindowSystemThatRefusesTheFrameIsReported) {
     const LONG style = ::GetWindowLongW(m_layered.m_hWnd, GWL_EXSTYLE);
     ::SetWindowLongW(m_layered.m_hWnd, GWL_EXSTYLE, style & ~WS_EX_LAYERED);
     EXPECT_EQ(paint({m_pRed.get()}, {255}), E_FAIL);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (CLayeredWnd::updateLyrWnd): Error Code: 0x80004005",
-                                                     L"ERR (CLayeredWnd::paint): Error Code: 0x80004005"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::updateLyrWnd): Error Code: 0x80004005",
+                                            L"[ERR] (CLayeredWnd::paint): Error Code: 0x80004005"));
 }
 
 // The system refuses what is no layered window: whether it was asked shows.
@@ -478,8 +476,8 @@ TEST_F(LayeredWndTest, AKeptFrameStartsEmpty) {
 
 TEST_F(LayeredWndTest, LogLinesNameTheSource) {
     static_cast<void>(paint({m_pRed.get()}, {}));
-    ASSERT_EQ(testsupport::logEntries().size(), 1U);
-    const std::wstring source = testsupport::logEntries()[0].sourceFile;
+    ASSERT_EQ(m_log.sources().size(), 1U);
+    const std::wstring source = m_log.sources()[0];
     EXPECT_EQ(source, L".\\common\\LayeredWnd.cpp");
 }
 
@@ -539,7 +537,7 @@ TEST_F(LayeredWndLeakTest, CreatingAndDestroyingLeavesNothingBehind) {
 TEST_F(LayeredWndLeakTest, FramesLeaveNoMemoryBehind) {
     const auto frame = [&] { EXPECT_EQ(paint({m_pRed.get(), m_pGreen.get()}, {255, 220}), S_OK); };
     growth(frame);
-    testsupport::clearLog();
+    m_log.clear();
     const std::size_t before = testsupport::heapBytes();
     for (int i = 0; i < 100; ++i) {
         frame();

@@ -7,7 +7,7 @@
 
 #include "Rendering.h"
 #include "common/Handle.h"
-#include "support/LogRecorder.h"
+#include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
 namespace {
@@ -22,19 +22,17 @@ constexpr WORD kCutPicture = 4;
 constexpr WORD kOtherType = 5;
 constexpr WORD kMissing = 999;
 
-constexpr wchar_t kPointerLine[] = L"ERR (getImageFromRes): Error Code: 0x80004003";
+constexpr wchar_t kPointerLine[] = L"[ERR] (getImageFromRes): Error Code: 0x80004003";
 
 class ImageResourceTest : public testing::Test {
  protected:
-    ImageResourceTest() {
-        testsupport::clearLog();
-        EXPECT_TRUE(m_library) << "rendering_test_art.dll lies beside the test program";
-    }
+    ImageResourceTest() { EXPECT_TRUE(m_library) << "rendering_test_art.dll lies beside the test program"; }
 
     HRESULT load(WORD id, std::unique_ptr<Gdiplus::Image>& image, const wchar_t* type = kPngResourceType) {
         return getImageFromRes(m_library.get(), id, type, image);
     }
 
+    support::LogCapture m_log;
     common::UniqueModule m_library{::LoadLibraryW(L"rendering_test_art.dll")};
 };
 
@@ -45,7 +43,7 @@ TEST_F(ImageResourceTest, LoadsAPicture) {
     EXPECT_EQ(image->GetLastStatus(), Gdiplus::Ok);
     EXPECT_EQ(image->GetWidth(), 3U);
     EXPECT_EQ(image->GetHeight(), 2U);
-    EXPECT_THAT(testsupport::logLines(dbglog::Level::Trace), IsEmpty());
+    EXPECT_THAT(m_log.lines(), IsEmpty());
 }
 
 TEST_F(ImageResourceTest, APictureOutlivesItsLibrary) {
@@ -66,7 +64,7 @@ TEST_F(ImageResourceTest, AMissingOneIsReportedAndTouchesNothing) {
     EXPECT_EQ(load(kOtherType, image), E_POINTER);
     EXPECT_EQ(load(kGoodPicture, image, L"TEXT"), E_POINTER);
     EXPECT_EQ(image.get(), before);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(kPointerLine, kPointerLine, kPointerLine));
+    EXPECT_THAT(m_log.errors(), ElementsAre(kPointerLine, kPointerLine, kPointerLine));
 }
 
 TEST_F(ImageResourceTest, ModulesWithoutPicturesAreAsIfTheyWereMissing) {
@@ -80,7 +78,7 @@ TEST_F(ImageResourceTest, OneWithoutBytesIsAFailureOfItsOwn) {
     std::unique_ptr<Gdiplus::Image> image;
     EXPECT_EQ(load(kNoBytes, image), E_FAIL);
     EXPECT_EQ(image, nullptr);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (getImageFromRes): Error Code: 0x80004005"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (getImageFromRes): Error Code: 0x80004005"));
 }
 
 TEST_F(ImageResourceTest, BytesThatAreNoPictureGiveAnImageThatSaysSo) {
@@ -90,7 +88,7 @@ TEST_F(ImageResourceTest, BytesThatAreNoPictureGiveAnImageThatSaysSo) {
         ASSERT_NE(image, nullptr);
         EXPECT_NE(image->GetLastStatus(), Gdiplus::Ok) << id;
     }
-    EXPECT_THAT(testsupport::logLines(), IsEmpty());
+    EXPECT_THAT(m_log.errors(), IsEmpty());
 }
 
 TEST_F(ImageResourceTest, LoadingLeavesNoMemoryBehind) {
@@ -99,7 +97,7 @@ TEST_F(ImageResourceTest, LoadingLeavesNoMemoryBehind) {
             std::unique_ptr<Gdiplus::Image> image;
             static_cast<void>(load(id, image));
         }
-        testsupport::clearLog();
+        m_log.clear();
     };
     for (int i = 0; i < 10; ++i) {
         loadAll();

@@ -11,7 +11,7 @@
 #include "Rendering.h"
 #include "common/Handle.h"
 #include "framework/Wnd.h"
-#include "support/LogRecorder.h"
+#include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
 namespace {
@@ -75,7 +75,6 @@ TEST(WorkArea, IsTheSystems) {
 class WndFontTest : public testing::Test {
  protected:
     WndFontTest() {
-        testsupport::clearLog();
         rendering::setImageRatio(1.0);
         EXPECT_TRUE(m_wnd.CreateEx(0, L"Static", L"", WS_POPUP, RECT{0, 0, 50, 20}, nullptr, nullptr));
     }
@@ -110,6 +109,7 @@ class WndFontTest : public testing::Test {
         return ::GetDeviceCaps(screen.get(), LOGPIXELSY);
     }
 
+    support::LogCapture m_log;
     common::UniqueFont m_hFont;
     CWnd m_wnd;
     rendering::Canvas m_canvas{50, 20};
@@ -122,7 +122,7 @@ TEST_F(WndFontTest, TheWindowsFontIsScaledByTheImageRatio) {
         rendering::setImageRatio(ratio);
         EXPECT_EQ(normalFont().lfHeight, normalDpiFontHeight(-20, screenDpi(), ratio)) << ratio;
     }
-    EXPECT_THAT(testsupport::logLines(), testing::IsEmpty());
+    EXPECT_THAT(m_log.errors(), testing::IsEmpty());
 }
 
 TEST_F(WndFontTest, EverythingButTheSizeStays) {
@@ -146,7 +146,7 @@ TEST_F(WndFontTest, NoWindowObjectIsReportedAndTouchesNothing) {
     const Gdiplus::Font* const before = font.get();
     EXPECT_EQ(getNormalDPIWndFont(nullptr, m_graphics, font), E_POINTER);
     EXPECT_EQ(font.get(), before);
-    EXPECT_THAT(testsupport::logLines(), ElementsAre(L"ERR (getNormalDPIWndFont): Error Code: 0x80004003"));
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (getNormalDPIWndFont): Error Code: 0x80004003"));
 }
 
 TEST_F(WndFontTest, WindowsWithoutAFontOrWithoutAWindowEnd) {
