@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Data/ZelConfig.h"
+#include "Logic/ZelCommonFunc.h"
 #include "Messages.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
