@@ -16,10 +16,15 @@ using storage::Storage;
 constexpr DWORD kCodeBits = 0x7F;
 constexpr INT_PTR kLastShellError = 32;
 
-// The shell's result: above kLastShellError the program was started. A path that no file can have is not shown to the
-// shell, because not every shell survives it.
+// Addresses and extended paths may be longer than MAX_PATH. There are shells, though, that put what they are given into
+// a buffer of 1024 characters together with words of their own, and that end the process when it overflows.
+constexpr std::size_t kMostFileChars = 960;
+
+// The shell's result: above kLastShellError the program was started.
 INT_PTR startProgram(const std::wstring& file, const std::wstring& param) {
-    if (file.size() >= MAX_PATH) {
+    if (file.size() > kMostFileChars) {
+        LOG_LINE(::dbglog::Level::Error, L"%u characters are more than the shell takes as a file.",
+                 static_cast<unsigned>(file.size()));
         return SE_ERR_FNF;
     }
     return reinterpret_cast<INT_PTR>(::ShellExecuteW(nullptr, nullptr, file.c_str(), param.c_str(), nullptr, SW_SHOW));

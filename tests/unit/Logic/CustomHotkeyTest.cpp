@@ -1,6 +1,7 @@
 #include "Logic/CustomHotkey.h"
 
 #include <gtest/gtest.h>
+#include <shellapi.h>
 
 #include <algorithm>
 #include <string>
@@ -242,6 +243,36 @@ TEST_F(CustomHotkey, GarbageInTheKeysDoesNoHarm) {
     choose(L"10", std::wstring(40000, L'f'), std::wstring(40000, L'%'));
     EXPECT_EQ(customized(), Codes{0x41}) << "only the third button has readable texts";
     EXPECT_EQ(m_hotkeys.handleHotkey(0x41), 2) << "no file has such a name";
+}
+
+TEST_F(CustomHotkey, LongAddressReachesTheShell) {
+    add({L"B1"});
+    for (const std::size_t length : {std::size_t{259}, std::size_t{260}, std::size_t{900}}) {
+        const std::wstring scheme = L"fenwyn-no-such-scheme:";
+        choose(L"7", scheme + std::wstring(length - scheme.size(), L'a'));
+        EXPECT_EQ(customized(), Codes{0x41});
+        EXPECT_EQ(m_hotkeys.handleHotkey(0x41), SE_ERR_NOASSOC) << "the shell's own answer to " << length;
+    }
+}
+
+// There is no shell here that starts a program by such a path; that it was asked shows in the log.
+TEST_F(CustomHotkey, LongExtendedPathReachesTheShell) {
+    add({L"B1"});
+    choose(L"7", L"\\\\?\\C:\\" + std::wstring(300, L'd') + L"\\started.exe");
+    EXPECT_EQ(customized(), Codes{0x41});
+    const LogCapture capture(0);
+    const HRESULT status = m_hotkeys.handleHotkey(0x41);
+    EXPECT_EQ(capture.lines(), Lines{L"[ERR] (CCustomHotkey::handleHotkey): Error Code: 0x" + std::to_wstring(status)});
+}
+
+TEST_F(CustomHotkey, WhatNoShellSurvivesIsRefusedAndLogged) {
+    add({L"B1"});
+    choose(L"7", L"http://" + std::wstring(5000, L'a'));
+    EXPECT_EQ(customized(), Codes{0x41});
+    const LogCapture capture(0);
+    EXPECT_EQ(m_hotkeys.handleHotkey(0x41), SE_ERR_FNF);
+    EXPECT_EQ(capture.lines(), (Lines{L"[ERR] (startProgram): 5007 characters are more than the shell takes as a file.",
+                                      L"[ERR] (CCustomHotkey::handleHotkey): Error Code: 0x2"}));
 }
 
 TEST(HbqNotify, NumberIsTheRegisteredMessageOfItsName) {
