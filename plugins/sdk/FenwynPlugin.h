@@ -80,6 +80,12 @@ typedef LONG(WINAPI* FenwynGetDisplayItemInfo)(ULONG* puInfo, ULONG* puInfo2, UL
 #define FENWYN_GET_CURRENT_ITEM "GetCurrentItem"
 typedef LONG(WINAPI* FenwynGetCurrentItem)(LONG* plItem, ULONG* pReserved);
 
+/* Zoom and KBB with a mask that leaves items out: the current item still counts states (0 is the state of bit 0,
+ * whether or not bit 0 is set), the chosen one counts the items that exist. The first press selects position n, where n
+ * is the current state (Zoom), or 0, 2, 1 for the states 0, 1, 2 (KBB). Where there are not so many items, it selects
+ * the item of the current state, and the first item when that state has none. So leave items out at the end of the mask
+ * only, or better none. */
+
 /* The user has chosen. lItem counts as the function's current item does, with two exceptions: for Zoom and KBB it is
  * the position among the items that exist. Lock, Sleep and Hibernate get 0 (do it) or 1 (cancel), Wireless a state
  * number, Output_2 an entry's index. Not called for Brightness, which hears FocusItem.
@@ -98,12 +104,13 @@ typedef LONG(WINAPI* FenwynFinalizeHotkeyDll)(void);
  * ---------------------------------------------------------------------------------------------------------------- */
 
 /* Instead of SelectItem. lParameter is the level that the user chose, 1 .. number of levels, or -1 when the keys were
- * released without one: nothing to do then, and a success. */
+ * released without one: nothing to do then, and a success. After a failure the slider goes back to the level that was
+ * taken last. */
 #define FENWYN_FOCUS_ITEM "FocusItem"
 typedef LONG(WINAPI* FenwynFocusItem)(LONG lParameter, ULONG* pReserved);
 
 /* *pbDual: ONE byte, preset 0; set it to 1 when the machine adjusts two screens separately. Write no more than a
- * byte. */
+ * byte: a plug-in that writes four is borne with, but only its lowest byte counts. */
 #define FENWYN_IS_DUAL_BRT_CTRL "IsDualBrtCtrl"
 typedef LONG(WINAPI* FenwynIsDualBrtCtrl)(BYTE* pbDual);
 
@@ -134,7 +141,9 @@ typedef void*(WINAPI* FenwynAllocate)(LONG lByteCount);
 #define FENWYN_FNF5_INITIALIZE "FnF5_InitializeHotkeyDll"
 typedef LONG(WINAPI* FenwynFnF5InitializeHotkeyDll)(LONG lZero, ULONG* pReserved, FenwynAllocate pfnAllocate);
 
-/* Called whenever the items are built. *plCount: number of entries; below 1 there are none. */
+/* Called whenever the items are built. *plCount: number of entries; below 1 there are none. With more than
+ * FENWYN_MAX_ENTRIES the whole list fails. */
+#define FENWYN_MAX_ENTRIES 10000
 #define FENWYN_FNF5_GET_DISPLAY_ITEM_COUNT "FnF5_GetDisplayItemCount"
 typedef LONG(WINAPI* FenwynFnF5GetDisplayItemCount)(LONG* plCount, ULONG* pReserved);
 
@@ -156,6 +165,9 @@ FENWYN_LAYOUT_CHECK(offsetof(FenwynDisplayRecord, uDisplayIndex) == 64, "display
 FENWYN_LAYOUT_CHECK(offsetof(FenwynDisplayRecord, uWidth) == 68, "width at byte 68");
 FENWYN_LAYOUT_CHECK(offsetof(FenwynDisplayRecord, uHeight) == 72, "height at byte 72");
 FENWYN_LAYOUT_CHECK(sizeof(FenwynDisplayRecord) == 76, "records follow each other every 76 bytes");
+
+/* The preview shows the first so many records of an entry. */
+#define FENWYN_MAX_RECORDS 64u
 
 /* Arrangements of an entry (*plMode). Modes 9 and 10 open the display-configuration program by themselves. */
 enum FenwynOutputMode {

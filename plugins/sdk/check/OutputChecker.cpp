@@ -8,7 +8,6 @@ namespace check {
 namespace {
 
 constexpr LONG kManyEntries = 64;
-constexpr ULONG kManyRecords = 16;
 constexpr ULONG kKnownFlags = FENWYN_ENTRY_CUSTOM | FENWYN_ENTRY_NEEDS_SETUP | FENWYN_ENTRY_SHOW_RESOLUTION;
 
 // The blocks that the plug-in got from the allocation callback and that it has not handed out yet.
@@ -87,7 +86,11 @@ class COutputChecker {
         if (count.value() < 1) {
             m_report.error(L"FnF5_GetDisplayItemCount gives " + std::to_wstring(count.value()) +
                            L": the card shows no items.");
-        } else if (count.value() > kManyEntries) {
+        } else if (count.value() > FENWYN_MAX_ENTRIES) {
+            m_report.error(L"FnF5_GetDisplayItemCount gives " + std::to_wstring(count.value()) + L", more than " +
+                           std::to_wstring(FENWYN_MAX_ENTRIES) + L" entries: the card shows no items.");
+        }
+        if (count.value() > kManyEntries) {
             m_report.warning(L"Of " + std::to_wstring(count.value()) + L" entries only the first " +
                              std::to_wstring(kManyEntries) + L" were checked.");
         }
@@ -153,8 +156,9 @@ class COutputChecker {
     }
 
     void checkRecords(const Entry& entry) {
-        if (entry.recordCount > kManyRecords) {
-            m_report.error(m_strEntry + L": it claims " + std::to_wstring(entry.recordCount) + L" displays.");
+        if (entry.recordCount > FENWYN_MAX_RECORDS) {
+            m_report.error(m_strEntry + L": it claims " + std::to_wstring(entry.recordCount) +
+                           L" displays; the preview shows " + std::to_wstring(FENWYN_MAX_RECORDS) + L" at most.");
             return;
         }
         for (ULONG i = 0; i < entry.recordCount; ++i) {

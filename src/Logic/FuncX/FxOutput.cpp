@@ -74,7 +74,7 @@ HRESULT CFxOutput::selectItem(LONG lItem, LONG lParam) {
 }
 
 void CFxOutput::armPanicTimer(HWND hWnd, UINT_PTR uTimerId) {
-    ::SetTimer(hWnd, uTimerId, CPanicThread::kHeldKeyMs, &_fnF5PanicTimerProc);
+    m_panicThread.arm(hWnd, uTimerId, &_fnF5PanicTimerProc);
 }
 
 void CFxOutput::finalize() {

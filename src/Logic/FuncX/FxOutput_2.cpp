@@ -24,9 +24,6 @@ namespace {
 
 constexpr std::size_t kSetupParameterChars = 30;
 
-// Each entry becomes four windows: what a process could never show is not read either.
-constexpr DWORD kMostEntries = 10000;
-
 void CALLBACK _fnF5PanicTimerProc_2(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTimerId, DWORD /*dwTime*/) {
     LOG_ENTER_LEAVE();
     CPanicThread::signalHeldKey(hWnd, uTimerId);
@@ -139,7 +136,7 @@ HRESULT CFxOutput_2::selectItem(LONG lItem, bool* pbHideCard, LONG lParam) {
 }
 
 void CFxOutput_2::armPanicTimer(HWND hWnd, UINT_PTR uTimerId) {
-    ::SetTimer(hWnd, uTimerId, CPanicThread::kHeldKeyMs, &_fnF5PanicTimerProc_2);
+    m_panicThread.arm(hWnd, uTimerId, &_fnF5PanicTimerProc_2);
 }
 
 void CFxOutput_2::finalize() {
@@ -201,6 +198,7 @@ HRESULT CFxOutput_2::getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaxi
 
 HRESULT CFxOutput_2::getAvailableItems(LONG lCount) {
     m_vecAvailableItems.clear();
+    m_strCurrentItemText.clear();
     if (getExport<FARPROC>(FENWYN_FNF5_GET_DISPLAY_ITEM_INFO) == nullptr) {
         RETURN_LOGGED(missingExportStatus());
     }
@@ -234,7 +232,8 @@ HRESULT CFxOutput_2::_askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& r
     if (pfGetInfo(dwIndex, &lMode, rText.put(), &uRecordCount, &ullRecords, &uFlags, &uReserved) != FENWYN_OK) {
         return E_FAIL;
     }
-    rpInfo.reset(dwIndex < kMostEntries ? new (std::nothrow) FnF5ItemInfo{} : nullptr);
+    // Each entry becomes four windows: what a process could never show is not read either.
+    rpInfo.reset(dwIndex < FENWYN_MAX_ENTRIES ? new (std::nothrow) FnF5ItemInfo{} : nullptr);
     if (rpInfo == nullptr) {
         return E_POINTER;
     }

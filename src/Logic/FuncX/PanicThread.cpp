@@ -1,13 +1,22 @@
 #include "Logic/FuncX/PanicThread.h"
 
+#include <mutex>
+#include <utility>
+#include <vector>
+
 #include "common/Status.h"
 
 namespace {
 
 constexpr wchar_t kEventName[] = L"FnF5Panic";
 
-// How many threads of this process wait for the event. Only the user-interface thread counts.
-int s_nWaiting = 0;
+// The threads of this process that wait for the event, and with it all their m_bHeld. Only the user-interface thread
+// changes the list.
+std::mutex s_waitingLock;
+std::vector<CPanicThread*> s_vecWaiting;
+
+// The one whose function's key was pressed last; null when it is gone. User-interface thread only.
+CPanicThread* s_pArmed = nullptr;
 
 // Where the panic thread that asks notes that it is in a plug-in; null on every other thread.
 thread_local std::atomic<bool>* t_pInPlugin = nullptr;
@@ -40,11 +49,14 @@ void CPanicThread::start() {
     }
     m_bExitPanicThread = false;
     m_bInPlugin = false;
-    m_hEndEvent.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    m_hOwnEvent.reset(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
     // Made here, so that a function that is dropped at once finds it.
     m_hEvent.reset(::CreateEventExW(nullptr, kEventName, 0, SYNCHRONIZE));
     m_hPanicThread.reset(::CreateThread(nullptr, 0, &CPanicThread::threadProcedure, this, 0, nullptr));
-    s_nWaiting += m_hPanicThread ? 1 : 0;
+    if (m_hPanicThread) {
+        const std::lock_guard lock(s_waitingLock);
+        s_vecWaiting.push_back(this);
+    }
 }
 
 CPanicThread::EndResult CPanicThread::end() {
@@ -56,11 +68,11 @@ CPanicThread::EndResult CPanicThread::end() {
     }
     // The event wakes any one of its waiters. Where another function waits too, setting it could make that one panic:
     // the thread's own event ends it then.
-    const bool bSet = hEvent && s_nWaiting == 1;
+    const bool bSet = hEvent && s_vecWaiting.size() == 1;
     if (bSet) {
         ::SetEvent(hEvent.get());
     }
-    ::SetEvent(m_hEndEvent.get());
+    ::SetEvent(m_hOwnEvent.get());
     result.bInTime = ::WaitForSingleObject(m_hPanicThread.get(), m_rules.dwEndWaitMs) != WAIT_TIMEOUT;
     if (!result.bInTime) {
         _cutOff();
@@ -68,15 +80,35 @@ CPanicThread::EndResult CPanicThread::end() {
     if (bSet) {
         ::ResetEvent(hEvent.get());  // nobody may have taken it
     }
+    _forget();
     m_hPanicThread.reset();
     m_hEvent.reset();
-    m_hEndEvent.reset();
-    --s_nWaiting;
+    m_hOwnEvent.reset();
     return result;
+}
+
+// From here on no other thread wakes this one.
+void CPanicThread::_forget() {
+    const std::lock_guard lock(s_waitingLock);
+    std::erase(s_vecWaiting, this);
+    m_bHeld = false;
+    if (s_pArmed == this) {
+        s_pArmed = nullptr;
+    }
+}
+
+void CPanicThread::arm(HWND hWnd, UINT_PTR uTimerId, TIMERPROC pfTimer) {
+    s_pArmed = this;
+    ::SetTimer(hWnd, uTimerId, kHeldKeyMs, pfTimer);
 }
 
 void CPanicThread::signalHeldKey(HWND hWnd, UINT_PTR uTimerId) {
     ::KillTimer(hWnd, uTimerId);
+    if (s_pArmed == nullptr) {
+        return;  // its function has ended meanwhile, and no other is meant
+    }
+    const std::lock_guard lock(s_waitingLock);
+    s_pArmed->m_bHeld = true;
     const common::UniqueHandle hEvent(::OpenEventW(EVENT_MODIFY_STATE, FALSE, kEventName));
     if (hEvent) {
         ::SetEvent(hEvent.get());
@@ -109,7 +141,7 @@ DWORD CPanicThread::_run() {
 }
 
 void CPanicThread::_waitForPanic() {
-    const HANDLE handles[] = {m_hEvent.get(), m_hEndEvent.get()};
+    const HANDLE handles[] = {m_hEvent.get(), m_hOwnEvent.get()};
     for (;;) {
         const DWORD dwWait = ::WaitForMultipleObjects(ARRAYSIZE(handles), handles, FALSE, INFINITE);
         if (dwWait == WAIT_FAILED) {
@@ -118,14 +150,35 @@ void CPanicThread::_waitForPanic() {
             LOG_LINE(::dbglog::Level::Error, L"Get last error:%d.", dwError);
             return;
         }
-        if (m_rules.bLogEvents && dwWait == WAIT_OBJECT_0) {
+        const bool bMeant = dwWait != WAIT_OBJECT_0 || _isMeant();
+        if (m_rules.bLogEvents && bMeant && (dwWait == WAIT_OBJECT_0 || !m_bExitPanicThread)) {
             LOG_INFO(L"FnF5 panic event is triggered.");
         }
         if (m_bExitPanicThread) {
             return;
         }
-        _panicOnce();
+        if (bMeant) {
+            _panicOnce();
+        }
     }
+}
+
+// Whether the event that has woken this thread is for its function. What is for others goes to their threads, and with
+// that all is told of which the event may still speak.
+bool CPanicThread::_isMeant() {
+    const std::lock_guard lock(s_waitingLock);
+    const bool bOwn = std::exchange(m_bHeld, false);
+    bool bOthers = false;
+    for (CPanicThread* const pOther : s_vecWaiting) {
+        if (std::exchange(pOther->m_bHeld, false)) {
+            ::SetEvent(pOther->m_hOwnEvent.get());
+            bOthers = true;
+        }
+    }
+    if (bOwn || bOthers) {
+        ::ResetEvent(m_hEvent.get());
+    }
+    return bOwn || !bOthers;
 }
 
 void CPanicThread::_panicOnce() {

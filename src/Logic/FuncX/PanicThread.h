@@ -1,5 +1,7 @@
 // The thread of a display-output function that brings back a picture: it waits for the named event "FnF5Panic", which a
-// timer of the card strip sets when the output key was the last one pressed for three seconds.
+// timer of the card strip sets when the output key was the last one pressed for three seconds. All such functions wait
+// for the same event, and it wakes any one of them; that one passes it on to the function whose key was held. An event
+// that no key of this program has set is for the one that it wakes.
 #pragma once
 
 #include <windows.h>
@@ -55,8 +57,11 @@ class CPanicThread {
     // Tells the thread to end and waits; a plug-in call that outlasts the wait is cut off. Harmless without a thread.
     EndResult end();
 
-    // Timer of the card strip, and what it does when it fires.
+    // Starts the timer of the card strip: a key of this function was pressed. `pfTimer` calls signalHeldKey().
     static constexpr UINT kHeldKeyMs = 3000;
+    void arm(HWND hWnd, UINT_PTR uTimerId, TIMERPROC pfTimer);
+    // What the timer does when it fires: it ends, and the event makes the function panic that armed it last.
+    // User-interface thread.
     static void signalHeldKey(HWND hWnd, UINT_PTR uTimerId);
 
     // The thread itself; its argument is a CPanicThread.
@@ -65,14 +70,17 @@ class CPanicThread {
  private:
     DWORD _run();
     void _waitForPanic();
+    [[nodiscard]] bool _isMeant();
+    void _forget();
     void _panicOnce();
     void _cutOff() const;
 
     IAction& m_rAction;
     const Rules m_rules;
-    common::UniqueHandle m_hEvent;  // the thread closes it when it ends
-    common::UniqueHandle m_hEndEvent;
+    common::UniqueHandle m_hEvent;     // the thread closes it when it ends
+    common::UniqueHandle m_hOwnEvent;  // wakes this thread only: to end, or because another one took its event
     common::UniqueHandle m_hPanicThread;
+    bool m_bHeld = false;  // this function's key was held, and its thread has not heard of it yet
     std::atomic<bool> m_bExitPanicThread = false;
     std::atomic<bool> m_bInPlugin = false;
 };

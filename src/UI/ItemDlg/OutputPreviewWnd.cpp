@@ -22,9 +22,6 @@ constexpr int kImageSize = 32;
 constexpr Gdiplus::ARGB kLine = 0xFFA9A9A9;
 constexpr Gdiplus::ARGB kFace = 0xFFF4F4F4;  // as the caption box
 
-// No machine has more displays; a count beyond it is a plug-in's nonsense.
-constexpr DWORD kMaxRecords = 64;
-
 // The first word that the connector's name contains decides.
 struct ConnectorImage {
     const wchar_t* word;
@@ -53,6 +50,10 @@ std::unique_ptr<PreviewDisplayRow> makeRow(const FenwynDisplayRecord& record) {
             getImageFromRes(theApp.getPngDll(), static_cast<WORD>(imageId), kPngResourceType, row->pConnectorImage))) {
         return nullptr;
     }
+    if (row->pConnectorImage->GetLastStatus() != Gdiplus::Ok) {
+        LOG_LINE(::dbglog::Level::Error, L"The picture %u cannot be decoded.", imageId);
+        return nullptr;
+    }
     row->strNumber = numberText(record.uDisplayIndex + 1).substr(0, 5);
     row->strResolution = (numberText(record.uWidth) + L"x" + numberText(record.uHeight)).substr(0, 20);
     return row;
@@ -62,7 +63,7 @@ std::unique_ptr<PreviewDisplayRow> makeRow(const FenwynDisplayRecord& record) {
 
 COutputPreviewWnd::COutputPreviewWnd(const FenwynDisplayRecord* pRecords, DWORD dwCount, bool bShowResolution)
     : CDialog(IDD_OUTPUT_PREVIEW), m_bShowResolution(bShowResolution) {
-    const DWORD count = pRecords == nullptr ? 0 : std::min(dwCount, kMaxRecords);
+    const DWORD count = pRecords == nullptr ? 0 : std::min<DWORD>(dwCount, FENWYN_MAX_RECORDS);
     for (DWORD i = 0; i < count; ++i) {
         if (auto row = makeRow(pRecords[i]); row != nullptr) {
             m_vecRows.push_back(std::move(row));

@@ -355,6 +355,20 @@ TEST_F(Output2List, NoDefaultAndNoStatusWithoutACurrentEntry) {
             L"[ERR] (CFxOutput_2::getCurrentStatus): ASSERT( INVALID_CURRENT_ITEM != m_lCurrentItem )"));
 }
 
+TEST_F(Output2List, ACurrentIndexBeyondTheListLeavesNoOldStatus) {
+    instr::setEntry(entry(0), FENWYN_MODE_INTERNAL);
+    instr::setEntry(entry(1), FENWYN_MODE_CLONE);
+    ASSERT_EQ(build(2, 1), S_OK);
+    EXPECT_EQ(m_function.getCurrentStatus(), loadResString(304));
+    ASSERT_EQ(build(2, 5), S_OK);
+    EXPECT_EQ(m_function.getCurrentStatus(), L"");
+    ASSERT_EQ(build(2, 0), S_OK);
+    EXPECT_EQ(m_function.getCurrentStatus(), loadResString(302));
+    m_plugin->exports[instr::FnF5_GetDisplayItemInfoId].result = 1;
+    EXPECT_EQ(build(2, 0), E_FAIL);
+    EXPECT_EQ(m_function.getCurrentStatus(), L"") << "there is no list to have a state";
+}
+
 TEST_F(Output2List, EveryModeHasADefaultName) {
     const UINT names[] = {302, 303, 303, 304, 305, 305, 305, 305, 306, 307, 308};
     for (LONG lMode = 0; lMode <= 10; ++lMode) {

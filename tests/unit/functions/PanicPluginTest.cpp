@@ -216,6 +216,40 @@ TEST_F(Output2Panic, TheTimerHasItsOwnName) {
     EXPECT_EQ(::KillTimer(window.get(), kTimer), FALSE);
 }
 
+TEST_F(Output2Panic, AHeldKeyPanicsItsOwnFunctionOnly) {
+    instr::InstrumentedPlugin olderPlugin(L"InstrNoIsDualBrtCtrl");
+    CFxOutput older({kCode}, L"Output");
+    ASSERT_EQ(older.initHotkeyDll(olderPlugin.path().c_str()), S_OK);
+    Items olderItems;
+    olderPlugin->info = 1;
+    ASSERT_EQ(older.initItems(olderItems.vec()), S_OK);
+    const TimerWindow window;
+    const auto hold = [&window](CFuncX& rFunction) {
+        rFunction.armPanicTimer(window.get(), kTimer);
+        CPanicThread::signalHeldKey(window.get(), kTimer);  // what the timer does when it fires
+    };
+    const auto panics = [&] {
+        return std::pair(olderPlugin.count(instr::SelectItemId), m_plugin.count(instr::FnF5_SetCurrentForPanicId));
+    };
+    std::pair<LONG, LONG> expected;
+    for (const char held : std::string("222111212211")) {
+        if (held == '2') {
+            ++expected.second;
+            hold(m_function);
+        } else {
+            ++expected.first;
+            hold(older);
+        }
+        ASSERT_TRUE(eventually([&] { return panics().first + panics().second == expected.first + expected.second; }));
+        ASSERT_EQ(panics(), expected) << "the function whose key is held, and no other";
+    }
+    older.armPanicTimer(window.get(), kTimer);
+    olderItems.clear();
+    older.finalize();
+    CPanicThread::signalHeldKey(window.get(), kTimer);
+    EXPECT_FALSE(eventually([&] { return panics() != expected; }, 100)) << "its function is gone, and nobody is meant";
+}
+
 TEST_F(Output2Panic, BothFunctionsEndWithoutPanicking) {
     CFxOutput older({kCode}, L"Output");
     ASSERT_EQ(older.initHotkeyDll(m_plugin.path().c_str()), S_OK);

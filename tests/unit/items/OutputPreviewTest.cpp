@@ -133,7 +133,8 @@ TEST_F(OutputPreview, RecordsAreCopied) {
 TEST_F(OutputPreview, MissingRecordsAndAbsurdCountsAreHarmless) {
     const COutputPreviewWnd none(nullptr, 5, true);
     EXPECT_TRUE(OutputPreviewSeam::rows(none).empty());
-    const std::vector<FenwynDisplayRecord> many(64, record(L"LCD"));
+    EXPECT_EQ(FENWYN_MAX_RECORDS, 64U);
+    const std::vector<FenwynDisplayRecord> many(FENWYN_MAX_RECORDS, record(L"LCD"));
     const COutputPreviewWnd bounded(many.data(), 0xFFFFFFFF, true);
     EXPECT_EQ(OutputPreviewSeam::rows(bounded).size(), 64U);
 }
@@ -143,6 +144,17 @@ TEST_F(OutputPreview, WithoutPicturesThereAreNoRows) {
     make({record(L"LCD")});
     EXPECT_TRUE(rows().empty());
     EXPECT_TRUE(logged(L"[ERR] (CZelMainApp::getPngDll): ASSERT( m_hPngDll )"));
+}
+
+TEST_F(OutputPreview, PictureThatCannotBeDecodedGivesNoRow) {
+    const std::wstring library = instr::InstrumentedPlugin::pathOf(L"siblings\\CardArt");
+    ZelMainSeam::pngDll().reset(::LoadLibraryExW(library.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(ZelMainSeam::pngDll());
+    m_log.clear();
+    make({record(L"LCD", 0), record(L"HDMI", 1)});
+    ASSERT_EQ(rows().size(), 1U);
+    EXPECT_EQ(rows()[0]->strConnector, L"HDMI");
+    EXPECT_EQ(errors(), std::vector<std::wstring>{L"[ERR] (makeRow): The picture 296 cannot be decoded."});
 }
 
 TEST_F(OutputPreview, LiesAboveTheCardsAtTheBottom) {
