@@ -130,7 +130,14 @@ HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
     RETURN_IF_FAILED(showLargeCardDlg());
     LONG item = m_nSelItem;
     RETURN_IF_FAILED(m_pFunx->getDefaultSelectItem(item));
-    // An item that there is not is none: letting go puts the card away then.
+    if (!indexInContainer(item, m_vecItems)) {
+        const LONG substitute = m_pFunx->getSubstituteItem();
+        if (indexInContainer(substitute, m_vecItems)) {
+            LOG_INFO(L"There is no item %d: item %d is selected.", item, substitute);
+        }
+        item = substitute;
+    }
+    // With no item selected, letting go of the modifier only puts the card away.
     m_nSelItem = indexInContainer(item, m_vecItems) ? static_cast<int>(item) : -1;
     RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
     m_bFirstTime = false;
@@ -167,7 +174,7 @@ bool CBlackCard::hasValidSelection() const {
     return indexInContainer(m_nSelItem, m_vecItems);
 }
 
-HRESULT CBlackCard::executeFunx(int nItem, LONG lParam, bool bHideAfter) {
+HRESULT CBlackCard::executeFunx(int nItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus) {
     LOG_ENTER_LEAVE();
     const CardsInUse inUse;
     if (nItem < 0) {
@@ -178,13 +185,17 @@ HRESULT CBlackCard::executeFunx(int nItem, LONG lParam, bool bHideAfter) {
     if (m_pFunx == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    if (FAILED(m_pFunx->selectItem(nItem, &bHideAfter, lParam))) {
+    const HRESULT functionStatus = m_pFunx->selectItem(nItem, &bHideAfter, lParam);
+    if (FAILED(functionStatus)) {
         LOG_STATUS(E_FAIL);
+    }
+    if (pFunctionStatus != nullptr) {
+        *pFunctionStatus = functionStatus;
     }
     return bHideAfter ? theApp.showMainDlg(FALSE, TRUE) : S_OK;
 }
 
-HRESULT CBlackCard::selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter) {
+HRESULT CBlackCard::selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus) {
     int position = 0;
     for (const CQrdItem* item : m_vecItems) {
         if (item == pItem) {
@@ -192,7 +203,7 @@ HRESULT CBlackCard::selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAft
         }
         ++position;
     }
-    return executeFunx(position, lParam, bHideAfter);
+    return executeFunx(position, lParam, bHideAfter, pFunctionStatus);
 }
 
 HRESULT CBlackCard::showLargeCardDlg() {

@@ -54,9 +54,11 @@ class CBlackCard {
     HRESULT hideLargeCardDlg();
 
     // Applies an item by its index; a negative index only hides the strip when the enlarged card is up.
-    HRESULT executeFunx(int nItem, LONG lParam, bool bHideAfter);
-    // The same by its object: what an item window calls when the user chose it.
-    HRESULT selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter);
+    HRESULT executeFunx(int nItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus = nullptr);
+    // The same by its object: what an item window calls when the user chose it. The function's own answer goes to
+    // *pFunctionStatus: the card's status does not tell that the function refused. It is untouched when the function
+    // was not asked.
+    HRESULT selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus = nullptr);
     // Writes the text of the enlarged card and repaints it. E_POINTER while there is no enlarged card.
     HRESULT updateStatus(const std::wstring& strText);
 

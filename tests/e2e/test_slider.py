@@ -178,7 +178,7 @@ def test_the_button_held_beside_the_thumb_brings_it_there(program):
     wait_until(lambda: (seen_thumb(program) or before) > before, "the thumb moves")
 
 
-def test_a_plugin_that_refuses_a_level_is_only_logged(program):
+def test_a_level_that_the_plugin_refuses_moves_nothing(program):
     open_slider(program, "Mute", level=5)
     before = wait_until(lambda: seen_thumb(program), "the thumb")
     text = state_text(program, "Brightness")
@@ -186,14 +186,16 @@ def test_a_plugin_that_refuses_a_level_is_only_logged(program):
     press(program, UP)
     wait_until(lambda: [(call.arguments, call.result) for call in program.calls("Brightness", "FocusItem")] ==
                [("6", 1)], lambda: f"{program.calls('Brightness')}")
-    wait_until(lambda: (seen_thumb(program) or before) > before, "the card does not hand the failure on")
-    wait_until(lambda: state_text(program, "Brightness") != text, "the text follows the slider")
+    wait_until(lambda: [line for line in program.errors() if line.function == CHOOSER], "the slider hears of it")
     assert "ERR CBlackCard::executeFunx: Error Code: 0x80004005" in [line.short for line in program.log()]
-    assert not [line for line in program.errors() if line.function == CHOOSER]
+    assert seen_thumb(program) == before, "the slider tells the level that the machine has"
+    assert state_text(program, "Brightness") == text
     # The refusal was for once.
     program.machine("Brightness", FocusItem__Result=0)
     press(program, UP)
-    wait_until(lambda: program.machine_item("Brightness") == 7, "the next level is taken")
+    wait_until(lambda: program.machine_item("Brightness") == 6, "the same level is asked for again, and taken")
+    wait_until(lambda: (seen_thumb(program) or before) > before, "the slider follows")
+    wait_until(lambda: state_text(program, "Brightness") != text, "and so does the text")
 
 
 def test_two_screens_show_two_levels_and_no_slider(program):

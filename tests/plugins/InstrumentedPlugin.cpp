@@ -217,7 +217,9 @@ LONG WINAPI FocusItem(LONG lParameter, ULONG* pReserved) {
 }
 
 LONG WINAPI IsDualBrtCtrl(BYTE* pbDual) {
-    const LONG result = answer(IsDualBrtCtrlId, *pbDual);
+    LONG before = 0;
+    memcpy(&before, pbDual, g_control.dualAsLong != FALSE ? sizeof before : 1);
+    const LONG result = answer(IsDualBrtCtrlId, *pbDual, before);
     if (g_control.dualAsLong != FALSE) {
         const LONG wideDual = g_control.dual;
         memcpy(pbDual, &wideDual, sizeof wideDual);

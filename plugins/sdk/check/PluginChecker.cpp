@@ -133,7 +133,18 @@ class CBasicChecker {
             return false;
         }
         m_report.note(L"Items offered: info " + hex(m_uInfo) + L", info 2 " + hex(m_uInfo2) + L".");
+        if (choosesPositions() && offered != m_rule.info) {
+            m_report.warning(
+                L"Some items are left out: SelectItem gets positions among the items that exist, but GetCurrentItem "
+                L"counts all states, and so does Fenwyn when it looks for the item that the first press selects.");
+        }
         return true;
+    }
+
+    // Zoom and KBB: what is chosen is counted otherwise than what is current.
+    [[nodiscard]] bool choosesPositions() const {
+        return m_rule.infoRule == InfoRule::Mask &&
+               (m_rule.itemRule == ItemRule::Below || m_rule.itemRule == ItemRule::LowHalf);
     }
 
     void warnOfExtraBits(DWORD extra, const wchar_t* value) {
@@ -170,6 +181,11 @@ class CBasicChecker {
         } else {
             m_report.note(L"The current item is " + std::to_wstring(item.value()) + L" (" +
                           hex(static_cast<ULONG>(item.value())) + L").");
+            const LONG state = item.value() & 0xFFFF;
+            if (choosesPositions() && !hasBit(m_uInfo, state)) {
+                m_report.warning(L"No item stands for the current state " + std::to_wstring(state) +
+                                 L": the first press selects the item of another state.");
+            }
         }
     }
 

@@ -1,5 +1,6 @@
 #include "Logic/FuncX/CircleFunction.h"
 
+#include <bit>
 #include <utility>
 
 #include "Logic/ZelCommonFunc.h"
@@ -22,11 +23,13 @@ HRESULT CCircleFunction::initItems(std::vector<CQrdItem*>& rVecItems) {
     DWORD dwInfo2 = 0;
     RETURN_DESCRIBED_IF_FAILED(getDisplayItemInfo(&dwInfo, &dwInfo2));
     onItemsReported();
+    m_dwItemBits = 0;
     const bool bMask = m_rDescription.itemRule == ItemRule::Mask;
     RETURN_DESCRIBED_IF_FAILED(bMask || dwInfo == FENWYN_TWO_ITEMS ? S_OK : E_FAIL);
     for (const Item& item : m_rDescription.items) {
         if ((dwInfo & item.dwBit) != 0) {
             RETURN_DESCRIBED_IF_FAILED(addCircleItem(item.uTextId, item.uImageId1, item.uImageId2, rVecItems));
+            m_dwItemBits |= item.dwBit;
             onItemAdded(item);
         }
     }
@@ -59,6 +62,17 @@ HRESULT CCircleFunction::getDefaultSelectItem(LONG& rlItem) {
         rlItem = state();
     }
     return m_rDescription.unknownDefault == UnknownDefault::Fail ? E_FAIL : S_OK;
+}
+
+// A default item is a value of the function's own, and with a partial mask there may be no item of that number.
+LONG CCircleFunction::getSubstituteItem() const {
+    if (m_rDescription.itemRule != ItemRule::Mask) {
+        return INVALID_CURRENT_ITEM;
+    }
+    const bool bKnown = indexInContainer(state(), m_rDescription.items);
+    const DWORD dwBit = bKnown ? m_rDescription.items[static_cast<std::size_t>(state())].dwBit : 0;
+    // The items stand in the order of their bits.
+    return (m_dwItemBits & dwBit) != 0 ? std::popcount(m_dwItemBits & (dwBit - 1)) : 0;
 }
 
 std::wstring CCircleFunction::getCurrentStatus() {

@@ -15,6 +15,7 @@ class CCircleFunction : public CFuncXUseCircleItem {
     [[nodiscard]] HRESULT initItems(std::vector<CQrdItem*>& rVecItems) override;
     [[nodiscard]] HRESULT getDefaultSelectItem(LONG& rlItem) override;
     [[nodiscard]] std::wstring getCurrentStatus() override;
+    [[nodiscard]] LONG getSubstituteItem() const override;
 
  protected:
     // The description outlives the function.
@@ -31,6 +32,9 @@ class CCircleFunction : public CFuncXUseCircleItem {
     [[nodiscard]] std::wstring logTag(const char* pszMethod) const;
 
     const functiontables::CircleDescription& m_rDescription;
+
+ private:
+    DWORD m_dwItemBits = 0;  // of the items that exist
 };
 
 // A function that its description tells wholly.

@@ -48,6 +48,11 @@ class CFuncX {
     // Starts the timer of a held key on the strip; only the display-output functions do.
     virtual void armPanicTimer(HWND /*hWnd*/, UINT_PTR /*uTimerId*/) {}
 
+    // Which item to select when getDefaultSelectItem() names none of the card's: the one that stands for the present
+    // state, else the first. INVALID_CURRENT_ITEM where a function's items are always the same, so that none is left
+    // out.
+    [[nodiscard]] virtual LONG getSubstituteItem() const { return INVALID_CURRENT_ITEM; }
+
     [[nodiscard]] bool isFuncSupported() const;
     [[nodiscard]] HRESULT getDisplayItemInfo(DWORD* puInfo, DWORD* puInfo2) const;
     [[nodiscard]] HRESULT getCurrentItem();

@@ -1,5 +1,6 @@
 #include "Logic/FuncX/FxBrightness.h"
 
+#include <array>
 #include <new>
 
 #include "UI/ItemDlg/SliderItemDlg.h"
@@ -62,10 +63,11 @@ HRESULT CFxBrightness::isDualBrtCtrl(bool& rbDual) const {
     if (pfIsDualBrtCtrl == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    BYTE bDual = 0;
-    if (pfIsDualBrtCtrl(&bDual) != FENWYN_OK) {
+    // The answer is one byte. There is room for the four that a plug-in with another idea of a boolean writes.
+    alignas(ULONG) std::array<BYTE, sizeof(ULONG)> answer{};
+    if (pfIsDualBrtCtrl(answer.data()) != FENWYN_OK) {
         RETURN_LOGGED(E_FAIL);
     }
-    rbDual = bDual != 0;
+    rbDual = answer.front() != 0;
     return S_OK;
 }

@@ -206,9 +206,15 @@ HRESULT CSliderItemDlg::switchItem(DWORD dwHotkey, bool bFirstTime, bool /*bSele
     return S_OK;
 }
 
-// Has the card hand the level to the plug-in; the strip stays as it is.
+// Has the card hand the level to the plug-in; the strip stays as it is. A failure also when the function refuses.
 HRESULT CSliderItemDlg::_applyLevel(LONG lLevel) {
-    return m_pBlackCard->selectItem(this, lLevel, false);
+    HRESULT functionStatus = S_OK;
+    const HRESULT status = m_pBlackCard->selectItem(this, lLevel, false, &functionStatus);
+    if (FAILED(status) || FAILED(functionStatus)) {
+        return FAILED(status) ? status : functionStatus;
+    }
+    m_lCurrentLevel = lLevel;
+    return S_OK;
 }
 
 LRESULT CSliderItemDlg::OnHScroll(WPARAM wParam, LPARAM /*lParam*/) {
@@ -229,7 +235,11 @@ HRESULT CSliderItemDlg::updateBrightness() {
     if (m_pBlackCard == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    RETURN_IF_FAILED(_applyLevel(m_slider.GetPos()));
+    const HRESULT status = _applyLevel(m_slider.GetPos());
+    if (FAILED(status)) {
+        m_slider.SetPos(m_lCurrentLevel);  // the mouse has moved it already
+        RETURN_LOGGED(status);
+    }
     RETURN_IF_FAILED(updateStatus());
     return S_OK;
 }

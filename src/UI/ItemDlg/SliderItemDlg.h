@@ -47,7 +47,7 @@ class CSliderItemDlg : public CDialog, public CQrdItem {
     CQrdSliderCtrl m_slider;
     DWORD m_dwDecreaseCode;
     DWORD m_dwIncreaseCode;
-    LONG m_lCurrentLevel;
+    LONG m_lCurrentLevel;  // the one that the function took last, at first the one that it reported
     LONG m_lLevelCount;
     bool m_bDragged = false;  // the last movement was one of a drag
 };

@@ -107,6 +107,76 @@ TEST_F(CardPlugin, RealPressesMoveTheRoundItems) {
     EXPECT_EQ(m_plugin.calls(instr::SelectItemId)[0].arguments[0], 1);
 }
 
+// What the first press selects on cards that do not have all of their function's items, and what a release hands on.
+struct PartialMask {
+    const wchar_t* function;
+    ULONG mask;
+    LONG current;
+    std::string selected;  // after each of three presses
+    LONG handedOn;         // by letting go then
+    const wchar_t* note;   // null: the function's own choice names an item
+};
+
+TEST_F(CardPlugin, CardsWithoutAllItemsAreWorkedWithKeys) {
+    for (const PartialMask& row : {
+             PartialMask{L"Zoom", 5, 0, "010", 0, nullptr},
+             PartialMask{L"Zoom", 5, 1, "101", 1, nullptr},  // the position, which here is the item of another state
+             PartialMask{L"Zoom", 5, 2, "101", 1, L"There is no item 2: item 1 is selected."},
+             PartialMask{L"Zoom", 6, 2, "101", 1, L"There is no item 2: item 1 is selected."},
+             PartialMask{L"Zoom", 4, 2, "000", 0, L"There is no item 2: item 0 is selected."},
+             PartialMask{L"Zoom", 1, 1, "000", 0, L"There is no item 1: item 0 is selected."},
+             PartialMask{L"Zoom", 7, 9, "012", 2, L"There is no item 9: item 0 is selected."},
+             PartialMask{L"KBB", 6, 1, "010", 0, L"There is no item 2: item 0 is selected."},
+             PartialMask{L"KBB", 6, 2, "101", 1, nullptr},
+             PartialMask{L"KBB", 5, 0x000F0001, "010", 0, L"There is no item 2: item 0 is selected."},
+             PartialMask{L"KBB", 4, 2, "000", 0, L"There is no item 1: item 0 is selected."},
+             PartialMask{L"KBB", 3, 0x000F0005, "010", 0, L"There is no item 5: item 0 is selected."},
+         }) {
+        SCOPED_TRACE(testing::PrintToString(row.function) + " " + std::to_string(row.mask) + " at " +
+                     std::to_string(row.current));
+        m_plugin.reset();
+        m_plugin->info = row.mask;
+        m_plugin->currentItem = row.current;
+        CBlackCard& card = addCard(row.function, {kKey});
+        m_log.clear();
+        std::string selected;
+        for (int press = 0; press < 3; ++press) {
+            EXPECT_EQ(card.notifyHotkey(kKey, FALSE), S_OK);
+            selected += std::to_string(BlackCardSeam::selected(card));
+            int index = 0;
+            for (CQrdItem* item : BlackCardSeam::items(card)) {
+                EXPECT_EQ(CircleItemSeam::enlarged(dynamic_cast<CCircleItemDlg&>(*item)),
+                          index++ == BlackCardSeam::selected(card));
+            }
+        }
+        EXPECT_EQ(selected, row.selected);
+        std::vector<std::wstring> notes = m_log.lines();
+        std::erase_if(notes, [](const std::wstring& line) { return line.find(L"There is no item") == line.npos; });
+        EXPECT_EQ(notes, row.note == nullptr
+                             ? Lines{}
+                             : Lines{L"[INF] (CBlackCard::handleHotkeyFirstTime): " + std::wstring(row.note)});
+        EXPECT_EQ(card.notifyHotkey(0, TRUE), S_OK);
+        ASSERT_EQ(m_plugin.count(instr::SelectItemId), 1);
+        EXPECT_EQ(m_plugin.calls(instr::SelectItemId)[0].arguments[0], row.handedOn);
+        MainDlgSeam::cards(m_room.strip()).clear();
+    }
+}
+
+TEST_F(CardPlugin, CardWithoutAnyItemSelectsNone) {
+    m_plugin->info = 0;
+    CBlackCard& card = addCard(L"Zoom", {kKey});
+    EXPECT_TRUE(FAILED(card.notifyHotkey(kKey, FALSE)));
+    EXPECT_EQ(BlackCardSeam::selected(card), -1);
+}
+
+// A state that a function of fixed items does not know is the plug-in's mistake: nothing is chosen in its place.
+TEST_F(CardPlugin, FunctionsOfFixedItemsGetNoSubstitute) {
+    m_plugin->currentItem = 5;
+    CBlackCard& card = addCard(L"NumericOverlay", {kKey});
+    EXPECT_EQ(card.notifyHotkey(kKey, FALSE), E_FAIL);
+    EXPECT_EQ(BlackCardSeam::selected(card), -1);
+}
+
 TEST_F(CardPlugin, PictureFollowsTheState) {
     m_plugin->currentItem = 1;
     CBlackCard& card = addCard(L"CursorOverlay", {kKey});

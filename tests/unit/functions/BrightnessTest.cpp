@@ -111,6 +111,19 @@ TEST_F(Brightness, AnyNonZeroByteMeansTwoScreens) {
     EXPECT_EQ(m_plugin.calls(instr::IsDualBrtCtrlId).at(0).arguments[0], 0);  // preset false
 }
 
+TEST_F(Brightness, APlugInThatAnswersInFourBytesSpoilsNothing) {
+    m_plugin->dualAsLong = TRUE;
+    for (const bool bExpected : {true, false}) {
+        m_plugin->dual = bExpected ? 1 : 0;
+        bool bDual = !bExpected;
+        EXPECT_EQ(m_function.isDualBrtCtrl(bDual), S_OK);
+        EXPECT_EQ(bDual, bExpected);
+    }
+    EXPECT_EQ(m_plugin.calls(instr::IsDualBrtCtrlId).at(0).arguments[1], 0) << "all four bytes are zero before";
+    ASSERT_EQ(build(10, 7), S_OK);
+    EXPECT_EQ(m_function.getCurrentStatus(), loadResString(502) + L" 7");
+}
+
 TEST_F(Brightness, TheStatusIsTheWholeLevel) {
     ASSERT_EQ(build(10, 7), S_OK);
     EXPECT_EQ(m_function.getCurrentStatus(), loadResString(502) + L" 7");

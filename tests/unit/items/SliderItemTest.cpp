@@ -186,12 +186,39 @@ TEST_F(SliderItem, StaysWhereItWasWhenTheCardFails) {
     item.setBlackCardInfo(m_pCard);
 }
 
-TEST_F(SliderItem, LevelThatThePlugInRefusesIsOnlyLogged) {
+TEST_F(SliderItem, LevelThatThePlugInRefusesIsNotTaken) {
     CSliderItemDlg& item = open(10, 5);
+    ASSERT_EQ(item.switchItem(kIncrease, false, true), S_OK);
     m_plugin->exports[instr::FocusItemId].result = 1;
-    EXPECT_EQ(item.switchItem(kIncrease, false, true), S_OK);
+    EXPECT_EQ(item.switchItem(kIncrease, false, true), E_FAIL);
     EXPECT_EQ(position(), 6);
-    EXPECT_TRUE(logged(L"[ERR] (CBlackCard::executeFunx): Error Code: 0x80004005"));
+    EXPECT_EQ(status(), levelText(6));
+    EXPECT_EQ(errors(), (std::vector<std::wstring>{L"[ERR] (CBlackCard::executeFunx): Error Code: 0x80004005",
+                                                   L"[ERR] (CSliderItemDlg::switchItem): Error Code: 0x80004005"}));
+    EXPECT_EQ(applied(), (std::vector<LONG>{6, 7})) << "asked once for each press, and for nothing else";
+    EXPECT_EQ(m_plugin.count(instr::GetCurrentItemId), 1);
+}
+
+TEST_F(SliderItem, DragThatThePlugInRefusesReturnsToItsLevel) {
+    CSliderItemDlg& item = open(10, 5);
+    const auto drag = [&](int level) {
+        SliderItemSeam::slider(item).SetPos(level);
+        ::SendMessageW(item.m_hWnd, WM_HSCROLL, MAKEWPARAM(TB_THUMBTRACK, level), reinterpret_cast<LPARAM>(slider()));
+    };
+    m_plugin->exports[instr::FocusItemId].result = 1;
+    const std::wstring before = status();
+    drag(8);
+    EXPECT_EQ(position(), 5) << "the level that it opened with";
+    EXPECT_EQ(status(), before);
+    EXPECT_TRUE(logged(L"[ERR] (CSliderItemDlg::updateBrightness): Error Code: 0x80004005"));
+    m_plugin->exports[instr::FocusItemId].result = 0;
+    drag(7);
+    m_plugin->exports[instr::FocusItemId].result = -1;
+    drag(9);
+    EXPECT_EQ(position(), 7) << "the level that was taken last";
+    EXPECT_EQ(status(), levelText(7));
+    EXPECT_EQ(item.switchItem(kDecrease, false, true), E_FAIL);
+    EXPECT_EQ(position(), 7);
 }
 
 TEST_F(SliderItem, WithoutACardNothingHappens) {

@@ -135,6 +135,32 @@ TEST_F(PluginChecker, FailureOfTheInformationIsAnErrorNoticeForWirelessOnly) {
     EXPECT_EQ(check(L"Mute").count(Weight::Error), 0U);
 }
 
+TEST_F(PluginChecker, WarnsOfItemsThatAreLeftOutWherePositionsAreChosen) {
+    for (const wchar_t* const function : {L"Zoom", L"KBB"}) {
+        for (const ULONG mask : {1UL, 2UL, 3UL, 4UL, 5UL, 6UL}) {
+            m_plugin->info = mask;
+            const check::CReport report = check(function);
+            EXPECT_EQ(report.count(Weight::Error), 0U) << narrow(report);
+            EXPECT_TELLS(report, Weight::Warning, L"SelectItem gets positions among the items that exist");
+        }
+        m_plugin->info = 7;
+        EXPECT_EQ(check(function).count(Weight::Warning), 0U);
+    }
+    m_plugin->info = 5;
+    m_plugin->currentItem = 1;
+    EXPECT_TELLS(check(L"Zoom"), Weight::Warning, L"No item stands for the current state 1");
+    m_plugin->currentItem = 2;
+    const check::CReport largest = check(L"Zoom");
+    EXPECT_FALSE(tells(largest, Weight::Warning, L"No item stands")) << narrow(largest);
+    m_plugin->info = 6;
+    m_plugin->currentItem = 0x000F0000;
+    EXPECT_TELLS(check(L"KBB"), Weight::Warning, L"No item stands for the current state 0");
+    // Where values are chosen, a mask may have gaps.
+    m_plugin->info = 0x11;
+    m_plugin->currentItem = 4;
+    EXPECT_EQ(check(L"ODD").count(Weight::Warning), 0U);
+}
+
 TEST_F(PluginChecker, TellsACurrentItemThatIsNone) {
     m_plugin->currentItem = 2;
     EXPECT_TELLS(check(L"Touchpad"), Weight::Error, L"GetCurrentItem gives 2, which is none");
@@ -189,8 +215,13 @@ TEST_F(PluginChecker, JudgesTheCountOfEntries) {
         m_plugin->itemCount = count;
         EXPECT_TELLS(check(L"Output_2"), Weight::Error, L"FnF5_GetDisplayItemCount gives " + std::to_wstring(count));
     }
-    m_plugin->itemCount = LONG_MAX;
+    m_plugin->itemCount = FENWYN_MAX_ENTRIES;
     EXPECT_TELLS(check(L"Output_2"), Weight::Warning, L"only the first 64");
+    EXPECT_FALSE(tells(check(L"Output_2"), Weight::Error, L"more than")) << "that many may be";
+    for (const LONG count : {FENWYN_MAX_ENTRIES + 1L, LONG_MAX}) {
+        m_plugin->itemCount = count;
+        EXPECT_TELLS(check(L"Output_2"), Weight::Error, L"more than 10000 entries");
+    }
 }
 
 TEST_F(PluginChecker, JudgesDisplayRecordsWithoutTrustingTheirAddress) {
@@ -204,8 +235,13 @@ TEST_F(PluginChecker, JudgesDisplayRecordsWithoutTrustingTheirAddress) {
     EXPECT_TELLS(report, Weight::Warning, L"0 x 5");
     entry.recordsInstead = 8;
     EXPECT_TELLS(check(L"Output_2"), Weight::Error, L"cannot be read");
-    entry.recordCount = 0xFFFFFFFF;
-    EXPECT_TELLS(check(L"Output_2"), Weight::Error, L"claims 4294967295 displays");
+    for (const ULONG count : {FENWYN_MAX_RECORDS + 1UL, 0xFFFFFFFFUL}) {
+        entry.recordCount = count;
+        EXPECT_TELLS(check(L"Output_2"), Weight::Error, L"claims " + std::to_wstring(count) + L" displays");
+    }
+    entry.recordsInstead = 0;
+    entry.recordCount = FENWYN_MAX_RECORDS;
+    EXPECT_FALSE(tells(check(L"Output_2"), Weight::Error, L"claims"));
 }
 
 TEST_F(PluginChecker, TellsOfBlocksThatAreLost) {
