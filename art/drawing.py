@@ -28,7 +28,7 @@ UNITS = {"card": (96, 65), "large-card": (96, 144), "item": (50, 50), "large-ite
 # of the screen and rows 0 to 58 at the bottom, the caption above; the large card has its text above and its status below.
 GLYPH = {
     "card": (48, 42.5, 1.2),
-    "large-card": (48, 82, .88),
+    "large-card": (48, 80.8, .86),
     "item": (25, 25, 1.36),
     "large-item": (36, 36, 1.7),
     "connector": (16, 16, 32 / 24),
@@ -79,9 +79,9 @@ def _card(width, height):
 
 
 def _large_card():
-    # The status stands in a field of its own: from its first row at 95 down to the edge.
-    return (_card(96, 144) + '<path d="M3 94.500H93V137.500A3.500 3.500 0 0 1 89.500 141H6.500A3.500 3.500 0 0 1 3 137.500Z" '
-            'fill="url(#field)"/>')
+    # The status stands in a field of its own, which begins above the first row of its text and ends at the edge.
+    return (_card(96, 144) + '<path d="M3 93H93V137.5A3.5 3.5 0 0 1 89.5 141H6.5A3.5 3.5 0 0 1 3 137.5Z" fill="url(#field)"/>'
+            '<path d="M3 93.5H93" stroke="#fff" stroke-opacity=".1"/>')
 
 
 def _disc():

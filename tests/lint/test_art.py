@@ -25,8 +25,8 @@ ROWS = render.read_table()
 # Rows of a card picture that hold neither glyph nor anything else bright: the caption is drawn there, in the strip at the
 # top of the screen from row 11, at the bottom from row 5, sixteen rows high. The strip shows rows 6-64 or 0-58.
 CARD_GLYPH_ROWS = range(28, 58)
-# On the enlarged card the description ends and the status begins at these rows.
-LARGE_GLYPH_ROWS = range(66, 95)
+# On the enlarged card three lines of description end above these rows, and the field of the status begins below them.
+LARGE_GLYPH_ROWS = range(70, 92)
 BRIGHT = 120
 # The card whose edge is the hover strip's picture, too.
 HOVER_STRIP = 131
