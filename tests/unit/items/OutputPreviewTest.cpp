@@ -184,7 +184,7 @@ TEST_F(OutputPreview, CentreLeftOfTheScreenIsHalvedTowardZero) {
     make({record(L"LCD")});
     ASSERT_TRUE(m_pPreview->Create(nullptr));
     const RECT item{-100, 0, -29, 72};
-    ASSERT_EQ(m_pPreview->setWndPos(&item), S_OK);
+    ASSERT_EQ(m_pPreview->setWndPos(&item, m_room.placement()), S_OK);
     EXPECT_EQ(windowRect(m_pPreview->m_hWnd).left, -64 - 60);
 }
 

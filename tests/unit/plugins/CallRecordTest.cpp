@@ -6,6 +6,7 @@
 
 #include "Sandbox.h"
 #include "State.h"
+#include "common/Handle.h"
 
 namespace plugintest {
 namespace {

@@ -8,6 +8,7 @@
 #include "Session.h"
 #include "State.h"
 #include "ZelHotkey.h"
+#include "common/Handle.h"
 
 namespace plugintest {
 namespace {

@@ -4,6 +4,7 @@
 
 #include "Functions.h"
 #include "Sandbox.h"
+#include "common/Handle.h"
 
 namespace plugintest {
 namespace {
