@@ -1,10 +1,17 @@
 #include "KeyTracker.h"
 
+#include <utility>
+
+#include "ModifierUse.h"
+#include "keyboard/OwnInput.h"
+
 namespace hotkey {
 
 void CKeyTracker::setSettings(const TrackerSettings& settings) noexcept {
     if (settings.modifierKey != m_settings.modifierKey) {
+        const DWORD nWithheld = m_nWithheld;  // the hand is still on the old one
         releaseAll();
+        m_nWithheld = nWithheld;
     }
     m_settings = settings;
     if (!m_settings.sticky) {
@@ -14,12 +21,11 @@ void CKeyTracker::setSettings(const TrackerSettings& settings) noexcept {
 
 bool CKeyTracker::handle(const keyboard::KeyEvent& event) noexcept {
     if (event.virtualKey == m_settings.modifierKey) {
-        if (event.down) {
-            _modifierDown(event.time);
-        } else {
-            _modifierUp();
-        }
-        return false;
+        return _modifier(event);
+    }
+    if (m_nWithheld != 0 && event.virtualKey == m_nWithheld) {
+        m_nWithheld = event.down ? m_nWithheld : 0;
+        return true;
     }
     if (event.slot == 0 || event.slot >= keyboard::kKeySlots) {
         return false;
@@ -42,6 +48,36 @@ bool CKeyTracker::handle(const keyboard::KeyEvent& event) noexcept {
     return bSwallow;
 }
 
+bool CKeyTracker::_modifier(const keyboard::KeyEvent& event) noexcept {
+    if (event.down) {
+        _modifierDown(event.time);
+        return m_nWithheld == event.virtualKey;
+    }
+    _giveTapItsMeaning(event.time);
+    _modifierUp();
+    return std::exchange(m_nWithheld, 0) == event.virtualKey;
+}
+
+// The key's own meaning follows a tap and nothing else; with a sticky modifier a tap has a meaning already.
+void CKeyTracker::_giveTapItsMeaning(DWORD time) noexcept {
+    if (!m_bModifierDown) {
+        return;
+    }
+    const bool bTap = m_bTapAlone && !m_settings.sticky && time - m_nModifierPress <= kLongestTap;
+    if (!bTap) {
+        _mask();
+    } else if (m_nWithheld != 0) {
+        m_presser.tap(m_nWithheld);
+    }
+}
+
+void CKeyTracker::_mask() noexcept {
+    if (m_bModifierDown && !m_bMasked && modifierUse(m_settings.modifierKey) == ModifierUse::Masked) {
+        m_bMasked = true;
+        m_presser.tap(keyboard::kMeaninglessKey);
+    }
+}
+
 void CKeyTracker::_modifierDown(DWORD time) noexcept {
     const DWORD nGap = time - m_nModifierTime;
     m_nModifierTime = time;
@@ -54,8 +90,14 @@ void CKeyTracker::_modifierDown(DWORD time) noexcept {
         _modifierUp();
     }
     m_bModifierDown = true;
+    m_bMasked = !m_bEnabled;  // what passed on as always needs no mask
+    m_nModifierPress = time;
+    m_nWithheld = 0;
     if (!m_bEnabled) {
         return;
+    }
+    if (modifierUse(m_settings.modifierKey) == ModifierUse::Withheld) {
+        m_nWithheld = m_settings.modifierKey;
     }
     m_bTapAlone = !m_bActive;
     if (!m_bActive) {
@@ -83,6 +125,7 @@ void CKeyTracker::_press(Key& key, const keyboard::KeyEvent& event) noexcept {
     const bool bReported = m_sink.make(keyboard::codeOfSlot(event.slot));
     if (m_settings.listed.test(event.slot)) {
         key.state = bReported ? State::Swallowed : State::Muted;
+        _mask();
     } else if (bReported) {
         key.state = State::Reported;
     }
@@ -145,6 +188,7 @@ void CKeyTracker::releaseAll() noexcept {
     m_nDown = 0;
     m_bModifierDown = false;
     m_bModifierMissing = false;
+    m_nWithheld = 0;
 }
 
 void CKeyTracker::_setLatched(bool bLatched) noexcept {

@@ -27,10 +27,20 @@ class INotificationSink {
     virtual void latchChanged(bool bLatched) noexcept = 0;
 };
 
+class IKeyPresser {
+ public:
+    virtual ~IKeyPresser() = default;
+    // Presses and releases a key, before the one that is being handled. The tracker is not told of it.
+    virtual void tap(DWORD virtualKey) noexcept = 0;
+};
+
 // Not thread-safe; lives on the hook's thread.
 class CKeyTracker {
  public:
-    explicit CKeyTracker(INotificationSink& sink) noexcept : m_sink(sink) {}
+    // The longest hold of the modifier alone, in ms, that is a tap. Who holds it longer has looked at the cards.
+    static constexpr DWORD kLongestTap = 500;
+
+    CKeyTracker(INotificationSink& sink, IKeyPresser& presser) noexcept : m_sink(sink), m_presser(presser) {}
 
     // Until then nothing is reported and nothing swallowed.
     void enable() noexcept { m_bEnabled = true; }
@@ -41,7 +51,8 @@ class CKeyTracker {
     [[nodiscard]] bool handle(const keyboard::KeyEvent& event) noexcept;
 
     // To be called now and then while anythingDown(). `isDown` maps a virtual-key code to its state now; a key found up
-    // at two calls in a row lost its release. Swallowed keys are not asked about: the system never saw them.
+    // at two calls in a row lost its release. Swallowed keys and a withheld modifier are not asked about: the system
+    // never saw them.
     template <typename Predicate>
     void checkLostKeys(Predicate isDown) noexcept;
 
@@ -69,8 +80,12 @@ class CKeyTracker {
         unsigned order = 0;  // counts presses, so that breaks can follow in the order of the makes
     };
 
+    // True when the event must not reach any other program.
+    [[nodiscard]] bool _modifier(const keyboard::KeyEvent& event) noexcept;
     void _modifierDown(DWORD time) noexcept;
     void _modifierUp() noexcept;
+    void _giveTapItsMeaning(DWORD time) noexcept;
+    void _mask() noexcept;
     void _press(Key& key, const keyboard::KeyEvent& event) noexcept;
     void _release(std::size_t slot) noexcept;
     void _deactivate() noexcept;
@@ -80,22 +95,27 @@ class CKeyTracker {
     static bool _missedTwice(bool& missing, bool isDown) noexcept;
 
     INotificationSink& m_sink;
+    IKeyPresser& m_presser;
     TrackerSettings m_settings;
     std::array<Key, keyboard::kKeySlots> m_keys{};
     unsigned m_nDown = 0;  // keys that are not Up
     unsigned m_nPresses = 0;
-    DWORD m_nModifierTime = 0;
+    DWORD m_nModifierTime = 0;   // of its last event
+    DWORD m_nModifierPress = 0;  // when it went down
+    DWORD m_nWithheld = 0;       // a modifier whose press was swallowed, and whose release will be; 0 = none
     bool m_bEnabled = false;
     bool m_bModifierDown = false;
     bool m_bModifierMissing = false;
     bool m_bActive = false;    // the modifier's make was reported, its break is due
     bool m_bLatched = false;   // active without being held
     bool m_bTapAlone = false;  // nothing else happened since the modifier went down
+    bool m_bMasked = false;    // the system has been shown a key since then
 };
 
 template <typename Predicate>
 void CKeyTracker::checkLostKeys(Predicate isDown) noexcept {
-    if (m_bModifierDown && _missedTwice(m_bModifierMissing, isDown(m_settings.modifierKey))) {
+    if (m_bModifierDown && m_nWithheld != m_settings.modifierKey &&
+        _missedTwice(m_bModifierMissing, isDown(m_settings.modifierKey))) {
         m_bTapAlone = false;  // a lost modifier latches nothing
         _modifierUp();
     }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "keyboard/Lock.h"
+#include "keyboard/OwnInput.h"
 
 namespace hotkey {
 namespace {
@@ -26,7 +27,7 @@ bool keyboardIsElsewhere() noexcept {
 }  // namespace
 
 CKeyWatcher::CKeyWatcher(INotificationSink& sink)
-    : m_tracker(sink), m_stickyWindow([this]() noexcept { m_tracker.cancelLatch(); }) {}
+    : m_tracker(sink, *this), m_stickyWindow([this]() noexcept { m_tracker.cancelLatch(); }) {}
 
 void CKeyWatcher::setSettings(const TrackerSettings& settings) noexcept {
     const keyboard::CExclusiveLock lock(m_lock);
@@ -67,6 +68,10 @@ void CKeyWatcher::handleTick() noexcept {
 
 DWORD CKeyWatcher::tickInterval() const noexcept {
     return m_tracker.anythingDown() ? kLostKeyCheck : INFINITE;
+}
+
+void CKeyWatcher::tap(DWORD virtualKey) noexcept {
+    keyboard::tapKey(virtualKey);
 }
 
 void CKeyWatcher::handleEnd() noexcept {

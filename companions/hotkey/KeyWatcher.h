@@ -12,7 +12,7 @@
 
 namespace hotkey {
 
-class CKeyWatcher : public keyboard::IHookClient {
+class CKeyWatcher : public keyboard::IHookClient, private IKeyPresser {
  public:
     explicit CKeyWatcher(INotificationSink& sink);
 
@@ -28,6 +28,8 @@ class CKeyWatcher : public keyboard::IHookClient {
     void handleEnd() noexcept override;
 
  private:
+    void tap(DWORD virtualKey) noexcept override;
+
     std::atomic<bool> m_bEnabled{false};
     SRWLOCK m_lock = SRWLOCK_INIT;
     std::optional<TrackerSettings> m_pending;  // under m_lock

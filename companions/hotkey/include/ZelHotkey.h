@@ -8,15 +8,16 @@
  * Key events. One key, the modifier, stands in for Fn (right Ctrl unless configured otherwise). Its press is reported
  * as code 0. Every key pressed while it is down is reported with its PC set-1 scan code (F1 = 0x3B .. F10 = 0x44,
  * F11 = 0x57, F12 = 0x58); an extended key as 0xE000 | scan code. A key whose code the function list names is swallowed
- * from its press to its release, so that no other program sees it. Every other key and the modifier itself pass on
- * untouched. A key that was down before the modifier is not reported.
+ * from its press to its release, so that no other program sees it. Every other key passes on untouched; what becomes of
+ * the modifier itself stands at ModifierKey. A key that was down before the modifier is not reported.
  *
  * - A held key is reported once: its automatic repeats are no presses.
  * - Every make is followed by exactly one break, at the latest with the modifier's: when the modifier goes up first,
  *   the breaks of the keys still down come right before its own, in the order in which they were pressed.
  * - A release that was never seen (session switch, lost focus, secure desktop) is noticed within about 300 ms and
  *   reported then. The state of a swallowed key cannot be asked for: its break comes with the modifier's, or with its
- *   own next press when more than 2.5 seconds have passed since its last repeat.
+ *   own next press when more than 2.5 seconds have passed since its last repeat. So does that of a modifier that is
+ * kept from the system.
  * - While a callback blocks, up to about a thousand events wait; presses beyond that are dropped whole, with their
  *   breaks.
  */
@@ -91,7 +92,14 @@ typedef LONG(WINAPI* ZelStop)(void);
 /* Settings of this library, DWORDs directly in ZEL_REG_HOTKEY; they take effect as soon as the change is noticed.
  *
  * ModifierKey: virtual-key code of the modifier, VK_RCONTROL unless given. VK_SHIFT, VK_CONTROL and VK_MENU mean the
- * right one of the two; 0 and values above 0xFE count as not given.
+ * right one of the two; 0 and values above 0xFE count as not given. A modifier that is only tapped (held alone for half
+ * a second at most) keeps its own meaning:
+ * - the Alt and Windows keys pass on untouched. When they were more than tapped, the system is shown a key without a
+ *   meaning (virtual key 0xE8) before they go up, so that no menu opens;
+ * - Caps Lock, the menu key and F13 to F24 are kept from the system while they are down. After a tap the library
+ * presses and releases them itself, so that they act when they are let go;
+ * - every other key passes on untouched.
+ * With StickyModifier a tap has a meaning already, and none of its own.
  *
  * StickyModifier: 1 = a tap of the modifier alone latches it: its make is reported and its break withheld, so that keys
  * can be pressed one after another. A further tap, the message below, a change of the modifier or a lost session

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "keyboard/OwnInput.h"
 #include "keyboard/OwnModule.h"
 
 namespace keyboard {
@@ -105,7 +106,8 @@ void CHookThread::_loop(IHookClient& client) noexcept {
 LRESULT CALLBACK CHookThread::_hookProc(int code, WPARAM wParam, LPARAM lParam) noexcept {
     IHookClient* const pClient = s_pClient.load(std::memory_order_acquire);
     if (code == HC_ACTION && pClient != nullptr) {
-        if (pClient->handleKey(keyEventOf(*reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam)))) {
+        const KBDLLHOOKSTRUCT& info = *reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam);
+        if (!isOwnInput(info) && pClient->handleKey(keyEventOf(info))) {
             return 1;
         }
     }

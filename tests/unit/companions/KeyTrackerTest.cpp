@@ -91,7 +91,7 @@ TEST_F(KeyTracker, KeyHeldFromOneModifierPressToTheNextIsNotReportedAgain) {
 }
 
 TEST_F(KeyTracker, NothingHappensBeforeItIsEnabled) {
-    hotkey::CKeyTracker fresh(m_report);
+    hotkey::CKeyTracker fresh(m_report, m_presses);
     fresh.setSettings(m_settings);
     EXPECT_FALSE(fresh.handle({kModifier, 0x11D, true, 1}));
     EXPECT_FALSE(fresh.handle({VK_F1, kF1, true, 2}));

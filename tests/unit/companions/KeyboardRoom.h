@@ -29,8 +29,9 @@ inline bool waitUntil(const std::function<bool()>& condition, DWORD milliseconds
     }
 }
 
-// As the keyboard sends it: with its scan code and, for keys such as right Ctrl and the arrows, the extended flag.
-inline void sendKey(WORD virtualKey, bool bDown) {
+// As the keyboard sends it: with its scan code and, for keys such as right Ctrl and the arrows, the extended flag. The
+// time is when the key says that it happened, in ms of the system's tick count; 0 = now.
+inline void sendKey(WORD virtualKey, bool bDown, DWORD time = 0) {
     const UINT scan = ::MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC_EX);
     const bool bExtended = (scan & 0xFF00) != 0 || virtualKey == VK_RCONTROL || virtualKey == VK_LEFT;
     INPUT input{};
@@ -38,7 +39,14 @@ inline void sendKey(WORD virtualKey, bool bDown) {
     input.ki.wVk = virtualKey;
     input.ki.wScan = static_cast<WORD>(scan & 0xFF);
     input.ki.dwFlags = (bDown ? 0u : KEYEVENTF_KEYUP) | (bExtended ? KEYEVENTF_EXTENDEDKEY : 0u);
+    input.ki.time = time;
     ::SendInput(1, &input, sizeof(input));
+}
+// However long the machine takes for it.
+inline void tapQuickly(WORD virtualKey) {
+    const DWORD now = ::GetTickCount();
+    sendKey(virtualKey, true, now);
+    sendKey(virtualKey, false, now + 1);
 }
 inline void pressKey(WORD virtualKey) {
     sendKey(virtualKey, true);

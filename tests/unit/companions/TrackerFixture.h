@@ -48,6 +48,14 @@ class CReport : public hotkey::INotificationSink {
     }
 };
 
+// The keys that the tracker presses itself.
+class CPresses : public hotkey::IKeyPresser {
+ public:
+    void tap(DWORD virtualKey) noexcept override { keys.push_back(virtualKey); }
+
+    std::vector<DWORD> keys;
+};
+
 // F1, F2 and the left arrow are listed; F3 and A are not.
 class TrackerTest : public testing::Test {
  protected:
@@ -60,11 +68,15 @@ class TrackerTest : public testing::Test {
     // Each event comes 10 ms after the one before. True when it was swallowed.
     bool down(std::size_t slot) { return _key(virtualKey(slot), slot, true); }
     bool up(std::size_t slot) { return _key(virtualKey(slot), slot, false); }
-    bool modifierDown() { return _key(kModifier, 0x11D, true); }
-    bool modifierUp() { return _key(kModifier, 0x11D, false); }
+    bool modifierDown() { return _key(m_settings.modifierKey, 0x11D, true); }
+    bool modifierUp() { return _key(m_settings.modifierKey, 0x11D, false); }
 
     static DWORD virtualKey(std::size_t slot) { return static_cast<DWORD>(slot & 0xFF) + 0x30; }
 
+    void setModifier(DWORD virtualKey) {
+        m_settings.modifierKey = virtualKey;
+        m_tracker.setSettings(m_settings);
+    }
     void setSticky(bool sticky) {
         m_settings.sticky = sticky;
         m_tracker.setSettings(m_settings);
@@ -72,7 +84,8 @@ class TrackerTest : public testing::Test {
 
     hotkey::TrackerSettings m_settings;
     CReport m_report;
-    hotkey::CKeyTracker m_tracker{m_report};
+    CPresses m_presses;
+    hotkey::CKeyTracker m_tracker{m_report, m_presses};
     DWORD m_nTime = 1000;
 
  private:
