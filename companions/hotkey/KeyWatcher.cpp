@@ -80,10 +80,6 @@ void CKeyWatcher::tap(DWORD virtualKey) noexcept {
     keyboard::tapKey(virtualKey);
 }
 
-void CKeyWatcher::tap(DWORD virtualKey) noexcept {
-    keyboard::tapKey(virtualKey);
-}
-
 void CKeyWatcher::handleEnd() noexcept {
     m_tracker.releaseAll();
     m_stickyWindow.close();
