@@ -52,7 +52,7 @@ TEST_F(KeptFavourites, StandBelowTheProductsKey) {
 TEST_F(KeptFavourites, OldPlaceIsReadOnceAndMoved) {
     keepInTheOldPlace(L"0", L"Desk");
     keepInTheOldPlace(L"1", L"Home");
-    EXPECT_EQ(storedNames(), (Names{L"Desk", L"Home"}));
+    ASSERT_EQ(storedNames(), (Names{L"Desk", L"Home"}));
     EXPECT_FALSE(hasKey(OUTPUT_SETUP_REG_OLD_FAVOURITES));
     const favourites::Favourite moved = favourites::load()[1];
     EXPECT_EQ(moved.mode, FENWYN_MODE_EXTEND_LEFT);
