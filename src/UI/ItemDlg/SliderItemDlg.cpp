@@ -53,7 +53,7 @@ void drawThumb(const FramePixels& frame, const RECT& thumb) {
     RECT box{thumb.left, thumb.top, thumb.right - 1, thumb.bottom - 1};
     fillRoundedBox(frame, box, kThumbRadius, kGrey);
     ::InflateRect(&box, -kThumbFrame, -kThumbFrame);
-    fillRoundedBox(frame, box, kThumbRadius - kThumbFrame, kWhite);
+    fillRoundedBox(frame, box, 0.0, kWhite);
 }
 
 }  // namespace
