@@ -85,15 +85,14 @@ std::optional<ULONG> CWireless::items() {
 
 bool CWireless::select(LONG lItem) {
     const std::optional<RadioList> before = m_state.known();
-    std::optional<RadioList> after = before ? afterState(*before, lItem) : std::nullopt;
+    const std::optional<RadioList> after = before ? afterState(*before, lItem) : std::nullopt;
     if (!after) {
         return false;
     }
     if (lItem == static_cast<LONG>(kCancel)) {
         return true;
     }
-    return m_state.change([pRadios = m_pRadios, from = *before, to = *after] { change(*pRadios, from, to); },
-                          std::move(*after));
+    return m_state.change([pRadios = m_pRadios, from = *before, to = *after] { change(*pRadios, from, to); }, *after);
 }
 
 }  // namespace win

@@ -37,7 +37,8 @@ std::set<UINT> stringsOf(UINT uBlock, WORD wLanguage) {
 }
 
 // Pictures that other parts of the program ask for: the connectors of the output preview.
-constexpr UINT kOtherImages[] = {296, 297, 298, 299, 300};
+// 60 is the mark of a latched modifier, for whoever shows one.
+constexpr UINT kOtherImages[] = {60, 296, 297, 298, 299, 300};
 
 }  // namespace
 
