@@ -1,4 +1,4 @@
-// Which overlay is on in this session, and which process holds its hook: a word in memory that all programs of the
+// Which overlay is on in the session, and which process holds its hook: a word in memory that all programs of the
 // session share. It lives as long as anybody holds it, so a process that dies takes its overlay along.
 #pragma once
 
