@@ -55,7 +55,8 @@ void widen(GlyphMask& mask, int by) {
     std::vector<std::uint8_t> wider(static_cast<std::size_t>(width) * static_cast<std::size_t>(mask.height));
     for (int y = 0; y < mask.height; ++y) {
         for (int x = 0; x < mask.width; ++x) {
-            if (mask.points[static_cast<std::size_t>(y * mask.width + x)] != 0) {
+            if (mask.points[static_cast<std::size_t>(y) * static_cast<std::size_t>(mask.width) +
+                            static_cast<std::size_t>(x)] != 0) {
                 std::fill_n(wider.begin() + std::ptrdiff_t{y} * width + x, by + 1, std::uint8_t{1});
             }
         }
@@ -69,7 +70,9 @@ std::array<float, kSubPixels> sharpnessOf(const GlyphMask& mask) {
     std::vector<float> columns(static_cast<std::size_t>(mask.width));
     for (int y = 0; y < mask.height; ++y) {
         for (int x = 0; x < mask.width; ++x) {
-            columns[static_cast<std::size_t>(x)] += mask.points[static_cast<std::size_t>(y * mask.width + x)];
+            columns[static_cast<std::size_t>(x)] +=
+                mask.points[static_cast<std::size_t>(y) * static_cast<std::size_t>(mask.width) +
+                            static_cast<std::size_t>(x)];
         }
     }
     std::array<float, kSubPixels> sharpness{};
@@ -135,7 +138,8 @@ GlyphMask GlyphFont::_load(wchar_t letter, int widening) const {
         const int stride = (mask.width + 31) / 32 * 4;
         for (int y = 0; y < mask.height; ++y) {
             for (int x = 0; x < mask.width; ++x) {
-                const unsigned eight = bits[static_cast<std::size_t>(y * stride + x / 8)];
+                const unsigned eight = bits[static_cast<std::size_t>(y) * static_cast<std::size_t>(stride) +
+                                            static_cast<std::size_t>(x) / 8];
                 mask.points.push_back(static_cast<std::uint8_t>(eight >> (7U - static_cast<unsigned>(x) % 8U) & 1U));
             }
         }

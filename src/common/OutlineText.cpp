@@ -63,7 +63,8 @@ class MaskCanvas {
             for (int column = 0; column < glyph.width && y >= 0 && y < m_height; ++column) {
                 const int place = x + glyph.left + column;
                 if (place >= 0 && place < m_width &&
-                    glyph.points[static_cast<std::size_t>(row * glyph.width + column)] != 0) {
+                    glyph.points[static_cast<std::size_t>(row) * static_cast<std::size_t>(glyph.width) +
+                                 static_cast<std::size_t>(column)] != 0) {
                     _at(place, y) = 1;
                 }
             }

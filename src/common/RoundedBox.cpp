@@ -10,8 +10,9 @@ constexpr int kSamples = 8;  // each way
 int covered(int x, int y, const RECT& box, double radius) {
     int inside = 0;
     for (int sample = 0; sample < kSamples * kSamples; ++sample) {
+        const int row = sample / kSamples;
         const double px = x + (sample % kSamples + 0.5) / kSamples;
-        const double py = y + (sample / kSamples + 0.5) / kSamples;
+        const double py = y + (row + 0.5) / kSamples;
         // The distance to the box that the arcs' centres span.
         const double dx = px - std::clamp(px, box.left + radius, box.right - radius);
         const double dy = py - std::clamp(py, box.top + radius, box.bottom - radius);
