@@ -57,6 +57,15 @@ function(fenwyn_code)
   endif()
 endfunction()
 
+# fenwyn_table(<variable> <file.json.in> <table>): the JSON text that the compiler's preprocessor makes of a table of rows.
+# One table is read so by sources, which include it, and by the build.
+function(fenwyn_table variable file table)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}" "${table}")
+  execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -E -P -x c++ "${CMAKE_CURRENT_SOURCE_DIR}/${file}"
+                  OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+  set(${variable} "${text}" PARENT_SCOPE)
+endfunction()
+
 # `stage` builds what ships and no test.
 add_custom_target(stage)
 
@@ -77,6 +86,13 @@ endfunction()
 # The program is written to build/<preset>/unit/; `ctest` and ./test run them one at a time.
 function(fenwyn_unit_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;RESOURCES" ${ARGN})
+  if(ARG_RESOURCES)
+    # The list of languages finds the texts of the program whose resources include it.
+    get_filename_component(file "${ARG_RESOURCES}" ABSOLUTE)
+    get_filename_component(folder "${file}" DIRECTORY)
+    set_property(SOURCE "${ARG_RESOURCES}" APPEND PROPERTY
+                 INCLUDE_DIRECTORIES "${folder}" "${CMAKE_SOURCE_DIR}/src/res")
+  endif()
   add_executable(${name} ${ARG_SOURCES} ${ARG_RESOURCES})
   fenwyn_warnings(${name})
   # Tests are compiled once and run once: compiling them is what costs. The headers that all of them include are

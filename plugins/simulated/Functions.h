@@ -1,11 +1,13 @@
-// The simulated notebook's functions: the one table from which the plug-ins, the sample settings and the notebook's
-// window are made. The build reads the names at the start of the rows; adding a function is adding a row.
+// The simulated notebook's functions: the table from which the sample settings and the notebook's window are made. Its
+// rows stand in Functions.inc; adding a function is adding one there.
 #pragma once
 
 #include <windows.h>
 
 #include <array>
 #include <string_view>
+
+#include "FenwynFunctions.h"
 
 namespace sim {
 
@@ -24,8 +26,8 @@ enum class Kind {
 };
 
 struct Key {
-    DWORD code = 0;  // PC set-1 scan code
-    const wchar_t* name = nullptr;
+    DWORD code;  // PC set-1 scan code; 0: there is none
+    const wchar_t* name;
 };
 
 inline constexpr std::size_t kMaxItemNames = 5;
@@ -41,31 +43,16 @@ struct Function {
     bool inSample;  // in the sample list unless everything is asked for
     std::array<const wchar_t*, kMaxItemNames> itemNames;
 
-    [[nodiscard]] constexpr std::size_t keyCount() const noexcept { return keys[1].name == nullptr ? 1 : 2; }
+    [[nodiscard]] constexpr std::size_t keyCount() const noexcept { return keys[1].code == 0 ? 1 : 2; }
 };
 
-// In the order of the keys, so that the strip lies as the keyboard does.
-// clang-format off
+#define FUNCTION(name, caption, code, key, code2, key2, kind, items, items2, first, sample, ...)          \
+    {L"" #name,   L"" caption,  {{{code, L"" key}, {code2, L"" key2}}}, Kind::kind, items, items2, first, \
+     sample != 0, {__VA_ARGS__}},
 inline constexpr Function kFunctions[] = {
-    {L"Mute", L"Mute", {{{0x3B, L"F1"}}}, Kind::Toggle, 0x3, 0, 1, true, {L"muted", L"sound on"}},
-    {L"Lock", L"Lock", {{{0x3C, L"F2"}}}, Kind::Action, 0x3, 0, 0, true, {L"lock"}},
-    {L"PowerPlan", L"Power plan", {{{0x3D, L"F3"}}}, Kind::Plans, 0xF, 0, 1, true,
-        {L"High performance", L"Balanced", L"Power saver", L"Custom"}},
-    {L"Sleep", L"Sleep", {{{0x3E, L"F4"}}}, Kind::Action, 0x3, 0, 0, true, {L"sleep"}},
-    {L"Output_2", L"Display output", {{{0x3F, L"F5"}}}, Kind::Favourites, 0, 0, 0, true, {}},
-    {L"Brightness", L"Brightness", {{{0x40, L"F6"}, {0x41, L"F7"}}}, Kind::Slider, 10, 0, 7, true, {}},
-    {L"Wireless", L"Wireless", {{{0x42, L"F8"}}}, Kind::Radios, 0x4000, 0, 0, true, {}},
-    {L"Touchpad", L"Touchpad", {{{0x43, L"F9"}}}, Kind::Toggle, 0x3, 0, 0, true, {L"on", L"off"}},
-    {L"CursorOverlay", L"Cursor keys", {{{0x44, L"F10"}}}, Kind::Toggle, 0x3, 0, 1, true, {L"on", L"off"}},
-    {L"NumericOverlay", L"Number pad", {{{0x57, L"F11"}}}, Kind::Toggle, 0x3, 0, 1, true, {L"on", L"off"}},
-    {L"Hibernate", L"Hibernate", {{{0x58, L"F12"}}}, Kind::Action, 0x3, 0, 0, true, {L"hibernate"}},
-    {L"Zoom", L"Zoom", {{{0x39, L"Space"}}}, Kind::Positions, 0x7, 0, 0, true, {L"normal", L"larger", L"largest"}},
-    {L"KBB", L"Keyboard light", {{{0x30, L"B"}}}, Kind::Backlight, 0x7, 0, 1, true, {L"timer", L"on", L"off"}},
-    {L"ODD", L"Optical drive", {{{0x12, L"E"}}}, Kind::Drive, 0x1F, 0, 1, true,
-        {L"disc ejected", L"on", L"off", L"quiet"}},
-    {L"Output", L"Older output", {{{0x19, L"P"}}}, Kind::Masks, 0xF, 0x3, 0, false, {}},
+#include "Functions.inc"
 };
-// clang-format on
+#undef FUNCTION
 
 // Null when no row has that name. Exact match.
 [[nodiscard]] constexpr const Function* findFunction(std::wstring_view name) noexcept {
@@ -93,7 +80,21 @@ constexpr bool codesAreDistinct() {
     }
     return true;
 }
-static_assert(std::size(kFunctions) == 15, "one row for each function that Fenwyn knows");
+
+constexpr bool functionsAreThoseOfTheContract() {
+    for (const Function& function : kFunctions) {
+        const fenwyn::Function* const contract = fenwyn::findFunction(function.name);
+        if (contract == nullptr || std::wstring_view(contract->name) != function.name) {
+            return false;
+        }
+        const bool masked = function.kind != Kind::Slider && function.kind != Kind::Favourites;
+        if (masked && ((function.items & ~contract->info) != 0 || (function.items2 & ~contract->info2) != 0)) {
+            return false;
+        }
+    }
+    return std::size(kFunctions) == std::size(fenwyn::kFunctions);
+}
+static_assert(functionsAreThoseOfTheContract(), "one row for each function that Fenwyn knows");
 static_assert(codesAreDistinct(), "every key calls one function");
 }  // namespace detail
 

@@ -1,10 +1,10 @@
-"""All fifteen functions of the simulated notebook: each card is shown, stepped through and applied with its own key."""
+"""All functions of the simulated notebook: each card is shown, stepped through and applied with its own key."""
 import collections
 import subprocess
 
 import pytest
 from harness import geometry, places
-from harness.functions import SAMPLE, sample
+from harness.functions import KINDS, SAMPLE, sample
 from harness.probe import Rect
 from harness.waiting import wait_until
 from test_keys import expect_card, item_rects, large_card_of
@@ -36,6 +36,9 @@ EXPECTED = {
     "ODD": Expected(["2"], TOGGLE, CHANGES),
     "Output": Expected(["1"], TOGGLE, CHANGES),
 }
+# A function without a row is as plain as its kind.
+BY_KIND = {"Positions": Expected(["1"], TOGGLE, CHANGES), "Action": Expected(["1"], ACTION, NO_TEXT)}
+EXPECTED.update({name: BY_KIND[kind] for name, kind in KINDS.items() if name not in EXPECTED})
 # No settings of the user's own, no sticky modifier to end.
 HARMLESS = {"RegConfigAccess::Open", "CZelMainApp::_cancelFnSticky"}
 OVERLAYS = ("CursorOverlay", "NumericOverlay")

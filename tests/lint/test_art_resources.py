@@ -13,7 +13,11 @@ BUILD = Path(os.environ.get("FENWYN_BUILD", ROOT / "build"))
 STAGE = Path(os.environ.get("FENWYN_STAGE", BUILD / "stage"))
 
 DEFINE = re.compile(r"^#define (\w+)\s+(\d+)\b", re.M)
-LANGUAGES = {"en": 0x409, "de": 0x407}
+# {language: its number}, as the list that all programs include says.
+LANGUAGES = {language: int(number, 16) for language, number in re.findall(
+    r"^#include <strings/(\w+)\.rc> +// (0x[0-9a-fA-F]+)$", (RES / "Languages.rc").read_text(encoding="utf-8"), re.M)}
+# Every program with texts: the folder of its resources.
+TEXT_FOLDERS = ["src/res", "companions/OutputSetup"]
 # Under a card 96 pixels wide a description fits on three lines at most.
 LONGEST_DESCRIPTION = 28
 # Alternatives that the two languages would name alike; anything else with one text was forgotten by a translator.
@@ -59,10 +63,11 @@ def program():
     return pe_resources.read(path)
 
 
-def test_every_language_file_is_included_and_known():
-    assert sorted(path.stem for path in (RES / "strings").glob("*.rc")) == sorted(LANGUAGES)
-    included = re.findall(r'#include "strings/(\w+)\.rc"', (RES / "Fenwyn.rc").read_text(encoding="utf-8"))
-    assert sorted(included) == sorted(LANGUAGES)
+@pytest.mark.parametrize("folder", TEXT_FOLDERS)
+def test_every_language_has_its_file_and_every_file_its_language(folder):
+    assert sorted(path.stem for path in (ROOT / folder / "strings").glob("*.rc")) == sorted(LANGUAGES)
+    resources, = [path for path in (ROOT / folder).glob("*.rc") if "ICON" in path.read_text(encoding="utf-8")]
+    assert '#include "Languages.rc"' in resources.read_text(encoding="utf-8")
 
 
 def test_text_numbers_are_unique():

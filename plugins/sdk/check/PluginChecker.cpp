@@ -7,16 +7,10 @@ namespace check {
 
 namespace {
 
-constexpr DWORD kManyLevels = 100;
+using fenwyn::CurrentRule;
+using fenwyn::InfoRule;
 
-const Rule* findRule(const std::wstring& function) {
-    for (const Rule& rule : kRules) {
-        if (CompareStringOrdinal(function.c_str(), -1, rule.function, -1, TRUE) == CSTR_EQUAL) {
-            return &rule;
-        }
-    }
-    return nullptr;
-}
+constexpr DWORD kManyLevels = 100;
 
 bool hasBit(DWORD mask, LONG bit) {
     return bit >= 0 && bit < 32 && ((mask >> bit) & 1U) != 0;
@@ -25,7 +19,7 @@ bool hasBit(DWORD mask, LONG bit) {
 // The checks of all functions but the display output with favourites.
 class CBasicChecker {
  public:
-    CBasicChecker(const Rule& rule, CPluginLibrary& library, CReport& report)
+    CBasicChecker(const fenwyn::Function& rule, CPluginLibrary& library, CReport& report)
         : m_rule(rule), m_library(library), m_report(report) {}
 
     void run(std::optional<long> item) {
@@ -36,10 +30,10 @@ class CBasicChecker {
         if (m_library.has(FENWYN_IS_DUAL_BRT_CTRL) && m_rule.infoRule == InfoRule::Levels) {
             dualControl();
         }
-        if (offers && m_rule.itemRule != ItemRule::NotAsked) {
+        if (offers && m_rule.currentRule != CurrentRule::NotAsked) {
             currentItem();
         }
-        if (offers && m_rule.itemRule == ItemRule::BitOf && m_library.has(FENWYN_GET_CUSTOM_ITEM_TEXT)) {
+        if (offers && m_rule.currentRule == CurrentRule::BitOf && m_library.has(FENWYN_GET_CUSTOM_ITEM_TEXT)) {
             planNames();
         }
         if (item) {
@@ -78,7 +72,7 @@ class CBasicChecker {
 
     void infoFailed(LONG result) {
         const std::wstring number = L"GetDisplayItemInfo failed (" + std::to_wstring(result) + L"): ";
-        if (std::wstring_view(m_rule.function) == L"Wireless") {
+        if (std::wstring_view(m_rule.name) == L"Wireless") {
             m_report.warning(number + L"the card shows its error notice.");
         } else {
             m_report.error(number + L"the card shows no items.");
@@ -93,6 +87,7 @@ class CBasicChecker {
                 return checkLevels();
             case InfoRule::Mask:
             case InfoRule::TwoMasks:
+            case InfoRule::Entries:
                 break;
         }
         return checkMasks();
@@ -132,18 +127,12 @@ class CBasicChecker {
             return false;
         }
         m_report.note(L"Items offered: info " + hex(m_uInfo) + L", info 2 " + hex(m_uInfo2) + L".");
-        if (choosesPositions() && offered != m_rule.info) {
+        if (m_rule.choosesPositions() && offered != m_rule.info) {
             m_report.warning(
                 L"Some items are left out: SelectItem gets positions among the items that exist, but GetCurrentItem "
                 L"counts all states, and so does Fenwyn when it looks for the item that the first press selects.");
         }
         return true;
-    }
-
-    // Zoom and KBB: what is chosen is counted otherwise than what is current.
-    [[nodiscard]] bool choosesPositions() const {
-        return m_rule.infoRule == InfoRule::Mask &&
-               (m_rule.itemRule == ItemRule::Below || m_rule.itemRule == ItemRule::LowHalf);
     }
 
     void warnOfExtraBits(DWORD extra, const wchar_t* value) {
@@ -181,7 +170,7 @@ class CBasicChecker {
             m_report.note(L"The current item is " + std::to_wstring(item.value()) + L" (" +
                           hex(static_cast<ULONG>(item.value())) + L").");
             const LONG state = item.value() & 0xFFFF;
-            if (choosesPositions() && !hasBit(m_uInfo, state)) {
+            if (m_rule.choosesPositions() && !hasBit(m_uInfo, state)) {
                 m_report.warning(L"No item stands for the current state " + std::to_wstring(state) +
                                  L": the first press selects the item of another state.");
             }
@@ -190,19 +179,21 @@ class CBasicChecker {
 
     [[nodiscard]] bool itemMakesSense(LONG item) const {
         const LONG levels = static_cast<LONG>(m_uInfo);
-        switch (m_rule.itemRule) {
-            case ItemRule::NotAsked:
+        switch (m_rule.currentRule) {
+            case CurrentRule::NotAsked:
                 return true;
-            case ItemRule::Below:
-                return item >= 0 && item < m_rule.items;
-            case ItemRule::LowHalf:
-                return (item & 0xFFFF) < m_rule.items;
-            case ItemRule::BitOf:
+            case CurrentRule::State:
+                return item >= 0 && item < m_rule.states;
+            case CurrentRule::LowHalf:
+                return (item & 0xFFFF) < m_rule.states;
+            case CurrentRule::BitOf:
                 return hasBit(m_uInfo & m_rule.info, item);
-            case ItemRule::Level:
+            case CurrentRule::Level:
                 return m_bDual ? (item & 0xFF) <= levels && (item >> 8 & 0xFF) <= levels : item >= 0 && item <= levels;
-            case ItemRule::Arrangement:
+            case CurrentRule::Arrangement:
                 return hasBit(m_uInfo & m_rule.info, item) || hasBit(m_uInfo2 & m_rule.info2, item - 32);
+            case CurrentRule::Entry:
+                break;
         }
         return false;
     }
@@ -246,7 +237,7 @@ class CBasicChecker {
         }
     }
 
-    const Rule& m_rule;
+    const fenwyn::Function& m_rule;
     CPluginLibrary& m_library;
     CReport& m_report;
     ULONG m_uInfo = 0;
@@ -258,17 +249,16 @@ class CBasicChecker {
 
 CReport checkPlugin(const std::wstring& path, const std::wstring& function, std::optional<long> item) {
     CReport report;
-    const bool favourites = CompareStringOrdinal(function.c_str(), -1, kOutputWithFavourites, -1, TRUE) == CSTR_EQUAL;
-    const Rule* const rule = findRule(function);
-    if (!favourites && rule == nullptr) {
+    const fenwyn::Function* const rule = fenwyn::findFunction(function);
+    if (rule == nullptr) {
         report.error(L"Fenwyn knows no function \"" + function + L"\". It knows: " + knownFunctions() + L".");
         return report;
     }
     CPluginLibrary library(report);
-    if (!library.load(path) || !library.requireExports(favourites ? kOutputExports : rule->exports)) {
+    if (!library.load(path) || !library.requireExports(rule->exports)) {
         return report;
     }
-    if (favourites) {
+    if (rule->infoRule == InfoRule::Entries) {
         checkOutput(library, report, item);
     } else {
         CBasicChecker(*rule, library, report).run(item);
@@ -279,9 +269,9 @@ CReport checkPlugin(const std::wstring& path, const std::wstring& function, std:
 }
 
 std::wstring knownFunctions() {
-    std::wstring names = kOutputWithFavourites;
-    for (const Rule& rule : kRules) {
-        names += std::wstring(L" ") + rule.function;
+    std::wstring names;
+    for (const fenwyn::Function& function : fenwyn::kFunctions) {
+        names += (names.empty() ? L"" : L" ") + std::wstring(function.name);
     }
     return names;
 }

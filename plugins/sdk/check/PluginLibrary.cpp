@@ -66,7 +66,7 @@ void CPluginLibrary::unload() {
     g_pszInProgress = nullptr;
 }
 
-bool CPluginLibrary::requireExports(const std::array<const char*, kMaxExports>& names) {
+bool CPluginLibrary::requireExports(const std::array<const char*, fenwyn::kMaxExports>& names) {
     bool complete = true;
     for (const char* const name : names) {
         if (name == nullptr || has(name)) {

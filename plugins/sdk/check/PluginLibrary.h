@@ -29,7 +29,7 @@ class CPluginLibrary {
     [[nodiscard]] bool has(const char* exportName) const { return address(exportName) != nullptr; }
 
     // Reports each missing export, with a similar name when there is one. False when any is missing.
-    bool requireExports(const std::array<const char*, kMaxExports>& names);
+    bool requireExports(const std::array<const char*, fenwyn::kMaxExports>& names);
 
     // Reports that the plug-in declined with this result, and its reason when it gives one.
     void reportUnsupported(const char* initializeName, LONG result);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <new>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -30,60 +31,56 @@ struct Row {
     Maker maker;
 };
 
-constexpr std::array<Row, 15> kFunctions{{
-    {L"Mute", &make<CFxMute>},
-    {L"Lock", &make<CFxLock>},
+// The functions with a class of their own.
+constexpr Row kOwnClasses[] = {
     {L"PowerPlan", &make<CFxPowerPlan>},
-    {L"Sleep", &make<CFxSleep>},
-    {L"Hibernate", &make<CFxHibernate>},
     {L"Output", &make<CFxOutput>},
     {L"Output_2", &make<CFxOutput_2>},
     {L"Brightness", &make<CFxBrightness>},
     {L"Wireless", &make<CFxWireless>},
-    {L"Touchpad", &make<CFxTouchpad>},
-    {L"Zoom", &make<CFxZoom>},
     {L"CursorOverlay", &make<CFxCursorOverlay>},
     {L"NumericOverlay", &make<CFxNumOverlay>},
     {L"ODD", &make<CFxODD>},
     {L"KBB", &make<CFxKBB>},
-}};
+};
 
-constexpr wchar_t toLowerAscii(wchar_t c) {
-    return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
+template <std::size_t... I>
+constexpr std::array<Row, sizeof...(I)> describedRows(std::index_sequence<I...>) {
+    using functiontables::kDescribedFunctions;
+    return {Row{kDescribedFunctions[I]->pszName, &make<CDescribedFunction<*kDescribedFunctions[I]>>}...};
 }
+constexpr auto kDescribed = describedRows(std::make_index_sequence<functiontables::kDescribedFunctions.size()>());
 
-constexpr bool equalNames(std::wstring_view left, std::wstring_view right) {
-    if (left.size() != right.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        if (toLowerAscii(left[i]) != toLowerAscii(right[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
-consteval bool namesAreUnique() {
-    for (std::size_t i = 0; i < kFunctions.size(); ++i) {
-        for (std::size_t j = i + 1; j < kFunctions.size(); ++j) {
-            if (equalNames(kFunctions[i].name, kFunctions[j].name)) {
-                return false;
+// The maker of a function of the contract; null when there is none.
+constexpr Maker findMaker(std::wstring_view name) {
+    for (const auto rows : {std::span<const Row>(kOwnClasses), std::span<const Row>(kDescribed)}) {
+        for (const Row& row : rows) {
+            if (fenwyn::equalNames(name, row.name)) {
+                return row.maker;
             }
         }
     }
-    return true;
+    return nullptr;
 }
-static_assert(namesAreUnique());
+
+// Every function of the contract has one maker, and there is no maker beside them.
+consteval bool makersFitTheContract() {
+    for (const fenwyn::Function& function : fenwyn::kFunctions) {
+        if (findMaker(function.name) == nullptr) {
+            return false;
+        }
+    }
+    return std::size(kOwnClasses) + kDescribed.size() == std::size(fenwyn::kFunctions);
+}
+static_assert(makersFitTheContract());
 
 }  // namespace
 
 std::unique_ptr<CFuncX> CFuncXFactory::createFunx(const wchar_t* pszFuncName, std::vector<DWORD> vecHotkeyCodes,
                                                   std::wstring strCaption) {
-    for (const Row& row : kFunctions) {
-        if (pszFuncName != nullptr && equalNames(pszFuncName, row.name)) {
-            return row.maker(std::move(vecHotkeyCodes), std::move(strCaption));
-        }
+    const Maker maker = pszFuncName != nullptr ? findMaker(pszFuncName) : nullptr;
+    if (maker != nullptr) {
+        return maker(std::move(vecHotkeyCodes), std::move(strCaption));
     }
     LOG_ASSERT(L"!\"Error hotkey function!\"");
     return nullptr;

@@ -56,12 +56,35 @@ consteval bool imagesAreUnique() {
     return true;
 }
 
+template <typename Row>
+consteval DWORD allBits(std::span<const Row> rows) {
+    DWORD dwBits = 0;
+    for (const Row& row : rows) {
+        dwBits |= row.dwBit;
+    }
+    return dwBits;
+}
+
+consteval bool isSound(const CircleDescription& description) {
+    const bool bBothItems = description.itemRule == ItemRule::BothItems;
+    return oneAscendingBitEach(description.items) && valueIsBitNumber(description.items, 0) &&
+           (!bBothItems || description.items.size() == 2) &&
+           (!description.hasState() || description.statusTexts.size() == description.items.size()) &&
+           (description.defaultRule != DefaultRule::Listed || description.defaults.size() == description.items.size());
+}
+
+// What the program shows is what the contract lets a plug-in offer.
+consteval bool keepsTheContract(const CircleDescription& description) {
+    const fenwyn::Function* const pContract = fenwyn::findFunction(description.pszName);
+    const auto infoRule =
+        description.itemRule == ItemRule::BothItems ? fenwyn::InfoRule::Exact : fenwyn::InfoRule::Mask;
+    return pContract != nullptr && pContract->infoRule == infoRule && pContract->info == allBits(description.items) &&
+           pContract->hasExport(FENWYN_GET_CURRENT_ITEM) == description.hasState();
+}
+
 consteval bool circleFunctionsAreSound() {
-    for (const CircleDescription* p : kCircleFunctions) {
-        const bool bBothItems = p->itemRule == ItemRule::BothItems;
-        if (!oneAscendingBitEach(p->items) || !valueIsBitNumber(p->items, 0) || (bBothItems && p->items.size() != 2) ||
-            (p->hasState() && p->statusTexts.size() != p->items.size()) ||
-            (p->defaultRule == DefaultRule::Listed && p->defaults.size() != p->items.size())) {
+    for (const CircleDescription* const pDescription : kCircleFunctions) {
+        if (!isSound(*pDescription) || !keepsTheContract(*pDescription)) {
             return false;
         }
     }
@@ -76,6 +99,10 @@ static_assert(oneAscendingBitEach(std::span<const Item>(kOutputSecond)) && value
 static_assert(textFollowsBit(kOutputFirst, IDS_OUTPUT_FIRST_BASE));
 static_assert(textFollowsBit(kOutputSecond, IDS_OUTPUT_SECOND_BASE));
 static_assert(kOutputFirst.size() + kOutputSecond.size() == 46 && imagesAreUnique());
+static_assert(allBits(std::span<const Item>(kPowerPlans)) == fenwyn::findFunction(L"PowerPlan")->info);
+static_assert(allBits(std::span<const WirelessState>(kWirelessStates)) == fenwyn::findFunction(L"Wireless")->info);
+static_assert(allBits(std::span<const Item>(kOutputFirst)) == fenwyn::findFunction(L"Output")->info);
+static_assert(allBits(std::span<const Item>(kOutputSecond)) == fenwyn::findFunction(L"Output")->info2);
 static_assert(kOutputModes.size() == FENWYN_MODE_SAVE + 1);
 
 }  // namespace

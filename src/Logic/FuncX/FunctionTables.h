@@ -5,11 +5,12 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <span>
 
-#include "plugins/sdk/FenwynPlugin.h"
+#include "plugins/sdk/FenwynFunctions.h"
 #include "res/StringIds.h"
 
 namespace functiontables {
@@ -53,6 +54,7 @@ enum class UnknownDefault {
 
 // One function of round items.
 struct CircleDescription {
+    const wchar_t* pszName;   // as the function list names it
     const wchar_t* pszClass;  // as the log names it
     Look look;
     ItemRule itemRule;
@@ -79,7 +81,8 @@ inline constexpr std::array<Item, 2> kMuteItems{{
     {0x2, 1, IDS_MUTE_OFF, 115, 114},
 }};
 inline constexpr std::array<UINT, 2> kMuteStatus{IDS_MUTE_ON, IDS_MUTE_OFF};
-inline constexpr CircleDescription kMute{.pszClass = L"CFxMute",
+inline constexpr CircleDescription kMute{.pszName = L"Mute",
+                                         .pszClass = L"CFxMute",
                                          .look = {111, 110, IDS_MUTE_DESC},
                                          .itemRule = ItemRule::BothItems,
                                          .items = kMuteItems,
@@ -91,7 +94,8 @@ inline constexpr std::array<Item, 2> kLockItems{{
     {0x1, 0, IDS_LOCK_ITEM, 133, 132},
     {0x2, 1, IDS_CANCEL, kCancelImageId1, kCancelImageId2},
 }};
-inline constexpr CircleDescription kLock{.pszClass = L"CFxLock",
+inline constexpr CircleDescription kLock{.pszName = L"Lock",
+                                         .pszClass = L"CFxLock",
                                          .look = {131, 130, IDS_LOCK_DESC},
                                          .itemRule = ItemRule::BothItems,
                                          .items = kLockItems,
@@ -101,7 +105,8 @@ inline constexpr std::array<Item, 2> kSleepItems{{
     {0x1, 0, IDS_SLEEP_ITEM, 183, 182},
     {0x2, 1, IDS_CANCEL, kCancelImageId1, kCancelImageId2},
 }};
-inline constexpr CircleDescription kSleep{.pszClass = L"CFxSleep",
+inline constexpr CircleDescription kSleep{.pszName = L"Sleep",
+                                          .pszClass = L"CFxSleep",
                                           .look = {181, 180, IDS_SLEEP_DESC},
                                           .itemRule = ItemRule::BothItems,
                                           .items = kSleepItems,
@@ -111,7 +116,8 @@ inline constexpr std::array<Item, 2> kHibernateItems{{
     {0x1, 0, IDS_HIBERNATE_ITEM, 203, 202},
     {0x2, 1, IDS_CANCEL, kCancelImageId1, kCancelImageId2},
 }};
-inline constexpr CircleDescription kHibernate{.pszClass = L"CFxHibernate",
+inline constexpr CircleDescription kHibernate{.pszName = L"Hibernate",
+                                              .pszClass = L"CFxHibernate",
                                               .look = {201, 200, IDS_HIBERNATE_DESC},
                                               .itemRule = ItemRule::BothItems,
                                               .items = kHibernateItems,
@@ -122,7 +128,8 @@ inline constexpr std::array<Item, 2> kTouchpadItems{{
     {0x2, 1, IDS_TOUCHPAD_TURN_OFF, 475, 474},
 }};
 inline constexpr std::array<UINT, 2> kTouchpadStatus{IDS_TOUCHPAD_ON, IDS_TOUCHPAD_OFF};
-inline constexpr CircleDescription kTouchpad{.pszClass = L"CFxTouchpad",
+inline constexpr CircleDescription kTouchpad{.pszName = L"Touchpad",
+                                             .pszClass = L"CFxTouchpad",
                                              .look = {471, 470, IDS_TOUCHPAD_DESC},
                                              .itemRule = ItemRule::BothItems,
                                              .items = kTouchpadItems,
@@ -137,7 +144,8 @@ inline constexpr std::array<Item, 3> kZoomItems{{
     {0x4, 2, IDS_ZOOM_LARGEST, 537, 536},
 }};
 inline constexpr std::array<UINT, 3> kZoomStatus{IDS_ZOOM_NORMAL, IDS_ZOOM_LARGER, IDS_ZOOM_LARGEST};
-inline constexpr CircleDescription kZoom{.pszClass = L"CFxZoom",
+inline constexpr CircleDescription kZoom{.pszName = L"Zoom",
+                                         .pszClass = L"CFxZoom",
                                          .look = {531, 530, IDS_ZOOM_DESC},
                                          .itemRule = ItemRule::Mask,
                                          .items = kZoomItems,
@@ -153,7 +161,8 @@ inline constexpr std::array<Item, 3> kKbbItems{{
 }};
 inline constexpr std::array<LONG, 3> kKbbDefaults{0, 2, 1};
 inline constexpr std::array<UINT, 3> kKbbStatus{IDS_KBB_TIMER, IDS_KBB_ON, IDS_KBB_OFF};
-inline constexpr CircleDescription kKbb{.pszClass = L"CFxKBB",
+inline constexpr CircleDescription kKbb{.pszName = L"KBB",
+                                        .pszClass = L"CFxKBB",
                                         .look = {581, 580, IDS_KBB_DESC},
                                         .itemRule = ItemRule::Mask,
                                         .items = kKbbItems,
@@ -172,7 +181,8 @@ inline constexpr std::array<Item, 5> kOddItems{{
     {0x10, kOddCancel, IDS_CANCEL, kCancelImageId1, kCancelImageId2},
 }};
 inline constexpr std::array<UINT, 5> kOddStatus{IDS_ODD_EJECT, IDS_ODD_ON, IDS_ODD_OFF, IDS_ODD_QUIET, 0};
-inline constexpr CircleDescription kOdd{.pszClass = L"CFxODD",
+inline constexpr CircleDescription kOdd{.pszName = L"ODD",
+                                        .pszClass = L"CFxODD",
                                         .look = {551, 550, IDS_ODD_DESC},
                                         .itemRule = ItemRule::Mask,
                                         .items = kOddItems,
@@ -190,7 +200,8 @@ inline constexpr std::array<Item, 2> kCursorOverlayItems{{
     {0x1, 0, IDS_OVERLAY_TURN_ON, 494, 493},
     {0x2, 1, IDS_OVERLAY_TURN_OFF, 496, 495},
 }};
-inline constexpr OverlayDescription kCursorOverlay{{.pszClass = L"CFxCursorOverlay",
+inline constexpr OverlayDescription kCursorOverlay{{.pszName = L"CursorOverlay",
+                                                    .pszClass = L"CFxCursorOverlay",
                                                     .look = {491, 490, IDS_CURSOR_OVERLAY_DESC},
                                                     .itemRule = ItemRule::BothItems,
                                                     .items = kCursorOverlayItems,
@@ -203,7 +214,8 @@ inline constexpr std::array<Item, 2> kNumOverlayItems{{
     {0x1, 0, IDS_OVERLAY_TURN_ON, 514, 513},
     {0x2, 1, IDS_OVERLAY_TURN_OFF, 516, 515},
 }};
-inline constexpr OverlayDescription kNumOverlay{{.pszClass = L"CFxNumOverlay",
+inline constexpr OverlayDescription kNumOverlay{{.pszName = L"NumericOverlay",
+                                                 .pszClass = L"CFxNumOverlay",
                                                  .look = {511, 510, IDS_NUM_OVERLAY_DESC},
                                                  .itemRule = ItemRule::BothItems,
                                                  .items = kNumOverlayItems,
@@ -212,16 +224,16 @@ inline constexpr OverlayDescription kNumOverlay{{.pszClass = L"CFxNumOverlay",
                                                  .pszWrongItem = L"!\"Wrong current item!\""},
                                                 512};
 
-inline constexpr std::array<const CircleDescription*, 10> kCircleFunctions{&kMute,
-                                                                           &kLock,
-                                                                           &kSleep,
-                                                                           &kHibernate,
-                                                                           &kTouchpad,
-                                                                           &kZoom,
-                                                                           &kKbb,
-                                                                           &kOdd,
-                                                                           &kCursorOverlay.circle,
-                                                                           &kNumOverlay.circle};
+// The functions that their description tells wholly, and those whose class knows more.
+inline constexpr std::array kDescribedFunctions{&kMute, &kLock, &kSleep, &kHibernate, &kTouchpad, &kZoom};
+inline constexpr std::array kExtendedFunctions{&kKbb, &kOdd, &kCursorOverlay.circle, &kNumOverlay.circle};
+
+// All functions of round items.
+inline constexpr auto kCircleFunctions = [] {
+    std::array<const CircleDescription*, kDescribedFunctions.size() + kExtendedFunctions.size()> all{};
+    std::ranges::copy(kExtendedFunctions, std::ranges::copy(kDescribedFunctions, all.begin()).out);
+    return all;
+}();
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Brightness

@@ -1,4 +1,5 @@
 """A desktop for one run of the tests: screen, Wine prefix, probe, keyboard; and the program started on it."""
+import collections
 import contextlib
 import os
 import shutil
@@ -30,10 +31,29 @@ HIDE_STRIP = WM_USER + 104
 HOTKEY_EVENT = WM_USER + 101
 
 WS_EX_NOACTIVATE = 0x08000000
-CONFIG_DEFAULTS = {"Disable": 0, "Position": 0, "EnableHover": 0, "MouseEnterIdle": 0, "Topmost": 0, "HideMainDlg": 0,
-                   "IgnoreFnKey": 0, "AutoHide": 0, "AutoHideDelayTime": 2000, "HideCaption": 0, "Programmable": 0,
-                   "ShowQrdAtLaunch": 0, "AlwaysShowItemsCaption": 0, "ItemDescMaxWidth": 100, "SliderThumbSize": 20,
-                   "HideMainUIWhenLostFocus": 0, "MonitorOfActiveWindow": 0}
+# In the order in which they are read. Those of a user win over the machine's.
+Setting = collections.namedtuple("Setting", "name default scope")
+USER, MACHINE = "user", "machine"
+SETTINGS = [
+    Setting("Disable", 0, USER),
+    Setting("Position", 0, USER),
+    Setting("EnableHover", 0, USER),
+    Setting("MouseEnterIdle", 0, USER),
+    Setting("Topmost", 0, USER),
+    Setting("MonitorOfActiveWindow", 0, USER),
+    Setting("HideMainDlg", 0, MACHINE),
+    Setting("IgnoreFnKey", 0, MACHINE),
+    Setting("AutoHide", 0, MACHINE),
+    Setting("AutoHideDelayTime", 2000, MACHINE),
+    Setting("HideCaption", 0, MACHINE),
+    Setting("Programmable", 0, MACHINE),
+    Setting("ShowQrdAtLaunch", 0, MACHINE),
+    Setting("AlwaysShowItemsCaption", 0, MACHINE),
+    Setting("ItemDescMaxWidth", 100, MACHINE),
+    Setting("SliderThumbSize", 20, MACHINE),
+    Setting("HideMainUIWhenLostFocus", 0, MACHINE),
+]
+CONFIG_DEFAULTS = {setting.name: setting.default for setting in SETTINGS}
 
 
 class Desktop:

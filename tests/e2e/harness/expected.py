@@ -1,14 +1,10 @@
 """The log lines that the program must write: built from small pieces, so that each test states a whole sequence."""
-from .desktop import CONFIG, CONFIG_DEFAULTS, LIST
+from .desktop import CONFIG, LIST, MACHINE, SETTINGS, USER
 
 FILE_NOT_FOUND, E_POINTER, E_FAIL = 0x80070002, 0x80004003, 0x80004005
 
-# In the order in which they are read.
-USER_SETTINGS = ["Disable", "Position", "EnableHover", "MouseEnterIdle", "Topmost", "MonitorOfActiveWindow"]
-MACHINE_SETTINGS = ["HideMainDlg", "IgnoreFnKey", "AutoHide", "AutoHideDelayTime", "HideCaption", "Programmable",
-                    "ShowQrdAtLaunch", "AlwaysShowItemsCaption", "ItemDescMaxWidth", "SliderThumbSize",
-                    "HideMainUIWhenLostFocus"]
-assert set(USER_SETTINGS + MACHINE_SETTINGS) == set(CONFIG_DEFAULTS)
+USER_SETTINGS = [setting.name for setting in SETTINGS if setting.scope == USER]
+MACHINE_SETTINGS = [setting.name for setting in SETTINGS if setting.scope == MACHINE]
 
 
 def scope(function, *inside):

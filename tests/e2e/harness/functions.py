@@ -1,13 +1,32 @@
 """The functions that tests put on the strip."""
 import collections
+import json
 
+from . import places
 from .keyboard import CODES
 
 Function = collections.namedtuple("Function", "name caption plugin key codes items")
 
+# The simulated notebook's table, as the build has written it.
+TABLE = [row for row in json.loads((places.OUT / "functions.json").read_text(encoding="utf-8")) if row]
+# What the cards of these kinds show on a new machine; of all others the items are the bits of their masks.
+SHOWN = {"Slider": 1, "Radios": 3, "Favourites": 8}
+
+
+def item_count(row):
+    masks = [int(row[mask], 0) for mask in ("items", "items2")]
+    return SHOWN.get(row["kind"]) or sum(bin(mask).count("1") for mask in masks)
+
+
+def key_name(name):
+    """As the keyboard calls it: letters and the space bar are small."""
+    return name if name in CODES else name.lower()
+
+
 # The circle functions of the simulated notebook and how many items each shows there.
-CIRCLE_ITEMS = {"Mute": 2, "Lock": 2, "Sleep": 2, "Hibernate": 2, "Touchpad": 2, "Zoom": 3, "KBB": 3, "ODD": 5,
-                "CursorOverlay": 2, "NumericOverlay": 2}
+CIRCLE_KINDS = ("Toggle", "Action", "Positions", "Backlight", "Drive")
+CIRCLE_ITEMS = {row["name"]: item_count(row) for row in TABLE if row["kind"] in CIRCLE_KINDS}
+KINDS = {row["name"]: row["kind"] for row in TABLE}
 
 
 def numbered(names):
@@ -17,25 +36,15 @@ def numbered(names):
     return [Function(name, name, None, key, (CODES[key],), CIRCLE_ITEMS.get(name)) for name, key in zip(names, keys)]
 
 
-# The strip that the simulated notebook registers, whole: name, caption, key, further key, number of items. In the
-# order in which it stands there.
-SAMPLE = [Function(name, caption, None, keys[0], tuple(CODES[key] for key in keys), items)
-          for name, caption, keys, items in [
-              ("Mute", "Mute", ["F1"], 2),
-              ("Lock", "Lock", ["F2"], 2),
-              ("PowerPlan", "Power plan", ["F3"], 4),
-              ("Sleep", "Sleep", ["F4"], 2),
-              ("Output_2", "Display output", ["F5"], 8),
-              ("Brightness", "Brightness", ["F6", "F7"], 1),
-              ("Wireless", "Wireless", ["F8"], 3),
-              ("Touchpad", "Touchpad", ["F9"], 2),
-              ("CursorOverlay", "Cursor keys", ["F10"], 2),
-              ("NumericOverlay", "Number pad", ["F11"], 2),
-              ("Hibernate", "Hibernate", ["F12"], 2),
-              ("Zoom", "Zoom", ["space"], 3),
-              ("KBB", "Keyboard light", ["b"], 3),
-              ("ODD", "Optical drive", ["e"], 5),
-              ("Output", "Older output", ["p"], 6)]]
+def registered(row):
+    keys = [key_name(key) for key in row["keys"] if key]
+    codes = tuple(int(code, 0) for code in row["codes"] if int(code, 0))
+    assert codes == tuple(CODES[key] for key in keys), row
+    return Function(row["name"], row["caption"], None, keys[0], codes, item_count(row))
+
+
+# The strip that the simulated notebook registers, whole, in the order in which it stands there.
+SAMPLE = [registered(row) for row in TABLE]
 
 
 def sample(*names):
