@@ -254,13 +254,13 @@ TEST_F(ZelConfig, ProcessRecordIsLoadedOnAccessUntilALoadCompletes) {
     setAll(HKEY_LOCAL_MACHINE, 1000);
     CZelConfig::getQrdConfig();
     EXPECT_EQ(config.bLoaded, 1U);
-    EXPECT_EQ(config.uAutoHideDelayTime, 1008U);
+    EXPECT_EQ(config.uAutoHideDelayTime, 1009U);
 
     setAll(HKEY_LOCAL_MACHINE, 3000);
     CZelConfig::getQrdConfig();
-    EXPECT_EQ(config.uAutoHideDelayTime, 1008U) << "a loaded record is reloaded only on request";
+    EXPECT_EQ(config.uAutoHideDelayTime, 1009U) << "a loaded record is reloaded only on request";
     EXPECT_EQ(CZelConfig::_initQrdConfig(config), S_OK);
-    EXPECT_EQ(CZelConfig::getQrdConfig().uAutoHideDelayTime, 3008U);
+    EXPECT_EQ(CZelConfig::getQrdConfig().uAutoHideDelayTime, 3009U);
     config = QrdConfig();
 }
 

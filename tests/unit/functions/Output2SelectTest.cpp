@@ -131,6 +131,7 @@ TEST_F(Output2Select, WithoutAnInstallFolderNoOtherFolderIsTried) {
 
 TEST_F(Output2Select, AProgramThatIsNotThereIsNoFailure) {
     CFxOutput_2 function({kCode}, L"Output");
+    function.setPlacement(m_placement);
     ASSERT_EQ(function.initHotkeyDll(m_plugin.path().c_str()), S_OK);
     instr::setEntry(entry(0), 9);
     m_plugin->itemCount = 1;

@@ -222,6 +222,7 @@ TEST_F(Output2Panic, TheTimerHasItsOwnName) {
 TEST_F(Output2Panic, AHeldKeyPanicsItsOwnFunctionOnly) {
     instr::InstrumentedPlugin olderPlugin(L"InstrNoIsDualBrtCtrl");
     CFxOutput older({kCode}, L"Output");
+    older.setPlacement(m_placement);
     ASSERT_EQ(older.initHotkeyDll(olderPlugin.path().c_str()), S_OK);
     Items olderItems;
     olderPlugin->info = 1;
