@@ -17,12 +17,12 @@ class TempFolder {
         static std::atomic<int> count{0};
         m_path = std::filesystem::temp_directory_path() /
                  (L"fenwyn-test-" + std::to_wstring(::GetCurrentProcessId()) + L"-" + std::to_wstring(count++));
+        // What a library that stays mapped to the end of its process kept an earlier one from deleting; numbers come
+        // again.
+        _clear();
         std::filesystem::create_directories(m_path);
     }
-    ~TempFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
+    ~TempFolder() { _clear(); }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
@@ -39,6 +39,11 @@ class TempFolder {
     }
 
  private:
+    void _clear() const {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+
     std::filesystem::path m_path;
 };
 
