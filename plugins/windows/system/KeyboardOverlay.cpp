@@ -16,7 +16,7 @@ namespace win {
 namespace {
 
 constexpr DWORD kStartWaitMs = 500;  // for a thread to begin: usually one
-constexpr DWORD kEndWaitMs = 800;
+constexpr DWORD kEndWaitMs = 500;
 constexpr wchar_t kWindowClass[] = L"FenwynOverlayWnd";
 
 bool isDown(int nVirtualKey) {

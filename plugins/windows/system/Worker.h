@@ -25,7 +25,7 @@ class CWorker {
     // False: there is no thread, and none can be made.
     bool wake();
 
-    static constexpr DWORD kEndWaitMs = 800;
+    static constexpr DWORD kEndWaitMs = 500;
 
  private:
     struct Shared;

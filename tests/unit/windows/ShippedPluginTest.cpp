@@ -10,6 +10,7 @@
 #include "common/Handle.h"
 #include "support/ResourceCounters.h"
 #include "system/SlowState.h"
+#include "windows/Waiting.h"
 
 namespace win {
 namespace {
@@ -179,6 +180,8 @@ TEST(ShippedOverlays, OneGoesOffWhenTheOtherComesOn) {
     EXPECT_EQ(cursor.current(), 1);
 }
 
+constexpr wchar_t kOverlayWindow[] = L"FenwynOverlayWnd";
+
 std::wstring g_keysSeen;
 
 LRESULT CALLBACK seeKeys(int code, WPARAM wParam, LPARAM lParam) {
@@ -194,7 +197,10 @@ TEST(ShippedOverlays, LeaveInjectedKeysAlone) {
     const common::UniqueHook earlier(::SetWindowsHookExW(WH_KEYBOARD_LL, &seeKeys, ::GetModuleHandleW(nullptr), 0));
     ASSERT_TRUE(earlier);
     ASSERT_EQ(numeric.select(1), FENWYN_OK);
+    ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) == nullptr; }));
     ASSERT_EQ(numeric.select(0), FENWYN_OK);
+    // The hook's thread answers from now on.
+    ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) != nullptr; }));
     INPUT press[2]{};
     for (INPUT& input : press) {
         input.type = INPUT_KEYBOARD;
