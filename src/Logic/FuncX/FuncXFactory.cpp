@@ -1,7 +1,6 @@
 #include "Logic/FuncX/FuncXFactory.h"
 
 #include <array>
-#include <new>
 #include <string_view>
 #include <utility>
 
@@ -15,6 +14,7 @@
 #include "Logic/FuncX/FxPowerPlan.h"
 #include "Logic/FuncX/FxWireless.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ using Maker = std::unique_ptr<CFuncX> (*)(std::vector<DWORD>&&, std::wstring&&);
 
 template <typename Function>
 std::unique_ptr<CFuncX> make(std::vector<DWORD>&& vecHotkeyCodes, std::wstring&& strCaption) {
-    return std::unique_ptr<CFuncX>(new (std::nothrow) Function(std::move(vecHotkeyCodes), std::move(strCaption)));
+    return common::tryMake<Function>(std::move(vecHotkeyCodes), std::move(strCaption));
 }
 
 struct Row {
