@@ -1,6 +1,5 @@
 #include "ZelMain.h"
 
-#include <new>
 #include <utility>
 
 #include "Data/ZelConfig.h"
@@ -14,6 +13,7 @@
 #include "UI/ZelMainDlg.h"
 #include "common/SiblingLibrary.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 #include "companions/hotkey/include/ZelHotkey.h"
 #include "companions/prtscreen/include/PrtHook.h"
 
@@ -44,7 +44,8 @@ bool CZelMainApp::InitInstance() {
     LOG_ENTER_LEAVE();
     m_bEnded = false;
     // Nothing is undone here after a failure: ExitInstance follows and copes with every half-made state.
-    if (!CWinApp::InitInstance() || FAILED(_startServices()) || FAILED(_createStrips())) {
+    if (!CWinApp::InitInstance() || FAILED(common::statusOf([this] { return _startServices(); })) ||
+        FAILED(common::statusOf([this] { return _createStrips(); }))) {
         LOG_STATUS(0);
         return false;
     }
@@ -84,7 +85,7 @@ HRESULT CZelMainApp::_startServices() {
 }
 
 HRESULT CZelMainApp::_createStrips() {
-    m_pZelMainDlg.reset(new (std::nothrow) CZelMainDlg);
+    m_pZelMainDlg = common::tryMake<CZelMainDlg>();
     if (m_pZelMainDlg == nullptr) {
         return E_POINTER;
     }
@@ -96,7 +97,7 @@ HRESULT CZelMainApp::_createStrips() {
         ::ShowWindow(m_pZelMainDlg->m_hWnd, SW_HIDE);
         m_hStripWnd = m_pZelMainDlg->m_hWnd;
     }
-    m_pZelHideDlg.reset(new (std::nothrow) CZelHideDlg(m_pZelMainDlg->cardCount()));
+    m_pZelHideDlg = common::tryMake<CZelHideDlg>(m_pZelMainDlg->cardCount());
     if (m_pZelHideDlg == nullptr) {
         return E_POINTER;
     }
@@ -198,7 +199,7 @@ HRESULT CZelMainApp::createSysMsgHandlerFrame() {
     windowClass.lpszClassName = kFrameClass;
     ::RegisterClassExW(&windowClass);  // one that exists already serves as well
 
-    m_pFrame.reset(new (std::nothrow) CSysMsgHandlerFrame);
+    m_pFrame = common::tryMake<CSysMsgHandlerFrame>();
     if (m_pFrame == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
@@ -364,7 +365,7 @@ HRESULT CZelMainApp::_cancelFnSticky() const {
 
 // Runs on the hook library's thread. The cards belong to the user-interface thread, which may be building them at this
 // moment: it is asked to hide them, and has done so when this returns, so that they are not in the picture.
-LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() {
+LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() noexcept {
     LOG_ENTER_LEAVE();
     const bool running = _screenSaverRunning();
     LOG_INFO(L"Screensaver is %s running.", running ? L"" : L"not");
@@ -388,6 +389,11 @@ void CZelMainApp::endSession() {
         ExitInstance();
     }
     dbglog::close();
+}
+
+// Out of memory, as a rule. What was asked for has failed; the program goes on.
+void CZelMainApp::exceptionCaught() noexcept {
+    LOG_STATUS(common::caughtStatus());
 }
 
 int CZelMainApp::ExitInstance() {

@@ -53,6 +53,7 @@ class CZelMainApp : public CWinApp {
  protected:
     bool InitInstance() override;
     int ExitInstance() override;
+    void exceptionCaught() noexcept override;
 
  private:
     friend struct ZelMainSeam;  // unit tests put single parts of the application in place through it
@@ -67,7 +68,7 @@ class CZelMainApp : public CWinApp {
     HRESULT createSysMsgHandlerFrame();
     HRESULT _cancelFnSticky() const;
     HRESULT _makeTopmost() const;
-    static LONG WINAPI hideQrdWhenPrtsc();
+    static LONG WINAPI hideQrdWhenPrtsc() noexcept;
     [[nodiscard]] static bool _screenSaverRunning();
 
     common::UniqueModule m_hPngDll;

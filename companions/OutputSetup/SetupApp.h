@@ -20,6 +20,7 @@ class CSetupApp : public CWinApp {
     bool InitInstance() override;
     // 1 when the program could not do what it was asked to.
     int ExitInstance() override;
+    void exceptionCaught() noexcept override { m_bFailed = true; }
 
  private:
     bool fail(const std::wstring& message);

@@ -1,7 +1,6 @@
 #include "Delivery.h"
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 #include "ConfigDigest.h"
@@ -73,7 +72,7 @@ void CDelivery::_deliverKeys() noexcept {
 void CDelivery::_armWatch() noexcept {
     try {
         m_watch.arm();
-    } catch (const std::bad_alloc&) {
+    } catch (...) {
         // The keys that are watched all the same must do.
     }
     m_quiet.touch(::GetTickCount64());
@@ -85,9 +84,9 @@ void CDelivery::_reportChange() noexcept {
         if (nDigest == m_nDigest) {
             return;
         }
-        m_nDigest = nDigest;
         m_targets.configurationChanged();
-    } catch (const std::bad_alloc&) {
+        m_nDigest = nDigest;  // only now: a change that could not be taken over is still one later
+    } catch (...) {
         m_quiet.touch(::GetTickCount64());  // later
         return;
     }

@@ -2,6 +2,7 @@
 
 #include "ConfigDigest.h"
 #include "HotkeySettings.h"
+#include "common/Caught.h"
 
 namespace hotkey {
 namespace {
@@ -32,7 +33,9 @@ HRESULT CHotkeySession::start() {
     _readSettings();
     HRESULT hr = m_hook.start(m_watcher, shared_from_this());
     if (SUCCEEDED(hr)) {
-        hr = m_deliveryThread.start([self = shared_from_this()]() noexcept { self->m_delivery.run(); });
+        hr = common::statusOf([this] {
+            return m_deliveryThread.start([self = shared_from_this()]() noexcept { self->m_delivery.run(); });
+        });
     }
     if (FAILED(hr)) {
         m_hook.requestStop();

@@ -4,7 +4,7 @@
 #include "common/Handle.h"
 #include "include/ZelHotkey.h"
 
-extern "C" __declspec(dllexport) LONG WINAPI CancelQueryEvent() {
+extern "C" __declspec(dllexport) LONG WINAPI CancelQueryEvent() noexcept {
     const common::UniqueHandle event(::OpenEventW(EVENT_MODIFY_STATE, FALSE, ZEL_CANCEL_QUERY_EVENT));
     if (!event) {
         const DWORD error = ::GetLastError();

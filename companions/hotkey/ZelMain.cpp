@@ -2,9 +2,10 @@
 #include <windows.h>
 
 #include <memory>
-#include <new>
 
 #include "HotkeySession.h"
+#include "common/Caught.h"
+#include "common/NeverDestroyed.h"
 #include "include/ZelHotkey.h"
 #include "keyboard/Lock.h"
 
@@ -14,13 +15,14 @@ SRWLOCK s_lock = SRWLOCK_INIT;
 
 // Never destroyed: when the process ends with the library running, its threads may be anywhere.
 std::shared_ptr<hotkey::CHotkeySession>& session() noexcept {
-    static auto& session = *new std::shared_ptr<hotkey::CHotkeySession>();
-    return session;
+    static common::NeverDestroyed<std::shared_ptr<hotkey::CHotkeySession>> session;
+    return session.get();
 }
 
 }  // namespace
 
-extern "C" __declspec(dllexport) LONG WINAPI Start(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback) {
+extern "C" __declspec(dllexport) LONG WINAPI
+    Start(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback) noexcept {
     if (hotkeyCallback == nullptr || configCallback == nullptr) {
         return E_POINTER;
     }
@@ -35,12 +37,12 @@ extern "C" __declspec(dllexport) LONG WINAPI Start(ZelHotkeyCallback hotkeyCallb
             session() = std::move(started);
         }
         return hr;
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
+    } catch (...) {
+        return common::caughtStatus();
     }
 }
 
-extern "C" __declspec(dllexport) LONG WINAPI EnableHotkey() {
+extern "C" __declspec(dllexport) LONG WINAPI EnableHotkey() noexcept {
     const keyboard::CExclusiveLock lock(s_lock);
     if (!session()) {
         return E_UNEXPECTED;
@@ -49,7 +51,7 @@ extern "C" __declspec(dllexport) LONG WINAPI EnableHotkey() {
     return S_OK;
 }
 
-extern "C" __declspec(dllexport) LONG WINAPI Stop() {
+extern "C" __declspec(dllexport) LONG WINAPI Stop() noexcept {
     const keyboard::CExclusiveLock lock(s_lock);
     if (!session()) {
         return S_FALSE;

@@ -1,5 +1,7 @@
 #include "PrintScreenHook.h"
 
+#include "common/Caught.h"
+
 namespace prtscreen {
 namespace {
 
@@ -20,7 +22,8 @@ HRESULT CPrintScreenHook::start() {
     if (!m_hPressed || !m_hDone) {
         return E_OUTOFMEMORY;
     }
-    HRESULT hr = m_helper.start([self = shared_from_this()]() noexcept { self->_help(); });
+    HRESULT hr =
+        common::statusOf([this] { return m_helper.start([self = shared_from_this()]() noexcept { self->_help(); }); });
     if (SUCCEEDED(hr)) {
         hr = m_hook.start(*this, shared_from_this());
     }

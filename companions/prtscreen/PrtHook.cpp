@@ -2,9 +2,9 @@
 #include <windows.h>
 
 #include <memory>
-#include <new>
 
 #include "PrintScreenHook.h"
+#include "common/NeverDestroyed.h"
 #include "include/PrtHook.h"
 #include "keyboard/Lock.h"
 
@@ -14,13 +14,13 @@ SRWLOCK s_lock = SRWLOCK_INIT;
 
 // Never destroyed: the hook usually runs until the process ends, and then its threads may be anywhere.
 std::shared_ptr<prtscreen::CPrintScreenHook>& installed() noexcept {
-    static auto& hook = *new std::shared_ptr<prtscreen::CPrintScreenHook>();
-    return hook;
+    static common::NeverDestroyed<std::shared_ptr<prtscreen::CPrintScreenHook>> hook;
+    return hook.get();
 }
 
 }  // namespace
 
-extern "C" __declspec(dllexport) BOOL WINAPI InstallHook(PrtHookCallback callback) {
+extern "C" __declspec(dllexport) BOOL WINAPI InstallHook(PrtHookCallback callback) noexcept {
     const keyboard::CExclusiveLock lock(s_lock);
     if (callback == nullptr || installed()) {
         return FALSE;
@@ -32,12 +32,12 @@ extern "C" __declspec(dllexport) BOOL WINAPI InstallHook(PrtHookCallback callbac
         }
         installed() = std::move(hook);
         return TRUE;
-    } catch (const std::bad_alloc&) {
+    } catch (...) {
         return FALSE;
     }
 }
 
-extern "C" __declspec(dllexport) BOOL WINAPI RemoveHook() {
+extern "C" __declspec(dllexport) BOOL WINAPI RemoveHook() noexcept {
     const keyboard::CExclusiveLock lock(s_lock);
     if (!installed() || installed()->isCallingBack()) {
         return FALSE;

@@ -1,5 +1,6 @@
 #include "Binding.h"
 
+#include <memory>
 #include <unordered_map>
 #include <utility>
 
@@ -23,10 +24,13 @@ std::shared_ptr<Binding> findBinding(HWND window) {
 }
 
 void addBinding(HWND window, std::shared_ptr<Binding> binding) {
-    if (g_pBindings == nullptr) {
-        g_pBindings = new BindingMap;
+    if (g_pBindings != nullptr) {
+        g_pBindings->insert_or_assign(window, std::move(binding));
+        return;
     }
-    g_pBindings->insert_or_assign(window, std::move(binding));
+    auto first = std::make_unique<BindingMap>();
+    first->insert_or_assign(window, std::move(binding));
+    g_pBindings = first.release();
 }
 
 void removeBinding(HWND window) {

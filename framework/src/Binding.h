@@ -42,7 +42,7 @@ class DispatchScope {
 
 // The ties of the calling thread: windows belong to the thread that made them, and so do their objects.
 [[nodiscard]] std::shared_ptr<Binding> findBinding(HWND window);
-void addBinding(HWND window, std::shared_ptr<Binding> binding);
+void addBinding(HWND window, std::shared_ptr<Binding> binding);  // throws std::bad_alloc, and has no effect then
 void removeBinding(HWND window);
 
 }  // namespace framework

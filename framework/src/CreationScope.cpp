@@ -48,7 +48,7 @@ bool CreationScope::confirm(HWND window) const {
     return true;
 }
 
-LRESULT CALLBACK CreationScope::hook(int code, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK CreationScope::hook(int code, WPARAM wParam, LPARAM lParam) noexcept {
     const auto window = reinterpret_cast<HWND>(wParam);
     if (code == HCBT_CREATEWND && g_pCurrentScope != nullptr && !isInputMethodWindow(window)) {
         // Only the first window is ours: what its creation handlers create in turn is not.

@@ -1,13 +1,27 @@
 #include "framework/Dialog.h"
 
+#include "framework/WinApp.h"
+
 bool CDialog::Create(HWND parent) {
     if (m_hWnd != nullptr) {
         ::SetLastError(ERROR_ALREADY_EXISTS);
         return false;
     }
+    m_bInitFailed = false;
     const CreationScope scope(*this);
     return scope.confirm(::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(m_uTemplateId), parent,
-                                              &CDialog::dialogProcedure, 0));
+                                              &CDialog::dialogProcedure, 0)) &&
+           initialized();
+}
+
+// The system knows no answer to WM_INITDIALOG that refuses the dialog: one that is half made goes here.
+bool CDialog::initialized() {
+    if (!m_bInitFailed) {
+        return true;
+    }
+    DestroyWindow();
+    ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return false;
 }
 
 // Tab, arrow and Enter keys move between the controls of a dialog.
@@ -17,10 +31,18 @@ bool CDialog::PreTranslateMessage(MSG& message) {
 }
 
 // Everything else goes through the object's message map before the system's dialog procedure asks here.
-INT_PTR CALLBACK CDialog::dialogProcedure(HWND dialog, UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+INT_PTR CALLBACK CDialog::dialogProcedure(HWND dialog, UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) noexcept {
     if (message != WM_INITDIALOG) {
         return FALSE;
     }
     auto* object = dynamic_cast<CDialog*>(fromHandle(dialog));
-    return object == nullptr || object->OnInitDialog() ? TRUE : FALSE;
+    try {
+        return object == nullptr || object->OnInitDialog() ? TRUE : FALSE;
+    } catch (...) {
+        CWinApp::reportException();
+        if (auto* alive = dynamic_cast<CDialog*>(fromHandle(dialog)); alive != nullptr) {
+            alive->m_bInitFailed = true;
+        }
+        return FALSE;
+    }
 }

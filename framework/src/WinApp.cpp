@@ -18,19 +18,48 @@ int CWinApp::Main(HINSTANCE instance, const wchar_t* commandLine) {
     m_hInstance = instance;
     m_lpCmdLine = commandLine;
     m_bMainWndGone = false;
-    if (InitInstance()) {
-        Run();
+    if (_start()) {
+        _run();
     }
-    return ExitInstance();
+    return _end();
+}
+
+bool CWinApp::_start() noexcept {
+    try {
+        return InitInstance();
+    } catch (...) {
+        reportException();
+        return false;
+    }
+}
+
+void CWinApp::_run() noexcept {
+    try {
+        Run();
+    } catch (...) {
+        reportException();
+    }
+}
+
+int CWinApp::_end() noexcept {
+    try {
+        return ExitInstance();
+    } catch (...) {
+        reportException();
+        return m_nExitCode;
+    }
+}
+
+void CWinApp::reportException() noexcept {
+    if (s_pCurrent != nullptr) {
+        s_pCurrent->exceptionCaught();
+    }
 }
 
 void CWinApp::Run() {
     MSG message{};
     while (_nextMessage(message)) {
-        if (!preTranslate(message)) {
-            ::TranslateMessage(&message);
-            ::DispatchMessageW(&message);
-        }
+        handle(message);
     }
     m_nExitCode = message.message == WM_QUIT ? static_cast<int>(message.wParam) : 0;
 }
@@ -56,6 +85,18 @@ void CWinApp::windowGone(const CWnd& window) {
         s_pCurrent->m_pMainWnd = nullptr;
         s_pCurrent->m_bMainWndGone = true;
         ::PostQuitMessage(0);
+    }
+}
+
+// One message that fails does not end the loop.
+void CWinApp::handle(MSG& message) noexcept {
+    try {
+        if (!preTranslate(message)) {
+            ::TranslateMessage(&message);
+            ::DispatchMessageW(&message);
+        }
+    } catch (...) {
+        reportException();
     }
 }
 

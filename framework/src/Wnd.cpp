@@ -30,17 +30,25 @@ CWnd* CWnd::fromHandle(HWND window) {
     return binding == nullptr ? nullptr : binding->object;
 }
 
-bool CWnd::bind(HWND window, bool ownsWindow) {
+// Called by a hook of the system: no exception leaves it.
+bool CWnd::bind(HWND window, bool ownsWindow) noexcept {
     if (m_pBinding != nullptr || framework::findBinding(window) != nullptr) {
         return false;
     }
-    auto binding = std::make_shared<Binding>(Binding{this, nullptr, ownsWindow});
+    std::shared_ptr<Binding> binding;
+    try {
+        binding = std::make_shared<Binding>(Binding{this, nullptr, ownsWindow});
+        framework::addBinding(window, binding);
+    } catch (...) {
+        CWinApp::reportException();
+        return false;
+    }
     const LONG_PTR super = ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CWnd::procedure));
     if (super == 0) {
+        framework::removeBinding(window);
         return false;
     }
     binding->superProcedure = reinterpret_cast<WNDPROC>(super);
-    framework::addBinding(window, binding);
     m_pBinding = std::move(binding);
     m_hWnd = window;
     return true;
@@ -152,19 +160,18 @@ LRESULT CWnd::Default() {
     return current == nullptr ? 0 : DefWindowProc(current->message, current->wParam, current->lParam);
 }
 
-LRESULT CALLBACK CWnd::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK CWnd::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     const std::shared_ptr<Binding> binding = framework::findBinding(window);
     if (binding == nullptr) {
         return ::DefWindowProcW(window, message, wParam, lParam);
     }
     binding->destroying |= message == WM_DESTROY || message == WM_NCDESTROY;
     LRESULT result = 0;
-    if (binding->object == nullptr) {
-        result = ::CallWindowProcW(binding->superProcedure, window, message, wParam, lParam);
-    } else {
-        const DispatchScope scope(binding, message, wParam, lParam);
-        result = binding->object->WindowProc(message, wParam, lParam);
-        // The handler may have deleted the object: only the binding is safe to touch now.
+    try {
+        result = dispatch(binding, window, {message, wParam, lParam});
+    } catch (...) {
+        CWinApp::reportException();
+        result = afterException(window, message);
     }
     if (message == WM_NCDESTROY) {
         windowDestroyed(window);
@@ -172,12 +179,41 @@ LRESULT CALLBACK CWnd::procedure(HWND window, UINT message, WPARAM wParam, LPARA
     return result;
 }
 
-void CWnd::windowDestroyed(HWND window) {
+LRESULT CWnd::dispatch(const std::shared_ptr<Binding>& binding, HWND window, const Received& received) {
+    if (binding->object == nullptr) {
+        return ::CallWindowProcW(binding->superProcedure, window, received.message, received.wParam, received.lParam);
+    }
+    // The handler may delete the object: only the binding is safe to touch then.
+    const DispatchScope scope(binding, received.message, received.wParam, received.lParam);
+    return binding->object->WindowProc(received.message, received.wParam, received.lParam);
+}
+
+// The answer of a message whose handler failed.
+LRESULT CWnd::afterException(HWND window, UINT message) noexcept {
+    switch (message) {
+        case WM_PAINT:
+            ::ValidateRect(window, nullptr);  // what could not be painted would be asked for again at once, without end
+            return 0;
+        case WM_CREATE:
+            return -1;  // no window
+        case WM_QUERYENDSESSION:
+            return TRUE;  // the end of the session is not ours to refuse
+        default:
+            return 0;
+    }
+}
+
+void CWnd::windowDestroyed(HWND window) noexcept {
     const std::shared_ptr<Binding> binding = framework::findBinding(window);
     CWnd* object = binding == nullptr ? nullptr : binding->object;
     unbind(window);
-    if (object != nullptr) {
-        CWinApp::windowGone(*object);
+    if (object == nullptr) {
+        return;
+    }
+    CWinApp::windowGone(*object);
+    try {
         object->PostNcDestroy();
+    } catch (...) {
+        CWinApp::reportException();
     }
 }

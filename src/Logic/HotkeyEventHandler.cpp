@@ -66,16 +66,20 @@ void CHotkeyEventHandler::cancelHotkeyIOEvent() {
     }
 }
 
-void WINAPI CHotkeyEventHandler::_hotkeyNotify(DWORD code, DWORD modifier) {
+void WINAPI CHotkeyEventHandler::_hotkeyNotify(DWORD code, DWORD modifier) noexcept {
     LOG_INFO(L"Get hotkey code:0x%x, modifier:0x%x", static_cast<unsigned>(code), static_cast<unsigned>(modifier));
     if (modifier != ZEL_MAKE && modifier != ZEL_BREAK) {
         LOG_ASSERT(L"!\"Wrong hotkey make/break status.\"");
         return;
     }
-    theApp.handleHotkey(code, modifier != ZEL_MAKE);
+    try {
+        theApp.handleHotkey(code, modifier != ZEL_MAKE);
+    } catch (...) {
+        LOG_STATUS(common::caughtStatus());
+    }
 }
 
-void WINAPI CHotkeyEventHandler::_changeConfigNotify(DWORD code) {
+void WINAPI CHotkeyEventHandler::_changeConfigNotify(DWORD code) noexcept {
     LOG_ENTER_LEAVE();
     if (theApp.m_pMainWnd == nullptr) {
         LOG_ASSERT(L"NULL != theApp.m_pMainWnd");

@@ -18,6 +18,6 @@ class CHotkeyEventHandler {
     friend struct HotkeyEventSeam;
 
     // Called by the hotkey library on a thread of its own. They post messages and touch no window.
-    static void WINAPI _hotkeyNotify(DWORD code, DWORD modifier);
-    static void WINAPI _changeConfigNotify(DWORD code);
+    static void WINAPI _hotkeyNotify(DWORD code, DWORD modifier) noexcept;
+    static void WINAPI _changeConfigNotify(DWORD code) noexcept;
 };

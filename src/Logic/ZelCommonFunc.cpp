@@ -27,7 +27,11 @@ HRESULT getNormalDPIWndFont(const CWnd* pWindow, Gdiplus::Graphics& graphics, st
     ::GetObjectW(reinterpret_cast<HFONT>(font), sizeof(logFont), &logFont);
     logFont.lfHeight = normalDpiFontHeight(logFont.lfHeight, screenVerticalDpi(), theApp.getPngRatio());
     const GraphicsDc dc(graphics);
-    outFont = std::make_unique<Gdiplus::Font>(dc.get(), &logFont);
+    auto made = tryMakeGdiPlus<Gdiplus::Font>(dc.get(), &logFont);
+    if (made == nullptr) {
+        RETURN_LOGGED(E_POINTER);
+    }
+    outFont = std::move(made);
     return S_OK;
 }
 

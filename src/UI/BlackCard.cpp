@@ -1,6 +1,5 @@
 #include "UI/BlackCard.h"
 
-#include <new>
 #include <utility>
 
 #include "Logic/FuncX/FuncXFactory.h"
@@ -13,6 +12,7 @@
 #include "common/GdiPlusFunc.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 #include "framework/Wnd.h"
 #include "res/DialogIds.h"
 
@@ -26,7 +26,8 @@ CBlackCard::~CBlackCard() {
 HRESULT CBlackCard::initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
                                const wchar_t* pszFuncDll) {
     LOG_ENTER_LEAVE();
-    const HRESULT status = _initialize(pszName, std::move(vecCodes), std::move(strCaption), pszFuncDll);
+    const HRESULT status =
+        common::statusOf([&] { return _initialize(pszName, std::move(vecCodes), std::move(strCaption), pszFuncDll); });
     if (FAILED(status)) {
         LOG_STATUS(status);
         // A rejected function leaves no library, thread or timer behind.
@@ -266,7 +267,7 @@ HRESULT CBlackCard::createLargeCardDlg() {
         RETURN_LOGGED(E_POINTER);
     }
     if (m_pLargeCardDlg == nullptr || !m_pLargeCardDlg->isWindow()) {
-        RETURN_IF_FAILED(_makeLargeCardDlg());
+        RETURN_IF_FAILED(common::statusOf([this] { return _makeLargeCardDlg(); }));
     }
     const HRESULT status = setLargeCardDlgPos();
     if (FAILED(status)) {
@@ -279,8 +280,8 @@ HRESULT CBlackCard::createLargeCardDlg() {
 
 HRESULT CBlackCard::_makeLargeCardDlg() {
     m_pLargeCardDlg.reset();
-    std::unique_ptr<CLargeCardDlg> dialog(new (std::nothrow) CLargeCardDlg(
-        m_pFunx->getLargePngID(), m_pFunx->getCaption(), m_pFunx->getDesc(), this, m_placement));
+    auto dialog = common::tryMake<CLargeCardDlg>(m_pFunx->getLargePngID(), m_pFunx->getCaption(), m_pFunx->getDesc(),
+                                                 this, m_placement);
     if (dialog == nullptr) {
         return E_OUTOFMEMORY;
     }
@@ -318,7 +319,7 @@ HRESULT CBlackCard::createItemDlgs() {
         RETURN_LOGGED(E_POINTER);
     }
     clearItems();
-    const HRESULT status = _buildItems();
+    const HRESULT status = common::statusOf([this] { return _buildItems(); });
     if (FAILED(status)) {
         clearItems();
         RETURN_LOGGED(status);

@@ -89,13 +89,20 @@ HRESULT CZelMainDlg::initHotKeyDll(const HotkeyInfo& info) {
     if (info.strFuncDll.c_str()[0] == L'\0') {
         RETURN_LOGGED(E_FAIL);
     }
-    auto card = std::make_unique<CBlackCard>(this, m_placement);
-    if (FAILED(card->initialize(info.strFuncName.c_str(), info.vecCode, info.strCaption, info.strFuncDll.c_str()))) {
+    if (FAILED(common::statusOf([&] { return _addCard(info); }))) {
         LOG_STATUS(E_FAIL);  // a function that cannot work gets no card; the others do
-        return S_OK;
     }
-    m_vecCards.push_back(std::move(card));
     return S_OK;
+}
+
+HRESULT CZelMainDlg::_addCard(const HotkeyInfo& info) {
+    auto card = std::make_unique<CBlackCard>(this, m_placement);
+    const HRESULT status =
+        card->initialize(info.strFuncName.c_str(), info.vecCode, info.strCaption, info.strFuncDll.c_str());
+    if (SUCCEEDED(status)) {
+        m_vecCards.push_back(std::move(card));
+    }
+    return status;
 }
 
 HRESULT CZelMainDlg::refreshCards(bool bReinitialize) {

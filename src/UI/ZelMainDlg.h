@@ -52,6 +52,7 @@ class CZelMainDlg : public CCardInput<CDialog>, public IDrawTextOnLayeredWnd, pu
 
     HRESULT createBlackCards();
     HRESULT initHotKeyDll(const HotkeyInfo& info);
+    HRESULT _addCard(const HotkeyInfo& info);
     [[nodiscard]] bool _allCodesCustomized(const std::vector<DWORD>& vecCodes) const;
     HRESULT calcRatioForPng();
     HRESULT setBlackCardsPos();

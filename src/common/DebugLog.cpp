@@ -5,6 +5,7 @@
 #include "common/LogOutput.h"
 #include "common/LogSettings.h"
 #include "common/Logger.h"
+#include "common/NeverDestroyed.h"
 
 namespace dbglog {
 
@@ -24,10 +25,10 @@ class ProcessLog {
 };
 
 // Never destroyed: other threads and other objects' destructors may log until the very end of the process, where the
-// runtime flushes and closes the open stream.
-Logger& processLogger() {
-    static ProcessLog& log = *new ProcessLog;
-    return log.logger();
+// runtime flushes and closes the open stream. It works when memory has run out.
+Logger& processLogger() noexcept {
+    static common::NeverDestroyed<ProcessLog> log;
+    return log.get().logger();
 }
 
 // A line between a failed call and the question why it failed must not change the answer.
@@ -44,7 +45,7 @@ class KeepLastError {
 
 }  // namespace
 
-int log(const Record& record, const wchar_t* format, ...) {
+int log(const Record& record, const wchar_t* format, ...) noexcept {
     const KeepLastError keep;
     va_list args = {};
     va_start(args, format);
@@ -58,7 +59,7 @@ void close() {
     processLogger().close();
 }
 
-bool enabled(Level level) {
+bool enabled(Level level) noexcept {
     const KeepLastError keep;
     return processLogger().enabled(level);
 }

@@ -23,10 +23,10 @@ struct Record {
 
 // Formats and writes one line (at most 511 characters, line feed included). printf-style wide format: %s takes a
 // const wchar_t*. Returns the number of characters in the line, or 0 when the settings filter it out.
-int log(const Record& record, const wchar_t* format, ...);
+int log(const Record& record, const wchar_t* format, ...) noexcept;
 
 // Whether a line of that level would be written at all. Cheap after the first call.
-[[nodiscard]] bool enabled(Level level);
+[[nodiscard]] bool enabled(Level level) noexcept;
 
 // Closes the log file of the process, with all that was written. Lines that follow open it again and are appended.
 void close();

@@ -16,6 +16,10 @@ using std::min;
 
 #include <gdiplus.h>
 
+#include <memory>
+#include <new>
+#include <utility>
+
 // GDI+ is usable between start() and stop() (or the object's end). Every GDI+ object has to be gone before that.
 class GdiplusSession {
  public:
@@ -31,6 +35,21 @@ class GdiplusSession {
  private:
     ULONG_PTR m_token = 0;
 };
+
+// A GDI+ object in the memory of GDI+, which answers null when it has none. Null then.
+template <typename Type, typename... Arguments>
+[[nodiscard]] std::unique_ptr<Type> tryMakeGdiPlus(Arguments&&... arguments) {
+    void* const place = Gdiplus::DllExports::GdipAlloc(sizeof(Type));
+    if (place == nullptr) {
+        return nullptr;
+    }
+    try {
+        return std::unique_ptr<Type>(::new (place) Type(std::forward<Arguments>(arguments)...));
+    } catch (...) {
+        Gdiplus::DllExports::GdipFree(place);
+        throw;
+    }
+}
 
 // The device context of a graphics, handed back at the end of the scope; the graphics cannot draw until then.
 class GraphicsDc {

@@ -15,7 +15,7 @@ bool usable(const Gdiplus::Font& font) {
 
 std::unique_ptr<Gdiplus::Font> fontOfDc(Gdiplus::Graphics& graphics) {
     const GraphicsDc dc(graphics);
-    return std::make_unique<Gdiplus::Font>(dc.get());
+    return tryMakeGdiPlus<Gdiplus::Font>(dc.get());
 }
 
 // One unit smaller; null where there is no smaller one.
@@ -27,8 +27,8 @@ std::unique_ptr<Gdiplus::Font> smallerFont(Gdiplus::Graphics& graphics, const Gd
     }
     ++logFont.lfHeight;
     const GraphicsDc dc(graphics);
-    auto smaller = std::make_unique<Gdiplus::Font>(dc.get(), &logFont);
-    return usable(*smaller) ? std::move(smaller) : nullptr;
+    auto smaller = tryMakeGdiPlus<Gdiplus::Font>(dc.get(), &logFont);
+    return smaller != nullptr && usable(*smaller) ? std::move(smaller) : nullptr;
 }
 
 }  // namespace
@@ -40,6 +40,9 @@ HRESULT measureTextFont(Gdiplus::Graphics& graphics, const wchar_t* pszText, con
     }
     if (*pFont == nullptr) {
         *pFont = fontOfDc(graphics);
+    }
+    if (*pFont == nullptr) {
+        RETURN_LOGGED(E_POINTER);
     }
     Gdiplus::StringFormat format;
     format.SetAlignment(Gdiplus::StringAlignmentCenter);

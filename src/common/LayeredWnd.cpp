@@ -2,6 +2,7 @@
 
 #include "common/FrameSurface.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 
 namespace {
 
@@ -9,7 +10,7 @@ constexpr wchar_t kClassPrefix[] = L"QRD_LayeredWnd";
 constexpr DWORD kExStyle = WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_WINDOWEDGE | WS_EX_TOOLWINDOW | WS_EX_TRANSPARENT;
 constexpr UINT kShowInPlace = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW;
 
-LRESULT CALLBACK defaultProcedure(HWND hWnd, UINT nMessage, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK defaultProcedure(HWND hWnd, UINT nMessage, WPARAM wParam, LPARAM lParam) noexcept {
     return ::DefWindowProcW(hWnd, nMessage, wParam, lParam);
 }
 
@@ -106,6 +107,9 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
     }
     if (m_pTextPainter != nullptr) {
         Gdiplus::Graphics graphics(m_pFrame->dc());
+        if (graphics.GetLastStatus() == Gdiplus::OutOfMemory) {
+            RETURN_LOGGED(E_POINTER);
+        }
         graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
         m_pTextPainter->drawText(graphics);
     }
@@ -190,8 +194,8 @@ void CLayeredWnd::_prepareFrame() {
         m_pFrame->clear();
         return;
     }
-    m_pFrame = std::make_unique<common::FrameBuffer>(width(rect), height(rect));
-    if (!*m_pFrame) {
+    m_pFrame = common::tryMake<common::FrameBuffer>(width(rect), height(rect));
+    if (m_pFrame != nullptr && !*m_pFrame) {
         m_pFrame.reset();
     }
 }

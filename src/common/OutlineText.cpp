@@ -421,9 +421,12 @@ void OutlineText::draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layout
                              : Picture{};
         m_key = std::move(key);
         if (!m_picture.pixels.empty()) {
-            m_pBitmap = std::make_unique<Gdiplus::Bitmap>(m_picture.width, m_picture.height, m_picture.width * 4,
-                                                          PixelFormat32bppPARGB,
-                                                          reinterpret_cast<BYTE*>(m_picture.pixels.data()));
+            m_pBitmap = tryMakeGdiPlus<Gdiplus::Bitmap>(m_picture.width, m_picture.height, m_picture.width * 4,
+                                                        PixelFormat32bppPARGB,
+                                                        reinterpret_cast<BYTE*>(m_picture.pixels.data()));
+            if (m_pBitmap == nullptr) {
+                m_key.reset();  // no memory: tried again at the next frame
+            }
         }
     }
     if (m_pBitmap != nullptr) {

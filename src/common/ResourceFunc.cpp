@@ -46,8 +46,33 @@ HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>
     }
     const StreamPtr stream(pRawStream);
     static_cast<void>(memory.release());  // the stream frees it
-    outImage = std::make_unique<Gdiplus::Image>(stream.get());
-    return S_OK;
+    outImage = tryMakeGdiPlus<Gdiplus::Image>(stream.get());
+    return outImage != nullptr ? S_OK : E_POINTER;
+}
+
+HRESULT storedImage(std::shared_ptr<MasterPicture> master, std::unique_ptr<Gdiplus::Image>& outImage) {
+    outImage = tryMakeGdiPlus<CStoredImage>(std::move(master));
+    return outImage != nullptr ? S_OK : E_POINTER;
+}
+
+// Decoded and kept at the first time, and taken from the store afterwards. Throws std::bad_alloc.
+HRESULT imageOf(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
+    if (auto known = picturestore::find(bytes); known != nullptr) {
+        return storedImage(std::move(known), outImage);
+    }
+    std::unique_ptr<Gdiplus::Image> decoded;
+    const HRESULT status = decode(bytes, decoded);
+    if (FAILED(status)) {
+        return status;
+    }
+    Picture picture = pixelsOf(*decoded);
+    if (picture.pixels.empty()) {
+        outImage = std::move(decoded);  // it says itself what is wrong with it
+        return S_OK;
+    }
+    auto master = std::make_shared<MasterPicture>(std::move(picture));
+    picturestore::keep(bytes, master);
+    return storedImage(std::move(master), outImage);
 }
 
 }  // namespace
@@ -67,20 +92,11 @@ HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszRes
         RETURN_LOGGED(E_POINTER);
     }
     const std::span<const std::byte> bytes(pBytes, dwSize);
-    if (auto known = picturestore::find(bytes); known != nullptr) {
-        outImage = std::make_unique<CStoredImage>(std::move(known));
-        return S_OK;
-    }
-    std::unique_ptr<Gdiplus::Image> decoded;
-    RETURN_IF_FAILED(decode(bytes, decoded));
-    Picture picture = pixelsOf(*decoded);
-    if (picture.pixels.empty()) {
-        outImage = std::move(decoded);  // it says itself what is wrong with it
-        return S_OK;
-    }
-    auto master = std::make_shared<MasterPicture>(std::move(picture));
-    picturestore::keep(bytes, master);
-    outImage = std::make_unique<CStoredImage>(std::move(master));
+    std::unique_ptr<Gdiplus::Image> image;
+    const HRESULT status = common::statusOf([&] { return imageOf(bytes, image); });
+    // A picture for which there is no memory counts as missing.
+    RETURN_IF_FAILED(status == E_OUTOFMEMORY ? E_POINTER : status);
+    outImage = std::move(image);
     return S_OK;
 }
 

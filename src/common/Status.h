@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include "common/Caught.h"
 #include "common/DebugLog.h"
 
 namespace common {

@@ -7,6 +7,7 @@
 
 #include "common/DebugLog.h"
 #include "common/Logger.h"
+#include "support/FailingAllocation.h"
 
 namespace support {
 
@@ -88,7 +89,8 @@ void LogCapture::clear() {
 
 namespace dbglog {
 
-int log(const Record& record, const wchar_t* format, ...) {
+int log(const Record& record, const wchar_t* format, ...) noexcept {
+    const support::AllocationsSucceed mine;
     const std::lock_guard lock(support::g_mutex);
     if (support::g_pLogger == nullptr) {
         return 0;
@@ -110,7 +112,7 @@ void close() {
     }
 }
 
-bool enabled(Level level) {
+bool enabled(Level level) noexcept {
     const std::lock_guard lock(support::g_mutex);
     return support::g_pLogger != nullptr && support::g_pLogger->enabled(level);
 }

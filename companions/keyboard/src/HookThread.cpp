@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "common/Caught.h"
 #include "keyboard/OwnInput.h"
 #include "keyboard/OwnModule.h"
 
@@ -46,7 +47,8 @@ HRESULT CHookThread::start(IHookClient& client, std::shared_ptr<void> keepAlive)
     if (!s_pClient.compare_exchange_strong(expected, &client)) {
         return E_UNEXPECTED;
     }
-    const HRESULT hr = m_thread.start([this, &client, alive = std::move(keepAlive)]() noexcept { _run(client); });
+    const HRESULT hr = common::statusOf(
+        [&] { return m_thread.start([this, &client, alive = std::move(keepAlive)]() noexcept { _run(client); }); });
     if (FAILED(hr)) {
         s_pClient = nullptr;
         return hr;

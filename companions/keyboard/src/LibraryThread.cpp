@@ -11,12 +11,16 @@ struct StartBlock {
     common::UniqueModule self;
 };
 
-DWORD WINAPI threadMain(void* parameter) {
+DWORD WINAPI threadMain(void* parameter) noexcept {
     HMODULE hSelf = nullptr;
     {
         // Everything with a destructor ends before the last step, which never returns.
         const std::unique_ptr<StartBlock> block(static_cast<StartBlock*>(parameter));
-        block->body();
+        try {
+            block->body();
+        } catch (...) {
+            // It has done what it could; there is nobody to tell.
+        }
         block->body = nullptr;
         hSelf = block->self.release();
     }

@@ -14,11 +14,13 @@ class CDialog : public CWnd {
     bool PreTranslateMessage(MSG& message) override;
 
  protected:
-    // WM_INITDIALOG. True lets the system set the focus to the first control.
+    // WM_INITDIALOG. True lets the system set the focus to the first control. After an exception there is no dialog.
     virtual bool OnInitDialog() { return true; }
 
  private:
-    static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+    static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    [[nodiscard]] bool initialized();
 
     UINT m_uTemplateId;
+    bool m_bInitFailed = false;
 };

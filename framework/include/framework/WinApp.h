@@ -21,6 +21,9 @@ class CWinApp {
     // The end of the main window ends the message loop.
     static void windowGone(const CWnd& window);
 
+    // Tells the application, if there is one, of an exception that is being caught: exceptionCaught().
+    static void reportException() noexcept;
+
     HINSTANCE m_hInstance = nullptr;
     const wchar_t* m_lpCmdLine = L"";         // without the program's name
     std::atomic<CWnd*> m_pMainWnd = nullptr;  // not owned; other threads may ask whether there is one
@@ -32,9 +35,16 @@ class CWinApp {
     virtual int ExitInstance();
     // Until WM_QUIT, or until the main window is gone.
     virtual void Run();
+    // Called in a catch block: an exception reached a border that it must not cross (the start, the end, the message
+    // loop, a window procedure or a hook), and goes no further. Whoever was called answers that it failed.
+    virtual void exceptionCaught() noexcept {}
 
  private:
+    [[nodiscard]] bool _start() noexcept;
+    void _run() noexcept;
+    [[nodiscard]] int _end() noexcept;
     [[nodiscard]] bool _nextMessage(MSG& message) const;
+    static void handle(MSG& message) noexcept;
     static bool preTranslate(MSG& message);
 
     static CWinApp* s_pCurrent;

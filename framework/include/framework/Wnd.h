@@ -1,5 +1,7 @@
 // The window object: a C++ object bound to a window from the first message of its creation to the last of its
-// destruction. All calls belong on the thread that created the window.
+// destruction. All calls belong on the thread that created the window. No exception leaves its messages: a handler that
+// throws has failed, the application hears of it (CWinApp::exceptionCaught), and the sender gets an answer that does no
+// harm. A window whose creation handlers throw does not come to be.
 #pragma once
 
 #include <memory>
@@ -62,10 +64,18 @@ class CWnd {
  private:
     friend class CreationScope;
 
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    bool bind(HWND window, bool ownsWindow);
+    struct Received {
+        UINT message;
+        WPARAM wParam;
+        LPARAM lParam;
+    };
+
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    static LRESULT dispatch(const std::shared_ptr<framework::Binding>& binding, HWND window, const Received& received);
+    static LRESULT afterException(HWND window, UINT message) noexcept;
+    bool bind(HWND window, bool ownsWindow) noexcept;
     static void unbind(HWND window);
-    static void windowDestroyed(HWND window);
+    static void windowDestroyed(HWND window) noexcept;
     [[nodiscard]] const MessageEntry* findEntry(UINT message, UINT notifyCode, bool reflected) const;
     static bool reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result);
 
@@ -86,7 +96,7 @@ class CreationScope {
     [[nodiscard]] bool confirm(HWND window) const;
 
  private:
-    static LRESULT CALLBACK hook(int code, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK hook(int code, WPARAM wParam, LPARAM lParam) noexcept;
 
     CWnd* m_pObject;
     CreationScope* m_pOuter;

@@ -17,8 +17,12 @@ bool CRegistryWatch::start(HWND window, UINT message) {
     if (!m_hStop || !m_hChanged) {
         return false;
     }
-    m_thread = std::thread([this, window, message] { watch(window, message); });
-    return true;
+    try {
+        m_thread = std::thread([this, window, message] { watch(window, message); });
+        return true;
+    } catch (...) {
+        return false;  // no memory, or no thread
+    }
 }
 
 void CRegistryWatch::stop() {
@@ -28,7 +32,7 @@ void CRegistryWatch::stop() {
     }
 }
 
-void CRegistryWatch::watch(HWND window, UINT message) const {
+void CRegistryWatch::watch(HWND window, UINT message) const noexcept {
     const HANDLE handles[] = {m_hStop.get(), m_hChanged.get()};
     for (;;) {
         // Opened anew each time: the key may have been deleted meanwhile.

@@ -17,12 +17,13 @@ class CRegistryWatch {
     CRegistryWatch& operator=(const CRegistryWatch&) = delete;
 
     // Posts `message` to `window` after every change of a value or key below HKCU\SOFTWARE\KESTOVA, until stop().
-    // Changes that come together may arrive as one. False: the system gave no event.
+    // Changes that come together may arrive as one. False: the system gave no event or
+    // no thread.
     bool start(HWND window, UINT message);
     void stop();
 
  private:
-    void watch(HWND window, UINT message) const;
+    void watch(HWND window, UINT message) const noexcept;
 
     common::UniqueHandle m_hStop;
     common::UniqueHandle m_hChanged;

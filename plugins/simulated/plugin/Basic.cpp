@@ -6,7 +6,7 @@
 using namespace sim;
 
 LONG WINAPI InitializeHotkeyDll(LONG lZero, ULONG*) {
-    return perform(L"InitializeHotkeyDll", Effect::Question, joined({lZero}), [&]() -> Outcome {
+    return perform(L"InitializeHotkeyDll", Effect::Question, {lZero}, [&]() -> Outcome {
         return {FENWYN_OK, joined({lZero})};
     });
 }

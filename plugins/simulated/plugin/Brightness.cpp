@@ -6,7 +6,7 @@
 using namespace sim;
 
 LONG WINAPI FocusItem(LONG lParameter, ULONG*) {
-    return perform(L"FocusItem", Effect::Change, joined({lParameter}), [&]() -> Outcome {
+    return perform(L"FocusItem", Effect::Change, {lParameter}, [&]() -> Outcome {
         return {focusItem(self(), lParameter) ? FENWYN_OK : kFailed, joined({lParameter})};
     });
 }

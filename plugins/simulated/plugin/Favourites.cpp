@@ -34,7 +34,7 @@ WCHAR* handedOut(const std::wstring& text) {
 
 LONG WINAPI FnF5_InitializeHotkeyDll(LONG lZero, ULONG*, FenwynAllocate pfnAllocate) {
     g_pfnAllocate = pfnAllocate;
-    return perform(L"FnF5_InitializeHotkeyDll", Effect::Question, joined({lZero}), [&]() -> Outcome {
+    return perform(L"FnF5_InitializeHotkeyDll", Effect::Question, {lZero}, [&]() -> Outcome {
         return {pfnAllocate != nullptr ? FENWYN_OK : kFailed, joined({lZero})};
     });
 }
@@ -52,7 +52,7 @@ LONG WINAPI FnF5_GetDisplayItemCount(LONG* plCount, ULONG*) {
 
 LONG WINAPI FnF5_GetDisplayItemInfo(ULONG uIndex, LONG* plMode, WCHAR** ppszText, ULONG* puRecordCount,
                                     ULONGLONG* puRecords, ULONG* puFlags, ULONG*) {
-    return perform(L"FnF5_GetDisplayItemInfo", Effect::Question, joined({uIndex}), [&]() -> Outcome {
+    return perform(L"FnF5_GetDisplayItemInfo", Effect::Question, {uIndex}, [&]() -> Outcome {
         const bool complete = plMode != nullptr && ppszText != nullptr && puRecordCount != nullptr &&
                               puRecords != nullptr && puFlags != nullptr;
         if (!complete || uIndex >= g_entries.size()) {

@@ -31,16 +31,18 @@ struct Outcome {
 [[nodiscard]] LONG configuredResult(const wchar_t* exportName);
 void finishCall(const wchar_t* exportName, Effect effect, const Outcome& outcome);
 
-// Runs `body` (which returns an Outcome) unless a result is configured, and records the call.
+// Runs `body` (which returns an Outcome) unless a result is configured, and records the call. The border of every
+// export: whatever an export needs memory for is done in here.
 template <typename Body>
-LONG perform(const wchar_t* exportName, Effect effect, const std::wstring& argumentsIfSkipped, Body body) noexcept {
+LONG perform(const wchar_t* exportName, Effect effect, std::initializer_list<long long> argumentsIfSkipped,
+             Body body) noexcept {
     try {
         const LONG configured = configuredResult(exportName);
-        const Outcome outcome = configured != 0 ? Outcome{configured, argumentsIfSkipped} : body();
+        const Outcome outcome = configured != 0 ? Outcome{configured, joined(argumentsIfSkipped)} : body();
         finishCall(exportName, effect, outcome);
         return outcome.result;
-    } catch (const std::exception&) {
-        return kFailed;
+    } catch (...) {
+        return -kFailed;  // GetDisplayItemInfo fails with negative results only, every other export with any
     }
 }
 

@@ -6,7 +6,7 @@
 using namespace sim;
 
 LONG WINAPI GetCustomItemText(ULONG uPlan, BSTR* pbstrText, ULONGLONG*) {
-    return perform(L"GetCustomItemText", Effect::Question, joined({uPlan}), [&]() -> Outcome {
+    return perform(L"GetCustomItemText", Effect::Question, {uPlan}, [&]() -> Outcome {
         ItemInfo plans;
         if (pbstrText == nullptr || !itemInfo(self(), plans) || uPlan >= 32 || (plans.info >> uPlan & 1U) == 0) {
             return {kFailed, joined({uPlan})};

@@ -6,7 +6,7 @@
 using namespace sim;
 
 LONG WINAPI SelectItem(LONG lItem, ULONG*) {
-    return perform(L"SelectItem", Effect::Change, joined({lItem}), [&]() -> Outcome {
+    return perform(L"SelectItem", Effect::Change, {lItem}, [&]() -> Outcome {
         return {selectItem(self(), lItem) ? FENWYN_OK : kFailed, joined({lItem})};
     });
 }

@@ -41,7 +41,7 @@ using namespace win;
 LONG WINAPI InitializeHotkeyDll(LONG /*lZero*/, ULONG* /*pReserved*/) {
     try {
         return initialize();
-    } catch (const std::exception&) {
+    } catch (...) {
         return kFailed;
     }
 }

@@ -2,7 +2,6 @@
 // leaves the library.
 #pragma once
 
-#include <exception>
 #include <utility>
 
 #include "plugin/Function.h"
@@ -19,7 +18,7 @@ template <typename Body>
 LONG perform(LONG lFailure, Body body) noexcept {
     try {
         return function() != nullptr && body(*function()) ? FENWYN_OK : lFailure;
-    } catch (const std::exception&) {
+    } catch (...) {
         return lFailure;
     }
 }

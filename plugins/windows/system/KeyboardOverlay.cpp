@@ -117,7 +117,7 @@ class CHookRoom {
         return answer.bSwallow;
     }
 
-    static LRESULT CALLBACK _hookProcedure(int nCode, WPARAM wParam, LPARAM lParam) {
+    static LRESULT CALLBACK _hookProcedure(int nCode, WPARAM wParam, LPARAM lParam) noexcept {
         if (nCode == HC_ACTION && s_pRoom != nullptr &&
             s_pRoom->_handle(*reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam))) {
             return 1;
@@ -125,7 +125,7 @@ class CHookRoom {
         return ::CallNextHookEx(nullptr, nCode, wParam, lParam);
     }
 
-    static LRESULT CALLBACK _windowProcedure(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam) {
+    static LRESULT CALLBACK _windowProcedure(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam) noexcept {
         const bool bLeaves = uMessage == WM_ENDSESSION
                                  ? wParam != FALSE
                                  : uMessage == WM_WTSSESSION_CHANGE &&

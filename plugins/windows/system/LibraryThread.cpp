@@ -1,6 +1,5 @@
 #include "system/LibraryThread.h"
 
-#include <exception>
 #include <memory>
 #include <utility>
 
@@ -13,13 +12,13 @@ struct Start {
     common::UniqueModule hModule;
 };
 
-DWORD WINAPI threadProcedure(void* pArgument) {
+DWORD WINAPI threadProcedure(void* pArgument) noexcept {
     HMODULE hModule = nullptr;
     {
         const std::unique_ptr<Start> pStart(static_cast<Start*>(pArgument));
         try {
             pStart->body();
-        } catch (const std::exception&) {
+        } catch (...) {
             // Memory has run out, and there is nobody here who could be told.
         }
         hModule = pStart->hModule.release();

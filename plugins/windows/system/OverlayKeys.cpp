@@ -81,12 +81,12 @@ COverlayKeys::Answer COverlayKeys::handle(ScanKey key, bool bUp, bool bModifier)
             bTranslated ? std::optional<Output>({row->wVirtualKey, row->sent, bUp}) : std::nullopt};
 }
 
-std::vector<COverlayKeys::Output> COverlayKeys::end() {
+COverlayKeys::Ups COverlayKeys::end() noexcept {
     m_bOn = false;
-    std::vector<Output> ups;
+    Ups ups;
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         if (m_held[i] == Held::Translated) {
-            ups.push_back({m_rows[i].wVirtualKey, m_rows[i].sent, true});
+            ups.add({m_rows[i].wVirtualKey, m_rows[i].sent, true});
             m_held[i] = Held::Ended;
         }
     }

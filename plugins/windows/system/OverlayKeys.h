@@ -5,10 +5,10 @@
 #include <windows.h>
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <span>
-#include <vector>
 
 namespace win {
 
@@ -30,6 +30,8 @@ struct OverlayRow {
 
 class COverlayKeys {
  public:
+    static constexpr std::size_t kMaxRows = 16;
+
     // A key that is to be sent in place of another.
     struct Output {
         WORD wVirtualKey;
@@ -41,6 +43,21 @@ class COverlayKeys {
         std::optional<Output> output;
     };
 
+    // At most one up for each row, without memory from the heap: a hook must not throw.
+    class Ups {
+     public:
+        [[nodiscard]] const Output* begin() const noexcept { return m_outputs.data(); }
+        [[nodiscard]] const Output* end() const noexcept { return m_outputs.data() + m_uCount; }
+        [[nodiscard]] bool empty() const noexcept { return m_uCount == 0; }
+        [[nodiscard]] std::size_t size() const noexcept { return m_uCount; }
+        [[nodiscard]] const Output& operator[](std::size_t uIndex) const noexcept { return m_outputs[uIndex]; }
+        void add(const Output& up) noexcept { m_outputs[m_uCount++] = up; }
+
+     private:
+        std::array<Output, kMaxRows> m_outputs{};
+        std::size_t m_uCount = 0;
+    };
+
     // `isHeld` tells of a scan code whether the key is down at this moment: such a key keeps its meaning until it is
     // up.
     COverlayKeys(OverlayKind kind, const std::function<bool(WORD wScan)>& isHeld);
@@ -50,15 +67,13 @@ class COverlayKeys {
     [[nodiscard]] Answer handle(ScanKey key, bool bUp, bool bModifier);
 
     // Ends the overlay: the ups of all keys that it holds down. Their own ups are swallowed when they come.
-    [[nodiscard]] std::vector<Output> end();
+    [[nodiscard]] Ups end() noexcept;
 
     // After end(): keys are still held whose ups are to be swallowed.
     [[nodiscard]] bool drains() const;
 
  private:
     enum class Held { No, Translated, AsItself, Ended };
-
-    static constexpr std::size_t kMaxRows = 16;
 
     std::span<const OverlayRow> m_rows;
     std::array<Held, kMaxRows> m_held{};

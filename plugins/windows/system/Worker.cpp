@@ -1,7 +1,6 @@
 #include "system/Worker.h"
 
 #include <atomic>
-#include <exception>
 #include <utility>
 
 #include "system/LibraryThread.h"
@@ -17,7 +16,7 @@ struct CWorker::Shared {
         while (::WaitForSingleObject(hWake.get(), INFINITE) == WAIT_OBJECT_0 && !bEnd) {
             try {
                 turn();
-            } catch (const std::exception&) {
+            } catch (...) {
                 // Memory has run out: the next turn may fare better.
                 continue;
             }

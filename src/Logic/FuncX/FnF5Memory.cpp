@@ -11,7 +11,7 @@ std::atomic<long> s_lOutstanding = 0;
 
 }  // namespace
 
-void* WINAPI allocate(LONG lByteCount) {
+void* WINAPI allocate(LONG lByteCount) noexcept {
     void* const pBlock = lByteCount > 0 ? ::HeapAlloc(::GetProcessHeap(), 0, static_cast<SIZE_T>(lByteCount)) : nullptr;
     s_lOutstanding += pBlock != nullptr ? 1 : 0;
     return pBlock;

@@ -11,7 +11,7 @@
 namespace fnf5 {
 
 // FenwynAllocate: a block of the process heap, null for a count below 1 or without memory. Callable on any thread.
-void* WINAPI allocate(LONG lByteCount);
+void* WINAPI allocate(LONG lByteCount) noexcept;
 void release(void* pBlock) noexcept;
 
 // Blocks handed out and not yet given back; a plug-in that keeps blocks to itself shows here.

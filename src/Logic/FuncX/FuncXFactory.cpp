@@ -1,7 +1,6 @@
 #include "Logic/FuncX/FuncXFactory.h"
 
 #include <array>
-#include <new>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -16,6 +15,7 @@
 #include "Logic/FuncX/FxPowerPlan.h"
 #include "Logic/FuncX/FxWireless.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ using Maker = std::unique_ptr<CFuncX> (*)(std::vector<DWORD>&&, std::wstring&&);
 
 template <typename Function>
 std::unique_ptr<CFuncX> make(std::vector<DWORD>&& vecHotkeyCodes, std::wstring&& strCaption) {
-    return std::unique_ptr<CFuncX>(new (std::nothrow) Function(std::move(vecHotkeyCodes), std::move(strCaption)));
+    return common::tryMake<Function>(std::move(vecHotkeyCodes), std::move(strCaption));
 }
 
 struct Row {

@@ -1,10 +1,9 @@
 #include "Logic/FuncX/FuncXUseCircleItem.h"
 
-#include <new>
-
 #include "UI/ItemDlg/CircleItemDlg.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 
 HRESULT CFuncXUseCircleItem::addCircleItem(UINT uTextId, UINT uImageId1, UINT uImageId2,
                                            std::vector<CQrdItem*>& rVecItems) {
@@ -13,7 +12,7 @@ HRESULT CFuncXUseCircleItem::addCircleItem(UINT uTextId, UINT uImageId1, UINT uI
 
 HRESULT CFuncXUseCircleItem::addCircleItem(const std::wstring& strText, UINT uImageId1, UINT uImageId2,
                                            std::vector<CQrdItem*>& rVecItems) {
-    std::unique_ptr<CCircleItemDlg> pItem(new (std::nothrow) CCircleItemDlg(uImageId1, uImageId2, strText));
+    auto pItem = common::tryMake<CCircleItemDlg>(uImageId1, uImageId2, strText);
     CDialog* const pWindow = pItem.get();
     RETURN_IF_FAILED(appendItem(std::move(pItem), pWindow, ItemOrder::InitializeThenWindow, rVecItems));
     return S_OK;

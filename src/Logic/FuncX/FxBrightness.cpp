@@ -1,11 +1,11 @@
 #include "Logic/FuncX/FxBrightness.h"
 
 #include <array>
-#include <new>
 
 #include "UI/ItemDlg/SliderItemDlg.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 
 HRESULT CFxBrightness::initItems(std::vector<CQrdItem*>& rVecItems) {
     LOG_ENTER_LEAVE();
@@ -20,8 +20,8 @@ HRESULT CFxBrightness::initItems(std::vector<CQrdItem*>& rVecItems) {
         LOG_INFO(L"Individual brightness adjust for dual-screen");
         RETURN_LOGGED(E_OUTOFMEMORY);
     }
-    std::unique_ptr<CSliderItemDlg> pItem(new (std::nothrow) CSliderItemDlg(
-        m_vecHotkeyCodes[0], m_vecHotkeyCodes[1], static_cast<LONG>(dwSteps), m_lCurrentItem));
+    auto pItem = common::tryMake<CSliderItemDlg>(m_vecHotkeyCodes[0], m_vecHotkeyCodes[1], static_cast<LONG>(dwSteps),
+                                                 m_lCurrentItem);
     CDialog* const pWindow = pItem.get();
     RETURN_IF_FAILED(appendItem(std::move(pItem), pWindow, ItemOrder::InitializeThenWindow, rVecItems));
     return S_OK;

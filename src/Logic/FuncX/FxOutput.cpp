@@ -10,7 +10,7 @@
 
 namespace {
 
-void CALLBACK _fnF5PanicTimerProc(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTimerId, DWORD /*dwTime*/) {
+void CALLBACK _fnF5PanicTimerProc(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTimerId, DWORD /*dwTime*/) noexcept {
     LOG_ENTER_LEAVE();
     CPanicThread::signalHeldKey(hWnd, uTimerId);
 }

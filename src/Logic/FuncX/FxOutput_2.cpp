@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <cwchar>
-#include <new>
 
 #include "Data/RegistryPaths.h"
 #include "Logic/FuncX/OutputRules.h"
@@ -15,6 +14,7 @@
 #include "common/RegConfig.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 #include "companions/OutputSetup/include/OutputSetup.h"
 
 using functiontables::kOutputModes;
@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::size_t kSetupParameterChars = 30;
 
-void CALLBACK _fnF5PanicTimerProc_2(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTimerId, DWORD /*dwTime*/) {
+void CALLBACK _fnF5PanicTimerProc_2(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTimerId, DWORD /*dwTime*/) noexcept {
     LOG_ENTER_LEAVE();
     CPanicThread::signalHeldKey(hWnd, uTimerId);
 }
@@ -236,7 +236,7 @@ HRESULT CFxOutput_2::_askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& r
         return E_FAIL;
     }
     // Each entry becomes four windows: what a process could never show is not read either.
-    rpInfo.reset(dwIndex < FENWYN_MAX_ENTRIES ? new (std::nothrow) FnF5ItemInfo{} : nullptr);
+    rpInfo = dwIndex < FENWYN_MAX_ENTRIES ? common::tryMake<FnF5ItemInfo>() : nullptr;
     if (rpInfo == nullptr) {
         return E_POINTER;
     }
@@ -282,9 +282,9 @@ HRESULT CFxOutput_2::_addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdI
     }
     const auto* const pRecords =
         reinterpret_cast<const FenwynDisplayRecord*>(static_cast<std::uintptr_t>(rInfo.ullRecords));
-    std::unique_ptr<CFxOutputItemDlg> pItem(new (std::nothrow) CFxOutputItemDlg(
-        rInfo.lMode, rInfo.dwNeedsSetup, rInfo.dwShowResolution, uIdSmallIcon, uIdLargeIcon, rInfo.strText,
-        readableRecords(pRecords, rInfo.dwRecordCount), pRecords));
+    auto pItem = common::tryMake<CFxOutputItemDlg>(rInfo.lMode, rInfo.dwNeedsSetup, rInfo.dwShowResolution,
+                                                   uIdSmallIcon, uIdLargeIcon, rInfo.strText,
+                                                   readableRecords(pRecords, rInfo.dwRecordCount), pRecords);
     CDialog* const pWindow = pItem.get();
     return appendItem(std::move(pItem), pWindow, ItemOrder::InitializeThenWindow, rVecItems);
 }

@@ -1,11 +1,10 @@
 #include "Logic/FuncX/FxWireless.h"
 
-#include <new>
-
 #include "Logic/ZelCommonFunc.h"
 #include "UI/ItemDlg/ErrorItemDlg.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 
 using functiontables::kWirelessStates;
 
@@ -82,7 +81,7 @@ HRESULT CFxWireless::addItem(DWORD dwState, UINT uImageId1, UINT uImageId2, std:
 }
 
 HRESULT CFxWireless::addErrorItem(std::vector<CQrdItem*>& rVecItems) const {
-    std::unique_ptr<CErrorItemDlg> pItem(new (std::nothrow) CErrorItemDlg(loadResString(IDS_WIRELESS_NO_DEVICE)));
+    auto pItem = common::tryMake<CErrorItemDlg>(loadResString(IDS_WIRELESS_NO_DEVICE));
     CDialog* const pWindow = pItem.get();
     RETURN_IF_FAILED(appendItem(std::move(pItem), pWindow, ItemOrder::WindowThenInitialize, rVecItems));
     return S_OK;

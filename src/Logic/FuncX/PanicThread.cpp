@@ -27,6 +27,17 @@ void noteInPlugin(bool bInPlugin) noexcept {
     }
 }
 
+// So that a thread that runs is in the list whatever memory there is.
+bool hasRoomForOneMore() noexcept {
+    try {
+        const std::lock_guard lock(s_waitingLock);
+        s_vecWaiting.reserve(s_vecWaiting.size() + 1);
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
 }  // namespace
 
 CPanicThread::PluginCall::PluginCall() noexcept {
@@ -45,6 +56,9 @@ CPanicThread::~CPanicThread() {
 
 void CPanicThread::start() {
     if (m_hPanicThread) {
+        return;
+    }
+    if (!hasRoomForOneMore()) {
         return;
     }
     m_bExitPanicThread = false;
@@ -102,7 +116,7 @@ void CPanicThread::arm(HWND hWnd, UINT_PTR uTimerId, TIMERPROC pfTimer) {
     ::SetTimer(hWnd, uTimerId, kHeldKeyMs, pfTimer);
 }
 
-void CPanicThread::signalHeldKey(HWND hWnd, UINT_PTR uTimerId) {
+void CPanicThread::signalHeldKey(HWND hWnd, UINT_PTR uTimerId) noexcept {
     ::KillTimer(hWnd, uTimerId);
     if (s_pArmed == nullptr) {
         return;  // its function has ended meanwhile, and no other is meant
@@ -115,7 +129,7 @@ void CPanicThread::signalHeldKey(HWND hWnd, UINT_PTR uTimerId) {
     }
 }
 
-DWORD WINAPI CPanicThread::threadProcedure(void* pArgument) {
+DWORD WINAPI CPanicThread::threadProcedure(void* pArgument) noexcept {
     if (pArgument == nullptr) {
         LOG_STATUS(0);
         return 0;
@@ -130,7 +144,7 @@ DWORD CPanicThread::_run() {
         LOG_STATUS(E_POINTER);
         return static_cast<DWORD>(E_POINTER);
     }
-    const HRESULT hr = m_rAction.preparePanic();
+    const HRESULT hr = common::statusOf([this] { return m_rAction.preparePanic(); });
     if (FAILED(hr)) {
         LOG_STATUS(hr);
     } else {
@@ -182,7 +196,7 @@ bool CPanicThread::_isMeant() {
 }
 
 void CPanicThread::_panicOnce() {
-    const HRESULT hr = m_rAction.panic();
+    const HRESULT hr = common::statusOf([this] { return m_rAction.panic(); });
     if (SUCCEEDED(hr)) {
         return;
     }

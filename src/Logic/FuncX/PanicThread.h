@@ -13,7 +13,7 @@
 // start() and end() belong on the user-interface thread.
 class CPanicThread {
  public:
-    // What the thread does; called on that thread, never after end() has returned.
+    // What the thread does; called on that thread, never after end() has returned. An exception counts as a failure.
     class IAction {
      public:
         // Before the first wait. A failure is logged and ends the thread.
@@ -62,10 +62,10 @@ class CPanicThread {
     void arm(HWND hWnd, UINT_PTR uTimerId, TIMERPROC pfTimer);
     // What the timer does when it fires: it ends, and the event makes the function panic that armed it last.
     // User-interface thread.
-    static void signalHeldKey(HWND hWnd, UINT_PTR uTimerId);
+    static void signalHeldKey(HWND hWnd, UINT_PTR uTimerId) noexcept;
 
     // The thread itself; its argument is a CPanicThread.
-    static DWORD WINAPI threadProcedure(void* pArgument);
+    static DWORD WINAPI threadProcedure(void* pArgument) noexcept;
 
  private:
     DWORD _run();

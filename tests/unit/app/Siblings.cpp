@@ -6,6 +6,7 @@
 #include "common/Handle.h"
 #include "common/SiblingLibrary.h"
 #include "support/AppRoom.h"
+#include "support/FailingAllocation.h"
 #include "support/TempFolder.h"
 
 namespace siblings {
@@ -77,6 +78,7 @@ standin::Control& control(const std::wstring& file) {
 
 common::UniqueModule load(const wchar_t* file) asm("__wrap__Z11loadSiblingPKw");
 common::UniqueModule load(const wchar_t* file) {
+    const support::AllocationsSucceed mine;
     places().asked.emplace_back(file);
     return common::UniqueModule(places().missing[file] ? nullptr : ::LoadLibraryW(pathOf(file).c_str()));
 }

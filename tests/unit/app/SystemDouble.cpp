@@ -1,6 +1,7 @@
 #include "app/SystemDouble.h"
 
 #include "common/GdiPlus.h"
+#include "support/FailingAllocation.h"
 
 namespace system_double {
 
@@ -33,11 +34,13 @@ BOOL WINAPI systemParameters(UINT action, UINT parameter, void* value, UINT flag
 }
 
 UINT WINAPI sendInput(UINT count, INPUT* inputs, int /*size*/) {
+    const support::AllocationsSucceed mine;
     state().inputs.emplace_back(inputs, inputs + count);
     return count;
 }
 
 EXECUTION_STATE WINAPI executionState(EXECUTION_STATE wanted) {
+    const support::AllocationsSucceed mine;
     state().executionStates.push_back(wanted);
     return ES_CONTINUOUS;
 }
@@ -58,6 +61,7 @@ void noteRelease(const void* released) {
     if (state().watched.empty()) {
         return;
     }
+    const support::AllocationsSucceed mine;
     if (const auto found = state().watched.find(released); found != state().watched.end()) {
         state().released.emplace_back(found->second);
     }
@@ -104,13 +108,17 @@ BOOL WINAPI monitorInfo(HMONITOR monitor, MONITORINFO* info) {
 }
 
 BOOL WINAPI trackMouse(TRACKMOUSEEVENT* event) {
+    const support::AllocationsSucceed mine;
     state().tracked.push_back(*event);
     return TRUE;
 }
 
 UINT_PTR WINAPI setTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
     static const auto call = real<UINT_PTR(WINAPI*)(HWND, UINT_PTR, UINT, TIMERPROC)>(L"user32.dll", "SetTimer");
-    state().timers[{window, id}] = period;
+    {
+        const support::AllocationsSucceed mine;
+        state().timers[{window, id}] = period;
+    }
     return call(window, id, period, procedure);
 }
 
@@ -121,6 +129,7 @@ BOOL WINAPI killTimer(HWND window, UINT_PTR id) {
 }
 
 void keepFrame(HWND window, HDC source) {
+    const support::AllocationsSucceed mine;
     DIBSECTION section{};
     ::GetObjectW(::GetCurrentObject(source, OBJ_BITMAP), sizeof(section), &section);
     Frame frame;

@@ -4,6 +4,7 @@
 #include "UI/ItemDlg/QrdItem.h"
 #include "functions/FunctionFixture.h"
 #include "support/DependentPlugin.h"
+#include "support/FailingAllocation.h"
 
 namespace functest {
 
@@ -153,6 +154,19 @@ TEST_F(FunctionBase, NullEmptyAndEndlessPathsAreMissingLibraries) {
     EXPECT_TRUE(FAILED(m_function.initHotkeyDll(L"")));
     EXPECT_TRUE(FAILED(m_function.initHotkeyDll(std::wstring(100000, L'x').c_str())));
     EXPECT_FALSE(m_function.loaded());
+}
+
+TEST_F(FunctionBase, ARoundItemThatCannotBeAllocatedHasAStatus) {
+    Items items;
+    const std::wstring text(100, L'x');
+    HRESULT hr = S_OK;
+    {
+        const support::FailingAllocation failing(1);
+        hr = m_function.addCircleItem(text, 113, 112, items.vec());
+    }
+    EXPECT_EQ(hr, E_OUTOFMEMORY);
+    EXPECT_TRUE(items.vec().empty());
+    EXPECT_THAT(errors(), ElementsAre(L"[ERR] (CFuncXUseCircleItem::addCircleItem): Error Code: 0x8007000e"));
 }
 
 TEST_F(FunctionBase, APluginFindsWhatItNeedsInItsOwnFolder) {

@@ -30,12 +30,16 @@ class CTestAction final : public CPanicThread::IAction {
         if (m_hGate != nullptr) {
             ::WaitForSingleObject(m_hGate, INFINITE);
         }
+        if (m_bThrow) {
+            throw std::bad_alloc();
+        }
         return m_hrPanic;
     }
 
     HRESULT m_hrPrepare = S_OK;
     HRESULT m_hrPanic = S_OK;
     HANDLE m_hGate = nullptr;
+    bool m_bThrow = false;
     std::atomic<int> m_nPrepared = 0;
     std::atomic<int> m_nPanics = 0;
     std::atomic<DWORD> m_dwThread = 0;
@@ -64,6 +68,21 @@ class PanicThread : public testing::Test {
 };
 
 }  // namespace
+
+TEST_F(PanicThread, AnActionThatThrowsHasFailedAndTheThreadGoesOn) {
+    m_action.m_bThrow = true;
+    CPanicThread thread(m_action, kQuiet);
+    thread.start();
+    for (int panics = 1; panics <= 2; ++panics) {
+        ASSERT_TRUE(setEvent());
+        EXPECT_TRUE(eventually([&] { return m_action.m_nPanics == panics; }));
+    }
+    EXPECT_TRUE(thread.end().bInTime);
+    EXPECT_THAT(lines(), ElementsAre(L"[ERR] (CPanicThread::_panicOnce): ASSERT( it worked )",
+                                     L"[ERR] (CPanicThread::_panicOnce): Error Code: 0x80004005",
+                                     L"[ERR] (CPanicThread::_panicOnce): ASSERT( it worked )",
+                                     L"[ERR] (CPanicThread::_panicOnce): Error Code: 0x80004005"));
+}
 
 TEST_F(PanicThread, EachEventIsOneActionOnAnotherThread) {
     CPanicThread thread(m_action, kQuiet);

@@ -23,6 +23,7 @@ bool CZelMainApp::InitInstance() {
     return false;
 }
 
+void CZelMainApp::exceptionCaught() noexcept {}
 int CZelMainApp::ExitInstance() {
     return 0;
 }

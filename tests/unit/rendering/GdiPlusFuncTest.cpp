@@ -8,6 +8,7 @@
 
 #include "Rendering.h"
 #include "common/Handle.h"
+#include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
@@ -130,6 +131,29 @@ TEST_F(FontFitTest, WithoutAFontTheDeviceContextsOwnIsTaken) {
 TEST_F(FontFitTest, NoPlaceForTheFontIsReported) {
     EXPECT_EQ(measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), nullptr), E_POINTER);
     EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (measureTextFont): Error Code: 0x80004003"));
+}
+
+TEST_F(FontFitTest, WithoutMemoryForAFontThereIsNone) {
+    FontPtr font;
+    HRESULT hr = S_OK;
+    {
+        const support::FailingAllocation failing(1);
+        hr = measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), &font);
+    }
+    EXPECT_EQ(hr, E_POINTER);
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (measureTextFont): Error Code: 0x80004003"));
+}
+
+TEST_F(FontFitTest, WithoutMemoryForASmallerFontTheLargerOneStays) {
+    FontPtr font = fontOf(-40);
+    const Gdiplus::Font* const before = font.get();
+    HRESULT hr = E_FAIL;
+    {
+        const support::FailingAllocation failing(1);
+        hr = measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 10), &font);
+    }
+    EXPECT_EQ(hr, S_OK);
+    EXPECT_EQ(font.get(), before);
 }
 
 TEST_F(FontFitTest, NoTextAndBrokenFontsEnd) {

@@ -8,6 +8,7 @@
 
 #include "Rendering.h"
 #include "common/Status.h"
+#include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
@@ -235,6 +236,28 @@ TEST_F(LayeredWndTest, TheObjectsEndDestroysItsWindow) {
 }
 
 // ---- paint: what is in the frame ----
+
+TEST_F(LayeredWndTest, WithoutMemoryForTheFrameOrTheGraphicsNothingIsPainted) {
+    const Images images{m_pRed.get()};
+    const Alphas alphas{255};
+    for (const long n : {1L, 2L}) {
+        m_layered.destroyWnd();
+        ASSERT_EQ(m_layered.createWnd(), S_OK);
+        m_log.clear();
+        Rects rects{nullptr};
+        HRESULT hr = S_OK;
+        {
+            const support::FailingAllocation failing(n);
+            hr = m_layered.paint(images, alphas, rects, nullptr, 0, 0);
+        }
+        EXPECT_EQ(hr, E_POINTER) << n;
+        EXPECT_FALSE(::IsWindowVisible(m_layered.m_hWnd));
+        EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (CLayeredWnd::paint): Error Code: 0x80004003"));
+        if (n == 2) {
+            EXPECT_EQ(paint(images, alphas), S_OK) << "the next time";
+        }
+    }
+}
 
 TEST_F(LayeredWndTest, EmptyRectanglesMeanTheWholeWindowAndAreFilledIn) {
     Rects rects;

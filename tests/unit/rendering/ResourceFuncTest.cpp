@@ -7,6 +7,7 @@
 
 #include "Rendering.h"
 #include "common/Handle.h"
+#include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
@@ -44,6 +45,21 @@ TEST_F(ImageResourceTest, LoadsAPicture) {
     EXPECT_EQ(image->GetWidth(), 3U);
     EXPECT_EQ(image->GetHeight(), 2U);
     EXPECT_THAT(m_log.lines(), IsEmpty());
+}
+
+TEST_F(ImageResourceTest, WithoutMemoryForThePictureItIsMissing) {
+    HRESULT hr = S_OK;
+    std::unique_ptr<Gdiplus::Image> image;
+    const long failures = support::forEachFailure(
+        support::FailingAllocation::Extent::Once, [&] { hr = load(kGoodPicture, image); },
+        [&] {
+            EXPECT_EQ(hr, image != nullptr ? S_OK : E_POINTER);
+            EXPECT_EQ(m_log.errors().empty(), image != nullptr);
+            m_log.clear();
+            image.reset();
+        });
+    EXPECT_GE(failures, 1);
+    EXPECT_EQ(hr, S_OK) << "with memory";
 }
 
 TEST_F(ImageResourceTest, APictureOutlivesItsLibrary) {

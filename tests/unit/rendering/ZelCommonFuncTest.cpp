@@ -11,6 +11,7 @@
 #include "Rendering.h"
 #include "common/Handle.h"
 #include "framework/Wnd.h"
+#include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
 #include "support/ResourceCounters.h"
 
@@ -157,6 +158,18 @@ TEST_F(WndFontTest, WindowsWithoutAFontOrWithoutAWindowEnd) {
     rendering::setImageRatio(std::numeric_limits<double>::infinity());
     giveFont(-12);
     EXPECT_EQ(getNormalDPIWndFont(&m_wnd, m_graphics, font), S_OK);
+}
+
+TEST_F(WndFontTest, WithoutMemoryForTheFontItIsMissing) {
+    std::unique_ptr<Gdiplus::Font> font;
+    HRESULT hr = S_OK;
+    {
+        const support::FailingAllocation failing(1);
+        hr = getNormalDPIWndFont(&m_wnd, m_graphics, font);
+    }
+    EXPECT_EQ(hr, E_POINTER);
+    EXPECT_EQ(font, nullptr);
+    EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (getNormalDPIWndFont): Error Code: 0x80004003"));
 }
 
 TEST_F(WndFontTest, TheGraphicsCanDrawAfterwards) {

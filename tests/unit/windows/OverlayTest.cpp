@@ -6,6 +6,7 @@
 
 #include <set>
 
+#include "support/FailingAllocation.h"
 #include "system/OverlayShare.h"
 #include "system/fake/FakeOverlay.h"
 
@@ -98,6 +99,15 @@ TEST(OverlayKeys, AKeyThatWasDownBeforeKeepsItsMeaningUntilItIsUp) {
     EXPECT_TRUE(keys.handle({kI, false}, false, false).bSwallow);
     EXPECT_FALSE(keys.handle({kJ, false}, true, false).bSwallow);
     EXPECT_TRUE(keys.handle({kJ, false}, false, false).bSwallow);
+}
+
+// The hook calls it, and no exception may leave a hook.
+TEST(OverlayKeys, NeitherAKeyNorTheEndNeedsMemory) {
+    COverlayKeys keys = numberPad();
+    const support::FailingAllocation failing(1, support::FailingAllocation::Extent::FromThereOn);
+    (void)keys.handle({kJ, false}, false, false);
+    EXPECT_EQ(keys.end().size(), 1U);
+    EXPECT_FALSE(support::FailingAllocation::happened());
 }
 
 TEST(OverlayKeys, TheEndLiftsWhatIsHeldAndSwallowsItsOwnUpLater) {

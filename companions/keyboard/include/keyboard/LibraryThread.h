@@ -13,7 +13,8 @@ namespace keyboard {
 // mapped for as long as it runs, whatever the host does. Destroying the object lets a running thread go on.
 class CLibraryThread {
  public:
-    // E_UNEXPECTED when started before; else the system's error. `body` must not throw.
+    // E_UNEXPECTED when started before; else the system's error. Throws std::bad_alloc; nothing runs then. An exception
+    // of `body` ends the thread.
     [[nodiscard]] HRESULT start(std::function<void()> body);
     // False when the thread still runs after that many ms. A thread that never started has ended.
     [[nodiscard]] bool wait(DWORD milliseconds) const noexcept;
