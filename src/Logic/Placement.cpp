@@ -13,7 +13,7 @@ double screenScale() {
     return scale;
 }
 
-HRESULT getCardsWorkArea(RECT& outRect) noexcept {
+HRESULT getCardsWorkArea(RECT& outRect) {
     if (!CZelConfig::getQrdConfig().bMonitorOfActiveWindow) {
         return getWorkArea(outRect);
     }

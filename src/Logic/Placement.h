@@ -23,4 +23,4 @@ inline const Placement kUnplaced{};
 
 // The work area that the cards belong on, in screen pixels: that of the primary screen, or with "MonitorOfActiveWindow"
 // that of the monitor with the window that the user works in. E_FAIL, unlogged: untouched.
-[[nodiscard]] HRESULT getCardsWorkArea(RECT& outRect) noexcept;
+[[nodiscard]] HRESULT getCardsWorkArea(RECT& outRect);

@@ -1,5 +1,7 @@
 #include "common/LayeredWnd.h"
 
+#include <new>
+
 #include "common/FrameSurface.h"
 #include "common/Status.h"
 #include "common/TryMake.h"
@@ -91,7 +93,7 @@ HRESULT CLayeredWnd::destroyWnd() {
 
 HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
                            std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
-                           int nSourceHeight) {
+                           int nSourceHeight) try {
     RETURN_IF_FAILED(_placeWnd());
     _prepareFrame();
     if (m_pFrame == nullptr) {
@@ -123,6 +125,8 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
         LOG_STATUS(updated);
     }
     return updated;
+} catch (const std::bad_alloc&) {
+    RETURN_LOGGED(E_POINTER);
 }
 
 HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect) {

@@ -192,7 +192,10 @@ Gdiplus::GpStatus WINAPI __wrap_GdiplusStartup(ULONG_PTR* token, const Gdiplus::
 
 void WINAPI __wrap_GdiplusShutdown(ULONG_PTR token) {
     --system_double::g_gdiplusSessions;
-    system_double::state().released.emplace_back(L"GDI+");
+    {
+        const support::AllocationsSucceed mine;
+        system_double::state().released.emplace_back(L"GDI+");
+    }
     __real_GdiplusShutdown(token);
 }
 }
