@@ -91,7 +91,7 @@ HRESULT CLayeredWnd::destroyWnd() {
 
 HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
                            std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
-                           int nSourceHeight) {
+                           int nSourceHeight) try {
     RETURN_IF_FAILED(_placeWnd());
     _prepareFrame();
     if (m_pFrame == nullptr) {
@@ -123,14 +123,18 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
         LOG_STATUS(updated);
     }
     return updated;
+} catch (...) {
+    RETURN_LOGGED(common::caughtStatus());
 }
 
-HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect) {
+HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect) try {
     if (::IsWindowVisible(m_hRealWnd) == FALSE) {
         return S_FALSE;
     }
     std::vector<const RECT*> vecDrawRects{pDrawRect};
     return paint({pImage}, {dwAlpha}, vecDrawRects, pPosition, 0, 0);
+} catch (...) {
+    RETURN_LOGGED(common::caughtStatus());
 }
 
 void CLayeredWnd::hide() const {

@@ -106,6 +106,7 @@ int log(const Record& record, const wchar_t* format, ...) noexcept {
 }
 
 void close() {
+    const support::AllocationsSucceed mine;
     const std::lock_guard lock(support::g_mutex);
     if (support::g_pLogger != nullptr) {
         support::g_pLogger->close();
