@@ -361,9 +361,6 @@ HRESULT CZelMainDlg::showOnModifier(BOOL bBreak) {
         invalidate();
         return S_OK;
     }
-    if (!bBreak) {
-        theApp.renewPlacement();  // while it is still the user's window that is active, and not the strip
-    }
     // Without activation: the keyboard stays with the program that the user works in.
     ::SetWindowPos(m_hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return theApp.showMainDlg(!bBreak, TRUE);

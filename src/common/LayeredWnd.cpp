@@ -1,7 +1,5 @@
 #include "common/LayeredWnd.h"
 
-#include <new>
-
 #include "common/FrameSurface.h"
 #include "common/Status.h"
 #include "common/TryMake.h"
@@ -125,16 +123,18 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
         LOG_STATUS(updated);
     }
     return updated;
-} catch (const std::bad_alloc&) {
-    RETURN_LOGGED(E_POINTER);
+} catch (...) {
+    RETURN_LOGGED(common::caughtStatus());
 }
 
-HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect) {
+HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect) try {
     if (::IsWindowVisible(m_hRealWnd) == FALSE) {
         return S_FALSE;
     }
     std::vector<const RECT*> vecDrawRects{pDrawRect};
     return paint({pImage}, {dwAlpha}, vecDrawRects, pPosition, 0, 0);
+} catch (...) {
+    RETURN_LOGGED(common::caughtStatus());
 }
 
 void CLayeredWnd::hide() const {

@@ -103,7 +103,7 @@ def add_language():
 
 
 @pytest.fixture(scope="module")
-def copy():
+def copy(request):
     """A copy of the tree as git has it, with the changes of all three recipes, built; and which files each has touched."""
     if COPY.exists():
         shutil.rmtree(COPY)
@@ -123,7 +123,8 @@ def copy():
     run("cmake", "--preset", "x64-release")
     run("cmake", "--build", "--preset", "x64-release", "--target", "stage", "e2e_probe")
     yield files
-    shutil.rmtree(COPY)
+    if not request.session.testsfailed:
+        shutil.rmtree(COPY)
 
 
 @pytest.mark.parametrize("recipe,most", [(add_function, 8), (add_setting, 5), (add_language, 3)],

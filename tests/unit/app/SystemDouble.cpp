@@ -191,11 +191,9 @@ Gdiplus::GpStatus WINAPI __wrap_GdiplusStartup(ULONG_PTR* token, const Gdiplus::
 }
 
 void WINAPI __wrap_GdiplusShutdown(ULONG_PTR token) {
+    const support::AllocationsSucceed mine;
     --system_double::g_gdiplusSessions;
-    {
-        const support::AllocationsSucceed mine;
-        system_double::state().released.emplace_back(L"GDI+");
-    }
+    system_double::state().released.emplace_back(L"GDI+");
     __real_GdiplusShutdown(token);
 }
 }
