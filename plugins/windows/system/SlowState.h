@@ -46,10 +46,10 @@ class CSlowState {
     void refresh() { m_worker.wake(); }
 
     // Makes a change in the background. Until it is made `expected` counts as the state; then the machine is read anew.
-    bool change(std::function<void()> make, State expected) {
+    bool change(const std::function<void()>& make, State expected) {
         {
             const Guard guard(m_pShared->lock);
-            m_pShared->change = std::move(make);
+            m_pShared->change = make;
             m_pShared->known = std::move(expected);
         }
         return m_worker.wake();
