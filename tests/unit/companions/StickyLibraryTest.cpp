@@ -50,9 +50,9 @@ TEST_F(StickyLibrary, TapLatchesKeysWorkAndTheNextTapReleases) {
     for (const int key : m_window.keys()) {
         EXPECT_EQ(std::abs(key), VK_CONTROL) << "listed keys stay hidden";
     }
-    m_record.clear();
+    // The key by which the window settles may be reported in between.
     pressKey(VK_RCONTROL);
-    EXPECT_TRUE(reports("/0"));
+    EXPECT_TRUE(waitUntil([this] { return m_record.keys().ends_with(" /0"); })) << m_record.keys();
     EXPECT_TRUE(waitForLatch(0));
 }
 
