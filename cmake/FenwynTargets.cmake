@@ -13,8 +13,12 @@ add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT
 # The last map that fits wins.
 add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=./ -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/src/=./)
 
-# -static: no compiler runtime library to ship; --kill-at: plain export names on 32 bit.
-add_link_options(-static -Wl,--kill-at -Wl,--tsaware)
+# A damaged stack frame ends the program instead of running on. The toolchain has no control-flow guard.
+add_compile_options(-fstack-protector-strong)
+
+# -static: no compiler runtime library to ship; --kill-at: plain export names on 32 bit; without the time of linking, two
+# builds of one commit are the same bytes.
+add_link_options(-static -fstack-protector-strong -Wl,--kill-at -Wl,--tsaware -Wl,--no-insert-timestamp)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   add_link_options(-s)
 endif()
@@ -69,9 +73,35 @@ endfunction()
 # `stage` builds what ships and no test.
 add_custom_target(stage)
 
+# fenwyn_version(<target>): version information, which the properties of the file show; a target whose resources have
+# their own, with translations, keeps it.
+function(fenwyn_version target)
+  get_target_property(sources ${target} SOURCES)
+  list(FILTER sources INCLUDE REGEX "\\.rc$")
+  foreach(source IN LISTS sources)
+    get_filename_component(source "${source}" ABSOLUTE)
+    file(STRINGS "${source}" own REGEX "VERSIONINFO|VersionInfo\\.rc")
+    if(own)
+      return()
+    endif()
+  endforeach()
+  set(TARGET_FILE_TYPE VFT_DLL)
+  set(TARGET_FILE ${target}.dll)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "EXECUTABLE")
+    set(TARGET_FILE_TYPE VFT_APP)
+    set(TARGET_FILE ${target}.exe)
+  endif()
+  configure_file("${CMAKE_SOURCE_DIR}/cmake/Version.rc.in" "${CMAKE_CURRENT_BINARY_DIR}/${target}.version.rc" @ONLY)
+  target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}.version.rc")
+  set_property(SOURCE "${CMAKE_CURRENT_BINARY_DIR}/${target}.version.rc" APPEND PROPERTY
+               INCLUDE_DIRECTORIES "${CMAKE_SOURCE_DIR}/src/res")
+endfunction()
+
 # fenwyn_ship(<target> [subfolder]): the target's file goes into the stage folder.
 function(fenwyn_ship target)
   add_dependencies(stage ${target})
+  fenwyn_version(${target})
   set(folder "${FENWYN_STAGE_DIR}")
   if(ARGC GREATER 1)
     set(folder "${folder}/${ARGV1}")
