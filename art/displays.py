@@ -1,7 +1,7 @@
-"""Pictures of the display combinations: one or two plates that carry the names of the connectors.
+"""Pictures of the display combinations: one or two plates with the names of the connectors.
 
-The letters are strokes, not a font, so that a picture looks the same wherever it is rendered. A light plate is the primary
-display, a dim one the display that it is extended to; two light plates that are joined show the same picture.
+The letters are strokes, not a font, so that a picture looks the same wherever it is rendered. A light plate is the
+primary display, a dim one the display that it is extended to; two joined light plates show the same picture.
 """
 
 # Letter -> (advance width, path), on a grid 6 units high.
@@ -38,7 +38,7 @@ def _word(text, x, y, height, colour, weight):
 
 
 def _plate(text, x, y, size, colour, ink, cap):
-    """A plate with its name in letters of `cap` units, or smaller ones where the name is long."""
+    """A plate with its name in letters of `cap` units, or smaller ones if the name is long."""
     width, height = size
     units = sum(LETTERS[c][0] for c in text) + SPACING * (len(text) - 1)
     cap = min(cap, (width - MARGIN) * 6 / units)
@@ -68,6 +68,6 @@ LAYOUTS = {"single": _single, "clone": _clone, "extend": _extend}
 
 
 def body(name):
-    """The drawing of "displays:<layout>:<name>[:<name>]", made to fill a round item; it reaches over the grid."""
+    """The drawing of "displays:<layout>:<name>[:<name>]", sized to fill a round item; it exceeds the grid."""
     _, layout, *names = name.split(":")
     return f'<g transform="translate(12 12) scale(.93) translate(-12 -12)">{LAYOUTS[layout](*names)}</g>'

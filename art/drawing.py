@@ -1,8 +1,8 @@
 """Composes the SVG text of one picture of the card art from its row in images.csv.
 
-A picture is a background (card, large card, round item or none) with one glyph on it. Glyphs are drawn on a grid of 24 x 24
-units; the glyph of a small and of a large picture is the same file, so a pair can never drift apart. What differs between
-the sizes is the weight of the strokes, and that details are left out where they would fill up.
+A picture is a background (card, large card, round item or none) with one glyph on it. Glyphs are drawn on a grid of 24
+x 24 units; the glyph of a small and of a large picture is the same file, so the two always match. The sizes differ in
+the weight of the strokes, and small ones omit details that would blur.
 """
 import re
 from pathlib import Path
@@ -18,14 +18,15 @@ MUTED = "#99a3ad"
 CONNECTOR = "#23272b"
 TONES = {"": STROKE, "on": ACCENT, "off": MUTED}
 
-# Pixels of the finished picture, and the units that its drawing is laid out in.
+# Pixels of the finished picture, and the units of its drawing.
 PIXELS = {"card": (96, 65), "large-card": (96, 144), "item": (100, 100), "large-item": (144, 144), "connector": (64, 64),
           "mark": (32, 32)}
 UNITS = {"card": (96, 65), "large-card": (96, 144), "item": (50, 50), "large-item": (72, 72), "connector": (32, 32),
          "mark": (16, 16)}
 
-# Where the glyph stands: centre x, centre y, scale of the 24-unit grid. The strip shows rows 6 to 64 of a card at the top
-# of the screen and rows 0 to 58 at the bottom, the caption above; the large card has its text above and its status below.
+# The glyph's position: centre x, centre y, scale of the 24-unit grid. The strip shows rows 6 to 64 of a card at the top
+# of the screen and rows 0 to 58 at the bottom, the caption above; the large card has its text above and its status
+# below.
 GLYPH = {
     "card": (48, 42.5, 1.2),
     "large-card": (48, 80.8, .86),
@@ -35,24 +36,24 @@ GLYPH = {
     "mark": (8, 7.8, .42),
 }
 
-# The weight of a stroke, in grid units. A round item that is not chosen is shown at a third of its picture's size, so it
-# needs the heaviest strokes; the chosen one is large and carries light ones.
+# The weight of a stroke, in grid units. A round item that is not chosen is shown at a third of its picture's size, so
+# it needs the heaviest strokes; the chosen one is large and needs light ones.
 WEIGHT = {"card": 2, "large-card": 2.15, "item": 2.35, "large-item": 1.85, "connector": 1.5, "mark": 3}
-# What an element of a glyph may say about itself with class="...": parts of the weight.
+# What an element of a glyph may specify with class="...": factors of the weight.
 CLASSES = {"bold": 1.3, "light": .9, "fine": .78, "dot": 1.5, "hair": .4}
-# Elements of class "detail" are left out of these.
+# These omit elements of class "detail".
 WITHOUT_DETAIL = ("item", "large-card")
 # An "off" glyph is drawn with lighter strokes than the slash that crosses it, so that the slash is read first.
 OFF_WEIGHT, SLASH_WEIGHT, SLASH_GAP = .84, 1.08, 1
 
-# A glyph stands where it looks centred: one whose weight lies on one side is moved a little to the other (grid units).
+# Optical centring: a glyph whose weight is on one side is moved a little to the other (grid units).
 OPTICAL_SHIFT = {
     "broadband": (-.8, -.8), "gauge": (0, .7), "keyboard-light": (0, -.6), "lock": (0, -.4), "mode-extend-below": (0, .4),
     "positioning": (0, .4), "volume-x": (.4, 0), "zoom-larger": (.5, 0),
 }
 
-# A badge stands in the lower right corner. Glyphs that leave room beside or below themselves move there, so that the
-# badge bites nothing out of them.
+# A badge is in the lower right corner. Glyphs with free space beside or below them are moved there, so that the badge
+# does not cover them.
 BADGE_SHIFT = {
     "mode-extend-right": (0, -3), "mode-extend-left": (0, -3),
     "mode-extend-above": (-3.8, 0), "mode-extend-below": (-3.8, 0),
@@ -70,8 +71,9 @@ GRADIENTS = (
 
 
 def _card(width, height):
-    # One unit of air on both sides keeps neighbouring cards apart. The edge is a light line within a dark one: one of the
-    # two is seen on any wallpaper, also where only the four rows at the edge are shown (the hover strip).
+    # A margin of one unit on both sides separates neighbouring cards. The edge is a light line within a dark one, so
+    # that one of the two is visible on any wallpaper, even where only the four rows at the edge are shown (the hover
+    # strip).
     return (f'<rect x="1" y="0" width="{width - 2}" height="{height}" rx="6" fill="#000"/>'
             f'<rect x="2" y="1" width="{width - 4}" height="{height - 2}" rx="5" fill="url(#card)"/>'
             f'<rect x="2.5" y="1.5" width="{width - 5}" height="{height - 3}" rx="4.5" fill="none" '
@@ -79,7 +81,7 @@ def _card(width, height):
 
 
 def _large_card():
-    # The status stands in a field of its own, which begins above the first row of its text and ends at the edge.
+    # The status has its own field, from above the first row of its text to the edge.
     return (_card(96, 144) + '<path d="M3 93H93V137.5A3.5 3.5 0 0 1 89.5 141H6.5A3.5 3.5 0 0 1 3 137.5Z" fill="url(#field)"/>'
             '<path d="M3 93.5H93" stroke="#fff" stroke-opacity=".1"/>')
 
@@ -91,14 +93,14 @@ def _disc():
 
 
 def _chosen():
-    # Told apart from the others without colour and without size: a broad ring of full light, which stands out on dark
-    # wallpapers, beside a solid dark line, which stands out on light ones.
+    # Distinguished from the others without colour and size: a broad bright ring, which stands out on dark wallpapers,
+    # next to a solid dark line, which stands out on light ones.
     return ('<circle cx="36" cy="36" r="36" fill="#000"/><circle cx="36" cy="36" r="33.8" fill="#fff"/>'
             '<circle cx="36" cy="36" r="30.6" fill="url(#disc)"/>')
 
 
 def _mark():
-    # Stands on a card or on the wallpaper; the dark line sets it off from a light one.
+    # Drawn on a card or on the wallpaper; the dark line separates it from a light one.
     return f'<circle cx="8" cy="8" r="8" fill="#000"/><circle cx="8" cy="8" r="7" fill="{ACCENT}"/>'
 
 
@@ -113,7 +115,7 @@ BACKGROUND = {
 
 
 def glyph_path(name):
-    """The file of a glyph; both folders are searched because a name exists only once."""
+    """The file of a glyph; both folders are searched because names are unique."""
     for folder in ("own", "lucide"):
         path = HERE / "glyphs" / folder / f"{name}.svg"
         if path.is_file():
@@ -141,7 +143,7 @@ def _layer(body, colour, weight, extra=""):
 
 
 def _glyph(kind, glyph, tone, badge):
-    """The glyph with its slash ("off") and its badge, each cut free from the lines under it."""
+    """The glyph with its slash ("off") and its badge, each cut out of the lines under it."""
     cuts, over, weight, own_weight = "", "", WEIGHT[kind], WEIGHT[kind]
     if tone == "off":
         own_weight *= OFF_WEIGHT

@@ -3,7 +3,7 @@
 
     render.py OUTPUT_FOLDER
 
-Only what changed is rendered again: the composed SVG stays beside its PNG and is compared first.
+Only what changed is rendered again: the composed SVG is kept next to its PNG and compared first.
 """
 import argparse
 import csv
@@ -23,7 +23,7 @@ def read_table(path=drawing.HERE / "images.csv"):
 
 
 def write_if_changed(path, text):
-    """Leaves the time stamp alone when nothing changed, so that nothing is rebuilt for it."""
+    """Keeps the time stamp if nothing changed, so that nothing is rebuilt."""
     if not path.is_file() or path.read_text(encoding="utf-8") != text:
         path.write_text(text, encoding="utf-8")
         return True
@@ -37,7 +37,7 @@ def render(row, folder):
     if not changed and png.is_file():
         return False
     width, height = drawing.PIXELS[row["kind"]]
-    png.unlink(missing_ok=True)  # an interrupted run must not leave a picture that looks finished
+    png.unlink(missing_ok=True)  # an interrupted run must not leave an incomplete picture
     temporary = png.with_suffix(".tmp")
     subprocess.run(["rsvg-convert", "-w", str(width), "-h", str(height), "-o", temporary, svg], check=True)
     temporary.replace(png)

@@ -1,4 +1,4 @@
-"""Scales pictures the way the program shows them: by area, with premultiplied alpha, in linear light.
+"""Scales pictures as the program does: by area, with premultiplied alpha, in linear light.
 
 Plain Python, so that the sheet and the tests need no image library. A picture is a list of rows, a row one flat list of
 red, green, blue and alpha per pixel: linear light from 0 to 1, multiplied by alpha.
@@ -13,7 +13,7 @@ _ENCODED = [round(255 * (step / _STEPS * 12.92 if step <= .0031308 * _STEPS
 
 
 def from_bytes(rows):
-    """Rows of straight 8-bit RGBA bytes become a picture."""
+    """Converts rows of straight 8-bit RGBA bytes to a picture."""
     picture = []
     for row in rows:
         line = []
@@ -42,7 +42,7 @@ def to_bytes(picture):
 
 
 def _shares(source, target):
-    """For each target row the source rows that it covers, with the share of each; the shares of a row sum up to 1."""
+    """For each target row the source rows that it covers, with the share of each; the shares of a row sum to 1."""
     step = source / target
     for index in range(target):
         start, end = index * step, (index + 1) * step
@@ -66,7 +66,7 @@ def _scale_rows(lines, count):
 
 
 def _turned(lines):
-    """Pixel columns as rows, and the other way round."""
+    """Swaps rows and columns of pixels."""
     pixels = [list(zip(*[iter(line)] * 4)) for line in lines]
     return [[value for pixel in column for value in pixel] for column in zip(*pixels)]
 
@@ -87,7 +87,8 @@ def write_png(path, rows):
 
 
 def read_png(data):
-    """(width, height, rows of straight 8-bit RGBA bytes); raises ValueError for anything but a sound 8-bit PNG with alpha."""
+    """(width, height, rows of straight 8-bit RGBA bytes); raises ValueError for anything but a valid 8-bit PNG with
+    alpha."""
     if data[:8] != b"\x89PNG\r\n\x1a\n":
         raise ValueError("no PNG signature")
     at, compressed, ended, width, height = 8, b"", False, 0, 0

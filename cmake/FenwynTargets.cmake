@@ -5,12 +5,11 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_SHARED_LIBRARY_PREFIX "")
 
-# Windows 7 is the oldest system; what is newer is bound at run time.
+# Windows 7 is the oldest supported system; newer functions are bound at run time.
 add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT
                         _WIN32_WINNT=0x0601 WINVER=0x0601 __USE_MINGW_ANSI_STDIO=0)
 
-# Log lines show sources as .\common\X.cpp, wherever the tree was checked out.
-# The last map that fits wins.
+# Log lines show sources as .\common\X.cpp, wherever the tree was checked out. The last matching map wins.
 add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=./ -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/src/=./)
 
 # A damaged stack frame ends the program instead of running on. The toolchain has no control-flow guard.
@@ -23,7 +22,7 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   add_link_options(-s)
 endif()
 
-# The default, -O3, takes longer to compile and makes nothing here faster that a person could see.
+# The default, -O3, takes longer to compile and makes nothing noticeably faster.
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 # fenwyn_warnings(<target>...): our own code compiles without a single warning.
@@ -37,8 +36,8 @@ function(fenwyn_warnings)
   endforeach()
 endfunction()
 
-# The headers that nearly every source includes take longer to read than the sources: they are compiled beforehand. Every
-# source includes what it uses all the same; a preset that does without proves it.
+# The headers that nearly every source includes take longer to read than the sources, so they are precompiled. Every
+# source still includes what it uses; a preset without precompiled headers checks that.
 option(FENWYN_PRECOMPILE "Compile the headers of the system and the standard library beforehand" ON)
 if(FENWYN_PRECOMPILE)
   add_library(fenwyn_headers STATIC EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/headers.cpp")
@@ -48,21 +47,22 @@ if(FENWYN_PRECOMPILE)
   fenwyn_warnings(fenwyn_headers)
 endif()
 
-# fenwyn_code(<target>...): everything that a target of our own sources gets.
+# fenwyn_code(<target>...): the settings of every target with our own sources.
 function(fenwyn_code)
   fenwyn_warnings(${ARGN})
   if(FENWYN_PRECOMPILE)
     foreach(target IN LISTS ARGN)
       target_precompile_headers(${target} REUSE_FROM fenwyn_headers)
-      # The compiler forgets which of them are the system's, and warns about copies of short texts inside of those.
+      # The compiler forgets which precompiled headers belong to the system, and warns about copies of short texts in
+      # them.
       target_compile_options(${target} PRIVATE
         -Wno-array-bounds -Wno-stringop-overread -Wno-stringop-overflow)
     endforeach()
   endif()
 endfunction()
 
-# fenwyn_table(<variable> <file.json.in> <table>): the JSON text that the compiler's preprocessor makes of a table of rows.
-# One table is read so by sources, which include it, and by the build.
+# fenwyn_table(<variable> <file.json.in> <table>): the JSON text that the compiler's preprocessor makes of a table of
+# rows. Thus sources, which include the table, and the build share it.
 function(fenwyn_table variable file table)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}" "${table}")
   execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -E -P -x c++ "${CMAKE_CURRENT_SOURCE_DIR}/${file}"
@@ -70,7 +70,7 @@ function(fenwyn_table variable file table)
   set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 
-# `stage` builds what ships and no test.
+# `stage` builds everything that ships, without tests.
 add_custom_target(stage)
 
 # fenwyn_version(<target>): version information, which the properties of the file show; a target whose resources have
@@ -117,7 +117,7 @@ endfunction()
 function(fenwyn_unit_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;RESOURCES" ${ARGN})
   if(ARG_RESOURCES)
-    # The list of languages finds the texts of the program whose resources include it.
+    # Through this folder the list of languages finds the texts of the program that includes it.
     get_filename_component(file "${ARG_RESOURCES}" ABSOLUTE)
     get_filename_component(folder "${file}" DIRECTORY)
     set_property(SOURCE "${ARG_RESOURCES}" APPEND PROPERTY
@@ -125,8 +125,7 @@ function(fenwyn_unit_test name)
   endif()
   add_executable(${name} ${ARG_SOURCES} ${ARG_RESOURCES})
   fenwyn_warnings(${name})
-  # Tests are compiled once and run once: compiling them is what costs. The headers that all of them include are
-  # compiled beforehand.
+  # Tests are compiled once and run once, so compiling dominates. The headers that all of them include are precompiled.
   target_compile_options(${name} PRIVATE -O0)
   target_precompile_headers(${name} REUSE_FROM fenwyn_test_main)
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} gmock gtest fenwyn_test_main)

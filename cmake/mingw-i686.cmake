@@ -6,8 +6,8 @@ set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER i686-w64-mingw32-windres)
 
-# Sizes are products of doubles cut to whole pixels: the old floating-point unit's wider registers would cut some of them
-# one pixel below what 64 bit gives.
+# Sizes are products of doubles truncated to whole pixels: the wider registers of the x87 unit would truncate some of
+# them to one pixel less than on 64 bit.
 set(CMAKE_C_FLAGS_INIT "-msse2 -mfpmath=sse")
 set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse")
 

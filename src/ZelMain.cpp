@@ -25,7 +25,7 @@ constexpr wchar_t kMutexName[] = L"_ZelMain_Mutex_";
 constexpr wchar_t kHideSwitch[] = L"/hide";
 constexpr wchar_t kImageLibrary[] = L"CardArt.dll";
 constexpr DWORD kSecondLookMs = 200;     // the other instance may just be starting or ending
-constexpr UINT kSignalTimeoutMs = 5000;  // a user interface that hangs does not hang whoever tells it something
+constexpr UINT kSignalTimeoutMs = 5000;  // the caller must not hang with a user interface that hangs
 
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b) {
     return ::CompareStringOrdinal(a, -1, b, -1, TRUE) == CSTR_EQUAL;
@@ -43,13 +43,13 @@ CZelMainApp::~CZelMainApp() = default;
 bool CZelMainApp::InitInstance() {
     LOG_ENTER_LEAVE();
     m_bEnded = false;
-    // Nothing is undone here after a failure: ExitInstance follows and copes with every half-made state.
+    // Nothing is undone here after a failure: ExitInstance follows and handles every partially initialised state.
     if (!CWinApp::InitInstance() || FAILED(common::statusOf([this] { return _startServices(); })) ||
         FAILED(common::statusOf([this] { return _createStrips(); }))) {
         LOG_STATUS(0);
         return false;
     }
-    // "/hide" hides the cards; any other command line shows them even where the configuration says otherwise.
+    // "/hide" hides the cards; any other command line shows them even if the configuration says otherwise.
     BOOL show = CZelConfig::getQrdConfig().bShowQrdAtLaunch != 0;
     if (m_lpCmdLine[0] != L'\0') {
         LOG_TRACE(L"%s = %s", L"m_lpCmdLine", m_lpCmdLine);
@@ -120,7 +120,7 @@ HRESULT CZelMainApp::checkMultiInstance() {
         _signalFirstInstance(frame);
         return E_FAIL;
     }
-    // The other instance is still starting, or it is ending.
+    // The other instance is still starting, or is ending.
     RETURN_IF_FAILED(_claimMutex(exists));
     if (!exists) {
         return S_OK;
@@ -197,7 +197,7 @@ HRESULT CZelMainApp::createSysMsgHandlerFrame() {
     windowClass.lpfnWndProc = ::DefWindowProcW;
     windowClass.hInstance = m_hInstance;
     windowClass.lpszClassName = kFrameClass;
-    ::RegisterClassExW(&windowClass);  // one that exists already serves as well
+    ::RegisterClassExW(&windowClass);  // an existing class serves as well
 
     m_pFrame = common::tryMake<CSysMsgHandlerFrame>();
     if (m_pFrame == nullptr) {
@@ -286,7 +286,7 @@ HRESULT CZelMainApp::showMainDlgAlt() {
 
 HRESULT CZelMainApp::refreshCards(BOOL bReinitialize) {
     LOG_ENTER_LEAVE();
-    // Asked first: the cards may be in use before there is a hover strip, when they are built for the first time.
+    // Checked first: during the very first build, the cards may be in use before the hover strip exists.
     if (bReinitialize && m_pZelMainDlg != nullptr && m_pZelMainDlg->postponeRebuild()) {
         return S_FALSE;
     }
@@ -317,9 +317,9 @@ HRESULT CZelMainApp::handleHotkey(DWORD code, BOOL bBreak) {
     if (strip == nullptr || !::IsWindow(strip)) {
         RETURN_LOGGED(E_FAIL);
     }
-    ::SetThreadExecutionState(ES_DISPLAY_REQUIRED);  // a dimmed or blank display comes back
+    ::SetThreadExecutionState(ES_DISPLAY_REQUIRED);  // turns on a dimmed or blank display
     cancelScreenSaver();
-    // Posted, never sent: events reach the strip in the order in which they came.
+    // Posted, never sent, so that events reach the strip in order.
     ::PostMessageW(strip, kMsgHotkey, code, bBreak);
     return S_OK;
 }
@@ -364,7 +364,7 @@ HRESULT CZelMainApp::_cancelFnSticky() const {
 }
 
 // Runs on the hook library's thread. The cards belong to the user-interface thread, which may be building them at this
-// moment: it is asked to hide them, and has done so when this returns, so that they are not in the picture.
+// moment: the message asks it to hide them and returns when that is done, so that they are not in the picture.
 LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() noexcept {
     LOG_ENTER_LEAVE();
     const bool running = _screenSaverRunning();
@@ -373,7 +373,7 @@ LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() noexcept {
         return S_OK;
     }
     if (theApp.m_hStripWnd == nullptr) {
-        LOG_STATUS(E_FAIL);  // not yet, or not any more
+        LOG_STATUS(E_FAIL);  // not yet, or no longer
     } else {
         DWORD_PTR answer = 0;
         ::SendMessageTimeoutW(theApp.m_hStripWnd, kMsgPrintScreen, 0, 0, SMTO_NORMAL, kSignalTimeoutMs, &answer);
@@ -391,7 +391,7 @@ void CZelMainApp::endSession() {
     dbglog::close();
 }
 
-// Out of memory, as a rule. What was asked for has failed; the program goes on.
+// Usually out of memory. The operation has failed; the program continues.
 void CZelMainApp::exceptionCaught() noexcept {
     LOG_STATUS(common::caughtStatus());
 }

@@ -1,4 +1,4 @@
-// The entry point: all there is to the program stands behind the application object.
+// The entry point; everything else is behind the application object.
 #include "ZelMain.h"
 #include "common/LibrarySearch.h"
 

@@ -6,7 +6,7 @@ def pytest_addoption(parser):
 
 
 def pytest_unconfigure(config):
-    # A worker of several has no terminal; the one that started it counts.
+    # A parallel worker has no terminal; the process that started it counts.
     if config.getoption("--tally") and not hasattr(config, "workerinput"):
         stats = config.pluginmanager.get_plugin("terminalreporter").stats
         failed = len(stats.get("failed", [])) + len(stats.get("error", []))

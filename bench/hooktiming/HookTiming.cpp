@@ -66,7 +66,7 @@ void sendKey(WORD virtualKey, DWORD flags) {
     }
 }
 
-// Prints what was measured and returns its 99th percentile in microseconds.
+// Prints the measured times and returns their 99th percentile in microseconds.
 double report(const char* name) {
     if (s_vecTimes.empty()) {
         std::printf("%-20s no key came through the hook\n", name);
@@ -125,7 +125,7 @@ double measureOwnWork() {
     return report("own work");
 }
 
-// The room keeps the function list of the machine out of the measurement.
+// Keeps the function list of the machine out of the measurement.
 bool prepareList(const support::RegistryRoom& room) {
     if (!room.redirected()) {
         return false;

@@ -68,7 +68,7 @@ class CPlugin {
     }
 
  private:
-    // What Fenwyn asks when the card opens, and a choice that changes nothing.
+    // The calls of Fenwyn when the card opens, and a choice that changes nothing.
     void open(bool bHasState) {
         ULONG uInfo = 0;
         ULONG uInfo2 = 0;
@@ -82,7 +82,7 @@ class CPlugin {
         call<FenwynFocusItem>(FENWYN_FOCUS_ITEM, lItem, &uReserved);
     }
 
-    // An export that the library lacks is left out.
+    // A missing export is skipped.
     template <typename Function, typename... Arguments>
     LONG call(const char* pszName, Arguments... arguments) {
         const auto function =

@@ -1,4 +1,4 @@
-// What the displays make of the desktop, and how to make it something else.
+// How the displays form the desktop, and how to change that.
 #include <algorithm>
 #include <iterator>
 
@@ -19,9 +19,9 @@ constexpr TopologyRow kTopologies[] = {
     {FENWYN_MODE_EXTEND_ABOVE, SDC_TOPOLOGY_EXTEND}, {FENWYN_MODE_EXTEND_BELOW, SDC_TOPOLOGY_EXTEND},
 };
 
-// A side of the notebook's own screen: whether another display lies wholly beyond it, and the step there in units of a
-// display's size. Before it (to the left, above) a display is moved by its own size, behind it by that of the one
-// before.
+// A side of the notebook's own screen: whether another display lies completely beyond it, and the step there in units
+// of a display's size. To the left and above, a display moves by its own size; to the right and below, by that of the
+// previous one.
 struct Side {
     LONG arrangement;
     bool (*beyond)(const RECT& own, const RECT& other);
@@ -78,7 +78,7 @@ std::vector<POINT> placesAlong(const Side& side, std::span<const Display> displa
     return places;
 }
 
-// The system takes the new places one by one and puts them into force together.
+// The system collects the new places one by one and applies them together.
 LONG moveDisplays(std::span<const Display> displays, std::span<const POINT> places) {
     for (std::size_t i = 0; i < places.size(); ++i) {
         DEVMODEW mode{};

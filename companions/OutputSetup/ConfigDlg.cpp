@@ -51,7 +51,7 @@ void CConfigDlg::showFavourites() {
     enableButtons();
 }
 
-// A disabled button keeps no focus: it goes on to the list.
+// A disabled button must not keep the focus: it moves to the list.
 void CConfigDlg::enableButtons() const {
     const BOOL any = selectedRow(control(IDC_FAVOURITES)) >= 0 ? TRUE : FALSE;
     for (const int id : {IDC_RENAME, IDC_DELETE}) {
@@ -88,7 +88,7 @@ LRESULT CConfigDlg::OnNotify(WPARAM /*wParam*/, LPARAM lParam) {
         case LVN_ENDLABELEDITW: {
             const auto* edit = reinterpret_cast<const NMLVDISPINFOW*>(lParam);
             rename(edit->item.iItem, edit->item.pszText);
-            return FALSE;  // the list is filled again with what was really kept
+            return FALSE;  // the list is filled again with what was really stored
         }
         default:
             return Default();
@@ -129,7 +129,7 @@ void CConfigDlg::deleteSelected() {
     }
     const auto index = static_cast<std::size_t>(row);
     const std::wstring name = m_vecFavourites[index].text;
-    // The window may be closed from outside while the question stands.
+    // The window may be closed by another program while the question is open.
     if (!surroundings().ask(m_hWnd, text(IDS_ASK_DELETE, name)) || !isWindow()) {
         return;
     }

@@ -11,7 +11,7 @@ struct TechnologyRow {
     Connection connection;
 };
 
-// The words are those that the display preview of the strip looks for.
+// The words that the display preview of the strip looks for.
 constexpr Connection kBuiltIn{L"LCD", true};
 constexpr Connection kUnknownExternal{L"RGB", false};
 constexpr TechnologyRow kTechnologies[] = {
@@ -25,7 +25,7 @@ constexpr TechnologyRow kTechnologies[] = {
     {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_DISPLAYPORT_EXTERNAL, {L"DisplayPort", false}},
 };
 
-// One display as the system's configuration names it.
+// The system's configuration data of one display.
 struct Target {
     std::wstring device;
     std::wstring name;
@@ -52,7 +52,7 @@ Target targetOf(const DISPLAYCONFIG_PATH_INFO& path) {
             static_cast<DWORD>(path.targetInfo.outputTechnology)};
 }
 
-// Empty where the system cannot tell; a display that comes or goes in between is one more reason.
+// Empty if the system cannot tell, for instance because a display was added or removed meanwhile.
 std::vector<Target> activeTargets() {
     UINT32 pathCount = 0;
     UINT32 modeCount = 0;
@@ -72,7 +72,7 @@ std::vector<Target> activeTargets() {
     return targets;
 }
 
-// The adapters' outputs that belong to the desktop, monitors of an output with it.
+// The adapters' outputs on the desktop, each with its monitors.
 std::vector<DISPLAY_DEVICEW> deviceList(const wchar_t* parent, DWORD wanted) {
     std::vector<DISPLAY_DEVICEW> devices;
     DISPLAY_DEVICEW device{};
@@ -96,7 +96,7 @@ RECT placeOf(const wchar_t* device) {
     return {left, top, left + static_cast<LONG>(mode.dmPelsWidth), top + static_cast<LONG>(mode.dmPelsHeight)};
 }
 
-// The n-th display of an output, from whatever the two sources of knowledge say about it.
+// The n-th display of an output, combined from the two sources.
 void addDisplay(std::vector<Display>& displays, const std::wstring& device, const std::wstring& monitor,
                 const Target* target) {
     Display display;

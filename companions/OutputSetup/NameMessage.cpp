@@ -20,7 +20,7 @@ UINT nameMessage(NameVerdict verdict) {
 
 std::wstring controlText(HWND control) {
     std::wstring text(static_cast<std::size_t>(::GetWindowTextLengthW(control)), L'\0');
-    // The buffer has room for the zero behind the last character.
+    // Includes the terminating zero.
     text.resize(static_cast<std::size_t>(::GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1)));
     return text;
 }

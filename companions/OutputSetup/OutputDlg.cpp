@@ -23,7 +23,7 @@ bool COutputDlg::OnInitDialog() {
     return true;
 }
 
-// One line per arrangement of the mask; each line knows its arrangement.
+// One line per arrangement of the mask; each line stores its arrangement.
 void COutputDlg::showModes() {
     const HWND list = control(IDC_MODES);
     ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
@@ -49,7 +49,7 @@ void COutputDlg::onControl(UINT id, UINT code) {
     }
 }
 
-// Closes the window when the displays are set up as chosen.
+// Closes the window if the displays were set up as chosen.
 void COutputDlg::apply() {
     const LRESULT line = ::SendMessageW(control(IDC_MODES), LB_GETCURSEL, 0, 0);
     if (line == LB_ERR) {
@@ -68,7 +68,7 @@ void COutputDlg::apply() {
     DestroyWindow();
 }
 
-// Anybody can send this: what makes no sense is ignored.
+// Any program can send this message, so invalid values are ignored.
 LRESULT COutputDlg::OnRequest(WPARAM mask, LPARAM mode) {
     if (mode < 0 || mode >= kMaskBits || mask > 0xFFFF || ((mask >> mode) & 1U) == 0) {
         return FALSE;

@@ -37,7 +37,7 @@ void CSaveDlg::onControl(UINT id, UINT code) {
     }
 }
 
-// Closes the window when the favourite is kept.
+// Closes the window if the favourite was stored.
 void CSaveDlg::save() {
     const std::wstring name = cleanName(controlText(control(IDC_NAME)));
     if (const UINT message = nameMessage(judgeName(name, favourites::load(), kNewFavourite)); message != 0) {

@@ -9,7 +9,7 @@
 namespace setup {
 namespace {
 
-// How long a second start waits for the first one, which may still be on its way, to show its window.
+// How long a second start waits for the window of the first one, which may still be starting.
 constexpr DWORD kPatienceMs = 2000;
 constexpr DWORD kPollMs = 20;
 
@@ -38,7 +38,7 @@ void bringToFront(HWND window) {
     if (::IsIconic(window) != FALSE) {
         ::ShowWindow(window, SW_RESTORE);
     }
-    // A message box of the window is what has to be answered first.
+    // A message box of the window must be answered first.
     ::SetForegroundWindow(::GetLastActivePopup(window));
 }
 
@@ -55,7 +55,7 @@ bool CSetupApp::InitInstance() {
     if (isSecondStart(m_pDlg->className(), *request)) {
         return false;
     }
-    // Favourites can be looked after without any display.
+    // Favourites can be managed without any display.
     if (request->task != Task::Config && m_surroundings.displays().empty()) {
         return fail(text(IDS_ERROR_NO_DISPLAY));
     }
@@ -77,7 +77,7 @@ bool CSetupApp::fail(const std::wstring& message) {
     return false;
 }
 
-// The mutex settles who is first when two start at the same time; the window is found by its class.
+// The mutex decides who is first when two start at the same time; the window is found by its class.
 bool CSetupApp::isSecondStart(const wchar_t* className, const Request& request) {
     m_mutex.reset(::CreateMutexW(nullptr, FALSE, className));
     if (::GetLastError() != ERROR_ALREADY_EXISTS) {

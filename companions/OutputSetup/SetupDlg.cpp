@@ -43,7 +43,7 @@ void setColumns(HWND list, std::initializer_list<Column> columns) {
         entry.iSubItem = index;
         ListView_InsertColumn(list, index++, &entry);
     }
-    // The last one takes what is left.
+    // The last one takes the remaining space.
     ListView_SetColumnWidth(list, index - 1, LVSCW_AUTOSIZE_USEHEADER);
 }
 

@@ -22,7 +22,7 @@ class CDigest {
         }
     }
     void add(std::uint32_t number) noexcept { add(&number, sizeof(number)); }
-    // With its NUL, so that neighbours cannot run into each other.
+    // Including its NUL, so that neighbouring texts cannot be confused.
     void add(const wchar_t* text) noexcept { add(text, (std::wcslen(text) + 1) * sizeof(wchar_t)); }
     [[nodiscard]] std::uint64_t value() const noexcept { return m_nHash; }
 

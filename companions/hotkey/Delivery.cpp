@@ -24,7 +24,7 @@ CDelivery::CDelivery(CNotificationQueue& queue, Targets targets, std::uint64_t d
       m_hStop(newEvent(true)),
       m_hEnd(newEvent(true, ZEL_END_EVENT)) {
     if (m_hEnd) {
-        ::ResetEvent(m_hEnd.get());  // a wish to end that was meant for an earlier run
+        ::ResetEvent(m_hEnd.get());  // a request to end from an earlier run
     }
 }
 
@@ -33,11 +33,11 @@ bool CDelivery::ready() const noexcept {
 }
 
 void CDelivery::run() noexcept {
-    publishLatch(false);  // what a run that was cut off may have left
+    publishLatch(false);  // left over from a run that was cut off
     _armWatch();
     for (;;) {
         ULONGLONG now = ::GetTickCount64();
-        // In the order of their urgency; the end event comes last, so that it can be left out.
+        // In order of urgency; the end event comes last, so that it can be omitted.
         const HANDLE handles[] = {m_hStop.get(), m_queue.filledEvent(), m_watch.event(), m_hEnd.get()};
         const DWORD nHandles = m_hEnd && m_nNextEnd == 0 ? 4 : 3;
         const DWORD reason = ::WaitForMultipleObjects(nHandles, handles, FALSE, _timeout(now));
@@ -73,7 +73,7 @@ void CDelivery::_armWatch() noexcept {
     try {
         m_watch.arm();
     } catch (...) {
-        // The keys that are watched all the same must do.
+        // The keys that are watched already must do.
     }
     m_quiet.touch(::GetTickCount64());
 }
@@ -85,7 +85,7 @@ void CDelivery::_reportChange() noexcept {
             return;
         }
         m_targets.configurationChanged();
-        m_nDigest = nDigest;  // only now: a change that could not be taken over is still one later
+        m_nDigest = nDigest;  // only now: a change that could not be applied remains a change
     } catch (...) {
         m_quiet.touch(::GetTickCount64());  // later
         return;

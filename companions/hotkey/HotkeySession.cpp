@@ -16,7 +16,7 @@ DWORD timeLeft(ULONGLONG deadline) noexcept {
 
 }  // namespace
 
-// The digest comes before the settings: a change between the two is reported rather than missed.
+// The digest is computed before the settings are read: a change in between is reported rather than missed.
 CHotkeySession::CHotkeySession(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback)
     : m_watcher(m_queue),
       m_delivery(m_queue, {hotkeyCallback, configCallback, [this] { _readSettings(); }}, digestConfiguration()) {}
@@ -46,7 +46,7 @@ HRESULT CHotkeySession::start() {
 
 HRESULT CHotkeySession::stop() noexcept {
     const ULONGLONG deadline = ::GetTickCount64() + kStopTimeout;
-    // The hook goes first: its end queues the breaks that are still due.
+    // The hook ends first: its end queues the missing breaks.
     m_hook.requestStop();
     const bool bHookEnded = m_hook.wait(timeLeft(deadline));
     m_delivery.requestStop();

@@ -9,7 +9,7 @@
 namespace hotkey {
 namespace {
 
-// More functions than a keyboard has keys are a mistake, which must not keep the reader busy.
+// A list with more functions than a keyboard has keys is a mistake, and must not take much time.
 constexpr unsigned kMaxFunctions = keyboard::kKeySlots;
 
 void addCodesOf(HKEY hotkeyKey, const std::wstring& function, keyboard::KeySet& listed) {
@@ -38,7 +38,7 @@ keyboard::KeySet readListed(HKEY hotkeyKey) {
         addCodesOf(hotkeyKey, list.substr(start, end - start), listed);
         start = end + 1;
     }
-    listed.reset(0);  // what no key can send, and the modifier itself, are never swallowed
+    listed.reset(0);  // codes that no key can send, and the modifier itself, are never swallowed
     return listed;
 }
 

@@ -58,7 +58,7 @@ bool CKeyTracker::_modifier(const keyboard::KeyEvent& event) noexcept {
     return std::exchange(m_nWithheld, 0) == event.virtualKey;
 }
 
-// The key's own meaning follows a tap and nothing else; with a sticky modifier a tap has a meaning already.
+// Only a tap triggers the key's usual function; with a sticky modifier a tap already has a meaning.
 void CKeyTracker::_giveTapItsMeaning(DWORD time) noexcept {
     if (!m_bModifierDown) {
         return;
@@ -90,7 +90,7 @@ void CKeyTracker::_modifierDown(DWORD time) noexcept {
         _modifierUp();
     }
     m_bModifierDown = true;
-    m_bMasked = !m_bEnabled;  // what passed on as always needs no mask
+    m_bMasked = !m_bEnabled;  // a key that was passed on normally needs no mask
     m_nModifierPress = time;
     m_nWithheld = 0;
     if (!m_bEnabled) {
@@ -179,7 +179,7 @@ void CKeyTracker::cancelLatch() noexcept {
         _deactivate();
         return;
     }
-    _setLatched(false);  // the hand on the key keeps the modifier active until it goes up
+    _setLatched(false);  // while the key is held, the modifier stays active
 }
 
 void CKeyTracker::releaseAll() noexcept {

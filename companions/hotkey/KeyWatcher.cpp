@@ -12,7 +12,7 @@ bool isDownNow(DWORD virtualKey) noexcept {
     return ::GetAsyncKeyState(static_cast<int>(virtualKey)) < 0;
 }
 
-// While the secure desktop or another session has the keyboard, releases do not come here.
+// While the secure desktop or another session has the keyboard, releases do not arrive here.
 bool keyboardIsElsewhere() noexcept {
     const HDESK hDesktop = ::OpenInputDesktop(0, FALSE, DESKTOP_READOBJECTS);
     if (hDesktop == nullptr) {

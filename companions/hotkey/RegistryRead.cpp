@@ -18,7 +18,7 @@ std::optional<std::vector<BYTE>> readBytes(HKEY key, const wchar_t* name) {
         DWORD cb = static_cast<DWORD>(bytes.size());
         const LSTATUS status = ::RegQueryValueExW(key, name, nullptr, nullptr, bytes.data(), &cb);
         if (status == ERROR_MORE_DATA && cb <= kMaxValueBytes) {
-            bytes.resize(cb);  // once more if somebody makes it larger meanwhile
+            bytes.resize(cb);  // once more if it grows meanwhile
             continue;
         }
         if (status != ERROR_SUCCESS || cb > kMaxValueBytes) {

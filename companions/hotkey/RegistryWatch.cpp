@@ -11,7 +11,7 @@ namespace hotkey {
 CRegistryWatch::CRegistryWatch() noexcept : m_hEvent(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
 void CRegistryWatch::arm() {
-    m_vecKeys.clear();  // signals, which must not count
+    m_vecKeys.clear();  // sets the event, which must not count
     ::ResetEvent(m_hEvent.get());
     m_vecKeys.reserve(std::size(kWatchedKeys));
     for (const WatchedKey& watched : kWatchedKeys) {

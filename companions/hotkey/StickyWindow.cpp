@@ -19,7 +19,7 @@ void CStickyWindow::open() noexcept {
     windowClass.hInstance = keyboard::ownModule();
     windowClass.lpszClassName = ZEL_STICKY_WINDOW_CLASS;
     ::RegisterClassW(&windowClass);
-    // Top-level, because a search does not find message-only windows; never shown and out of the task list.
+    // Top-level, because a search does not find message-only windows; never visible, and not in the task list.
     m_hWnd.reset(::CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, ZEL_STICKY_WINDOW_CLASS,
                                    ZEL_STICKY_WINDOW_TITLE, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
                                    keyboard::ownModule(), this));
@@ -35,7 +35,7 @@ void CStickyWindow::close() noexcept {
     }
 }
 
-// The module with the window's procedure may go away before the process.
+// The module that contains the window procedure may be unloaded before the process ends.
 void CStickyWindow::_unregister() noexcept {
     ::UnregisterClassW(ZEL_STICKY_WINDOW_CLASS, keyboard::ownModule());
 }

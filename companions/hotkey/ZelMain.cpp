@@ -13,7 +13,7 @@ namespace {
 
 SRWLOCK s_lock = SRWLOCK_INIT;
 
-// Never destroyed: when the process ends with the library running, its threads may be anywhere.
+// Never destroyed: when the process ends while the library runs, its threads may be anywhere.
 std::shared_ptr<hotkey::CHotkeySession>& session() noexcept {
     static common::NeverDestroyed<std::shared_ptr<hotkey::CHotkeySession>> session;
     return session.get();

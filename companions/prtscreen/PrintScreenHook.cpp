@@ -43,7 +43,7 @@ bool CPrintScreenHook::stop() noexcept {
 
 bool CPrintScreenHook::handleKey(const keyboard::KeyEvent& event) noexcept {
     if (event.virtualKey == VK_SNAPSHOT && m_filter.isPress(event.down, event.time)) {
-        // Passing the key on takes the picture, so this one key may wait; every other is answered at once.
+        // Passing the key on takes the picture, so this one key may wait; all others are answered at once.
         ::ResetEvent(m_hDone.get());
         ::SetEvent(m_hPressed.get());
         ::WaitForSingleObject(m_hDone.get(), kHoldBack);

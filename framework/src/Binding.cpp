@@ -10,7 +10,7 @@ namespace {
 using BindingMap = std::unordered_map<HWND, std::shared_ptr<Binding>>;
 
 // A plain pointer, freed with the last entry: a global window object that is destroyed at the very end of the process
-// must still find its entry, after objects with a thread's lifetime are gone.
+// must still find its entry when thread-local objects no longer exist.
 thread_local BindingMap* g_pBindings = nullptr;
 
 }  // namespace

@@ -6,8 +6,8 @@ namespace {
 
 thread_local CreationScope* g_pCurrentScope = nullptr;
 
-// An input method may create its own window in the middle of ours. Its second class is "MSCTFIME UI": seven characters
-// tell enough.
+// An input method may create its own window during the creation of ours. Its second class is "MSCTFIME UI"; seven
+// characters identify it.
 bool isInputMethodWindow(HWND window) {
     wchar_t name[8] = {};
     ::GetClassNameW(window, name, 8);
@@ -29,7 +29,7 @@ CreationScope::~CreationScope() {
     if (m_hHook != nullptr) {
         ::UnhookWindowsHookEx(m_hHook);
     }
-    // A hook of somebody else may have refused the window after we had bound it, without a word to the window.
+    // Another hook may have refused the window after we bound it, without notifying the window.
     if (m_hBound != nullptr && ::IsWindow(m_hBound) == FALSE) {
         CWnd::unbind(m_hBound);
     }
@@ -51,7 +51,7 @@ bool CreationScope::confirm(HWND window) const {
 LRESULT CALLBACK CreationScope::hook(int code, WPARAM wParam, LPARAM lParam) noexcept {
     const auto window = reinterpret_cast<HWND>(wParam);
     if (code == HCBT_CREATEWND && g_pCurrentScope != nullptr && !isInputMethodWindow(window)) {
-        // Only the first window is ours: what its creation handlers create in turn is not.
+        // Only the first window is ours, not those that its creation handlers create.
         CreationScope* scope = std::exchange(g_pCurrentScope, nullptr);
         if (scope->m_pObject->bind(window, true)) {
             scope->m_hBound = window;

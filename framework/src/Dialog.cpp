@@ -14,7 +14,7 @@ bool CDialog::Create(HWND parent) {
            initialized();
 }
 
-// The system knows no answer to WM_INITDIALOG that refuses the dialog: one that is half made goes here.
+// No result of WM_INITDIALOG refuses the dialog, so a partially initialised one is destroyed here.
 bool CDialog::initialized() {
     if (!m_bInitFailed) {
         return true;
@@ -30,7 +30,7 @@ bool CDialog::PreTranslateMessage(MSG& message) {
     return key && m_hWnd != nullptr && ::IsDialogMessageW(m_hWnd, &message) != FALSE;
 }
 
-// Everything else goes through the object's message map before the system's dialog procedure asks here.
+// Everything else goes through the object's message map before the system's dialog procedure calls this.
 INT_PTR CALLBACK CDialog::dialogProcedure(HWND dialog, UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) noexcept {
     if (message != WM_INITDIALOG) {
         return FALSE;

@@ -64,8 +64,8 @@ void CWinApp::Run() {
     m_nExitCode = message.message == WM_QUIT ? static_cast<int>(message.wParam) : 0;
 }
 
-// Without a main window nothing is waited for: it may have ended within a message loop that is not ours and that kept
-// WM_QUIT for itself.
+// Without a main window the loop does not wait: the window may have ended within a foreign message loop that swallowed
+// WM_QUIT.
 bool CWinApp::_nextMessage(MSG& message) const {
     if (m_bMainWndGone) {
         return ::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE && message.message != WM_QUIT;
@@ -88,7 +88,7 @@ void CWinApp::windowGone(const CWnd& window) {
     }
 }
 
-// One message that fails does not end the loop.
+// A message that fails does not end the loop.
 void CWinApp::handle(MSG& message) noexcept {
     try {
         if (!preTranslate(message)) {

@@ -15,7 +15,7 @@ CWnd::CWnd() = default;
 
 CWnd::~CWnd() {
     if (m_pBinding != nullptr) {
-        // From here on the window's messages find no object; the binding itself goes with the window.
+        // From here on the window's messages find no object; the binding itself ends with the window.
         const std::shared_ptr<Binding> keep = std::move(m_pBinding);
         keep->object = nullptr;
         if (keep->ownsWindow && !keep->destroying) {
@@ -54,7 +54,7 @@ bool CWnd::bind(HWND window, bool ownsWindow) noexcept {
     return true;
 }
 
-// Takes the object, if it still has one, off a window that is gone or going.
+// Detaches the object, if it still exists, from a window that is destroyed or being destroyed.
 void CWnd::unbind(HWND window) {
     const std::shared_ptr<Binding> binding = framework::findBinding(window);
     if (binding == nullptr) {
@@ -145,7 +145,7 @@ bool CWnd::reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result) {
     if (entry == nullptr) {
         return false;
     }
-    // The control may be in the middle of another message, painting for one: Default() must not mean that one.
+    // The control may be handling another message, such as painting: Default() must not refer to that one.
     const DispatchScope scope(sender->m_pBinding, WM_NOTIFY, wParam, lParam);
     result = entry->invoke(*sender, wParam, lParam);
     return true;
@@ -183,21 +183,21 @@ LRESULT CWnd::dispatch(const std::shared_ptr<Binding>& binding, HWND window, con
     if (binding->object == nullptr) {
         return ::CallWindowProcW(binding->superProcedure, window, received.message, received.wParam, received.lParam);
     }
-    // The handler may delete the object: only the binding is safe to touch then.
+    // The handler may delete the object: only the binding is safe to use then.
     const DispatchScope scope(binding, received.message, received.wParam, received.lParam);
     return binding->object->WindowProc(received.message, received.wParam, received.lParam);
 }
 
-// The answer of a message whose handler failed.
+// The result of a message whose handler failed.
 LRESULT CWnd::afterException(HWND window, UINT message) noexcept {
     switch (message) {
         case WM_PAINT:
-            ::ValidateRect(window, nullptr);  // what could not be painted would be asked for again at once, without end
+            ::ValidateRect(window, nullptr);  // otherwise the system would ask for it again at once, endlessly
             return 0;
         case WM_CREATE:
             return -1;  // no window
         case WM_QUERYENDSESSION:
-            return TRUE;  // the end of the session is not ours to refuse
+            return TRUE;  // never refuse the end of the session
         default:
             return 0;
     }

@@ -13,7 +13,7 @@ constexpr wchar_t kDefaultFile[] = L"%LocalAppData%\\KESTOVA\\Simulated Notebook
 constexpr wchar_t kMutexName[] = L"KESTOVA_SimulatedNotebook_Record";
 constexpr DWORD kMutexPatience = 1000;  // ms
 
-// Holds the record's mutex for a scope. Goes on without it when another holds it too long: a line out of order is
+// Holds the record's mutex for a scope. Continues without it if another holds it too long: a line out of order is
 // better than a plug-in that hangs.
 class RecordLock {
  public:

@@ -19,7 +19,7 @@ constexpr const wchar_t* kRadioNames[] = {L"LAN", L"short-range", L"mobile", L"s
 constexpr DWORD kDefaultTimer = 15;  // keyboard light, seconds
 constexpr DWORD kDriveCancel = 4;
 constexpr DWORD kDefaultRadios = 0x1;  // the first radio is on,
-constexpr DWORD kFittedRadios = 0x3;   // two are there
+constexpr DWORD kFittedRadios = 0x3;   // two exist
 
 DWORD items(const Function& function) {
     return readNumber(function.name, L"Items", function.items);
@@ -42,7 +42,7 @@ bool hasBit(DWORD mask, DWORD bit) {
     return bit < 32 && ((mask >> bit) & 1U) != 0;
 }
 
-// Each radio offers to be switched the other way; one can always cancel.
+// For each radio the opposite of its state; one can always cancel.
 DWORD offeredStates(const Function& function) {
     const DWORD radios = readNumber(function.name, L"Radios", kDefaultRadios);
     const DWORD fitted = readNumber(function.name, L"Fitted", kFittedRadios);
@@ -55,7 +55,7 @@ DWORD offeredStates(const Function& function) {
     return readNumber(function.name, L"Items", states);
 }
 
-// The item behind a position among the existing ones; false when there are fewer.
+// The item at a position among the existing ones; false if there are fewer.
 bool itemAt(DWORD mask, LONG position, DWORD& item) {
     LONG seen = 0;
     for (DWORD bit = 0; bit < 32; ++bit) {

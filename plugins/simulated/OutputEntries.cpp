@@ -41,7 +41,7 @@ OutputEntry entryOf(const BuiltIn& row) {
     return entry;
 }
 
-// The machine comes with one favourite. It is stored, so that the display-configuration program shows it too.
+// A new machine has one favourite. It is stored, so that the display-configuration program shows it too.
 std::vector<favourites::Favourite> machineFavourites() {
     if (favourites::exist()) {
         return favourites::load();
@@ -50,7 +50,7 @@ std::vector<favourites::Favourite> machineFavourites() {
                                                   FENWYN_MODE_EXTEND_RIGHT,
                                                   {favourites::displayRecord(L"LCD", 0, 1920, 1080),
                                                    favourites::displayRecord(L"DisplayPort 1", 1, 2560, 1440)}}};
-    static_cast<void>(favourites::store(delivered));  // it is offered all the same when the registry refuses
+    static_cast<void>(favourites::store(delivered));  // it is offered even if the registry refuses
     return delivered;
 }
 

@@ -16,7 +16,7 @@ HRESULT readText(const RegConfigAccess& key, const wchar_t* name, std::wstring& 
     return status;
 }
 
-// Failures are logged where they happen; the caller skips the function. `key` stays open.
+// Logs failures itself; the caller skips the function. `key` stays open.
 HRESULT readHotkeyInfo(HKEY hotkeyKey, RegConfigAccess& key, HotkeyInfo& info) {
     HRESULT status = key.Open(hotkeyKey, info.strFuncName.c_str(), KEY_READ);
     if (FAILED(status)) {

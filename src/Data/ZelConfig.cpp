@@ -15,7 +15,7 @@ struct Setting {
     Scope scope;
 };
 
-// In the order in which they are read. A new setting is a new row.
+// In reading order. A new setting is a new row.
 constexpr Setting kSettings[] = {
     {L"Disable", &QrdConfig::bDisable, 0, Scope::UserElseMachine},
     {L"Position", &QrdConfig::uPosition, 0, Scope::UserElseMachine},

@@ -16,8 +16,8 @@ using storage::Storage;
 constexpr DWORD kCodeBits = 0x7F;
 constexpr INT_PTR kLastShellError = 32;
 
-// Addresses and extended paths may be longer than MAX_PATH. There are shells, though, that put what they are given into
-// a buffer of 1024 characters together with words of their own, and that end the process when it overflows.
+// Addresses and extended paths may be longer than MAX_PATH. However, some shells copy the text together with words of
+// their own into a buffer of 1024 characters, and crash when it overflows.
 constexpr std::size_t kMostFileChars = 960;
 
 // The shell's result: above kLastShellError the program was started.

@@ -10,10 +10,10 @@
 
 namespace {
 
-// The bound hotkey library. Null while there is none.
+// The bound hotkey library; null if there is none.
 HMODULE g_hHotkeyLibrary = nullptr;
 
-// A library that was bound stays mapped to the end of the process: a callback may still be on its way out of it.
+// A bound library stays mapped until the process ends: a callback may still be returning into it.
 HMODULE keepMapped(common::UniqueModule module) {
     return module.release();
 }
@@ -31,7 +31,7 @@ HRESULT CHotkeyEventHandler::startHotkeyEventLoop() {
     if (start == nullptr || enable == nullptr) {
         RETURN_LOGGED(E_FAIL);
     }
-    // From here on the library is stopped at the end: a start that failed may have left half of it running.
+    // From here on the library is stopped at the end: a failed start may have left half of it running.
     g_hHotkeyLibrary = keepMapped(std::move(module));
     if (start(&CHotkeyEventHandler::_hotkeyNotify, &CHotkeyEventHandler::_changeConfigNotify) != S_OK) {
         RETURN_LOGGED(E_FAIL);

@@ -17,8 +17,8 @@ HRESULT getCardsWorkArea(RECT& outRect) {
     if (!CZelConfig::getQrdConfig().bMonitorOfActiveWindow) {
         return getWorkArea(outRect);
     }
-    // One of the program's own windows stands on the monitor of the cards, so they stay there. Nobody active: the
-    // primary screen.
+    // If one of the program's own windows is active, it is on the cards' monitor, so they stay there. No active window:
+    // the primary screen.
     const HMONITOR monitor = ::MonitorFromWindow(::GetForegroundWindow(), MONITOR_DEFAULTTOPRIMARY);
     MONITORINFO info{};
     info.cbSize = sizeof(info);

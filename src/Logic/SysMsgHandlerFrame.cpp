@@ -50,7 +50,7 @@ bool CSysMsgHandlerFrame::DestroyWindow() {
     return CFrameWnd::DestroyWindow();
 }
 
-// The registered message of the button utility is not in the table: its number is known at run time only (0 when the
+// The registered message of the button utility is not in the table: its number is known only at run time (0 if the
 // system refused one), and it counts only while keys may be customised.
 LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message != 0 && message == hbqNotifyMessage() && CZelConfig::getQrdConfig().bProgrammable) {
@@ -115,8 +115,8 @@ LRESULT CSysMsgHandlerFrame::OnSysCommand(WPARAM wParam, LPARAM /*lParam*/) {
     return isForTheSystem(wParam) ? Default() : 0;
 }
 
-// The question before it, WM_QUERYENDSESSION, is agreed to by default. After the answer to this one the system may end
-// the process at any time; the frame itself is gone when endSession() returns.
+// The preceding query, WM_QUERYENDSESSION, is accepted by default. After the answer to this message the system may end
+// the process at any time; the frame itself is destroyed when endSession() returns.
 LRESULT CSysMsgHandlerFrame::OnEndSession(WPARAM wParam, LPARAM /*lParam*/) {
     if (wParam != FALSE) {
         theApp.endSession();
@@ -139,7 +139,7 @@ void CSysMsgHandlerFrame::OnSessionUnlock() {
     theApp.showMainDlg(FALSE, TRUE);
 }
 
-// Shows the strip for half a second; a second flash within that time starts it anew.
+// Shows the strip for half a second; a second flash restarts that time.
 void CSysMsgHandlerFrame::flashMainDlg() {
     LOG_ENTER_LEAVE();
     theApp.showMainDlg(FALSE, TRUE);

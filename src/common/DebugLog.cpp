@@ -25,13 +25,13 @@ class ProcessLog {
 };
 
 // Never destroyed: other threads and other objects' destructors may log until the very end of the process, where the
-// runtime flushes and closes the open stream. It works when memory has run out.
+// runtime flushes and closes the open stream. Works without memory.
 Logger& processLogger() noexcept {
     static common::NeverDestroyed<ProcessLog> log;
     return log.get().logger();
 }
 
-// A line between a failed call and the question why it failed must not change the answer.
+// Logging between a failed call and GetLastError must not change the result.
 class KeepLastError {
  public:
     KeepLastError() noexcept : m_dwError(::GetLastError()) {}

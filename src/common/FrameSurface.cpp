@@ -24,7 +24,7 @@ bool inReach(const Gdiplus::RectF& rect) noexcept {
            rect.Height <= kLargest;
 }
 
-// All rectangles come from whole numbers. One without an area stays without one.
+// All rectangles have integer coordinates. One without an area stays empty.
 RECT toRect(const Gdiplus::RectF& rect) noexcept {
     const auto left = static_cast<LONG>(std::lround(rect.X));
     const auto top = static_cast<LONG>(std::lround(rect.Y));

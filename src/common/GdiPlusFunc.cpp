@@ -6,7 +6,7 @@
 
 namespace {
 
-// The last size above 0, which the font mapper would read as "any".
+// The last size above 0, which the font mapper would take as "any".
 constexpr LONG kSmallestHeight = -1;
 
 bool usable(const Gdiplus::Font& font) {
@@ -18,7 +18,7 @@ std::unique_ptr<Gdiplus::Font> fontOfDc(Gdiplus::Graphics& graphics) {
     return tryMakeGdiPlus<Gdiplus::Font>(dc.get());
 }
 
-// One unit smaller; null where there is no smaller one.
+// One unit smaller; null if there is no smaller one.
 std::unique_ptr<Gdiplus::Font> smallerFont(Gdiplus::Graphics& graphics, const Gdiplus::Font& font) {
     LOGFONTW logFont{};
     font.GetLogFontW(&graphics, &logFont);

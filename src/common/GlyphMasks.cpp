@@ -16,7 +16,7 @@ constexpr std::size_t kFonts = 6;
 constexpr wchar_t kLastSimple = 0x058F;
 constexpr wchar_t kFirstCombining = 0x0300;
 constexpr wchar_t kLastCombining = 0x036F;
-// The punctuation that goes with them: dashes, quotation marks, the ellipsis.
+// Their punctuation: dashes, quotation marks, the ellipsis.
 constexpr wchar_t kFirstPunctuation = 0x2010;
 constexpr wchar_t kLastPunctuation = 0x2044;
 
@@ -37,7 +37,7 @@ common::UniqueFont makeFont(const GlyphFace& face) {
     return common::UniqueFont(::CreateFontIndirectW(&font));
 }
 
-// The width of an upright stroke: what most rows in the middle of an upright letter have.
+// The width of an upright stroke: the most frequent one in the middle rows of an upright letter.
 int strokeWidth(const GlyphMask& upright) {
     if (upright.height == 0) {
         return 0;
@@ -65,7 +65,7 @@ void widen(GlyphMask& mask, int by) {
     mask.points = std::move(wider);
 }
 
-// A column of pixels that is full or empty is sharp, half a column is not: the squares tell.
+// A column of pixels is sharp if full or empty, but not if half full: the squares show this.
 std::array<float, kSubPixels> sharpnessOf(const GlyphMask& mask) {
     std::vector<float> columns(static_cast<std::size_t>(mask.width));
     for (int y = 0; y < mask.height; ++y) {
@@ -98,7 +98,7 @@ GlyphFont::GlyphFont(const GlyphFace& face)
     : m_hDc(::CreateCompatibleDC(nullptr)), m_hFont(makeFont(face)), m_selected(m_hDc.get(), m_hFont.get()) {
     const GlyphMask upright = _load(L'l', 0);
     const int stroke = strokeWidth(upright);
-    // To a whole pixel, but to no more than half of what the narrowest letter takes.
+    // To a whole pixel, but at most half the advance of the narrowest letter.
     m_nWiden = stroke > 0 ? std::max(0, std::min(kSubPixels, upright.advance / 2) - stroke) : 0;
 }
 
@@ -151,7 +151,7 @@ GlyphMask GlyphFont::_load(wchar_t letter, int widening) const {
 
 GlyphFont& GlyphFont::of(const GlyphFace& face) {
     using Entry = std::pair<GlyphFace, std::unique_ptr<GlyphFont>>;
-    static std::list<Entry> fonts;  // the last one used comes first
+    static std::list<Entry> fonts;  // the most recently used comes first
     const auto known =
         std::find_if(fonts.begin(), fonts.end(), [&](const Entry& entry) { return entry.first == face; });
     if (known != fonts.end()) {

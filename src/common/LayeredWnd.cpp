@@ -22,7 +22,7 @@ LONG height(const RECT& rect) noexcept {
     return rect.bottom - rect.top;
 }
 
-// Empty when the window is gone.
+// Empty if the window no longer exists.
 RECT screenRect(HWND hWnd) noexcept {
     RECT rect{};
     ::GetWindowRect(hWnd, &rect);
@@ -143,7 +143,7 @@ void CLayeredWnd::hide() const {
     }
 }
 
-// Over the shadowed window. A popup that went down with its owner is made anew.
+// Above the shadowed window. A popup that was destroyed with its owner is created again.
 HRESULT CLayeredWnd::_placeWnd() {
     if (::IsWindow(m_hWnd) == FALSE) {
         return createWnd();
@@ -169,14 +169,14 @@ HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourc
     return drawn;
 }
 
-// Shows what has been composed in the memory device context. The same frame at the same place is on the screen already:
-// handing it over costs more than all the rest of a paint.
+// Shows what has been composed in the memory device context. If the same frame is already on the screen at the same
+// place, nothing is passed on: that would cost more than the rest of the paint.
 HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) {
     const RECT rect = screenRect(m_hRealWnd);
     SIZE size{width(rect), height(rect)};
     POINT target = pPosition != nullptr ? *pPosition : POINT{rect.left, rect.top};
     const Shown shown{m_pFrame->hash(), target.x, target.y, size.cx, size.cy};
-    // A frame at a place of its own was moved with its window in the meantime.
+    // A frame with a place of its own was moved with its window meanwhile.
     const RECT now = screenRect(m_hWnd);
     if (m_shown && *m_shown == shown && now.left == target.x && now.top == target.y) {
         return S_OK;

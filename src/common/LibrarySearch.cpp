@@ -11,7 +11,7 @@ constexpr DWORD kProgramFolder = 0x00000200;      // LOAD_LIBRARY_SEARCH_APPLICA
 constexpr DWORD kSystemFolder = 0x00000800;       // LOAD_LIBRARY_SEARCH_SYSTEM32
 constexpr DWORD kDefaultFolders = 0x00001000;     // LOAD_LIBRARY_SEARCH_DEFAULT_DIRS
 
-// The update that brought this function also brought the flags.
+// The update that added this function also added the flags.
 using SetDefaultDllDirectories = BOOL(WINAPI*)(DWORD);
 SetDefaultDllDirectories setDefaultDllDirectories() {
     return reinterpret_cast<SetDefaultDllDirectories>(
@@ -32,7 +32,7 @@ void prepareLibraryLoading() {
         restrict(kProgramFolder | kSystemFolder);
     }
     ::SetDllDirectoryW(L"");  // no current folder in the old search order either
-    // A plug-in whose library is missing costs its card and a line in the log, not a box that waits for a click.
+    // If a plug-in's library is missing, this costs its card and a line in the log instead of a blocking message box.
     ::SetErrorMode(::GetErrorMode() | SEM_FAILCRITICALERRORS);
 }
 
@@ -42,7 +42,7 @@ DWORD librarySearchFlags(const std::wstring& strPath, bool bFlagsKnown) {
 
 common::UniqueModule loadLibraryByPath(const std::wstring& strPath) {
     std::wstring strFile = strPath;
-    std::ranges::replace(strFile, L'/', L'\\');  // the loader asks for backslashes
+    std::ranges::replace(strFile, L'/', L'\\');  // the loader requires backslashes
     const DWORD dwFlags = librarySearchFlags(strFile, setDefaultDllDirectories() != nullptr);
     return common::UniqueModule(::LoadLibraryExW(strFile.c_str(), nullptr, dwFlags));
 }

@@ -28,8 +28,8 @@ void createFoldersOf(const wchar_t* path) {
     ::SHCreateDirectoryExW(nullptr, full.data(), nullptr);
 }
 
-// Every write goes to the end of the file, wherever that is by then: another process that empties the file at its own
-// first line leaves no hole. Others may read, write and empty the file meanwhile. -1 and errno when that fails.
+// Every write goes to the current end of the file, so that another process that empties the file at its own first line
+// leaves no gap. Others may read, write and empty the file meanwhile. -1 and errno on failure.
 int openForAppending(const wchar_t* path, int truncation) {
     return ::_wsopen(path, _O_WRONLY | _O_CREAT | _O_APPEND | _O_TEXT | truncation, _SH_DENYNO, _S_IREAD | _S_IWRITE);
 }
@@ -39,8 +39,8 @@ bool fitsIntoStream(wchar_t unit) {
     return unit < 0x80 || std::wctomb(bytes, unit) >= 0;
 }
 
-// The runtime stops at the first character that its locale cannot express, and the rest of the line with its line feed
-// would be lost: such characters become question marks.
+// The runtime stops at the first character that its locale cannot express, so that the rest of the line with its line
+// feed would be lost: such characters become question marks.
 void writeToStream(std::FILE* stream, Line line) {
     for (wchar_t& unit : line) {
         if (!fitsIntoStream(unit)) {

@@ -31,7 +31,7 @@ constexpr NumberSetting kNumbers[] = {
 Settings readSettings(const wchar_t* iniPath) noexcept {
     Settings settings;
     std::ranges::copy(kDefaultLogFile, settings.logFile.begin());
-    // Without a path the system would look into a settings file of its own.
+    // Without a path the system would use a settings file of its own.
     if (iniPath == nullptr || *iniPath == L'\0') {
         return settings;
     }

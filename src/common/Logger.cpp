@@ -11,7 +11,7 @@ constexpr const wchar_t* kLevelNames[] = {L"ERR", L"WRN", L"INF", L"TRC"};
 constexpr std::size_t kLastChar = kLineChars - 2;    // the line feed of a full line
 constexpr std::size_t kTerminator = kLineChars - 1;  // its terminator
 
-// Formats behind what the line holds. False when the text was cut, or could not be formatted.
+// Appends the formatted text to the line. False if the text was cut, or could not be formatted.
 bool appendFormatted(Line& line, std::size_t& used, const wchar_t* format, va_list args) {
     const int length = format == nullptr ? -1 : ::_vsnwprintf(&line[used], line.size() - used, format, args);
     if (length < 0 || used + static_cast<std::size_t>(length) > kTerminator) {
@@ -61,7 +61,7 @@ int Logger::write(const Record& record, const wchar_t* format, va_list args) {
     if (!enabled(record.level)) {
         return 0;
     }
-    // Timestamps are taken under the lock, so that they rise from line to line.
+    // Timestamps are taken under the lock, so that they increase from line to line.
     const std::lock_guard lock(m_mutex);
     Line line{};
     std::size_t used = _appendPrefix(line, _appendTimestamp(line), record);
@@ -101,7 +101,7 @@ std::size_t Logger::_appendElapsed(Line& line) {
         m_bHasFirstTick = true;
         m_dwFirstTick = tick;
     }
-    const DWORD elapsed = tick - m_dwFirstTick;  // right across the wrap of the tick count as well
+    const DWORD elapsed = tick - m_dwFirstTick;  // also across the wrap-around of the tick count
     std::size_t used = 0;
     append(line, used, L"%d.%03d: ", elapsed / 1000, elapsed % 1000);
     return used;

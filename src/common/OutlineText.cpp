@@ -20,7 +20,7 @@ namespace {
 
 constexpr wchar_t kEllipsis[] = L"\u2026";
 
-// In pixels. Longer texts and wider outlines are mistakes, not worth the memory they would take.
+// In pixels. Longer texts and wider outlines are mistakes and not worth their memory.
 constexpr double kLargestArea = 1 << 20;
 constexpr float kLargestFont = 512.0F;
 constexpr double kWidestOutline = 256.0;
@@ -34,7 +34,7 @@ std::wstring familyName(const Gdiplus::Font& font) {
     return name.data();
 }
 
-// How the lines of a face follow each other, in pixels.
+// The line metrics of a face, in pixels.
 struct LineMetrics {
     float height;
     float ascent;
@@ -99,7 +99,7 @@ class MaskCanvas {
     std::uint8_t& _at(int x, int y) {
         return m_points[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x)];
     }
-    // Whether all its neighbours are set as well: growing it adds nothing that growing them does not.
+    // Whether all its neighbours are set as well: then growing it adds nothing to growing them.
     [[nodiscard]] bool _inside(int x, int y) const {
         return x > 0 && y > 0 && x + 1 < m_width && y + 1 < m_height && at(x - 1, y) != 0 && at(x + 1, y) != 0 &&
                at(x, y - 1) != 0 && at(x, y + 1) != 0;
@@ -117,14 +117,14 @@ class MaskCanvas {
     std::vector<std::uint8_t> m_points;
 };
 
-// A letter and where its pen stands, in sub-pixels from the beginning of its line.
+// A letter and its pen position, in sub-pixels from the beginning of its line.
 struct PlacedGlyph {
     const GlyphMask* glyph;
     int x;
 };
 
-// Puts upright strokes onto whole pixels where that moves a letter by less than half a pixel and keeps it off the one
-// before it. `start`: where the line begins within a pixel.
+// Aligns upright strokes to whole pixels if that moves a letter by less than half a pixel and does not make it touch
+// the one before it. `start`: the beginning of the line within a pixel.
 std::vector<PlacedGlyph> placeLine(GlyphFont& font, const std::wstring& text, int start) {
     constexpr int kFarthestMove = kSubPixels / 2;
     constexpr int kGap = kSubPixels * 3 / 4;  // between two letters
@@ -166,7 +166,7 @@ int advanceOf(GlyphFont& font, const std::wstring& text) {
 
 using Measure = std::function<float(const std::wstring&)>;
 
-// The longest beginning of the line that fits, and an ellipsis.
+// The longest beginning of the line that fits with an ellipsis.
 std::wstring shortened(std::wstring line, float width, const Measure& measure) {
     while (!line.empty() && measure(line + kEllipsis) > width) {
         line.pop_back();
@@ -202,7 +202,7 @@ std::vector<std::wstring> wrapLines(std::wstring_view text, float width, const M
     return lines;
 }
 
-// What is shown of the text: wrapped, and cut with an ellipsis where the format asks for that.
+// The displayed text: wrapped, and cut with an ellipsis if the format requests that.
 std::vector<std::wstring> linesOf(const wchar_t* pszText, const Gdiplus::RectF& layout,
                                   const Gdiplus::StringFormat& format, float lineHeight, const Measure& measure) {
     const bool oneLine = (format.GetFormatFlags() & Gdiplus::StringFormatFlagsNoWrap) != 0;
@@ -211,7 +211,7 @@ std::vector<std::wstring> linesOf(const wchar_t* pszText, const Gdiplus::RectF& 
     if (format.GetTrimming() != Gdiplus::StringTrimmingEllipsisCharacter) {
         return lines;
     }
-    // A line may stick out of the box by its descenders' blank.
+    // A line may exceed the box by the blank part of its descenders.
     constexpr float kTolerance = 0.3F;
     const float fitting = lineHeight > 0.0F ? layout.Height / lineHeight + kTolerance : 1.0F;
     const auto most = static_cast<std::size_t>(std::clamp(fitting, 1.0F, 100.0F));
@@ -227,14 +227,14 @@ std::vector<std::wstring> linesOf(const wchar_t* pszText, const Gdiplus::RectF& 
     return lines;
 }
 
-// Where a block of this size begins in its place.
+// The start of a block of this size in its rectangle.
 float aligned(float start, float size, float block, Gdiplus::StringAlignment alignment) {
     return alignment == Gdiplus::StringAlignmentFar      ? start + size - block
            : alignment == Gdiplus::StringAlignmentCenter ? start + (size - block) / 2
                                                          : start;
 }
 
-// Scripts whose letters join or come from other fonts are left to GDI+, which draws their paths.
+// GDI+ draws the paths of scripts whose letters join or come from other fonts.
 void addPath(MaskCanvas& canvas, const std::wstring& line, const Gdiplus::Font& font, int baseline, float left,
              float ascent) {
     Gdiplus::FontFamily family;
@@ -268,7 +268,7 @@ void addPath(MaskCanvas& canvas, const std::wstring& line, const Gdiplus::Font& 
     canvas.add(mask, 0, baseline);
 }
 
-// The letters' colour where they are, the outline's where only that is, averaged for each pixel.
+// The letters' colour inside the letters, the outline's colour around them, averaged for each pixel.
 Picture coloured(const MaskCanvas& letters, const MaskCanvas* outline, Gdiplus::ARGB fill, Gdiplus::ARGB edge) {
     constexpr int kPoints = kSubPixels * kSubPixels;
     std::array<std::array<DWORD, kPoints + 1>, kPoints + 1> mixes{};
@@ -302,7 +302,7 @@ bool withinReach(const Gdiplus::RectF& layout) {
            std::fabs(layout.Width) <= kFarthest && std::fabs(layout.Height) <= kFarthest;
 }
 
-// One text on its way to pixels.
+// One text while it is being drawn.
 class TextLayout {
  public:
     TextLayout(Gdiplus::Graphics& graphics, const Gdiplus::Font& font, const std::wstring& family,
@@ -313,7 +313,7 @@ class TextLayout {
           m_metrics(lineMetrics(font)),
           m_bSimple(m_glyphs.canWrite(_printable(pszText))) {}
 
-    // On a picture of its own, as large as it needs, which belongs at `place`.
+    // On a picture of its own, just large enough, to be drawn at `place`.
     [[nodiscard]] Picture draw(const wchar_t* pszText, const Gdiplus::RectF& layout,
                                const Gdiplus::StringFormat& format, double outlineWidth, Gdiplus::ARGB fill,
                                Gdiplus::ARGB edge, POINT& place) {
@@ -337,7 +337,7 @@ class TextLayout {
         float ascent = top + m_metrics.ascent;
         for (const std::wstring& line : lines) {
             const float left = _left(layout, _width(line), format) - static_cast<float>(place.x);
-            // On a whole pixel: what stands on it is sharp.
+            // On a whole pixel, so that strokes on it are sharp.
             const int baseline = static_cast<int>(std::lround(ascent) - place.y) * kSubPixels;
             _addLine(letters, line, left, baseline);
             ascent += m_metrics.height;
@@ -350,7 +350,7 @@ class TextLayout {
     }
 
  private:
-    static constexpr int kMargin = 2;  // pixels, for letters that stick out of their advance
+    static constexpr int kMargin = 2;  // pixels, for letters that exceed their advance
 
     static std::wstring _printable(std::wstring text) {
         std::erase_if(text, [](wchar_t letter) { return letter == L'\r' || letter == L'\n'; });

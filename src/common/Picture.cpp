@@ -12,7 +12,7 @@ constexpr unsigned kRounding = 127;  // half of 255
 // Blue, green, red, alpha; the colours are linear and premultiplied.
 using Light = std::array<float, 4>;
 
-// The light of each sRGB value: 0 to 1.
+// The linear light of each sRGB value: 0 to 1.
 const std::array<float, 256>& lightTable() {
     static const std::array<float, 256> table = [] {
         std::array<float, 256> made{};
@@ -25,7 +25,7 @@ const std::array<float, 256>& lightTable() {
     return table;
 }
 
-// The sRGB value nearest to a light: the table's neighbours meet in the middle.
+// The sRGB value nearest to a linear light, with the thresholds half-way between the table's entries.
 unsigned codeOf(float light) {
     const auto& table = lightTable();
     const auto above = std::upper_bound(table.begin(), table.end(), light);
@@ -70,7 +70,7 @@ void add(Light& sum, const Light& light, float weight) {
     }
 }
 
-// Which pixels of the source make one of the result, along one axis, and how much each counts.
+// The source pixels of one result pixel along one axis, and their weights.
 struct Taps {
     int first = 0;
     std::vector<float> weights;
@@ -85,7 +85,7 @@ struct Taps {
     }
 };
 
-// The kernel that goes through the pixels it is given and keeps edges sharp.
+// The interpolating kernel, which keeps edges sharp.
 float cubic(float distance) {
     const float x = std::fabs(distance);
     if (x < 1.0F) {
@@ -94,7 +94,7 @@ float cubic(float distance) {
     return x < 2.0F ? ((-0.5F * x + 2.5F) * x - 4.0F) * x + 2.0F : 0.0F;
 }
 
-// One axis: the pixels from `start` on, `length` of them, become `count`. Of the source there are `available`.
+// One axis: the `length` pixels from `start` on become `count`. The source has `available`.
 class Axis {
  public:
     Axis(int start, int length, int available, int count)
@@ -127,7 +127,7 @@ class Axis {
         const double centre = m_start + (i + 0.5) * m_step - 0.5;
         const int nearest = static_cast<int>(std::floor(centre));
         for (int index = nearest - 1; index <= nearest + 2; ++index) {
-            // The part goes on beyond its edge as it ends there.
+            // Beyond its edge, the part continues with its edge pixels.
             const int inside = std::clamp(index, m_start, m_start + m_length - 1);
             if (_there(inside)) {
                 taps.add(inside, cubic(static_cast<float>(index - centre)));
@@ -189,7 +189,7 @@ Picture scalePicture(const Picture& picture, const RECT& part, SIZE size) {
     const Axis across(part.left, length, picture.width, size.cx);
     const Axis down(part.top, rows, picture.height, size.cy);
 
-    // First each row that is needed at its new width, then the columns.
+    // First each required row at its new width, then the columns.
     const int top = std::clamp<int>(part.top, 0, picture.height);
     const int bottom = std::clamp<int>(part.bottom, top, picture.height);
     const auto width = static_cast<std::size_t>(size.cx);

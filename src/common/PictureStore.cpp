@@ -14,7 +14,7 @@ constexpr std::size_t kVersions = 3;
 // All pictures of fifteen cards and their items at full size take about half of it.
 constexpr std::size_t kMostBytes = 8U << 20U;
 
-// Larger than any picture of a card; an image that says more is not worth its memory.
+// Larger than any picture of a card; an image that claims more is not worth its memory.
 constexpr UINT kLargestSide = 8192;
 
 struct Entry {
@@ -23,7 +23,7 @@ struct Entry {
     std::shared_ptr<MasterPicture> pMaster;
 };
 
-// The one that was asked for last comes first.
+// The most recently requested one comes first.
 std::list<Entry>& entries() {
     static std::list<Entry> list;
     return list;
@@ -86,7 +86,7 @@ CStoredImage::CStoredImage(std::shared_ptr<MasterPicture> pMaster)
     : MasterPictureHolder(std::move(pMaster)),
       Gdiplus::Bitmap(m_pMaster->pixels().width, m_pMaster->pixels().height,
                       m_pMaster->pixels().width * static_cast<INT>(sizeof(DWORD)), PixelFormat32bppPARGB,
-                      // GDI+ asks for bytes that it may write to; nobody draws onto a stored image.
+                      // GDI+ asks for writable bytes; nobody draws onto a stored image.
                       reinterpret_cast<BYTE*>(const_cast<DWORD*>(m_pMaster->pixels().pixels.data()))) {}
 
 std::shared_ptr<MasterPicture> picturestore::find(std::span<const std::byte> bytes) {

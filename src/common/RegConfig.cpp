@@ -14,7 +14,7 @@ HRESULT checkRead(HKEY key, const wchar_t* name) {
     return name == nullptr ? E_POINTER : S_OK;
 }
 
-// One unit more than the value has is offered, so that one that grows a little between the two reads still fits.
+// The buffer has one unit more than the value, so that a value that grows a little between the two reads still fits.
 template <typename Unit>
 HRESULT readUnits(HKEY key, const wchar_t* name, std::vector<Unit>& out) {
     return statusFromWin32(common::readWholeValue(key, name, 1, out));

@@ -91,7 +91,7 @@ bool RegistryStorage::getDword(const std::wstring& name, DWORD& out) const {
 }
 
 bool RegistryStorage::setString(const std::wstring& name, const std::wstring& text) {
-    // The system looks one unit beyond the text and stores a terminator that it finds there.
+    // The system reads one unit beyond the text and stores a terminator that it finds there.
     const std::wstring unterminated = text + L'.';
     return _write(name, REG_SZ, unterminated.data(), text.size() * sizeof(wchar_t));
 }

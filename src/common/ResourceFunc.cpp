@@ -15,7 +15,7 @@ struct ReleaseStream {
 };
 using StreamPtr = std::unique_ptr<IStream, ReleaseStream>;
 
-// Memory of its own with the same content; empty when there is none to be had.
+// A copy of the content in memory of its own; empty if there is no memory.
 common::UniqueGlobalMemory copyToGlobal(std::span<const std::byte> bytes) noexcept {
     common::UniqueGlobalMemory memory(::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes.size()));
     void* const pTarget = memory ? ::GlobalLock(memory.get()) : nullptr;
@@ -27,13 +27,13 @@ common::UniqueGlobalMemory copyToGlobal(std::span<const std::byte> bytes) noexce
     return memory;
 }
 
-// Where the system has the bytes of a resource; null when it cannot give them.
+// The address of the bytes of a resource; null if the system cannot supply them.
 const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
     const HGLOBAL hLoaded = ::LoadResource(hModule, hResource);
     return hLoaded != nullptr ? static_cast<const std::byte*>(::LockResource(hLoaded)) : nullptr;
 }
 
-// Makes an image of the bytes, whatever they are. E_POINTER: no memory.
+// Creates an image from arbitrary bytes. E_POINTER: no memory.
 HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
     common::UniqueGlobalMemory memory = copyToGlobal(bytes);
     if (!memory) {
@@ -55,7 +55,7 @@ HRESULT storedImage(std::shared_ptr<MasterPicture> master, std::unique_ptr<Gdipl
     return outImage != nullptr ? S_OK : E_POINTER;
 }
 
-// Decoded and kept at the first time, and taken from the store afterwards. Throws std::bad_alloc.
+// Decoded at the first call, later taken from the store. Throws std::bad_alloc.
 HRESULT imageOf(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
     if (auto known = picturestore::find(bytes); known != nullptr) {
         return storedImage(std::move(known), outImage);
@@ -67,7 +67,7 @@ HRESULT imageOf(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image
     }
     Picture picture = pixelsOf(*decoded);
     if (picture.pixels.empty()) {
-        outImage = std::move(decoded);  // it says itself what is wrong with it
+        outImage = std::move(decoded);  // logs its own failure
         return S_OK;
     }
     auto master = std::make_shared<MasterPicture>(std::move(picture));
@@ -94,7 +94,7 @@ HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszRes
     const std::span<const std::byte> bytes(pBytes, dwSize);
     std::unique_ptr<Gdiplus::Image> image;
     const HRESULT status = common::statusOf([&] { return imageOf(bytes, image); });
-    // A picture for which there is no memory counts as missing.
+    // Without memory for the picture, it counts as missing.
     RETURN_IF_FAILED(status == E_OUTOFMEMORY ? E_POINTER : status);
     outImage = std::move(image);
     return S_OK;

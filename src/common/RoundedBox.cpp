@@ -13,7 +13,7 @@ int covered(int x, int y, const RECT& box, double radius) {
         const int row = sample / kSamples;
         const double px = x + (sample % kSamples + 0.5) / kSamples;
         const double py = y + (row + 0.5) / kSamples;
-        // The distance to the box that the arcs' centres span.
+        // The distance to the box spanned by the arcs' centres.
         const double dx = px - std::clamp(px, box.left + radius, box.right - radius);
         const double dy = py - std::clamp(py, box.top + radius, box.bottom - radius);
         inside += dx * dx + dy * dy <= radius * radius || (dx == 0.0 && dy == 0.0) ? 1 : 0;

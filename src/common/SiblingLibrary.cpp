@@ -6,7 +6,7 @@
 
 namespace {
 
-// The executable's folder with its trailing backslash; empty when it cannot be had.
+// The executable's folder with its trailing backslash; empty if it cannot be determined.
 std::wstring programFolder() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
@@ -24,11 +24,12 @@ std::wstring programFolder() {
 }  // namespace
 
 common::UniqueModule loadSibling(const wchar_t* pszFileName) {
-    // The altered search path makes the library's own folder, not the current one, the place for what it needs itself.
+    // With the altered search path, the library's dependencies are searched in its own folder instead of the current
+    // one.
     const std::wstring folder = programFolder();
     const std::wstring path = folder + pszFileName;
     common::UniqueModule module;
-    if (!folder.empty()) {  // a bare name would be looked for elsewhere
+    if (!folder.empty()) {  // a bare name would be searched for elsewhere
         module.reset(::LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
     }
     if (!module) {

@@ -44,6 +44,6 @@ def program(desktop, request):
     finally:
         made.cleanup()
         desktop.reset()
-    # What a failed test leaves tells why; the rest would only take room.
+    # What a failed test leaves is needed to find the cause; the rest would only take space.
     if not getattr(request.node, "failed_in_call", True):
         shutil.rmtree(made.folder, ignore_errors=True)

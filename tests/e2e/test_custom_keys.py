@@ -1,4 +1,4 @@
-"""Keys that a person has given to programs of their own, with the button utility's registry keys."""
+"""Keys that the user has assigned to other programs, in the button utility's registry keys."""
 import pytest
 from harness import geometry, places
 from harness.desktop import LIST
@@ -14,11 +14,11 @@ SHELL = "C:\\windows\\system32\\cmd.exe"
 
 
 def button(program, name, key, number, file=None, param=None, controlled=1):
-    """A button as the utility describes it; with a file, the person's choice for it."""
+    """A button as the utility describes it; with a file, also the user's choice for it."""
     path = f"{BUTTONS}\\{name}"
     program.probe.set_dword("HKLM", path, "IsQRDControl", controlled)
     program.probe.set_dword("HKLM", path, "MakeFunction", number)
-    # The utility keeps more than the code in this value.
+    # The utility stores more than the code in this value.
     program.probe.set_dword("HKLM", path, "MakeValue", 0x180 | CODES[key])
     if file is not None:
         program.probe.set_text("HKLM", f"{SETTING}\\{number}", "OPT1", file)
@@ -56,7 +56,7 @@ def test_a_customised_key_starts_its_program_with_its_parameters(program):
     program.expect_strip()
     program.keyboard.press("F1")
     wait_until(lambda: lines_of(file) == ['one "two three" four'], lambda: f"started: {lines_of(file)}")
-    # The cards see nothing of it.
+    # The cards do not receive it.
     program.expect_strip_stays(True, 0.2)
     assert f"File:{SHELL}, param:{param}." in program.log_texts()
     program.keyboard.press("F1")
@@ -93,7 +93,7 @@ def test_cards_go_and_come_back_when_the_buttons_change(program):
     expect_cards(program, 3)
     program.probe.set_text("HKLM", f"{SETTING}\\7", "OPT1", SHELL)
     program.probe.set_text("HKLM", f"{SETTING}\\7", "OPT2", param)
-    # Nothing is known of it until the utility says so; and then even an open card gives way.
+    # The program only learns of it from the utility's notification; that also closes an open card.
     program.hold()
     program.press("Lock")
     expect_card(program, "Lock")
@@ -132,7 +132,7 @@ def test_nothing_is_customised_while_that_is_switched_off(program):
     program.let_go()
     wait_until(lambda: program.chosen("Mute"), "the card works")
     assert not lines_of(file)
-    # Switched on while the program runs, it counts from the next announcement.
+    # If switched on while the program runs, it takes effect at the next notification.
     program.change("Programmable", 1)
     expect_cards(program, 2)
     announce(program)

@@ -1,4 +1,4 @@
-"""The end of the program, whatever it is doing: nothing remains, and it does not take long."""
+"""The end of the program in any state: nothing remains, and it does not take long."""
 import shutil
 import time
 
@@ -16,7 +16,7 @@ SOON_ENOUGH = 2.0  # seconds
 
 
 def end_and_expect_nothing(program, patience=SOON_ENOUGH):
-    """Ends it in the documented way; `patience` more than SOON_ENOUGH when a plug-in keeps it."""
+    """Ends it in the documented way; `patience` is added to SOON_ENOUGH if a plug-in delays it."""
     process = program.running()[0]
     screen = program.desktop.screen
     assert program.probe.set_event(END_EVENT)
@@ -121,7 +121,7 @@ def test_while_a_plugin_applies_a_choice(program):
     program.press("Mute")
     program.keyboard.up(MODIFIER)
     wait_until(lambda: program.chosen("InstrPlugin"), "the choice is being applied")
-    # The call is not cut off; the end comes right after it.
+    # The call is not interrupted; the end follows right after it.
     end_and_expect_nothing(program, 2.5 + SOON_ENOUGH)
     assert [call.export for call in program.calls("InstrPlugin")][-2:] == ["SelectItem", "FinalizeHotkeyDll"]
     assert len(program.calls("Zoom", "FinalizeHotkeyDll")) == 1
@@ -165,7 +165,7 @@ WM_QUERYENDSESSION, WM_ENDSESSION, ENDSESSION_LOGOFF = 0x11, 0x16, 0x80000000
 
 
 def test_with_the_session(program):
-    """The system asks every window, tells every window, and ends the process as soon as they have answered."""
+    """The system asks every window, notifies every window, and ends the process as soon as they have answered."""
     program.offer("Mute", "Zoom")
     process = program.start()
     program.hold()
@@ -177,7 +177,7 @@ def test_with_the_session(program):
         program.probe.send(window.hwnd, WM_ENDSESSION, 0, ENDSESSION_LOGOFF)
     assert process.poll() is None and program.strip(), "another program refused"
     program.probe.send(program.frame().hwnd, WM_ENDSESSION, 1, ENDSESSION_LOGOFF)
-    # What follows is done when the message is answered.
+    # Everything must be done when the message is answered.
     assert len(program.calls("Mute", "FinalizeHotkeyDll")) == len(program.calls("Zoom", "FinalizeHotkeyDll")) == 1
     assert program.log_texts()[-1] == "LEAVE CZelMainApp::ExitInstance"
     assert not program.probe.windows(STRIP_CLASS)

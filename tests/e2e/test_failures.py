@@ -1,4 +1,4 @@
-"""Whatever is missing, broken or failing around the program: it goes on with the rest, or ends in good order."""
+"""If anything around the program is missing or broken, it continues with the rest or shuts down properly."""
 import shutil
 
 import pytest
@@ -48,7 +48,7 @@ def test_a_function_without_items_shows_its_card_and_applies_nothing(program, ex
     expect_card(program, "Mute")
     card = large_card_of(program, "Mute")
     assert [w.rect for w in program.shown_dialogs()] == [card], "no items"
-    # A further press tries again.
+    # Another press tries again.
     asked = len(program.calls("Mute", "GetDisplayItemInfo"))
     program.press("Mute")
     assert len(program.calls("Mute", "GetDisplayItemInfo")) == asked + 1
@@ -244,14 +244,14 @@ def test_the_function_list_as_people_write_it(program, text, cards):
     assert made == cards
 
 
-# The libraries beside the program
+# The companion libraries
 
 @pytest.mark.parametrize("library", ["CardArt.dll", "ZelMain.dll"])
 @pytest.mark.parametrize("how", ["missing", "garbage", "elsewhere"])
 def test_without_its_pictures_or_keys_the_program_does_not_start(program, library, how):
     program.offer("Mute")
     if how == "elsewhere":
-        # The current folder is nobody's place for a library.
+        # The current folder is never searched for libraries.
         shutil.copy2(program.stage / library, program.folder / library)
     (program.stage / library).unlink()
     if how == "garbage":
@@ -312,6 +312,6 @@ def test_nothing_leaks_over_many_sequences(program):
     use(5)
     before = use(5)
     after = use(25)
-    # Far below one object for each of the 25 sequences; caches of fonts and the like still move a little.
+    # Far below one object for each of the 25 sequences; caches of fonts and the like still change a little.
     assert after["gdi"] <= before["gdi"] + 10, (before, after)
     assert after["kernel"] <= before["kernel"] + 10, (before, after)

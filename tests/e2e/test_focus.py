@@ -1,4 +1,5 @@
-"""The focus stays with the program that the user works in; what hides without the focus does not hide by its own doing."""
+"""The focus stays with the program that the user works in; windows only hide on a focus loss that they did not
+cause."""
 import pytest
 from harness import mouse
 from harness.functions import sample

@@ -1,4 +1,4 @@
-"""What the system and other programs tell the hidden frame, and what the strip does then."""
+"""Messages of the system and of other programs to the hidden frame, and the strip's reactions."""
 import time
 
 import pytest
@@ -17,7 +17,7 @@ CONNECT, DISCONNECT, LOCK, UNLOCK = 1, 2, 7, 8
 SET_WORK_AREA = 47
 BUTTONS_CHANGED = "KESTOVA_HBQ_NOTIFY_5B0C7D2A-3E41-4F8B-9A16-2C7E0D94B1F3"
 
-# message, wParam, what becomes of a shown strip, what the log counts besides
+# message, wParam, effect on a visible strip, additional log lines
 HIDDEN_AND_RELEASED = {"CZelMainApp::_cancelFnSticky": 1}
 REFRESHED = {"CZelMainDlg::refreshCards": 1, "CZelMainApp::_cancelFnSticky": 1, "CZelMainDlg::initialize": 0}
 NOTHING = {"CZelMainDlg::refreshCards": 0, "CZelMainApp::_cancelFnSticky": 0, "CZelMainApp::showMainDlg": 0}
@@ -119,7 +119,7 @@ def test_a_flash_ends_what_the_mouse_was_doing(program):
     program.probe.send(program.frame().hwnd, SHOW_OR_FLASH)
     assert program.strip_shown()
     program.expect_strip(shown=False)
-    # The strip answers to the modifier again: released, it hides.
+    # The strip responds to the modifier again: released, it hides.
     show_strip(program)
     program.probe.send(program.strip().hwnd, HOTKEY_EVENT, 0, 1)
     program.expect_strip(shown=False)

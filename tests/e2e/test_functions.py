@@ -13,8 +13,8 @@ INFO, CURRENT, SELECT = "GetDisplayItemInfo", "GetCurrentItem", "SelectItem"
 PLAN, DUAL, FOCUS = "GetCustomItemText", "IsDualBrtCtrl", "FocusItem"
 COUNT, ENTRY = "FnF5_GetDisplayItemCount", "FnF5_GetDisplayItemInfo"
 
-# What a new machine does when a function's key is pressed twice: the choices that are applied, the calls from the press
-# to the choice, and what the text on the card does.
+# What a new machine does when a function's key is pressed twice: the applied choices, the calls from the press to the
+# choice, and the change of the text on the card.
 Expected = collections.namedtuple("Expected", "choices calls text")
 NO_TEXT, STAYS, CHANGES = "no text", "stays", "changes"
 TOGGLE = [INFO, CURRENT, SELECT]
@@ -36,10 +36,10 @@ EXPECTED = {
     "ODD": Expected(["2"], TOGGLE, CHANGES),
     "Output": Expected(["1"], TOGGLE, CHANGES),
 }
-# A function without a row is as plain as its kind.
+# A function without a row behaves like its kind.
 BY_KIND = {"Positions": Expected(["1"], TOGGLE, CHANGES), "Action": Expected(["1"], ACTION, NO_TEXT)}
 EXPECTED.update({name: BY_KIND[kind] for name, kind in KINDS.items() if name not in EXPECTED})
-# No settings of the user's own, no sticky modifier to end.
+# No user settings, no sticky modifier to cancel.
 HARMLESS = {"RegConfigAccess::Open", "CZelMainApp::_cancelFnSticky"}
 OVERLAYS = ("CursorOverlay", "NumericOverlay")
 
@@ -59,7 +59,7 @@ def is_white(rgb):
 
 
 def state_text(program, name):
-    """The white points of the text on the enlarged card, once it is drawn and stands still."""
+    """The white points of the text on the enlarged card, once it is drawn and stable."""
     rect = geometry.large_card_text(program.desktop.work_area(), len(program.functions), program.index_of(name),
                                     program.bottom)
     has_text = EXPECTED[name].text != NO_TEXT
@@ -75,7 +75,7 @@ def state_text(program, name):
 
 
 def relevant(program, name, since):
-    """The exports called since then. The overlays are asked for their state whenever the strip is drawn, too."""
+    """The exports called since then. The overlays are also asked for their state whenever the strip is drawn."""
     exports = [call.export for call in program.calls(name)[since:]]
     if name in OVERLAYS:
         exports = [export for i, export in enumerate(exports) if export != CURRENT or exports[i - 1] == INFO]
@@ -110,7 +110,7 @@ def test_every_function_of_the_sample_shows_steps_and_applies(program):
     program.start()
     assert program.strip().rect == geometry.strip(program.desktop.work_area(), len(SAMPLE))
     texts = {function.name: show_step_apply(program, function.name) for function in SAMPLE}
-    # What has changed is told; what has not, is not (Mute stands for those).
+    # A changed state changes the text; an unchanged one does not (Mute stands for those).
     for name in [name for name in EXPECTED if EXPECTED[name].text == CHANGES] + ["Mute"]:
         program.hold()
         program.press(name)
@@ -127,7 +127,7 @@ def test_every_function_of_the_sample_shows_steps_and_applies(program):
 # Power plan
 
 def caption_boxes(program, name, items):
-    """The boxes under the items, which the selected item shows its name in."""
+    """The boxes under the items, in which the selected item shows its name."""
     known = [large_card_of(program, name), *item_rects(program, name, items)]
     return [w.rect for w in program.shown_dialogs() if w.rect not in known]
 
@@ -154,7 +154,7 @@ def test_power_plans_have_the_names_of_the_plugin(program):
         wait_until(lambda: program.desktop.screen.picture(inside).share_of(inside, lambda rgb: max(rgb) < 0x50) > 0.01,
                    "the name in black")
         program.press("PowerPlan")
-    # The third plan lies at the second place.
+    # The third plan is at the second position.
     assert widths[0] < 20 < 60 < widths[1]
     program.press("PowerPlan")
     program.let_go()

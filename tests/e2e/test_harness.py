@@ -1,4 +1,4 @@
-"""The harness itself: a test that cannot fail proves nothing."""
+"""Tests of the harness itself: a test that cannot fail proves nothing."""
 import pytest
 from harness import log, places
 from harness.probe import Rect
@@ -54,7 +54,7 @@ def test_registry_values_come_back(desktop):
 
 def test_handle_counts_see_a_deliberate_leak(desktop):
     pid = desktop.probe.processes(places.PROBE.name)[0]
-    # The first count and the first named object make the probe itself open something.
+    # The first count and the first named object make the probe itself open handles.
     desktop.probe.handles(pid)
     desktop.probe.hold("event", "FenwynTestsFirst")
     desktop.probe.release()
@@ -77,7 +77,7 @@ def test_a_growing_log_is_read_to_its_last_whole_line(tmp_path):
             file.write_bytes((file.read_bytes() if file.exists() else b"") + written)
         texts.append([line.text for line in growing.lines()])
     assert texts == [[], [], ["one"], ["one", "two"], ["one", "two", "with\na break"]]
-    # A further start begins the file anew; what stood in it is forgotten.
+    # Another start truncates the file; the old lines are forgotten.
     file.write_bytes(b"a.cpp(1):  [INF] (A::b): anew\r\n" * 9)
     assert [line.text for line in growing.lines()] == ["anew"] * 9
     file.unlink()

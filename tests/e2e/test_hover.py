@@ -1,4 +1,4 @@
-"""The hover strip: a thin line at the screen's edge on which the mouse rests to call the cards."""
+"""The hover strip: a thin line at the screen's edge on which the mouse rests to bring up the cards."""
 import itertools
 import time
 
@@ -28,7 +28,7 @@ def test_it_stands_at_the_edge_while_the_cards_are_hidden(program, position):
     assert window.rect.bottom - window.rect.top == 4
     assert (window.rect.bottom == area.bottom) if position else (window.rect.top == area.top)
     assert window.cls == DIALOG_CLASS and window.exstyle & WS_EX_TOOLWINDOW and window.exstyle & WS_EX_LAYERED
-    # Each card has its piece of the line, and nothing is drawn beside it.
+    # Each card has its part of the line, and nothing is drawn outside them.
     for index in range(3):
         card = geometry.card(area, 3, index, bottom=bool(position))
         piece = Rect(card.left, window.rect.top, card.right, window.rect.bottom)
@@ -74,7 +74,7 @@ def test_leaving_it_before_the_idle_time_shows_nothing(program):
     program.start()
     x, y = mouse.hover_point(program)
     for _ in range(3):
-        # Together longer than the idle time: each stay counts for itself.
+        # Together longer than the idle time: each stay counts separately.
         began = time.monotonic()
         program.keyboard.move(x, y)
         stays(lambda: not program.strip_shown(), "the cards came at once", 0.6)
@@ -109,7 +109,7 @@ def test_disabled_or_switched_off_there_is_no_line(program):
         there = (name, value) in (("Disable", 0), ("EnableHover", 1))
         mouse.expect_hover_strip(program, shown=there)
         if name == "Disable" and value:
-            # A mouse that comes all the same is not minded.
+            # A mouse message that arrives anyway is ignored.
             program.probe.send(hover, WM_MOUSEMOVE, 0, 0x00010010)
             program.expect_strip_stays(False)
 
@@ -149,7 +149,7 @@ def test_without_cards_there_is_nothing_to_see_and_nothing_to_rest_on(program):
     assert program.desktop.screen.picture(edge).is_plain(edge)
     program.keyboard.move((area.left + area.right) // 2, area.top)
     program.expect_strip_stays(False)
-    # Keys go on as before.
+    # Keys still work as before.
     program.probe.send(program.strip().hwnd, HOTKEY_EVENT, 0, 0)
     program.expect_strip()
     program.probe.send(program.strip().hwnd, HOTKEY_EVENT, 0, 1)

@@ -59,7 +59,7 @@ def test_cards_shown_by_a_second_start_go_after_five_seconds(program):
 
 
 def test_a_second_start_brings_a_shown_strip_to_the_foreground(program):
-    # With the focus it can hide when it loses it again.
+    # With the focus it can hide when it loses it.
     program.configure(HideMainUIWhenLostFocus=1, ShowQrdAtLaunch=1)
     program.offer("Mute")
     program.start("/hide")
@@ -114,7 +114,7 @@ def test_ending_while_a_card_is_open_leaves_nothing(program):
     assert program.wait_end(process) == 0
     assert not program.chosen("Zoom")
     program.keyboard.release_all()
-    # The keyboard belongs to others again.
+    # Another program has the keyboard again.
     window = program.desktop.window
     program.probe.focus(window)
     wait_until(lambda: program.probe.foreground() == window, "the other program has the focus again")

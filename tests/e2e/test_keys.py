@@ -26,7 +26,8 @@ def expect_card(program, name, shown=True):
 
 
 def selected(program, name, items):
-    """Index of the item that shows its large picture, which fills the item; the others' are inset by 11 pixels."""
+    """Index of the item that shows its large picture, which fills the item; the pictures of the others are inset by 11
+    pixels."""
     rects = item_rects(program, name, items)
     corners = {(w.rect.left, w.rect.top) for w in program.shown_layered()}
     large = [i for i, rect in enumerate(rects) if (rect.left, rect.top) in corners]
@@ -62,7 +63,7 @@ def test_first_press_shows_the_card_its_items_and_the_default_choice(program):
     expect_card(program, "Mute")
     for rect in item_rects(program, "Mute", 2):
         wait_until(lambda: program.shown_with(rect), lambda: f"an item at {rect}: {program.shown_dialogs()}")
-    # 0 is the machine's state, so one press offers the other.
+    # 0 is the machine's state, so one press selects the other.
     expect_selected(program, "Mute", 2, 1)
     exports = [call.export for call in program.calls("Mute")]
     assert exports == ["InitializeHotkeyDll", "GetDisplayItemInfo", "GetCurrentItem"]
@@ -240,7 +241,7 @@ def test_a_held_key_is_one_press(program):
     program.keyboard.down("F1")
     expect_card(program, "Zoom")
     expect_selected(program, "Zoom", 3, 0)
-    # Longer than the keyboard waits before it repeats.
+    # Longer than the delay of the keyboard's auto-repeat.
     stays(lambda: selected(program, "Zoom", 3) == 0, "repeats step", 1.2)
     program.keyboard.up("F1")
     program.let_go()
@@ -259,7 +260,7 @@ def test_modifier_released_before_the_key_applies_once(program):
     expect_card(program, "Mute", shown=False)
     program.keyboard.up("F1")
     stays(lambda: program.chosen("Mute") == ["0"], "the late break of the key applies again")
-    # Nothing sticks: the next sequence works as the first did.
+    # No key stays stuck: the next sequence works like the first.
     program.hold()
     program.expect_strip()
     program.press("Mute")
@@ -297,7 +298,7 @@ def test_two_keys_of_one_function_both_count(program):
 
 
 def test_events_posted_to_the_strip_do_the_same_as_keys(program):
-    """Codes that no keyboard has: another hotkey library posts them just so."""
+    """Codes that no keyboard has: another hotkey library would post them in the same way."""
     from harness.functions import Function
     program.offer(Function("Mute", "Mute", None, "F1", (0xABCD,), 2))
     program.machine("Mute", Item=1)

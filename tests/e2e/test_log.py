@@ -6,7 +6,7 @@ from harness import expected, geometry, log, places
 from harness.desktop import MUTEX
 from harness.waiting import wait_until
 
-# Windows get and lose the focus when the window manager likes; those scopes are not part of a sequence.
+# Focus changes depend on the window manager, so those scopes are removed from the sequences.
 FOCUS = re.compile(r"::On(Set|Kill)Focus$")
 LIBRARY_THREAD = ("CHotkeyEventHandler::_hotkeyNotify", "CZelMainApp::handleHotkey", "CZelMainApp::cancelScreenSaver")
 
@@ -27,7 +27,7 @@ def sequence(lines):
 
 
 def same(found, wanted):
-    """Compares long lists so that the first difference can be read."""
+    """Compares long lists in such a way that the first difference is readable."""
     for number, (one, other) in enumerate(zip(found, wanted)):
         assert one == other, f"line {number}: found {one!r}, wanted {other!r}, after {found[max(0, number - 5):number]}"
     assert len(found) == len(wanted), (found[len(wanted):], wanted[len(found):])
@@ -47,7 +47,7 @@ def test_the_start_up_sequence_line_by_line(program):
 
 
 def test_cards_that_were_never_enlarged_leave_no_error(program):
-    """A resident program's default log: what is left there is what docs/troubleshooting.md calls harmless."""
+    """The default log of a resident program contains only lines that docs/log.md lists as harmless."""
     program.offer("Mute", "Lock", "Zoom")
     program.start()
     for _ in range(3):
@@ -84,8 +84,7 @@ def test_one_whole_key_press_line_by_line(program):
     same(library, expected.reported(0x3B, False) + expected.reported(0x3B, True) + expected.reported(0, True))
 
 
-# The settings. A start that finds another instance without a window is a short run of known lines, and no window
-# of it ever opens.
+# The settings. A start that finds another instance without a window is a short run of known lines and opens no window.
 SHORT_RUN = [
     ("ZelMain.cpp", "TRC CZelMainApp::InitInstance: ENTER CZelMainApp::InitInstance"),
     ("HotkeyEventHandler.cpp", "TRC CHotkeyEventHandler::cancelHotkeyIOEvent: "
@@ -110,7 +109,7 @@ FOLDERS = {"ZelMain.cpp": ".\\ZelMain.cpp", "HotkeyEventHandler.cpp": ".\\Logic\
 
 
 def bytes_wanted(level=3, full_path=False, stamp="", line_end="\r\n"):
-    """A regular expression for the whole output; only line numbers and the time are left open."""
+    """A regular expression for the whole output that ignores only line numbers and the time."""
     lines = []
     for file, short in SHORT_RUN:
         name, function, text = re.match(r"(\w+) ([^ ]+): (.*)", short).groups()
@@ -122,7 +121,7 @@ def bytes_wanted(level=3, full_path=False, stamp="", line_end="\r\n"):
 
 @pytest.fixture
 def short_run(program):
-    """Writes DbgLog.ini (None: no such file), runs the program once, gives the log file's bytes."""
+    """Writes DbgLog.ini (None: no such file), runs the program once, returns the log file's bytes."""
     program.configure()
     program.probe.hold("mutex", MUTEX)
 
@@ -220,7 +219,7 @@ def test_time_date_format(short_run, value):
         assert data.startswith(b"0.000: ")
         stamps = [float(line.stamp.rstrip(": ")) for line in log.parse(data)]
         assert stamps == sorted(stamps)
-        # The program waits 200 ms between its two looks at the other instance.
+        # The program waits 200 ms between its two checks for the other instance.
         assert 0.19 < stamps[-1] < 10
 
 
@@ -232,7 +231,7 @@ def test_flush_changes_when_and_never_what(short_run, value):
 def test_flush_1_writes_each_line_at_once(program):
     program.offer("Mute")
     program.start()
-    # The default of these tests is Flush=1: every line of the running program is complete on the disk.
+    # The default of these tests is Flush=1: every line of the running program is completely on disk.
     assert program.log_file.read_bytes().endswith(b"\r\n")
     program.hold()
     assert program.log()[-1].raw

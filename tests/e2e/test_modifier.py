@@ -1,4 +1,5 @@
-"""The modifier of choice, with real keys: it works as the right Ctrl key does, and keeps its own meaning when tapped."""
+"""The configured modifier, with real keys: it works like the right Ctrl key, and keeps its usual function when
+tapped."""
 import pytest
 from harness.desktop import LIST
 from harness.waiting import stays, wait_until
@@ -20,7 +21,7 @@ def reported(program, code, kind):
 
 
 def seen_of(program, key):
-    """What the other program's window got of a key since the last asking."""
+    """The messages of a key that the other program's window got since the last query."""
     return [message for message, value, _ in program.probe.received(program.desktop.window) if value == key]
 
 

@@ -1,4 +1,4 @@
-"""Two monitors: the cards lie on the primary one, or with "MonitorOfActiveWindow" on the one where the user works."""
+"""Two monitors: the cards are on the primary one, or with "MonitorOfActiveWindow" on the one where the user works."""
 import subprocess
 
 import pytest
@@ -13,7 +13,7 @@ FIRST, SECOND = Rect(0, 0, 1280, 800), Rect(1280, 0, 2304, 768)
 
 @pytest.fixture(scope="module")
 def desktop():
-    """One with two monitors, in the place of the usual one."""
+    """A screen with two monitors, instead of the usual one."""
     prefix = places.PREFIX.with_name(places.PREFIX.name + "-two-monitors")
     made = Desktop(Screen((1280, 800), second=(1024, 768)), prefix)
     yield made
@@ -21,7 +21,7 @@ def desktop():
 
 
 def work_on(program, monitor):
-    """The other program's window, which has the focus, is moved to that monitor."""
+    """Moves the other program's window, which has the focus, to that monitor."""
     desktop = program.desktop
     subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Other program$", "windowmove",
                     str(monitor.left + 60), str(monitor.top + 400)], env=desktop.environment, check=True, timeout=20)
@@ -62,7 +62,7 @@ def test_the_cards_follow_the_user_to_the_other_monitor_and_back(program, positi
         work_on(program, monitor)
         program.hold()
         strip = expect_strip_on(program, monitor, bool(position))
-        # It can be seen there.
+        # It is visible there.
         pictures = program.desktop.screen
         wait_until(lambda: not pictures.picture(strip).is_plain(strip), f"cards in {strip}")
         program.press("Zoom")

@@ -1,4 +1,4 @@
-"""The cards worked with a real mouse: pointing, clicking, leaving."""
+"""Working with the cards by real mouse: pointing, clicking, leaving."""
 import itertools
 
 import pytest
@@ -114,7 +114,7 @@ def test_a_click_on_an_item_applies_it_and_hides_everything(program, position):
 def test_leaving_the_cards_hides_them(program):
     ready(program)
     mouse.call_cards(program, 1)
-    # From card to card is not leaving.
+    # Moving from card to card does not count as leaving.
     for index in (0, 1, 2):
         program.keyboard.move(*mouse.middle(mouse.card_picture(program, index)))
         program.expect_strip_stays(True, 0.2)
@@ -136,7 +136,8 @@ def test_the_mouse_passes_through_the_descriptions(program):
     steps = itertools.cycle((1, 0))
 
     def is_there():
-        # Until the strip is painted it takes the mouse there; one that comes then and rests is not noticed afterwards.
+        # The strip takes the mouse only once it is painted; a pointer that already rests there is not noticed
+        # afterwards.
         program.keyboard.move(point[0] + next(steps), point[1])
         return hears(WM_MOUSEMOVE)
     try:
@@ -216,7 +217,7 @@ def test_the_modifier_pressed_takes_the_cards_from_the_mouse(program):
 
 
 def test_keys_go_on_where_the_mouse_began(program):
-    """A card opened by mouse is left to the keys: the modifier and a press select, letting go applies."""
+    """Keys take over a card opened by mouse: the modifier and a press select, releasing the modifier applies."""
     ready(program)
     program.machine("Zoom", Item=0)
     mouse.open_card(program, 1)

@@ -13,7 +13,7 @@ FAVOURITES = "SOFTWARE\\KESTOVA\\Fenwyn\\Favourites"
 CLOSE_SETUP = WM_USER + 101
 EDGE = (0xA9, 0xA9, 0xA9)
 
-# The entries of a new machine: how many displays each lists.
+# The entries of a new machine: the number of displays of each.
 INTERNAL, CLONE, EXTEND, EXTERNAL, NEEDS_SETUP, DESK, CONFIGURE, SAVE = range(8)
 ROWS = {INTERNAL: 1, CLONE: 2, EXTEND: 2, EXTERNAL: 1, NEEDS_SETUP: 0, DESK: 2, CONFIGURE: 0, SAVE: 0}
 ENTRIES = len(ROWS)
@@ -21,7 +21,8 @@ ENTRIES = len(ROWS)
 
 @pytest.fixture
 def machine(program):
-    """The program with the output card between two others; no window of the display-configuration program is left."""
+    """The program with the output card between two others; afterwards, closes the windows of the display-configuration
+    program."""
     program.offer(*sample("Mute", "Output_2", "Zoom"))
     yield program
     for window in setup_windows(program):
@@ -70,7 +71,7 @@ def preview_rect(program, index, rows=None):
 
 
 def previews(program):
-    """Shown windows that are as wide as a preview and as high as one to three rows."""
+    """Visible windows that are as wide as a preview and as high as one to three rows."""
     sizes = [(geometry.PREVIEW_WIDTH, geometry.PREVIEW_ROW * rows) for rows in (1, 2, 3)]
     return [w.rect for w in program.shown_dialogs() if w.size in sizes]
 
@@ -89,14 +90,15 @@ def row_of(rect, row):
 
 
 def expect_rows_drawn(program, rect, rows, resolution):
-    """A grey frame, a separator above each row, in each row its number, its name, perhaps its resolution, a picture."""
+    """A grey frame, a separator above each row, and in each row its number, its name, perhaps its resolution, a
+    picture."""
     screen = program.desktop.screen
 
     def drawn():
         picture = screen.picture(rect)
         edges = [picture.at(rect.left, rect.top + 20), picture.at(rect.right - 1, rect.top + 20),
                  picture.at(rect.left + 60, rect.bottom - 1)]
-        # At their left end, because the item's caption lies over the middle of the first one.
+        # At their left end, because the item's caption covers the middle of the first one.
         lines = [picture.at(rect.left + 5, rect.top + 40 * row) for row in range(rows)]
         return all(rgb == EDGE for rgb in edges + lines)
     wait_until(drawn, f"frame and separators of {rect}")
@@ -128,11 +130,11 @@ def test_the_preview_lists_the_displays_of_the_selected_entry(machine, position)
         if ROWS[index]:
             rect = preview_rect(machine, index)
             expect_rows_drawn(machine, rect, ROWS[index], resolution=index != CLONE)
-            # The resolution and the lower half of the connector: the caption never hangs down so far.
+            # The resolution and the lower half of the connector: the caption never extends that far down.
             first = Rect(rect.left + 2, rect.top + 29, rect.right - 2, rect.top + 38)
             pictures[index] = machine.desktop.screen.picture(first).data
         machine.press("Output_2")
-    # Rows show what they should: the built-in screen first, except on the second screen alone.
+    # The rows' contents: the built-in screen comes first, except on the second screen alone.
     assert pictures[INTERNAL] == pictures[EXTEND] == pictures[DESK]
     assert pictures[EXTERNAL] != pictures[INTERNAL]
     expect_preview(machine, INTERNAL)
@@ -167,7 +169,7 @@ def test_an_entry_that_needs_setup_opens_the_program_and_stays(machine):
     expect_setup(machine, OUTPUT_CLASS)
     assert not machine.chosen("Output_2")
     expect_card(machine, "Output_2")
-    # The window belongs to the entry: both go when another function is taken.
+    # The window belongs to the entry: both disappear when another function is selected.
     machine.hold()
     machine.press("Mute")
     expect_card(machine, "Output_2", shown=False)
@@ -184,7 +186,7 @@ def test_display_settings_open_and_the_card_goes(machine):
     expect_setup(machine, CONFIG_CLASS)
     expect_card(machine, "Output_2", shown=False)
     assert not machine.chosen("Output_2")
-    # Unlike the other two this window is the user's own and stays.
+    # Unlike the other two, this window belongs to the user and stays.
     stays(lambda: setup_windows(machine, (CONFIG_CLASS,)), "the settings go with the card", 0.5)
 
 
@@ -214,7 +216,7 @@ def test_a_favourite_that_is_saved_is_offered_from_then_on(machine):
     expect_no_setup(machine)
     wait_until(lambda: machine.probe.get_value("HKCU", f"{FAVOURITES}\\1", "Text").decode("utf-16-le") == "Kitchen\0",
                "the favourite is kept under its name")
-    # The card is still there: away with it.
+    # The card is still open: close it.
     machine.hold()
     machine.press("Mute")
     expect_card(machine, "Output_2", shown=False)
@@ -236,7 +238,7 @@ def test_a_favourite_that_is_saved_is_offered_from_then_on(machine):
 
 
 def test_favourites_that_do_not_fit_the_screen_are_left_out(machine):
-    """Eighteen entries would be wider than the screen: the last favourites go, the current one stays."""
+    """Eighteen entries would be wider than the screen: the last favourites are omitted, the current one stays."""
     record = "HDMI 1".encode("utf-16-le").ljust(64, b"\0") + b"".join(n.to_bytes(4, "little") for n in (0, 1920, 1080))
     favourites = 16
     for number in range(favourites):

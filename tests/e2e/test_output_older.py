@@ -1,4 +1,4 @@
-"""The older display output: arrangements from two masks as circles, which are drawn smaller when there are many."""
+"""The older display output: arrangements from two masks as circles, which shrink if there are many."""
 import pytest
 from harness import geometry
 from harness.functions import sample
@@ -10,7 +10,7 @@ KEY = "Output"
 
 
 def open_card(program, mask, mask2, current, count):
-    """Opens the card; the rectangles of its items, the modifier held."""
+    """Opens the card; returns the rectangles of its items. The modifier is held."""
     program.offer(*sample("Mute", "Output", "Zoom"))
     program.machine(KEY, Items=mask, Items2=mask2, Item=current)
     program.start()
@@ -47,7 +47,7 @@ def test_arrangements_of_both_masks_are_offered_stepped_and_chosen(program):
     program.let_go()
     wait_until(lambda: program.chosen(KEY) == ["63"], lambda: f"{program.calls(KEY)}")
     assert program.machine_item(KEY) == 63
-    # From there on, round to the first.
+    # From there it wraps to the first.
     rects = show_card(program, 4)
     expect_selected(program, rects, 3)
     assert state_text(program, KEY) != before
@@ -55,7 +55,7 @@ def test_arrangements_of_both_masks_are_offered_stepped_and_chosen(program):
     expect_selected(program, rects, 0)
     program.let_go()
     wait_until(lambda: program.chosen(KEY) == ["63", "0"], lambda: f"{program.calls(KEY)}")
-    # Bits that mean nothing are left out, without a word.
+    # Unknown bits are ignored silently.
     program.machine(KEY, Items=0xFFF80001, Items2=0x7C000000)
     rects = show_card(program, 1)
     expect_selected(program, rects, 0)

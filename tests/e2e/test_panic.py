@@ -1,4 +1,4 @@
-"""A held output key brings a picture back: three seconds after the last key event, on a thread of its own."""
+"""A held output key restores a picture: three seconds after the last key event, on a thread of its own."""
 import datetime
 import time
 
@@ -20,7 +20,7 @@ def ready(program, function, **state):
 
 
 def panics(program, function):
-    """The calls of the panic export: for the older output, choices that are not made by the user's keys."""
+    """The calls of the panic export; for the older output, choices that were not made by the user's keys."""
     user = {call.thread for call in program.calls("Mute")}
     return [call for call in program.calls(function, PANIC[function][0]) if call.thread not in user]
 
@@ -30,7 +30,7 @@ def seconds(call):
 
 
 def key_down(program, key):
-    """Presses a key; the time just before."""
+    """Presses a key; returns the time just before."""
     seen = program.count_of("CZelMainDlg::handleHotkey", "LEAVE")
     begin = time.time()
     program.keyboard.down(key)
@@ -45,7 +45,7 @@ def key_up(program, key):
 
 
 def hold_and_open(program, function):
-    """Holds the modifier and the output key; the time just before the key."""
+    """Holds the modifier and the output key; returns the time just before the key."""
     program.hold()
     program.expect_strip()
     begin = key_down(program, program.key_of(function))
@@ -63,7 +63,7 @@ def test_a_held_key_panics_once_after_three_seconds_on_another_thread(program, f
     waited = seconds(call) - begin
     assert HELD - 0.1 <= waited < HELD + 5, waited
     assert call.result == 0
-    # The older output's is the choice of its first arrangement.
+    # For the older output, it is the choice of the first arrangement.
     assert call.arguments == ("1" if function == "Output" else call.arguments)
     assert call.thread not in {other.thread for other in program.calls() if other != call}
     # Once, however long the key is held.
@@ -88,7 +88,7 @@ def test_another_key_event_within_three_seconds_prevents_it(program, function):
     program.press("Mute")
     stays(lambda: not panics(program, function), "it panics after another key", HELD + 0.5)
     key_up(program, key)
-    # The release of the modifier, which applies the choice. The time before does not count any more.
+    # The release of the modifier, which applies the choice. The time before it does not count.
     key_down(program, key)
     time.sleep(1)
     program.let_go()
@@ -111,9 +111,10 @@ def test_a_further_press_starts_the_three_seconds_anew(program):
 
 @BOTH
 def test_a_slow_panic_holds_nothing_up(program, function):
-    """While the plug-in takes its time, cards come and go; when the program ends, it is cut off after the wait."""
+    """While the plug-in is busy, cards open and close; when the program ends, the thread is terminated after the
+    wait."""
     export, timer = PANIC[function]
-    # Much longer than the rest of the test takes, however busy the machine is.
+    # Much longer than the rest of the test takes, even on a busy machine.
     ready(program, function, **{f"{export}__Delay": 60000})
     hold_and_open(program, function)
     wait_until(lambda: program.count_of(timer, "LEAVE"), "the three seconds are over", HELD + 10)
@@ -131,7 +132,7 @@ def test_a_slow_panic_holds_nothing_up(program, function):
     assert not panics(program, function), f"the call has come back: {worked:.1f} s"
     program.end()
     took = time.monotonic() - began - worked
-    # The wait is one second, or two; the rest is what an end takes on a busy machine.
+    # The wait is one or two seconds; the rest is the time of shutdown on a busy machine.
     assert took < (1 if function == "Output_2" else 2) + 5, f"{took:.1f} s for the end"
     assert not panics(program, function), "the call was cut off"
     assert program.log_texts()[-1] == "LEAVE CZelMainApp::ExitInstance"

@@ -1,4 +1,4 @@
-"""Where everything stands: window rectangles against plain arithmetic, and what can be seen on the screen."""
+"""Window rectangles against plain arithmetic, and what is visible on the screen."""
 import pytest
 from harness import geometry
 from harness.desktop import DIALOG_CLASS, STRIP_CLASS
@@ -20,7 +20,7 @@ def test_the_strip_stands_where_the_formulas_say(program, count):
     ratio = geometry.ratio(area, count)
     width = (area.right - area.left) * 0.85 / count
     assert f"Card width:{width:f}, Ratio:{ratio:f}" in program.log_texts()
-    # Any value but 0 is the bottom edge. The running program follows.
+    # Any value but 0 means the bottom edge. The running program follows.
     for position in (0, 1, 7, 0):
         program.change("Position", position)
         strip = geometry.strip(area, count, bottom=position != 0)
@@ -69,7 +69,7 @@ def test_card_and_items_stand_where_the_formulas_say(program, count, index, item
     rects = item_rects(program, wanted, items)
     for rect in rects:
         wait_until(lambda: program.shown_with(rect), lambda: f"an item at {rect}: {program.shown_dialogs()}")
-    # What the formulas come to for a row that has no place under its card; truncation takes at most a pixel.
+    # What the formulas yield for a row that does not fit under its card; truncation takes at most a pixel.
     area = program.desktop.work_area()
     if (count, index, items) in [(10, 0, 5)]:
         overhang = geometry.overhang(rects[0].right - rects[0].left)
@@ -144,7 +144,7 @@ def test_card_and_items_can_be_seen_and_are_gone_afterwards(program, position):
     for rect in rects:
         middle = Rect(rect.left + 20, rect.top + 20, rect.right - 20, rect.bottom - 20)
         wait_until(lambda: not screen.picture(middle).is_plain(middle), f"an item is drawn at {rect}")
-        # Round: its corners show what is behind.
+        # Round: the background is visible at its corners.
         corner = Rect(rect.left, rect.top, rect.left + 4, rect.top + 4)
         assert screen.picture(corner).is_plain(corner), rect
     program.let_go()

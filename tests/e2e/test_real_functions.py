@@ -1,16 +1,16 @@
-"""Plug-ins of real machines: what they do as far as it can be seen here, with real keys."""
+"""Plug-ins for real machines: their observable effects, with real keys."""
 from harness import places
 from harness.functions import sample
 from harness.waiting import wait_until
 
 KEY_DOWN, KEY_UP = 0x100, 0x101
 VK_J, VK_NUMPAD1, VK_UP, VK_LEFT = 0x4A, 0x61, 0x26, 0x25
-# The modifier, and the key by which the harness sees that keys arrive.
+# The modifier, and the key by which the harness detects that keys arrive.
 NOT_TYPED = (0x11, 0x91)
 
 
 def offer_real(program, *names):
-    """The functions of the sample with the plug-ins of real machines."""
+    """The functions of the sample list with the plug-ins for real machines."""
     program.offer(*(function._replace(plugin=places.windows_path(program.stage / "plugins" / f"Win{function.name}.dll"))
                     for function in sample(*names)))
 
@@ -24,7 +24,7 @@ def choose_next(program, name):
 
 
 def typed(program, key, count=2):
-    """The key messages that the other program gets for one press, the modifier's left out."""
+    """The key messages that the other program gets for one press, without the modifier's."""
     window = program.desktop.window
     program.probe.received(window)
     program.keyboard.press(key)
@@ -43,7 +43,7 @@ def pair(key):
 
 
 def becomes(program, key, expected):
-    """The choice is applied a moment after the modifier is up; presses until then are as before."""
+    """The choice is applied a moment after the modifier's release; until then, keys behave as before."""
     wait_until(lambda: typed(program, key) == pair(expected), f"{key} becomes {expected:#x}")
 
 

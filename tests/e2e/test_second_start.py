@@ -1,4 +1,4 @@
-"""What becomes of a further start, whatever state the first program is in."""
+"""The effect of another start in every state of the first program."""
 import time
 
 import pytest
@@ -27,7 +27,7 @@ def test_hidden_or_shown_the_first_answers_once_and_the_second_ends(program, at_
         assert texts.count("Need to hide main UI when lost focus.") == lost_focus
         assert STRIP_IS_A_WINDOW not in texts
         assert first.poll() is None and program.strip().hwnd == strip
-        # At launch or not: what was shown is hidden in the end, and what shows by itself hides by itself.
+        # At launch or not: what was visible is hidden in the end, and what appears automatically hides automatically.
         if not (at_launch and not shown):
             program.expect_strip(shown=False)
         elif lost_focus:
@@ -41,7 +41,7 @@ def test_hidden_or_shown_the_first_answers_once_and_the_second_ends(program, at_
 
 @pytest.mark.parametrize("lost_focus", [0, 1])
 def test_the_first_hears_exactly_one_message(program, lost_focus):
-    """The first is played by a window of the same name, and the mutex is held."""
+    """A window of the same name plays the first instance, and the mutex is held."""
     program.configure(HideMainUIWhenLostFocus=lost_focus)
     program.probe.hold("mutex", MUTEX)
     frame = program.probe.make_window(cls=FRAME_CLASS, title=FRAME_TITLE)
@@ -56,7 +56,7 @@ def test_the_first_hears_exactly_one_message(program, lost_focus):
         wait_until(ended, "the second start has ended", 20)
         seen.extend(entry for entry in program.probe.received(frame) if entry[0] == SHOW_OR_FLASH)
         assert seen == [(SHOW_OR_FLASH, 0, 0)]
-        # There is no strip; that is noted, not minded.
+        # There is no strip; this is only logged.
         assert program.log_texts().count(STRIP_IS_A_WINDOW) == lost_focus
     finally:
         program.probe.destroy(frame)
@@ -87,7 +87,7 @@ def test_a_start_that_outlives_the_ending_first_takes_its_place(program):
         wait_until(lambda: process.poll() is not None or program.is_up(), "it ends, or takes over", 20)
         if process.poll() is None:
             break
-        # It looked a second time before this slow test had let go of the mutex.
+        # It checked a second time before this slow test had released the mutex.
         assert "Mutex really exists." in program.log_texts()
     assert program.is_up()
     assert "Mutex really exists." not in program.log_texts()
@@ -106,7 +106,7 @@ def test_of_twenty_starts_at_once_exactly_one_stays(program):
     assert took < allowed(6)
     wait_until(program.is_up, "the one is up", 20)
     assert [process.poll() for process in processes].count(None) == 1
-    # Quietly: nothing is shown but, for half a second, the strip of the one that stayed.
+    # Without visible effect, except that the strip of the remaining one shows for half a second.
     ours = [w for w in program.probe.windows() if w.cls in (FRAME_CLASS, STRIP_CLASS, DIALOG_CLASS)]
     assert {w.pid for w in ours} == {program.pid}
     assert program.probe.processes("Fenwyn.exe") == [program.pid]

@@ -40,7 +40,7 @@ def test_a_key_of_the_user_hides_the_machines_first_five_settings(program):
     program.offer("Mute")
     program.probe.set_dword("HKCU", CONFIG, "Topmost", 1)
     program.start()
-    # Neither "Position" nor "Disable" of the machine counts.
+    # Neither "Position" nor "Disable" of the machine applies.
     program.hold()
     program.expect_strip()
     assert program.strip().rect == geometry.strip(program.desktop.work_area(), 1)
@@ -55,7 +55,7 @@ def test_ignore_fn_key_leaves_the_modifier_alone(program):
     program.press("Mute")
     expect_card(program, "Mute")
     program.let_go()
-    # The modifier's break is not for the cards either.
+    # The cards ignore the modifier's break too.
     stays(lambda: program.shown_with(large_card_of(program, "Mute")), "the card went away")
     assert not program.chosen("Mute")
     assert "Error Code: 0x80004001" in texts_from(program, "CZelMainDlg::handleHotkey")
@@ -85,7 +85,7 @@ def test_auto_hide_waits_for_its_delay_and_a_press_disarms_it(program):
     program.hold()
     program.press("Zoom")
     stays(lambda: not program.chosen("Zoom"), "applied too early", 0.9)
-    # Held down: the timer that the release armed is off until the next release.
+    # Held down: the timer that the release armed is stopped until the next release.
     program.keyboard.down("F1")
     stays(lambda: not program.chosen("Zoom"), "applied while a key is down", 1.8)
     program.keyboard.up("F1")

@@ -26,7 +26,7 @@ def is_grey(rgb):
 
 
 def heard(program):
-    """The levels that the plug-in was told."""
+    """The levels that the plug-in received."""
     return [int(call.arguments) for call in program.calls("Brightness", "FocusItem")]
 
 
@@ -36,7 +36,7 @@ def slider_rect(program):
 
 
 def open_slider(program, *others, position=0, level=5):
-    """The card of brightness with its slider, the modifier held. A first press shows and changes nothing."""
+    """The card of brightness with its slider, the modifier held. A first press only shows it."""
     if position:
         program.configure(Position=position)
     # The others have codes that no key of these tests has.
@@ -81,7 +81,7 @@ def seen_thumb(program):
 
 
 def expect_pixels(program):
-    """The slider fills its window in shades of grey, and not a pixel of the colour key is to be seen around it."""
+    """The slider fills its window in shades of grey, and no pixel of the colour key is visible around it."""
     rect = slider_rect(program)
     around = Rect(rect.left - 60, rect.top - 40, rect.right + 60, rect.bottom + 40)
     screen = program.desktop.screen
@@ -118,7 +118,7 @@ def test_keys_step_the_slider_and_the_text_follows(program, position, others):
     assert rect.left < places[2][0] and rect.right - 15 <= places[2][1] <= rect.right
     expect_pixels(program)
     program.let_go()
-    # The keys' release is a choice of its own, of no level.
+    # Releasing the keys sends a choice without a level.
     wait_until(lambda: heard(program) == [9, 10, 9, -1], lambda: f"levels: {heard(program)}")
     assert program.machine_item("Brightness") == 9
     expect_card(program, "Brightness", shown=False)
@@ -159,7 +159,7 @@ def test_the_mouse_drags_the_slider_through_all_levels(program, position, others
     assert heard(program) == [6, *way], heard(program)
     wait_until(lambda: state_text(program, "Brightness") != start, "the text follows")
     expect_card(program, "Brightness")
-    # The keys go on from there.
+    # The keys continue from there.
     press(program, UP)
     wait_until(lambda: heard(program)[-1] == 2, lambda: f"from 1 to 2: {heard(program)}")
     program.let_go()
@@ -190,7 +190,7 @@ def test_a_level_that_the_plugin_refuses_moves_nothing(program):
     assert "ERR CBlackCard::executeFunx: Error Code: 0x80004005" in [line.short for line in program.log()]
     assert seen_thumb(program) == before, "the slider tells the level that the machine has"
     assert state_text(program, "Brightness") == text
-    # The refusal was for once.
+    # Only one call was to fail.
     program.machine("Brightness", FocusItem__Result=0)
     press(program, UP)
     wait_until(lambda: program.machine_item("Brightness") == 6, "the same level is asked for again, and taken")

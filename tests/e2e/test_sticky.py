@@ -1,4 +1,4 @@
-"""A modifier that a tap latches, for a person who cannot hold two keys."""
+"""A modifier that a tap latches, for people who cannot hold two keys."""
 import subprocess
 
 import pytest
@@ -103,7 +103,7 @@ def test_the_message_of_the_utility_releases_the_latch(latching):
     program.probe.post(utility(program).hwnd, program.probe.register_message(CANCEL))
     expect_latch(program, False)
     program.expect_strip(shown=False)
-    # What comes when nothing is latched is nothing.
+    # Cancelling has no effect while nothing is latched.
     program.probe.post(utility(program).hwnd, program.probe.register_message(CANCEL))
     program.expect_strip_stays(False, 0.2)
     program.keyboard.press("F2")

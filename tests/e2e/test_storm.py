@@ -1,4 +1,4 @@
-"""Everything at once, in random order: the program stands it, and is afterwards what it was before."""
+"""Everything at once, in random order: the program survives it and is unchanged afterwards."""
 import os
 import random
 import time
@@ -72,23 +72,24 @@ def at_rest(program):
 
 
 def settle(program):
-    """Back to rest: nothing pressed, the first settings, the cards made anew."""
+    """Back to rest: nothing pressed, the first settings, the cards rebuilt."""
     program.keyboard.release_all()
     program.keyboard.up(MODIFIER)
     program.keyboard.move(*mouse.away(program))
     program.configure(Programmable=1, EnableHover=1, MouseEnterIdle=30)
     program.probe.delete_key("HKLM", f"{SETTING}\\9")
     program.probe.focus(program.desktop.window)
-    # Posted: what is sent would overtake the storm.
+    # Posted, because sent messages would overtake the storm.
     program.probe.post(program.frame().hwnd, RELOAD)
     quiet_since = [time.monotonic()]
 
     def calm():
-        # What is still on its way shows within this time: a flash, the last settings, the last keys.
+        # Pending effects appear within this time: a flash, the last settings, the last keys.
         if not at_rest(program):
             quiet_since[0] = time.monotonic()
         if program.strip_shown():
-            # A mouse that jumped off the cards before it was noticed there has not left them. This one leaves.
+            # A mouse that jumped off the cards before it was noticed there does not count as leaving them; this one
+            # does.
             program.keyboard.move(*mouse.middle(mouse.card_picture(program, 0)))
             program.keyboard.move(*mouse.away(program))
         return time.monotonic() - quiet_since[0] > 0.8
@@ -98,7 +99,7 @@ def settle(program):
 
 
 def windows_of(program):
-    """Its windows by class; pictures apart, which are made when they are first painted."""
+    """Its windows by class, except pictures, which are created when they are first painted."""
     windows = program.windows()
     assert sum(w.cls.startswith(LAYERED_PREFIX) for w in windows) <= 2, f"more than the strips' pictures: {windows}"
     return Counter(w.cls for w in windows if not w.cls.startswith(LAYERED_PREFIX))
@@ -117,7 +118,7 @@ def test_a_storm_of_messages_keys_and_mouse_leaves_everything_as_it_was(program)
     process = program.start()
     storm = Storm(program, seed)
     counts, windows = [], []
-    # Fonts and the like are made once and kept; a leak grows with every storm.
+    # Fonts and the like are created once and kept; a leak grows with every storm.
     while len(counts) < 2 or any(counts[-1][kind] > counts[-2][kind] for kind in counts[-1]):
         assert len(counts) < STORMS, f"handles grow from storm to storm: {counts}"
         storm.blow()
@@ -127,7 +128,7 @@ def test_a_storm_of_messages_keys_and_mouse_leaves_everything_as_it_was(program)
     assert windows[-1] == windows[-2], f"windows are left over: {windows[-1] - windows[-2]}"
     assert process.poll() is None
     assert program.strip().rect == geometry.strip(program.desktop.work_area(), 3)
-    # And it works as on the first day.
+    # It works as at the beginning.
     program.keyboard.down(MODIFIER)
     program.expect_strip()
     program.machine("Zoom", Item=0)

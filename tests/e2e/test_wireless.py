@@ -53,7 +53,7 @@ def test_devices_are_switched_and_the_card_follows(program):
 def test_all_fifteen_states_are_offered_and_chosen_by_their_numbers(program):
     ready(program, Items=0x7FFF, Fitted=0x3F)
     chosen = []
-    # The last one stands selected; presses lead from the first on.
+    # The last one is selected; presses start with the first.
     for presses, state in ((0, 14), (1, 0), (13, 12), (14, 13)):
         show_card(program)
         expect_selected(program, "Wireless", ALL_STATES, 14)
@@ -82,18 +82,18 @@ def is_black(rgb):
 
 
 def is_screen(rgb):
-    """The screen, seen through windows that are all but transparent."""
+    """The screen, seen through nearly transparent windows."""
     return all(abs(a - b) <= 3 for a, b in zip(rgb, BACKGROUND))
 
 
 def expect_notice_pixels(program, rect):
-    """White letters, each with a black outline, on nothing: between them the screen is seen."""
+    """White letters, each with a black outline, on a transparent background: the screen is visible between them."""
     screen = program.desktop.screen
     wait_until(lambda: screen.picture(rect).share_of(rect, is_white) > 0.02, "white letters")
     picture = screen.picture(rect)
     assert picture.share_of(rect, is_black) > 0.02, "black outlines"
     assert picture.share_of(rect, is_screen) > 0.2, "the screen between them"
-    # Nowhere does white touch the screen itself.
+    # White never touches the screen itself.
     for y in range(rect.top, rect.bottom):
         row = [picture.at(x, y) for x in range(rect.left, rect.right)]
         for left, right in zip(row, row[1:]):

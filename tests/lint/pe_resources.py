@@ -1,4 +1,4 @@
-"""Reads the resources of a Windows executable: enough of the format for the lint tests, without any package."""
+"""Reads the resources of a Windows executable: as much of the format as the lint tests need, without any package."""
 import struct
 from pathlib import Path
 
@@ -45,7 +45,7 @@ def read(path):
 
 
 def strings(resources):
-    """{language: {id: text}} of every string table; absent and empty texts are left out, as the loader does."""
+    """{language: {id: text}} of every string table; absent and empty texts are omitted, as the loader does."""
     tables = {}
     for (kind, block, language), data in resources.items():
         if kind != STRING:

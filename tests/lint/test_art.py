@@ -22,27 +22,28 @@ BUILD = Path(os.environ.get("FENWYN_BUILD", ROOT / "build"))
 STAGE = Path(os.environ.get("FENWYN_STAGE", BUILD / "stage"))
 ROWS = render.read_table()
 
-# Rows of a card picture that hold neither glyph nor anything else bright: the caption is drawn there, in the strip at the
-# top of the screen from row 11, at the bottom from row 5, sixteen rows high. The strip shows rows 6-64 or 0-58.
+# The rows of a card picture that may contain the glyph or anything else bright. The caption is drawn outside them: in
+# the strip at the top of the screen from row 11, at the bottom from row 5, sixteen rows high. The strip shows rows 6-64
+# or 0-58.
 CARD_GLYPH_ROWS = range(28, 58)
 # On the enlarged card three lines of description end above these rows, and the field of the status begins below them.
 LARGE_GLYPH_ROWS = range(70, 92)
 BRIGHT = 120
-# The card whose edge is the hover strip's picture, too.
+# The card whose edge is also the hover strip's picture.
 HOVER_STRIP = 131
-# Mean difference of the colour channels, 0 to 255, below which two pictures look alike. The closest that are meant to
-# differ are two flat connectors (1.7) and pairs of displays with one name exchanged (2.6).
+# Mean difference of the colour channels, 0 to 255, below which two pictures look alike. The closest intentionally
+# different ones are two flat connectors (1.7) and pairs of displays with one name exchanged (2.6).
 LOOKS_ALIKE = 1.5
 
 
 class Png:
-    """A decoded picture; raises ValueError for anything but a sound 8-bit PNG with alpha."""
+    """A decoded picture; raises ValueError for anything but a valid 8-bit PNG with alpha."""
 
     def __init__(self, data):
         self.width, self.height, self.rows = scaling.read_png(data)
 
     def bright_rows(self, margin):
-        """Rows with a bright, opaque pixel, `margin` pixels from the left and right edge left aside."""
+        """Rows with a bright, opaque pixel, ignoring `margin` pixels at the left and right edge."""
         for y, row in enumerate(self.rows):
             pixels = range(margin * 4, (self.width - margin) * 4, 4)
             if any(row[i + 3] > 200 and max(row[i:i + 3]) > BRIGHT for i in pixels):
@@ -144,7 +145,7 @@ def test_no_two_pictures_of_a_kind_look_alike(pictures, kind):
     rows = of_kind(kind)
     glyph = {"card": CARD_GLYPH_ROWS, "large-card": LARGE_GLYPH_ROWS}.get(kind, range(drawing.PIXELS[kind][1]))
     small = {row["id"]: pictures[row["id"]].thumbnail(glyph) for row in rows}
-    # Averages differ less than what they are made of: most pairs are told apart by a few coarse blocks.
+    # Averages differ less than their pixels: a few coarse blocks distinguish most pairs.
     coarse = {row["id"]: pictures[row["id"]].thumbnail(glyph, 20) for row in rows}
 
     def difference(pictures, row, other):
@@ -159,12 +160,12 @@ def test_no_two_pictures_of_a_kind_look_alike(pictures, kind):
     assert sorted(alike) == []
 
 
-# The image ratios that the contact sheet shows, without those at which a small item has only a few pixels.
+# The image ratios of the contact sheet, without those at which a small item has only a few pixels.
 RATIOS = (.6, .8, 1, 1.25)
-# The opacity with which the program lays its pictures over the screen, and wallpapers as linear light.
+# The opacity of the program's pictures, and wallpapers as linear light.
 OPACITY = 220 / 255
 WALLPAPERS = {"white": 1.0, "black": 0.0, "photograph": .18}
-# The least ratio at which a line is seen without effort, and letters are read (WCAG 2, graphics and texts).
+# The minimum contrast of graphics and of texts (WCAG 2).
 SEEN, READ = 3, 4.5
 
 
@@ -173,9 +174,9 @@ def contrast(one, other):
 
 
 def luminances(picture, wallpaper):
-    """Rows of the relative luminance of each pixel, as it is seen on a wallpaper."""
+    """Rows of the relative luminance of each pixel as seen on a wallpaper."""
     def seen(red, green, blue, alpha):
-        # The screen is blended in its own, not in linear light.
+        # The screen blends in its own colour space, not in linear light.
         colour = .2126 * red + .7152 * green + .0722 * blue
         mixed = (colour / alpha if alpha else 0) ** (1 / 2.2) * alpha * OPACITY
         return (mixed + wallpaper ** (1 / 2.2) * (1 - alpha * OPACITY)) ** 2.2
@@ -183,7 +184,7 @@ def luminances(picture, wallpaper):
 
 
 def at_ratio(png, ratio, kind):
-    """The picture as the program shows it, by the formulas of the item windows and of the strip."""
+    """The picture as the program shows it, using the formulas of the item windows and of the strip."""
     picture = scaling.from_bytes(png.rows)
     if kind == "card":
         return scaling.scale(picture[6:], int(96 * ratio), int(int(96 * ratio) * .615))
@@ -192,7 +193,7 @@ def at_ratio(png, ratio, kind):
 
 
 def along_radius(seen):
-    """The mean luminance on circles around the centre, each a pixel smaller, from the edge half of the way inwards."""
+    """The mean luminance on circles around the centre, each a pixel smaller, from the edge half way inwards."""
     size = len(seen)
     for step in range(size // 4):
         values = []
@@ -211,13 +212,13 @@ def test_the_ring_of_the_chosen_item_is_seen_on_any_wallpaper(pictures, wallpape
     ring = radius.index(max(radius[:len(radius) // 2 + 1]))
     inside = min(radius[ring:])
     assert contrast(radius[ring], inside) > SEEN, "the ring against the disc"
-    # Outside it, either the wallpaper is dark itself or the dark line is.
+    # Outside the ring, either the wallpaper is dark or the dark line is.
     assert contrast(radius[ring], min(radius[:ring] + [WALLPAPERS[wallpaper]])) > SEEN, "the ring against what is around it"
 
 
 @pytest.mark.parametrize("ratio", RATIOS)
 def test_the_chosen_item_is_told_without_colour_and_without_size(pictures, ratio):
-    """The other picture, brought to the same size, has a ring that is less than half as bright or as broad."""
+    """The other picture, scaled to the same size, has a ring that is less than half as bright or as broad."""
     width = int(72 * ratio)
 
     def light_of_ring(picture):
@@ -229,7 +230,8 @@ def test_the_chosen_item_is_told_without_colour_and_without_size(pictures, ratio
 
 @pytest.mark.parametrize("kind,ratio", [("card", .45), ("item", .6)])
 def test_lines_keep_their_contrast_when_the_picture_is_small(pictures, kind, ratio):
-    """The item that is not chosen has 21 pixels at this ratio: too few for letters, so that names need only be seen."""
+    """The item that is not chosen has 21 pixels at this ratio: too few for letters, so names only need to be
+    visible."""
     faint = []
     for row in of_kind(kind):
         if row["tone"] == "off":
@@ -244,9 +246,9 @@ def test_lines_keep_their_contrast_when_the_picture_is_small(pictures, kind, rat
 
 
 def test_glyphs_look_centred_in_their_ring(pictures):
-    """Half-way between the middle of their outline and the middle of their weight lies the middle of the picture.
+    """The picture's centre is half-way between the centre of the glyph's outline and its centre of weight.
 
-    Plates with names are as wide as the ring allows and of two tones; they stand by their outline.
+    Plates with names are as wide as the ring allows and two-toned; they are centred by their outline.
     """
     aside = {}
     for row in of_kind("item"):
@@ -285,7 +287,7 @@ def test_what_is_off_is_lighter_than_its_slash(pictures, kind):
 @pytest.mark.parametrize("wallpaper", WALLPAPERS)
 @pytest.mark.parametrize("place,rows", [("top", range(61, 65)), ("bottom", range(4))])
 def test_the_hover_strip_is_seen_on_any_wallpaper(pictures, wallpaper, place, rows):
-    """Four rows of the edge of one card are all that is shown of it."""
+    """Only four rows of the edge of one card are shown."""
     picture = scaling.from_bytes(pictures[HOVER_STRIP].rows)
     for ratio in RATIOS:
         strip = scaling.scale([picture[row] for row in rows], int(96 * ratio), 4)
@@ -302,7 +304,7 @@ def test_scaling_is_by_area_in_linear_light_with_premultiplied_alpha():
         return tuple(scaling.to_bytes(scaling.scale(scaling.from_bytes([b"".join(pixels)]), 1, 1))[0])
     assert one_pixel(white, black) == (188, 188, 188, 255), "half of the light, not half of the number"
     assert one_pixel(white, clear) == (255, 255, 255, 128), "the colour of a clear pixel does not count"
-    # Three pixels onto two: the one in the middle is shared.
+    # Three pixels scaled to two: the middle one is shared.
     row, = scaling.to_bytes(scaling.scale(scaling.from_bytes([white + white + black]), 2, 1))
     assert row[0] == 255 and row[4] == 156
     for pixels in (white, black, b"\x80\x40\x20\xc8"):

@@ -13,23 +13,23 @@ BUILD = Path(os.environ.get("FENWYN_BUILD", ROOT / "build"))
 STAGE = Path(os.environ.get("FENWYN_STAGE", BUILD / "stage"))
 
 DEFINE = re.compile(r"^#define (\w+)\s+(\d+)\b", re.M)
-# {language: its number}, as the list that all programs include says.
+# {language: its number}, from the list that all programs include.
 LANGUAGES = {language: int(number, 16) for language, number in re.findall(
     r"^#include <strings/(\w+)\.rc> +// (0x[0-9a-fA-F]+)$", (RES / "Languages.rc").read_text(encoding="utf-8"), re.M)}
 # Every program with texts: the folder of its resources.
 TEXT_FOLDERS = ["src/res", "companions/OutputSetup"]
 # Under a card 96 pixels wide a description fits on three lines at most.
 LONGEST_DESCRIPTION = 28
-# Alternatives that the two languages would name alike; anything else with one text was forgotten by a translator.
+# Texts that are the same in both languages; any other identical text was forgotten by a translator.
 SAME_IN_EVERY_LANGUAGE = re.compile(r"IDS_OUTPUT_(LCD|CRT|DVI|HDMI|DP|TV)$|IDS_WIRELESS_ARROW$|IDS_ZOOM_NORMAL$")
 
 WS_POPUP, WS_SYSMENU, DS_SETFONT, DS_FIXEDSYS, WS_EX_TOOLWINDOW = 0x80000000, 0x80000, 0x40, 0x8, 0x80
 WS_CHILD_VISIBLE_TABSTOP, TBS_BOTH_NOTICKS = 0x50010000, 0x18
 BORDERLESS = WS_POPUP | DS_SETFONT | DS_FIXEDSYS
-# The resource compiler writes class names in capitals; Windows finds classes whatever the case.
+# The resource compiler writes class names in capitals; Windows ignores their case.
 STRIP_CLASS = "ZelMainDlgCls_A4E19C07-6B3D-4D52-8F0A-91C3E57D2B68".upper()
 
-# Dialog -> (style, extended style, window class, size where it counts).
+# Dialog -> (style, extended style, window class, size where it matters).
 DIALOGS = {
     "IDD_CARD_STRIP": (BORDERLESS, WS_EX_TOOLWINDOW, STRIP_CLASS, None),
     "IDD_LARGE_CARD": (BORDERLESS, 0, "", None),
@@ -46,12 +46,12 @@ def defines(name):
     return {key: int(value) for key, value in DEFINE.findall((RES / name).read_text(encoding="utf-8"))}
 
 
-# Bases are the first number of a range, not texts of their own.
+# Bases are the first number of a range, not texts.
 TEXTS = {name: value for name, value in defines("StringIds.h").items() if not name.endswith("_BASE")}
 
 
 def source_texts(language):
-    """{id name: text} as the string table's source says it."""
+    """{id name: text} as in the source of the string table."""
     source = (RES / "strings" / f"{language}.rc").read_text(encoding="utf-8")
     return dict(re.findall(r'^\s+(IDS_\w+),\s+"(.*)"$', source, re.M))
 
@@ -102,7 +102,7 @@ def test_no_text_was_left_in_the_other_language():
 @pytest.mark.parametrize("language", LANGUAGES)
 def test_items_that_stand_side_by_side_differ(language):
     texts = source_texts(language)
-    # The numbers of one function's texts share their tens; the display outputs fill several tens.
+    # The ids of one function's texts share their tens; the display outputs use several tens.
     groups = {}
     for name, text in texts.items():
         group = TEXTS[name] // 10 if not 310 <= TEXTS[name] <= 376 else "outputs"

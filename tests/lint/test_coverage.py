@@ -1,4 +1,4 @@
-"""tests/coverage.md says which tests hold which behaviour: what it names exists, and in a whole run it ran."""
+"""tests/coverage.md says which tests cover which behaviour: the tests it names exist, and ran in a complete run."""
 import collections
 import os
 import pathlib
@@ -10,7 +10,7 @@ import pytest
 import tree
 
 PAGE = "tests/coverage.md"
-# No behaviour gets lost: this many were on the page when it was written. Rows may be added, and the number with them.
+# No behaviour may get lost: the number of rows on the page. Add to it with new rows.
 ROWS = 119
 GTEST = re.compile(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", re.M)
 PYTEST = re.compile(r"^def (test_\w+)\(", re.M)
@@ -28,7 +28,7 @@ def rows_of(text):
 
 
 def names_in(path, text):
-    """Names of the tests that a source holds, as the page writes them."""
+    """Names of the tests in a source, as the page writes them."""
     if path.endswith(".py"):
         return {f"{posixpath.basename(path)}::{name}" for name in PYTEST.findall(text)}
     return {f"{suite}.{name}" for suite, name in GTEST.findall(text)}

@@ -6,7 +6,7 @@ import subprocess
 import tree
 
 LINK = re.compile(r"\[[^\]]*\]\(([^)\s]+)\)")
-# `tools/x`, `docs/x.md`, ... in backquotes are promises too.
+# `tools/x`, `docs/x.md`, ... in backquotes must exist too.
 QUOTED = re.compile(r"`((?:tools|docs|src|framework|companions|plugins|tests|cmake|installer|bench|art)/[\w./-]+)")
 
 

@@ -1,4 +1,4 @@
-"""What several programs must agree on is written once: everybody else includes the header that says it."""
+"""Facts that several programs share are written once; everybody else includes that header."""
 import re
 
 import pytest
@@ -7,7 +7,7 @@ import tree
 REGISTRY = "companions/include/FenwynRegistry.h"
 OUTPUT_SETUP = "companions/OutputSetup/include/OutputSetup.h"
 
-# What is written -> the one file of the program, its companions and its plug-ins that writes it.
+# Fact -> the one file of the program, its companions and its plug-ins that contains it.
 FACTS = {
     r'L"SOFTWARE': REGISTRY,
     r'L"InstallPath"': REGISTRY,
@@ -16,7 +16,7 @@ FACTS = {
     r'L"\\\\OutputConf': OUTPUT_SETUP,
     r"WM_USER \+ 101|0x0?465": None,  # see below
 }
-# The strip's message of key events has the same number as the one that closes the display-configuration program.
+# The strip's message for key events has the same number as the one that closes the display-configuration program.
 NUMBER_0X465 = {OUTPUT_SETUP, "src/ZelMain.h", "src/Messages.h"}
 
 

@@ -1,6 +1,6 @@
-"""Who may include whose headers. Dependencies point one way: UI -> Logic -> Data -> common, UI -> framework; companions and
-plug-ins are reached through their published headers only, and see nothing of the program. docs/architecture.md shows the
-same table."""
+"""Who may include whose headers. Dependencies point one way: UI -> Logic -> Data -> common. Companions and plug-ins are
+reached through their published headers only, and use nothing of the program but common and res. docs/architecture.md
+shows the same table."""
 import posixpath
 import re
 
@@ -9,9 +9,9 @@ import tree
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*"([^"]+)"', re.M)
 
-# A part of the tree -> the parts whose headers it may include beside its own. A file belongs to the part with the longest
-# name that its path begins with; "src" itself is the application object and the entry point. A part that says "include" is
-# what its neighbour publishes. Some parts are still to come.
+# A part of the tree -> the parts whose headers it may include in addition to its own. A file belongs to the part with
+# the longest name that its path begins with; "src" itself is the application object and the entry point. A part named
+# "include" is what its neighbour publishes. Some parts do not exist yet.
 PARTS = {
     "framework": [],
     "src/common": [],
@@ -43,18 +43,18 @@ PARTS = {
     "installer": ["companions/include", "src/res"],
 }
 
-# Where the design makes two parts know each other although the table points the other way. (from, to): why. They are tied
-# in sources: a header declares the class and does without the include.
+# Includes against the direction of the table. (from, to): why. Allowed in sources only: a header uses a forward
+# declaration instead.
 KNOTS = {
     ("src/Logic/FuncX", "src/UI/ItemDlg"): "a function makes its card's item windows",
     ("src/Logic", "src"): "the application object's services",
     ("src/UI", "src"): "the application object's services",
 }
 
-# These see everything, but what they include has to be there as well.
+# These may include everything, but the files must exist.
 FREE = ("tests", "bench", "cmake")
 
-# The compiler finds headers by these, beside the including file's own folder and that of its part.
+# The compiler finds headers in these folders, in the including file's own folder and in that of its part.
 FOLDERS = ["", "src", "src/res", "framework/include", "plugins/sdk"]
 
 
@@ -67,7 +67,7 @@ def sources():
 
 
 def part(path):
-    """The part that a file belongs to; None for what is in none."""
+    """The part that a file belongs to; None if there is none."""
     return max((name for name in PARTS if inside(path, name)), key=len, default=None)
 
 
@@ -75,7 +75,7 @@ def folders(includer, known):
     own = part(includer)
     found = FOLDERS + sorted({path[:path.index("/include/") + 8] for path in known if "/include/" in path})
     if own is not None:
-        # Of "plugins/sdk/check" the folder itself, of "companions/hotkey/include" that of the neighbour, too.
+        # For "plugins/sdk/check" the folder itself, for "companions/hotkey/include" also that of the neighbour.
         found += [own, posixpath.dirname(own)]
     else:
         found += ["tests", "tests/unit"] + sorted({posixpath.dirname(path) for path in known})
@@ -83,7 +83,7 @@ def folders(includer, known):
 
 
 def resolve(includer, name, known):
-    """The file that an include names, or None when there is none that the including file can see."""
+    """The file that an include names; None if the including file cannot see it."""
     places = [posixpath.dirname(includer)] + folders(includer, known)
     candidates = (posixpath.normpath(posixpath.join(place, name)) for place in places)
     return next((path for path in candidates if path in known), None)
@@ -140,7 +140,7 @@ def test_table_has_no_circle():
 def test_every_source_belongs_to_a_part():
     lost = [path for path in sources() if part(path) is None and path.split("/")[0] not in FREE]
     assert not lost, lost
-    # A new companion or family of plug-ins gets a line of its own.
+    # A new companion or family of plug-ins needs its own line.
     families = {"/".join(path.split("/")[:2]) for path in sources() if path.startswith(("companions/", "plugins/"))}
     assert families <= set(PARTS), sorted(families - set(PARTS))
 

@@ -1,9 +1,9 @@
-"""What a reader of the tree must never stumble over: places of one machine, and talk about how the work was organised."""
+"""What the tree must not contain: paths of one machine, and remarks about how the work was organised."""
 import re
 
 import tree
 
-# Split, so that this file does not contain what it looks for.
+# Split, so that this file does not contain what it searches for.
 FORBIDDEN = [
     (re.compile(r"/(?:work|home|root|Users)" + r"/[a-z]", re.I), "a path of one machine"),
     (re.compile(r"\b[A-Z]:\\" + r"Users\\", re.I), "a path of one machine"),

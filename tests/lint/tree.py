@@ -1,4 +1,4 @@
-"""The tree as the lint tests see it: what git knows, plus what is new and not ignored."""
+"""The tree as the lint tests see it: tracked files, and new files that are not ignored."""
 import pathlib
 import subprocess
 

@@ -1,5 +1,5 @@
-"""The recipes of CONTRIBUTING.md, followed on a copy of the tree: a function, a setting and a language need few files, and
-what they name is enough."""
+"""The recipes of CONTRIBUTING.md, followed on a copy of the tree: a function, a setting and a language need few files,
+and the named files are enough."""
 import pathlib
 import re
 import shutil
@@ -30,7 +30,7 @@ def run(*command, timeout=3600):
 
 
 def touched():
-    """The files changed since the last call, then kept."""
+    """The files changed since the last call; commits them."""
     run("git", "add", "-A")
     files = run("git", "diff", "--cached", "--name-only").split()
     run("git", "-c", "user.name=recipe", "-c", "user.email=recipe@localhost", "commit", "-qm", "recipe")
@@ -38,7 +38,7 @@ def touched():
 
 
 def insert(path, before, text):
-    """Puts the text before the last place where that stands; a file of its own when nothing stands before it."""
+    """Inserts the text before the last occurrence of `before`."""
     file = COPY / path
     content = file.read_text(encoding="utf-8")
     at = content.rindex(before)
@@ -104,7 +104,8 @@ def add_language():
 
 @pytest.fixture(scope="module")
 def copy(request):
-    """A copy of the tree as git has it, with the changes of all three recipes, built; and which files each has touched."""
+    """A copy of the tree as git has it, with the changes of all three recipes, built; and the files that each has
+    touched."""
     if COPY.exists():
         shutil.rmtree(COPY)
     COPY.mkdir(parents=True)

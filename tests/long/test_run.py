@@ -1,4 +1,4 @@
-"""What ./run promises: pictures of every state, and a plug-in of one's own with its card."""
+"""What ./run promises: pictures of every state, and a plug-in of your own with its card."""
 import os
 import pathlib
 import re
@@ -31,7 +31,7 @@ def test_screenshots_show_something_in_every_state(tmp_path):
 
 @pytest.fixture
 def running(tmp_path):
-    """./run with options, in a prefix of its own; yields a function that starts it and gives (process, its output)."""
+    """./run with options, in its own prefix; yields a function that starts it and returns (process, its output)."""
     environment = dict(os.environ, WINEPREFIX=str(tmp_path / "prefix"))
     environment.pop("DISPLAY", None)
     output = tmp_path / "run.txt"

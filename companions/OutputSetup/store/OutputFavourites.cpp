@@ -23,7 +23,7 @@ LSTATUS createKey(common::UniqueRegKey& key) {
     return RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, kChange, nullptr, key.put(), nullptr);
 }
 
-// The old list goes only when all of it is in the new place; a new list that is there already counts alone.
+// The old list is deleted only when all of it is in the new place; if a new list exists, only that counts.
 void moveOldList() {
     const common::UniqueRegKey old = openKey(kOldKey, KEY_READ);
     if (!old || openKey(kKey, KEY_READ)) {
@@ -40,7 +40,7 @@ void moveOldList() {
     }
 }
 
-// False for a favourite that is not there or makes no sense; `favourite` is untouched then.
+// False for a missing or invalid favourite; `favourite` is unchanged then.
 bool readOne(HKEY parent, const std::wstring& name, Favourite& favourite) {
     wchar_t text[kMostTextChars + 1];
     DWORD bytes = sizeof text;

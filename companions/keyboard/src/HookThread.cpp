@@ -25,7 +25,7 @@ void drainMessages() noexcept {
     }
 }
 
-// Time left until the next tick; the deadline moves on from `lastTick`.
+// Time left until the next tick; the deadline is relative to `lastTick`.
 DWORD timeToTick(DWORD interval, ULONGLONG lastTick) noexcept {
     if (interval == INFINITE) {
         return INFINITE;
@@ -62,7 +62,7 @@ HRESULT CHookThread::start(IHookClient& client, std::shared_ptr<void> keepAlive)
 
 void CHookThread::_run(IHookClient& client) noexcept {
     ::SetThreadPriority(::GetCurrentThread(), THREAD_PRIORITY_HIGHEST);
-    drainMessages();  // makes the thread's message queue: a key before the first wait would miss the hook without it
+    drainMessages();  // creates the thread's message queue; without it the hook would miss a key before the first wait
     {
         const common::UniqueHook hook(::SetWindowsHookExW(WH_KEYBOARD_LL, &CHookThread::_hookProc, ownModule(), 0));
         const bool bInstalled = static_cast<bool>(hook);

@@ -19,7 +19,7 @@ DWORD WINAPI threadMain(void* parameter) noexcept {
         try {
             block->body();
         } catch (...) {
-            // It has done what it could; there is nobody to tell.
+            // There is nobody to report the failure to.
         }
         block->body = nullptr;
         hSelf = block->self.release();
@@ -44,7 +44,7 @@ HRESULT CLibraryThread::start(std::function<void()> body) {
         m_nId = 0;
         return HRESULT_FROM_WIN32(::GetLastError());
     }
-    block.release();  // the thread's own now
+    block.release();  // belongs to the thread now
     return S_OK;
 }
 

@@ -10,7 +10,7 @@ namespace {
 constexpr LONG kManyEntries = 64;
 constexpr ULONG kKnownFlags = FENWYN_ENTRY_CUSTOM | FENWYN_ENTRY_NEEDS_SETUP | FENWYN_ENTRY_SHOW_RESOLUTION;
 
-// The blocks that the plug-in got from the allocation callback and that it has not handed out yet.
+// The blocks that the plug-in got from the allocation callback and has not returned yet.
 std::set<void*> g_blocks;
 
 void* WINAPI allocate(LONG byteCount) {
@@ -24,7 +24,7 @@ void* WINAPI allocate(LONG byteCount) {
     return block;
 }
 
-// Copies memory that may not be there.
+// Copies memory that may not exist.
 bool readMemory(ULONGLONG address, void* copy, std::size_t bytes) {
     SIZE_T read = 0;
     return ReadProcessMemory(GetCurrentProcess(), reinterpret_cast<const void*>(static_cast<ULONG_PTR>(address)), copy,

@@ -1,5 +1,5 @@
 // PluginCheck.exe <plug-in> <function> [item]: tells a plug-in's author what is wrong with it. Exit code 0: nothing; 1:
-// something, or wrong use.
+// something, or wrong usage.
 #include <windows.h>
 
 #include <cstdio>
@@ -42,7 +42,7 @@ bool parseItem(const wchar_t* text, std::optional<long>& item) {
     return end != text && *end == L'\0';
 }
 
-// What a person types means the current folder, where the program never looks.
+// A path on the command line is relative to the current folder, where the program never searches.
 std::wstring fullPath(const wchar_t* path) {
     std::wstring full(GetFullPathNameW(path, 0, nullptr, nullptr), L'\0');
     full.resize(GetFullPathNameW(path, static_cast<DWORD>(full.size()), full.data(), nullptr));

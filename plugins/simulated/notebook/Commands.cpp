@@ -57,7 +57,7 @@ ExitCode onReset(const Arguments&, std::wstring& answer) {
     return resetState() ? kDone : refused(ERROR_ACCESS_DENIED, answer);
 }
 
-// Decimal or 0x..., with a sign or without; negative numbers as their 32-bit pattern.
+// Decimal or 0x..., with an optional sign; negative numbers as their 32-bit pattern.
 bool parseNumber(const std::wstring& text, DWORD& number) {
     wchar_t* end = nullptr;
     const long long value = wcstoll(text.c_str(), &end, 0);

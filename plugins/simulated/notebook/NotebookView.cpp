@@ -35,8 +35,7 @@ constexpr COLORREF kKeyFace = RGB(0xFF, 0xFF, 0xFF);
 constexpr COLORREF kKeyEdge = RGB(0xB9, 0xC0, 0xCA);
 constexpr COLORREF kLatched = RGB(0xC2, 0x41, 0x0C);
 
-// A face that every system has or replaces by one whose bold is bold and whose letters are as wide as they are
-// measured.
+// A face that every system has or substitutes by one with a real bold and the measured letter widths.
 common::UniqueFont fontOf(int height, LONG weight) {
     LOGFONTW font{};
     font.lfHeight = -height;
@@ -51,7 +50,7 @@ void fill(HDC dc, const RECT& place, COLORREF color) {
     FillRect(dc, &place, brush.get());
 }
 
-// 0 when there is none.
+// 0 if there is none.
 DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
     DWORD number = 0;
     DWORD bytes = sizeof number;
@@ -59,7 +58,7 @@ DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
     return number;
 }
 
-// The name on the key, as far as the keyboard's layout knows it.
+// The name on the key, as far as the keyboard layout knows it.
 std::wstring modifierName() {
     const DWORD key = zelModifierKey(numberOf(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY));
     if (key == VK_RCONTROL) {

@@ -31,7 +31,7 @@ bool registerClass() {
     return RegisterClassExW(&windowClass) != 0;
 }
 
-// Whether the cards lie along the bottom edge.
+// Whether the cards are at the bottom edge.
 bool cardsAtBottom() {
     DWORD position = 0;
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
@@ -44,7 +44,7 @@ bool cardsAtBottom() {
     return position != 0;
 }
 
-// In the middle of the edge that the cards leave free.
+// In the middle of the edge without cards.
 RECT placeOf(SIZE client) {
     RECT frame{0, 0, client.cx, client.cy};
     AdjustWindowRectEx(&frame, kStyle, FALSE, 0);
@@ -118,7 +118,7 @@ LRESULT CNotebookWnd::OnEraseBackground(WPARAM, LPARAM) {
 }
 
 LRESULT CNotebookWnd::OnChanged(WPARAM, LPARAM) {
-    // A burst of changes becomes one picture.
+    // A burst of changes causes one repaint.
     MSG message;
     while (PeekMessageW(&message, m_hWnd, kChanged, kChanged, PM_REMOVE) != FALSE) {
     }
@@ -135,7 +135,7 @@ LRESULT CNotebookWnd::OnKeyDown(WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CNotebookWnd::OnSysCommand(WPARAM wParam, LPARAM) {
-    // F10 and Alt would open the window menu and keep the next keys.
+    // F10 and Alt would open the window menu, which takes the next keys.
     return (wParam & 0xFFF0) == SC_KEYMENU ? 0 : Default();
 }
 
@@ -144,7 +144,7 @@ void CNotebookWnd::OnKillFocus(HWND) {
     PostMessageW(m_hWnd, kTakeFocus, 0, 0);
 }
 
-// Another program's window may have the focus; nobody's may not: keys would then reach no hook.
+// Another program's window may have the focus; if no window had it, keys would reach no hook.
 void CNotebookWnd::OnTakeFocus() {
     const HWND foreground = GetForegroundWindow();
     const bool nobody = foreground == nullptr || foreground == GetDesktopWindow() || !IsWindowVisible(foreground);

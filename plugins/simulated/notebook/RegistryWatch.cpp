@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-// Above both keys of interest, so that a key that is deleted and made anew is still seen.
+// Above both watched keys, so that a key that is deleted and created again is still noticed.
 constexpr wchar_t kWatchedKey[] = FENWYN_REG_MAKER;
 
 }  // namespace
@@ -35,14 +35,14 @@ void CRegistryWatch::stop() {
 void CRegistryWatch::watch(HWND window, UINT message) const noexcept {
     const HANDLE handles[] = {m_hStop.get(), m_hChanged.get()};
     for (;;) {
-        // Opened anew each time: the key may have been deleted meanwhile.
+        // Opened each time, because the key may have been deleted meanwhile.
         common::UniqueRegKey key;
         const bool watching =
             RegCreateKeyExW(HKEY_CURRENT_USER, kWatchedKey, 0, nullptr, 0, KEY_NOTIFY, nullptr, key.put(), nullptr) ==
                 ERROR_SUCCESS &&
             RegNotifyChangeKeyValue(key.get(), TRUE, REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_LAST_SET,
                                     m_hChanged.get(), TRUE) == ERROR_SUCCESS;
-        // Only now, with the watch in place: what changed before is read, what changes later is reported.
+        // Only once the watch is in place: earlier changes are read now, later ones reported.
         PostMessageW(window, message, 0, 0);
         if (!watching || WaitForMultipleObjects(2, handles, FALSE, INFINITE) != WAIT_OBJECT_0 + 1) {
             return;

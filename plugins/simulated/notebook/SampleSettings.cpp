@@ -12,7 +12,7 @@ namespace sim {
 
 namespace {
 
-// Where the sample differs from the program's own defaults.
+// Differences of the sample from the program's defaults.
 struct ConfigValue {
     const wchar_t* name;
     DWORD value;
@@ -61,7 +61,7 @@ bool stillAsWritten(HKEY root, const Setting& setting) {
     return error == ERROR_SUCCESS && type == setting.type && size == stored.size() && stored == setting.data;
 }
 
-// ERROR_SUCCESS also when there is no such key, or when it is not empty and stays.
+// ERROR_SUCCESS also if there is no such key, or if it is not empty and therefore kept.
 LSTATUS removeIfEmpty(HKEY root, const std::wstring& path) {
     common::UniqueRegKey key;
     DWORD subkeys = 0;
@@ -90,7 +90,7 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, bool all) {
             appendFunction(settings, function, folder);
         }
     }
-    // Last: who sees the list finds all that it names.
+    // Last, so that everything that the list names already exists.
     settings.push_back(textSetting(ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, list));
     return settings;
 }

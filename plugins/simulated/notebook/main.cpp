@@ -20,7 +20,7 @@ class CNotebookApp : public CWinApp {
     sim::CNotebookWnd m_wnd;
 };
 
-// To whoever started the program: its pipe or file, else its console. There may be neither.
+// To the caller's pipe or file, otherwise to its console. There may be neither.
 void tell(const std::wstring& text) {
     HANDLE out = GetStdHandle(STD_OUTPUT_HANDLE);
     if (out == nullptr && AttachConsole(ATTACH_PARENT_PROCESS) != FALSE) {

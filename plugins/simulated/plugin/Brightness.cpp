@@ -1,4 +1,4 @@
-// Exports of brightness alone.
+// Exports of brightness only.
 #define FENWYN_PLUGIN
 #include "Machine.h"
 #include "Plugin.h"

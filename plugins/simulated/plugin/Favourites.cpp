@@ -13,12 +13,12 @@ namespace {
 
 FenwynAllocate g_pfnAllocate = nullptr;
 
-// The entries as they were counted, and the records handed out, each kept until its index is asked for again. Both are
-// touched by the user-interface thread only; the panic call leaves them alone.
+// The entries of the last count, and the returned records, each kept until its index is requested again. Only the
+// user-interface thread uses them; the panic call does not.
 std::vector<OutputEntry> g_entries;
 std::map<ULONG, std::vector<FenwynDisplayRecord>> g_recordsOfIndex;
 
-// A copy in Fenwyn's heap; null when that has run out.
+// A copy in Fenwyn's heap; null if memory has run out.
 WCHAR* handedOut(const std::wstring& text) {
     const std::size_t characters = text.size() + 1;
     void* const block = g_pfnAllocate(static_cast<LONG>(characters * sizeof(WCHAR)));

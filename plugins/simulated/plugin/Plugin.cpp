@@ -33,7 +33,7 @@ void finishCall(const wchar_t* exportName, Effect effect, const Outcome& outcome
 
 }  // namespace sim
 
-// Asked of every function.
+// Exported by every function.
 using namespace sim;
 
 LONG WINAPI GetCurrentItem(LONG* plItem, ULONG*) {

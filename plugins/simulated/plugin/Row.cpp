@@ -1,10 +1,10 @@
-// Compiled once per library: which row of the table it serves.
+// Compiled once per library: the row of the table that it serves.
 #include "Plugin.h"
 
 namespace sim {
 
 const Function& self() noexcept {
-    // A name that the table does not have makes this no constant expression, and the build stops.
+    // With a name that the table lacks, this is no constant expression and does not compile.
     static constexpr const Function& row = *findFunction(SIM_FUNCTION);
     return row;
 }

@@ -32,7 +32,7 @@ std::wstring CBrightness::initialize() {
     return m_state.waitForFirst(L"There is no built-in screen whose brightness the system can set.");
 }
 
-// Asked whenever the card opens, so a change made elsewhere, or by a resume, is read then.
+// Asked whenever the card opens, so that changes made elsewhere, or by a resume, are read then.
 std::optional<ULONG> CBrightness::items() {
     m_state.refresh();
     return static_cast<ULONG>(kBrightnessLevels);

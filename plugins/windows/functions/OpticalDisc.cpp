@@ -7,7 +7,7 @@ namespace win {
 
 namespace {
 
-// The numbers of the items that are offered.
+// The numbers of the offered items.
 constexpr LONG kEject = 0;
 constexpr LONG kQuiet = 3;
 constexpr LONG kCancel = 4;
@@ -34,7 +34,7 @@ std::optional<ULONG> COpticalDisc::items() {
     return kOffered;
 }
 
-// A drive has no state that could be asked for; with "cancel" as the current item the card begins with "eject".
+// A drive has no state to query; with "cancel" as the current item the card begins with "eject".
 std::optional<LONG> COpticalDisc::currentItem() {
     return kCancel;
 }

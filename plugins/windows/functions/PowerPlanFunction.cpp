@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t kOwnItem = 3;
 constexpr std::size_t kEnoughPlans = 2;
 
-// The documented identities of the plans that come with the system.
+// The documented identifiers of the standard plans.
 constexpr std::array<GUID, kOwnItem> kKnownPlans{{
     {0x8C5E7FDA, 0xE8BF, 0x4A96, {0x9A, 0x85, 0xA6, 0xE2, 0x3A, 0x8C, 0x63, 0x5C}},  // high performance
     {0x381B4222, 0xF694, 0x41F0, {0x96, 0x85, 0xFF, 0x5B, 0xB2, 0x60, 0xDF, 0x2E}},  // balanced
@@ -28,7 +28,7 @@ const PowerPlan* find(const std::vector<PowerPlan>& plans, const GUID& rId) {
     return found != plans.end() ? &*found : nullptr;
 }
 
-// The first free item for a plan that has none of its own; none: all are taken.
+// The first free item for a plan without an item of its own; none: all are taken.
 std::optional<std::size_t> freeItem(const PlanItems& rItems) {
     for (const std::size_t item : {kOwnItem, std::size_t{0}, std::size_t{1}, std::size_t{2}}) {
         if (!rItems.plans[item]) {

@@ -8,10 +8,10 @@ namespace win {
 
 namespace {
 
-constexpr int kLooks = 40;  // after the toggle, one every kLookMs: a second altogether
+constexpr int kLooks = 40;  // after the toggle, one every kLookMs: one second in total
 constexpr DWORD kLookMs = 25;
 
-// On the worker's thread: it waits until the state has followed, so that what is read next is the truth.
+// On the worker's thread: it waits until the state has followed, so that the next read is correct.
 void switchTo(ITouchpad& rTouchpad, bool bOn) {
     if (rTouchpad.enabled() == bOn) {
         return;

@@ -74,7 +74,7 @@ std::wstring CWireless::initialize() {
     return m_state.waitForFirst(L"There is no radio that the system lets programs switch.");
 }
 
-// Without a radio that can be switched now, the card says so in its notice.
+// If no radio can be switched now, the card shows a notice.
 std::optional<ULONG> CWireless::items() {
     const std::optional<RadioList> radios = m_state.known();
     m_state.refresh();

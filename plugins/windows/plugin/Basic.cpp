@@ -6,8 +6,8 @@ namespace win {
 
 namespace {
 
-// A plain pointer: a process that ends without FinalizeHotkeyDll would destroy an owner while it holds the loader's
-// lock, and the function would wait there for a thread that needs the same lock to end.
+// A plain pointer: if the process ends without FinalizeHotkeyDll, an owner would destroy the function under the
+// loader's lock, and the function would wait for a thread that needs the same lock to end.
 IFunction* g_pFunction = nullptr;
 std::wstring* g_pReason = nullptr;
 

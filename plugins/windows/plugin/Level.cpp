@@ -1,4 +1,4 @@
-// Exports of the brightness alone.
+// Exports of brightness only.
 #define FENWYN_PLUGIN
 #include "plugin/Exports.h"
 

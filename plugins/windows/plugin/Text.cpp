@@ -1,4 +1,4 @@
-// Export of the power plans alone.
+// Export of the power plans only.
 #define FENWYN_PLUGIN
 #include "plugin/Exports.h"
 

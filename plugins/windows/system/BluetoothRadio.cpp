@@ -15,13 +15,13 @@ namespace win {
 // Not in an unnamed namespace: there the compiler would see that nobody implements them, and drop every call.
 namespace radios {
 
-// Such objects end with Release(); a destructor in their table would be one entry too many.
+// Such objects end with Release(); a virtual destructor would add an entry to their table.
 // NOLINTBEGIN(cppcoreguidelines-virtual-class-destructor)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-// The few interfaces of Windows.Devices.Radios that are needed, as their documentation describes them; the compiler's
-// headers do not have them. Methods that are not called stand for their place in the table.
+// The few required interfaces of Windows.Devices.Radios, as documented; the compiler's headers lack them. Methods that
+// are not called only hold their place in the table.
 
 enum class State : INT32 { Unknown = 0, On = 1, Off = 2, Disabled = 3 };
 enum class Kind : INT32 { Other = 0, WiFi = 1, MobileBroadband = 2, Bluetooth = 3 };
@@ -75,11 +75,11 @@ namespace {
 
 using namespace radios;
 
-constexpr INT32 kAllowed = 1;  // of the access that a program has to ask for
-constexpr int kLooks = 100;    // at a call that goes on, one every kLookMs
+constexpr INT32 kAllowed = 1;  // of the access that a program must request
+constexpr int kLooks = 100;    // at a pending call, one every kLookMs
 constexpr DWORD kLookMs = 20;
 
-// The answer of a call that goes on in the background; a failure when there is none in time.
+// The result of an asynchronous call; a failure if it does not arrive in time.
 template <typename Result>
 HRESULT await(IAsyncResult<Result>& rOperation, Result* pResult) {
     CComRef<IAsyncState> state;
@@ -97,7 +97,7 @@ HRESULT await(IAsyncResult<Result>& rOperation, Result* pResult) {
     return status == AsyncStatus::Completed ? rOperation.getResults(pResult) : E_FAIL;
 }
 
-// The functions of newer systems that make such objects.
+// The functions of newer systems that create such objects.
 struct RuntimeLibraries {
     CRuntimeLibrary library{L"combase.dll"};
     using Create = HRESULT(WINAPI*)(const WCHAR*, UINT32, void**);
@@ -180,7 +180,7 @@ void setBluetoothRadio(bool bOn) {
         CComRef<IAsyncResult<INT32>> operation;
         INT32 nResult = 0;
         if (SUCCEEDED(rRadio.setStateAsync(bOn ? State::On : State::Off, operation.put())) && operation) {
-            // What became of it is read afterwards.
+            // The result is read afterwards.
             static_cast<void>(await(*operation.get(), &nResult));
         }
     });

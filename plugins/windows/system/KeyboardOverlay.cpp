@@ -15,7 +15,7 @@ namespace win {
 
 namespace {
 
-constexpr DWORD kStartWaitMs = 500;  // for a thread to begin: usually one
+constexpr DWORD kStartWaitMs = 500;  // until a thread begins: usually one
 constexpr DWORD kEndWaitMs = 500;
 constexpr wchar_t kWindowClass[] = L"FenwynOverlayWnd";
 
@@ -47,8 +47,8 @@ void send(const COverlayKeys::Output& output) {
     ::SendInput(1, &input, sizeof(input));
 }
 
-// One overlay that is on: what its hook does, and the window that hears of log-off and lock. Made, used and destroyed
-// on the thread of the hook.
+// One active overlay: its hook, and the window that receives log-off and lock. Created, used and destroyed on the
+// hook's thread.
 class CHookRoom {
  public:
     CHookRoom(OverlayKind kind, COverlayShare& rShare)
@@ -66,12 +66,12 @@ class CHookRoom {
     CHookRoom(const CHookRoom&) = delete;
     CHookRoom& operator=(const CHookRoom&) = delete;
 
-    // The hook of the calling thread; it does nothing while there is no room.
+    // The hook of the calling thread; it does nothing while there is no overlay.
     [[nodiscard]] static common::UniqueHook makeHook() {
         return common::UniqueHook(::SetWindowsHookExW(WH_KEYBOARD_LL, &CHookRoom::_hookProcedure, _library(), 0));
     }
 
-    // Handles messages until the overlay is another's and every key that it held is up, or until the event.
+    // Handles messages until another overlay is on and every key that this one held is up, or until the event.
     void run(HANDLE hEnd) {
         const std::array<HANDLE, 2> events{hEnd, m_rShare.changed(m_kind)};
         while (!_isOver() && ::MsgWaitForMultipleObjects(static_cast<DWORD>(events.size()), events.data(), FALSE,
@@ -84,7 +84,7 @@ class CHookRoom {
     }
 
  private:
-    // Gives the keys back when the overlay is no longer this room's.
+    // Gives the keys back once the overlay is no longer on.
     [[nodiscard]] bool _isOver() {
         if (m_rShare.mine(m_kind)) {
             return false;
@@ -99,8 +99,8 @@ class CHookRoom {
         }
     }
 
-    // Whether the key is kept from everybody else. The substitute is sent from here, not later: keys that follow must
-    // not overtake it.
+    // Whether the key is hidden from all others. The substitute is sent here rather than later, because following keys
+    // must not overtake it.
     [[nodiscard]] bool _handle(const KBDLLHOOKSTRUCT& key) {
         if ((key.flags & LLKHF_INJECTED) != 0) {
             return false;
@@ -145,7 +145,7 @@ class CHookRoom {
         return hModule;
     }
 
-    // Never shown; a top-level window all the same, because the end of the session is told to those only.
+    // Never visible, but top-level, because only such windows are notified of the end of the session.
     static common::UniqueWindow _makeWindow() {
         WNDCLASSW windowClass{};
         windowClass.lpfnWndProc = &CHookRoom::_windowProcedure;
@@ -156,7 +156,7 @@ class CHookRoom {
                                                       nullptr, nullptr, windowClass.hInstance, nullptr));
     }
 
-    // The hook's callback gets no argument. There is one room at a time: the next thread begins after the last has
+    // The hook's callback has no argument. There is one overlay at a time: the next thread begins after the last has
     // ended.
     static inline CHookRoom* s_pRoom = nullptr;
 
@@ -166,7 +166,7 @@ class CHookRoom {
     common::UniqueWindow m_hWnd;
 };
 
-// What the thread of the hook and the overlay's owner share.
+// Shared by the hook's thread and the overlay's owner.
 struct HookState {
     COverlayShare share;
     common::UniqueHandle hStarted{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
@@ -177,7 +177,7 @@ struct HookState {
 void runHook(HookState& rState, OverlayKind kind) {
     const common::UniqueHook hHook = CHookRoom::makeHook();
     rState.bHooked = static_cast<bool>(hHook);
-    // The hook is what the user waits for; a first window of a thread takes its time.
+    // The user waits for the hook; the first window of a thread takes its time.
     ::SetEvent(rState.hStarted.get());
     if (hHook) {
         CHookRoom(kind, rState.share).run(rState.hEnd.get());

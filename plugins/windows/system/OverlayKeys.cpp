@@ -6,8 +6,8 @@ namespace win {
 
 namespace {
 
-// By the place of the keys, whatever the layout prints on them: the number pad lies where notebooks with such a pad
-// have it, the arrows lie as a cross of four below it.
+// Identified by position, whatever the layout prints on the keys: the number pad is where notebooks usually have it,
+// the arrows form a cross below it.
 // clang-format off
 constexpr OverlayRow kNumericRows[] = {
     {0x08, VK_NUMPAD7, {0x47, false}},   // 7

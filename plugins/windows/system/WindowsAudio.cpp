@@ -11,12 +11,12 @@ namespace win {
 
 namespace {
 
-// Declared here by value, so that no library of constants has to be linked.
+// Defined here by value, so that no library of constants must be linked.
 constexpr CLSID kDeviceEnumerator = {0xBCDE0395, 0xE52F, 0x467C, {0x8E, 0x3D, 0xC4, 0x57, 0x92, 0x91, 0x69, 0x2E}};
 constexpr IID kIidDeviceEnumerator = {0xA95664D2, 0x9614, 0x4F35, {0xA7, 0x46, 0xDE, 0x8D, 0xB6, 0x36, 0x17, 0xE6}};
 constexpr IID kIidEndpointVolume = {0x5CDF2C82, 0x841E, 0x4546, {0x97, 0x22, 0x0C, 0xF7, 0x40, 0x78, 0x22, 0x9A}};
 
-// The volume of the endpoint that is the default at this moment; empty when there is none.
+// The volume of the current default endpoint; empty if there is none.
 CComRef<IAudioEndpointVolume> defaultVolume() {
     CComRef<IMMDeviceEnumerator> enumerator;
     CComRef<IMMDevice> device;
@@ -44,7 +44,7 @@ class CWindowsAudio final : public IAudio {
     bool setMuted(bool bMuted) override {
         const CComScope com(COINIT_APARTMENTTHREADED);
         const CComRef<IAudioEndpointVolume> volume = defaultVolume();
-        // S_FALSE: it was so already.
+        // S_FALSE: no change.
         return volume && SUCCEEDED(volume->SetMute(bMuted ? TRUE : FALSE, nullptr));
     }
 };

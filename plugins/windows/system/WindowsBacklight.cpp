@@ -17,7 +17,7 @@ constexpr CLSID kLocator = {0x4590F811, 0x1D3A, 0x11D0, {0x89, 0x1F, 0x00, 0xAA,
 constexpr IID kIidLocator = {0xDC12A687, 0x737F, 0x11CF, {0x88, 0x4D, 0x00, 0xAA, 0x00, 0x4B, 0x2E, 0x24}};
 
 constexpr long kAnswerMs = 2000;   // of the service, for each object
-constexpr ULONG kFadeSeconds = 0;  // at once: every step of the slider is to be seen
+constexpr ULONG kFadeSeconds = 0;  // at once: every step of the slider must be visible
 
 struct BstrTraits : common::NullIsNone<BSTR> {
     static void close(type value) noexcept { ::SysFreeString(value); }
@@ -48,14 +48,14 @@ CComRef<IWbemServices> connect() {
     if (SUCCEEDED(::CoCreateInstance(kLocator, nullptr, CLSCTX_INPROC_SERVER, kIidLocator, locator.putVoid())) &&
         SUCCEEDED(locator->ConnectServer(bstr(L"root\\wmi").get(), nullptr, nullptr, nullptr, 0, nullptr, nullptr,
                                          services.put()))) {
-        // The service does the work in the name of the user.
+        // The service works in the name of the user.
         ::CoSetProxyBlanket(services.get(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr, RPC_C_AUTHN_LEVEL_CALL,
                             RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
     }
     return services;
 }
 
-// The first active instance of a class: the built-in screen. There may be inactive ones of screens that were there.
+// The first active instance of a class: the built-in screen. There may be inactive ones of former screens.
 CComRef<IWbemClassObject> activeInstance(IWbemServices& rServices, const wchar_t* pszClass) {
     CComRef<IEnumWbemClassObject> found;
     CComRef<IWbemClassObject> instance;
@@ -136,7 +136,7 @@ class CWindowsBacklight final : public IBacklight {
             return {};
         }
         CVariant timeout;
-        timeout.put()->vt = VT_I4;  // how a 32-bit number travels there
+        timeout.put()->vt = VT_I4;  // the service's representation of a 32-bit number
         timeout.put()->lVal = static_cast<LONG>(kFadeSeconds);
         CVariant brightness;
         brightness.put()->vt = VT_UI1;

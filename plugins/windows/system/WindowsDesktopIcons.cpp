@@ -15,10 +15,10 @@ namespace win {
 
 namespace {
 
-// Pixels of an icon in the shell's view: its own names for the first two are "medium" and "large".
+// Pixels of an icon in the shell's view, which calls the first two "medium" and "large".
 constexpr ZoomTable kViewSizes{48, 96, 144};
 
-// Where there is no view, at 96 dots per inch: distance of two icons, and height of the font under them.
+// Without a view, at 96 dots per inch: distance of two icons, and height of their font.
 constexpr ZoomTable kSpacings{75, 100, 125};
 constexpr ZoomTable kFontHeights{12, 15, 18};
 constexpr int kPlainDpi = 96;
@@ -30,7 +30,7 @@ constexpr IID kIidServiceProvider = {0x6D5140C1, 0x7436, 0x11CE, {0x80, 0x34, 0x
 constexpr IID kIidShellBrowser = {0x000214E2, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 constexpr IID kIidFolderView2 = {0x1AF3A467, 0x214F, 0x4298, {0x90, 0x8E, 0x06, 0xB0, 0x3E, 0x0B, 0x39, 0xF9}};
 
-// The folder view that the shell shows as the desktop; empty when there is no shell, or one without such a view.
+// The folder view that the shell shows as the desktop; empty if there is no shell, or one without such a view.
 CComRef<IFolderView2> desktopView() {
     CComRef<IShellWindows> windows;
     CComRef<IDispatch> desktop;

@@ -16,16 +16,16 @@ namespace {
 constexpr int kBusVirtual = 0x0E;
 constexpr int kBusFileBacked = 0x0F;
 
-// How the control for the speed is called. Its argument: a type of request, and speeds in units of 1000 bytes a second.
+// The control for the speed. Its argument: a type of request, and speeds in units of 1000 bytes per second.
 struct SpeedRequest {
     ULONG uType;  // 0: set the speed
     USHORT uReadSpeed;
     USHORT uWriteSpeed;
-    ULONG uRotation;  // 0: the drive's own way
+    ULONG uRotation;  // 0: the drive decides
 };
 constexpr DWORD kSetSpeed = CTL_CODE(FILE_DEVICE_CD_ROM, 0x0018, METHOD_BUFFERED, FILE_READ_ACCESS);
-constexpr USHORT kQuietSpeed = 706;        // four times that of music
-constexpr USHORT kAnyWriteSpeed = 0xFFFF;  // writing is left alone
+constexpr USHORT kQuietSpeed = 706;        // four times the speed of music
+constexpr USHORT kAnyWriteSpeed = 0xFFFF;  // the writing speed is not changed
 
 common::UniqueFile open(wchar_t chLetter, DWORD dwAccess) {
     const std::wstring path = std::wstring(L"\\\\.\\") + chLetter + L":";
@@ -38,7 +38,7 @@ bool isOptical(wchar_t chLetter) {
     return ::GetDriveTypeW(root.data()) == DRIVE_CDROM;
 }
 
-// The bus that the drive is connected by; nothing when it does not tell.
+// The drive's bus; nothing if the drive does not tell.
 std::optional<int> busOf(wchar_t chLetter) {
     const common::UniqueFile hDrive = open(chLetter, 0);
     STORAGE_PROPERTY_QUERY query{};

@@ -11,7 +11,7 @@ namespace win {
 
 namespace {
 
-constexpr ULONG kMostPlans = 64;  // what no list of a person is longer than; ends a system that never says "no more"
+constexpr ULONG kMostPlans = 64;  // more than any real list has; guards against a system that never reports the end
 
 std::wstring nameOf(const GUID& rId) {
     std::array<wchar_t, 256> text{};

@@ -9,7 +9,7 @@ namespace win {
 
 namespace {
 
-// Everybody who may shut the machine down holds the privilege, but switched off.
+// Every user who may shut down the machine holds the privilege, but disabled.
 void enableShutdownPrivilege() {
     common::UniqueHandle hToken;
     TOKEN_PRIVILEGES privileges{};
@@ -23,7 +23,7 @@ void enableShutdownPrivilege() {
 
 void suspend(bool bHibernate) {
     enableShutdownPrivilege();
-    // Programs are asked, and events that wake the machine stay allowed.
+    // Programs are asked, and wake-up events stay enabled.
     ::SetSuspendState(bHibernate ? TRUE : FALSE, FALSE, FALSE);
 }
 
@@ -34,7 +34,7 @@ class CWindowsSuspend final : public ISuspend {
         if (!::GetPwrCapabilities(&power)) {
             return std::nullopt;
         }
-        // Newer systems keep the flag of modern standby in what Windows 7 calls its third spare byte.
+        // Newer systems store the flag of modern standby in what Windows 7 calls its third spare byte.
         constexpr std::size_t kModernStandby = 2;
         return SleepAbilities{power.SystemS1 || power.SystemS2 || power.SystemS3, power.spare2[kModernStandby] != 0,
                               power.SystemS4 != FALSE, power.HiberFilePresent != FALSE};

@@ -10,11 +10,11 @@ namespace win {
 
 namespace {
 
-// Where the system keeps the state that its own settings page shows.
+// Where the system stores the state that its own settings page shows.
 constexpr wchar_t kStatusKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\PrecisionTouchPad\\Status";
 constexpr wchar_t kStatusValue[] = L"Enabled";
 
-// How a precision touchpad introduces itself: a digitiser that is a touch pad. Others are mice.
+// The usages of a precision touchpad: a digitiser that is a touch pad. Others appear as mice.
 constexpr USHORT kDigitizerPage = 0x0D;
 constexpr USHORT kTouchPadUsage = 0x05;
 

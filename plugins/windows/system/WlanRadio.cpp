@@ -15,7 +15,7 @@ namespace {
 
 constexpr DWORD kClientVersion = 2;
 
-// The library is missing on editions for servers.
+// Server editions lack the library.
 struct WlanLibrary {
     CRuntimeLibrary library{L"wlanapi.dll"};
     decltype(&::WlanOpenHandle) open = library.find<decltype(&::WlanOpenHandle)>("WlanOpenHandle");
@@ -33,7 +33,7 @@ struct WlanLibrary {
 
 using Visit = std::function<void(const WlanLibrary& rWlan, HANDLE hClient, const GUID& rInterface)>;
 
-// Every interface, over a connection to the service of its own.
+// Every interface, over its own connection to the service.
 void forEachInterface(const Visit& visit) {
     const WlanLibrary wlan;
     HANDLE hClient = nullptr;

@@ -17,7 +17,7 @@ struct CWorker::Shared {
             try {
                 turn();
             } catch (...) {
-                // Memory has run out: the next turn may fare better.
+                // Out of memory: the next turn may succeed.
                 continue;
             }
         }

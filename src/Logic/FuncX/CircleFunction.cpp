@@ -64,14 +64,14 @@ HRESULT CCircleFunction::getDefaultSelectItem(LONG& rlItem) {
     return m_rDescription.unknownDefault == UnknownDefault::Fail ? E_FAIL : S_OK;
 }
 
-// A default item is a value of the function's own, and with a partial mask there may be no item of that number.
+// A default item is a value of the function, and a partial mask may have no item of that number.
 LONG CCircleFunction::getSubstituteItem() const {
     if (m_rDescription.itemRule != ItemRule::Mask) {
         return INVALID_CURRENT_ITEM;
     }
     const bool bKnown = indexInContainer(state(), m_rDescription.items);
     const DWORD dwBit = bKnown ? m_rDescription.items[static_cast<std::size_t>(state())].dwBit : 0;
-    // The items stand in the order of their bits.
+    // The items are in the order of their bits.
     return (m_dwItemBits & dwBit) != 0 ? std::popcount(m_dwItemBits & (dwBit - 1)) : 0;
 }
 

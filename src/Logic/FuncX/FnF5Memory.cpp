@@ -29,7 +29,7 @@ long outstandingBlocks() noexcept {
 
 std::wstring textOf(const UniqueText& text) {
     const SIZE_T bytes = text ? ::HeapSize(::GetProcessHeap(), 0, text.get()) : 0;
-    // A block that is not of this heap has no size.
+    // A block of another heap has no size.
     if (bytes == 0 || bytes == static_cast<SIZE_T>(-1)) {
         return {};
     }

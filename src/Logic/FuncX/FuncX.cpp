@@ -152,7 +152,7 @@ std::wstring CFuncX::expandPath(const wchar_t* pszPath) {
         return {};
     }
     const DWORD dwChars = ::ExpandEnvironmentStringsW(pszPath, buffer.data(), static_cast<DWORD>(buffer.size()));
-    // Half a path could name another library.
+    // A truncated path could name another library.
     return dwChars <= buffer.size() ? std::wstring(buffer.data()) : std::wstring();
 }
 

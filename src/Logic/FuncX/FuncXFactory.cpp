@@ -31,7 +31,7 @@ struct Row {
     Maker maker;
 };
 
-// The functions with a class of their own.
+// The functions with their own class.
 constexpr Row kOwnClasses[] = {
     {L"PowerPlan", &make<CFxPowerPlan>},
     {L"Output", &make<CFxOutput>},
@@ -51,7 +51,7 @@ constexpr std::array<Row, sizeof...(I)> describedRows(std::index_sequence<I...>)
 }
 constexpr auto kDescribed = describedRows(std::make_index_sequence<functiontables::kDescribedFunctions.size()>());
 
-// The maker of a function of the contract; null when there is none.
+// The maker of a function of the contract; null if there is none.
 constexpr Maker findMaker(std::wstring_view name) {
     for (const auto rows : {std::span<const Row>(kOwnClasses), std::span<const Row>(kDescribed)}) {
         for (const Row& row : rows) {
@@ -63,7 +63,7 @@ constexpr Maker findMaker(std::wstring_view name) {
     return nullptr;
 }
 
-// Every function of the contract has one maker, and there is no maker beside them.
+// Every function of the contract has exactly one maker, and there are no other makers.
 consteval bool makersFitTheContract() {
     for (const fenwyn::Function& function : fenwyn::kFunctions) {
         if (findMaker(function.name) == nullptr) {

@@ -1,4 +1,4 @@
-// What has to hold for the functions' tables. There is nothing to run here.
+// Compile-time checks of the functions' tables; no code to run.
 #include "Logic/FuncX/FunctionTables.h"
 
 namespace functiontables {
@@ -73,7 +73,7 @@ consteval bool isSound(const CircleDescription& description) {
            (description.defaultRule != DefaultRule::Listed || description.defaults.size() == description.items.size());
 }
 
-// What the program shows is what the contract lets a plug-in offer.
+// The program shows what the contract lets a plug-in offer.
 consteval bool keepsTheContract(const CircleDescription& description) {
     const fenwyn::Function* const pContract = fenwyn::findFunction(description.pszName);
     const auto infoRule =

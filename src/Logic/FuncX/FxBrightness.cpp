@@ -63,7 +63,7 @@ HRESULT CFxBrightness::isDualBrtCtrl(bool& rbDual) const {
     if (pfIsDualBrtCtrl == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    // The answer is one byte. There is room for the four that a plug-in with another idea of a boolean writes.
+    // The answer is one byte; the variable has four, in case a plug-in writes a larger boolean.
     alignas(ULONG) std::array<BYTE, sizeof(ULONG)> answer{};
     if (pfIsDualBrtCtrl(answer.data()) != FENWYN_OK) {
         RETURN_LOGGED(E_FAIL);

@@ -28,16 +28,16 @@ void CALLBACK _fnF5PanicTimerProc_2(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTime
     CPanicThread::signalHeldKey(hWnd, uTimerId);
 }
 
-// The status of a missing export; a failure whatever the system says.
+// The status of a missing export; always a failure, whatever the system's last error is.
 HRESULT missingExportStatus() {
     const HRESULT hr = common::statusFromLastError();
     return FAILED(hr) ? hr : E_FAIL;
 }
 
-// Where the pages that can be read, and of which `address` is on one, come to their end; `address` when it is on none.
+// The end of the readable pages that contain `address`; `address` if its page is not readable.
 std::uintptr_t endOfReadable(std::uintptr_t address, std::uintptr_t farEnough) {
     MEMORY_BASIC_INFORMATION memory{};
-    // One answer covers pages of one kind: a library's data is of two, written to and not yet written to.
+    // One query covers pages of one kind; a library's data consists of two, written to and not yet written to.
     while (address < farEnough &&
            ::VirtualQuery(reinterpret_cast<const void*>(address), &memory, sizeof(memory)) != 0 &&
            memory.State == MEM_COMMIT && (memory.Protect & (PAGE_NOACCESS | PAGE_GUARD)) == 0) {
@@ -46,7 +46,7 @@ std::uintptr_t endOfReadable(std::uintptr_t address, std::uintptr_t farEnough) {
     return address;
 }
 
-// How many of the records lie in memory that can be read: a plug-in's count is not to be trusted.
+// How many of the records are in readable memory: a plug-in's count is not trusted.
 DWORD readableRecords(const FenwynDisplayRecord* pRecords, DWORD dwCount) {
     if (pRecords == nullptr) {
         return 0;
@@ -171,7 +171,7 @@ HRESULT CFxOutput_2::_readSetupPath() {
     if (SUCCEEDED(hr)) {
         path.push_back(L'\0');
         const std::wstring folder = expandPath(path.data());
-        // Without a folder the program would be looked for at the root of some drive.
+        // Without a folder the program would be searched for in the root of some drive.
         m_strOutputSetupPath = folder.empty() ? std::wstring() : folder + L"\\" OUTPUT_SETUP_PROGRAM;
     }
     return hr;
@@ -235,7 +235,7 @@ HRESULT CFxOutput_2::_askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& r
     if (pfGetInfo(dwIndex, &lMode, rText.put(), &uRecordCount, &ullRecords, &uFlags, &uReserved) != FENWYN_OK) {
         return E_FAIL;
     }
-    // Each entry becomes four windows: what a process could never show is not read either.
+    // Each entry becomes four windows, so more than a process could ever show is not read.
     rpInfo = dwIndex < FENWYN_MAX_ENTRIES ? common::tryMake<FnF5ItemInfo>() : nullptr;
     if (rpInfo == nullptr) {
         return E_POINTER;

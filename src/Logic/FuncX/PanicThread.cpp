@@ -10,15 +10,15 @@ namespace {
 
 constexpr wchar_t kEventName[] = L"FnF5Panic";
 
-// The threads of this process that wait for the event, and with it all their m_bHeld. Only the user-interface thread
-// changes the list.
+// The threads of this process that wait for the event; the lock also protects all their m_bHeld. Only the
+// user-interface thread changes the list.
 std::mutex s_waitingLock;
 std::vector<CPanicThread*> s_vecWaiting;
 
-// The one whose function's key was pressed last; null when it is gone. User-interface thread only.
+// The one whose function's key was pressed last; null if it no longer exists. User-interface thread only.
 CPanicThread* s_pArmed = nullptr;
 
-// Where the panic thread that asks notes that it is in a plug-in; null on every other thread.
+// Where the calling panic thread notes that it is in a plug-in; null on every other thread.
 thread_local std::atomic<bool>* t_pInPlugin = nullptr;
 
 void noteInPlugin(bool bInPlugin) noexcept {
@@ -27,7 +27,7 @@ void noteInPlugin(bool bInPlugin) noexcept {
     }
 }
 
-// So that a thread that runs is in the list whatever memory there is.
+// Reserved in advance, so that a running thread is always in the list, even when memory runs out.
 bool hasRoomForOneMore() noexcept {
     try {
         const std::lock_guard lock(s_waitingLock);
@@ -64,7 +64,7 @@ void CPanicThread::start() {
     m_bExitPanicThread = false;
     m_bInPlugin = false;
     m_hOwnEvent.reset(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
-    // Made here, so that a function that is dropped at once finds it.
+    // Created here, so that a function that is destroyed at once finds it.
     m_hEvent.reset(::CreateEventExW(nullptr, kEventName, 0, SYNCHRONIZE));
     m_hPanicThread.reset(::CreateThread(nullptr, 0, &CPanicThread::threadProcedure, this, 0, nullptr));
     if (m_hPanicThread) {
@@ -80,8 +80,8 @@ CPanicThread::EndResult CPanicThread::end() {
     if (!m_hPanicThread) {
         return result;
     }
-    // The event wakes any one of its waiters. Where another function waits too, setting it could make that one panic:
-    // the thread's own event ends it then.
+    // The event wakes any one of its waiters. If another function waits too, setting the event could make that one
+    // panic, so the thread is ended by its own event then.
     const bool bSet = hEvent && s_vecWaiting.size() == 1;
     if (bSet) {
         ::SetEvent(hEvent.get());
@@ -92,7 +92,7 @@ CPanicThread::EndResult CPanicThread::end() {
         _cutOff();
     }
     if (bSet) {
-        ::ResetEvent(hEvent.get());  // nobody may have taken it
+        ::ResetEvent(hEvent.get());  // in case no thread has taken it
     }
     _forget();
     m_hPanicThread.reset();
@@ -177,8 +177,8 @@ void CPanicThread::_waitForPanic() {
     }
 }
 
-// Whether the event that has woken this thread is for its function. What is for others goes to their threads, and with
-// that all is told of which the event may still speak.
+// Whether the event that has woken this thread is for its function. If it is for others, their own events are set; that
+// covers everything the event can still stand for.
 bool CPanicThread::_isMeant() {
     const std::lock_guard lock(s_waitingLock);
     const bool bOwn = std::exchange(m_bHeld, false);
@@ -206,14 +206,14 @@ void CPanicThread::_panicOnce() {
     LOG_STATUS(E_FAIL);
 }
 
-// A plug-in that does not come back must not keep the program from ending. The thread is ended only inside the plug-in,
-// where it holds no lock of ours; its reference to the library is never given back, so what the plug-in left half done
-// stays mapped.
+// A plug-in that does not return must not keep the program from ending. The thread is terminated only inside the
+// plug-in, where it holds no lock of ours; its reference to the library is never released, so what the plug-in left
+// unfinished stays mapped.
 void CPanicThread::_cutOff() const {
     ::SuspendThread(m_hPanicThread.get());
     CONTEXT context{};
     context.ContextFlags = CONTEXT_CONTROL;
-    ::GetThreadContext(m_hPanicThread.get(), &context);  // returns once the thread stands still
+    ::GetThreadContext(m_hPanicThread.get(), &context);  // returns once the thread has stopped
     if (!m_bInPlugin) {
         ::ResumeThread(m_hPanicThread.get());
         if (::WaitForSingleObject(m_hPanicThread.get(), m_rules.dwEndWaitMs) != WAIT_TIMEOUT) {

@@ -1,1 +1,1 @@
-"""What the end-to-end tests are written with: a desktop of their own, real keys, windows, pixels, log and call records."""
+"""Building blocks of the end-to-end tests: their own desktop, real keys, windows, pixels, log and call records."""

@@ -31,7 +31,7 @@ HIDE_STRIP = WM_USER + 104
 HOTKEY_EVENT = WM_USER + 101
 
 WS_EX_NOACTIVATE = 0x08000000
-# In the order in which they are read. Those of a user win over the machine's.
+# In reading order. A user's values override the machine's.
 Setting = collections.namedtuple("Setting", "name default scope")
 USER, MACHINE = "user", "machine"
 SETTINGS = [
@@ -57,7 +57,8 @@ CONFIG_DEFAULTS = {setting.name: setting.default for setting in SETTINGS}
 
 
 class Desktop:
-    """Made once per run. One on another screen needs a prefix of its own: Wine has one desktop per prefix."""
+    """Created once per run. A desktop on another screen needs its own prefix, because Wine has one desktop per
+    prefix."""
 
     def __init__(self, screen=None, prefix=places.PREFIX):
         self.screen = screen or Screen()
@@ -71,12 +72,12 @@ class Desktop:
         return self.probe.work_area()
 
     def take_focus(self):
-        """A window of another program has the focus: keys reach the keyboard hook only while some window has it."""
+        """Gives a window of another program the focus: keys reach the keyboard hook only while some window has it."""
         self.window = self.probe.make_window()
         self.focus(self.window)
 
     def focus(self, window):
-        """Gives a window of the probe the focus; goes on when keys really reach it."""
+        """Gives a window of the probe the focus; returns when keys really reach it."""
         self.probe.focus(window)
         wait_until(lambda: self.probe.foreground() == window, "the other program's window has the focus")
 
@@ -86,7 +87,7 @@ class Desktop:
         wait_until(key_arrives, "keys reach the other program's window")
 
     def reset(self):
-        """As if nothing had been there before: no settings, no keys down, no windows of ours."""
+        """A clean state: no settings, no keys down, no windows of ours."""
         self.keyboard.release_all()
         self.keyboard.move(self.screen.width - 2, self.screen.height // 2)
         for root in ("HKLM", "HKCU"):
@@ -95,7 +96,7 @@ class Desktop:
         self.leave_alone()
 
     def leave_alone(self):
-        """The window of the other program goes."""
+        """Closes the window of the other program."""
         if self.window:
             self.probe.destroy(self.window)
             self.window = 0
@@ -124,13 +125,13 @@ class Program:
         self._started = []
         self._log = log.Growing(self.log_file)
         shutil.rmtree(folder, ignore_errors=True)
-        # Hard links: a copy of the stage folder costs nothing, and DbgLog.ini can lie beside the program.
+        # Hard links: copying the stage folder costs nothing, and each copy has its own DbgLog.ini.
         shutil.copytree(places.STAGE, self.stage, copy_function=_link)
         (self.stage / "DbgLog.ini").unlink(missing_ok=True)
         self._log_to(self.log_file)
         self.probe.set_text("HKCU", NOTEBOOK, "RecordFile", places.windows_path(self.record_file))
 
-    # What is written before the start
+    # Configuration before the start
     def write_log_settings(self, **values):
         text = "[LOG]\r\n" + "".join(f"{key}={value}\r\n" for key, value in values.items())
         (self.stage / "DbgLog.ini").write_bytes(text.encode())
@@ -139,7 +140,7 @@ class Program:
         self.write_log_settings(Level=3, Destination=2, LogFile=places.windows_path(file), Flush=1)
 
     def configure(self, **values):
-        """All settings in the machine key: defaults, except those given. The key of the user stays away."""
+        """All settings in the machine key: defaults, except those given. There is no key of the user."""
         unknown = set(values) - set(CONFIG_DEFAULTS)
         assert not unknown, unknown
         self._settings = dict(CONFIG_DEFAULTS, **values)
@@ -157,7 +158,7 @@ class Program:
             self.probe.set_text("HKLM", key, "Caption", function.caption)
             self.probe.set_binary("HKLM", key, "Code", b"".join(code.to_bytes(4, "little") for code in function.codes))
             self.probe.set_text("HKLM", key, "FuncDll", plugin)
-        # The display outputs look for the display-configuration program there.
+        # The display outputs search for the display-configuration program there.
         self.probe.set_text("HKLM", PRODUCT, "InstallPath", places.windows_path(self.stage))
         self.probe.set_text("HKLM", LIST, "FuncList", "".join(f"{function.name};" for function in self.functions))
 
@@ -169,19 +170,19 @@ class Program:
     def machine_item(self, function):
         return int.from_bytes(self.probe.get_value("HKCU", f"{NOTEBOOK}\\{function}", "Item"), "little")
 
-    # What is written while it runs
+    # Configuration while it runs
     @contextlib.contextmanager
     def taken_over(self):
-        """One change of what the program watches, inside; goes on when it is in force.
+        """Encloses one change of something that the program watches; returns when the change is in force.
 
-        That takes a moment, and the cards are put away then: keys that are pressed before would find them gone."""
+        That takes a moment and hides the cards: keys that are pressed earlier would find them hidden."""
         seen = self.count_of("CZelMainApp::refreshCards", "LEAVE")
         yield
         wait_until(lambda: self.count_of("CZelMainApp::refreshCards", "LEAVE") > seen, "the change is in force")
 
     def change(self, name, value):
         """Changes a setting of the running program; returns when it is in force."""
-        # What is written anew and stays the same is no change; nobody is told of it.
+        # Writing the same value again is no change, so nobody is notified.
         same = self._settings.get(name) == value
         with contextlib.nullcontext() if same else self.taken_over():
             self.probe.set_dword("HKLM", CONFIG, name, value)
@@ -190,7 +191,7 @@ class Program:
 
     # Running
     def launch(self, *arguments):
-        """Starts the program and does not wait for anything."""
+        """Starts the program without waiting for anything."""
         output = open(self.folder / "output.txt", "ab")
         process = subprocess.Popen([str(places.WINE), str(self.stage / "Fenwyn.exe"), *arguments], cwd=self.folder,
                                    env=self.desktop.environment, stdin=subprocess.DEVNULL, stdout=output, stderr=output,
@@ -208,8 +209,8 @@ class Program:
         return process
 
     def second_start(self, meanwhile=lambda: None):
-        """Starts the program once more and waits for the end of that; returns what it wrote, and what the first wrote
-        in that time. Each has a log of its own: two processes that append to one file write over each other's lines."""
+        """Starts the program once more and waits for its end; returns what it wrote, and what the first wrote in that
+        time. Each has its own log, because two processes that append to one file overwrite each other's lines."""
         file = self.folder / "second.txt"
         before = len(self.log())
         self._log_to(file)
@@ -220,7 +221,7 @@ class Program:
         return [line.text for line in log.parse(file.read_bytes())], [line.text for line in self.log()[before:]]
 
     def is_up(self):
-        # The hover strip, made last, is a second dialog beside the strip; the log says when the rest is done.
+        # The hover strip, created last, is a second dialog besides the strip; the log says when the rest is done.
         frame = self.frame()
         if not frame or not self.strip():
             return False
@@ -241,13 +242,13 @@ class Program:
         return process.returncode
 
     def end(self):
-        """Ends the program in the way that is documented for other programs."""
+        """Ends the program in the documented way."""
         assert self.probe.set_event(END_EVENT), "nobody listens to the end event"
         for process in self.running():
             assert self.wait_end(process) == 0
 
     def cleanup(self):
-        """After the test, whatever happened in it."""
+        """Clean-up after the test, whatever happened in it."""
         self.keyboard.release_all()
         if self.running() and self.frame():
             self.probe.post(self.frame().hwnd, WM_CLOSE)
@@ -275,7 +276,7 @@ class Program:
         return window is not None and window.visible
 
     def shown_dialogs(self):
-        """Visible dialogs beside the strip: enlarged cards, items, caption boxes, hover strip."""
+        """Visible dialogs except the strip: enlarged cards, items, caption boxes, hover strip."""
         return [w for w in self.windows() if w.cls == DIALOG_CLASS and w.visible]
 
     def shown_layered(self):
@@ -292,7 +293,7 @@ class Program:
         return [function.name for function in self.functions].index(name)
 
     def hold(self):
-        """Holds the modifier until the strip has answered."""
+        """Holds the modifier until the strip has responded."""
         seen = self.count_of("CZelMainDlg::handleHotkey", "LEAVE")
         self.keyboard.down(MODIFIER)
         self._handled(seen + 1)
@@ -303,10 +304,10 @@ class Program:
         self._handled(seen + 1)
 
     def press(self, name):
-        """Presses a function's key and lets it go once the strip has handled it, until that is handled too.
+        """Presses a function's key and releases it once the strip has handled the press; waits until the release is
+        handled too.
 
-        While the cards change, no window may have the focus for a moment: a key that is let go just then is let go
-        without anybody hearing it."""
+        While the cards change, no window may have the focus for a moment: a release at that moment would be lost."""
         seen = self.count_of("CZelMainDlg::handleHotkey", "LEAVE")
         self.keyboard.down(self.key_of(name))
         self._handled(seen + 1)
@@ -320,7 +321,7 @@ class Program:
         wait_until(lambda: self.count_of("CZelMainDlg::handleHotkey", "LEAVE") >= count,
                    "the strip has handled the key")
 
-    # What was written
+    # Output
     def log(self):
         return self._log.lines()
 

@@ -1,4 +1,4 @@
-"""The log lines that the program must write: built from small pieces, so that each test states a whole sequence."""
+"""The log lines that the program must write, built from small pieces, so that each test states a whole sequence."""
 from .desktop import CONFIG, LIST, MACHINE, SETTINGS, USER
 
 FILE_NOT_FOUND, E_POINTER, E_FAIL = 0x80070002, 0x80004003, 0x80004005
@@ -8,7 +8,7 @@ MACHINE_SETTINGS = [setting.name for setting in SETTINGS if setting.scope == MAC
 
 
 def scope(function, *inside):
-    """ENTER, what lies between, LEAVE."""
+    """ENTER, the lines in between, LEAVE."""
     lines = [f"TRC {function}: ENTER {function}"]
     for entry in inside:
         lines += entry if isinstance(entry, list) else [entry]
@@ -123,7 +123,7 @@ def start_up(functions, plugin_of, work, card_width, ratio):
         strip_hidden([False] * len(functions), cancel_sticky=False))
 
 
-# Keys. What the library's thread writes, and what the thread of the windows writes, each in its own order.
+# Keys. The lines of the library's thread and those of the windows' thread, each in its own order.
 def reported(code, is_break):
     word = "break" if is_break else "make"
     return [info("CHotkeyEventHandler::_hotkeyNotify", f"Get hotkey code:{code:#x}, modifier:{int(is_break):#x}"),
@@ -132,7 +132,7 @@ def reported(code, is_break):
 
 
 def not_touched(cards):
-    """Cards that a key is not meant for: notifyHotkey does nothing."""
+    """Cards that a key does not belong to: notifyHotkey does nothing."""
     return scope("CBlackCard::notifyHotkey") * cards
 
 
@@ -141,10 +141,10 @@ def circle_item_made():
 
 
 def first_press_of_toggle(other_cards, current, left_max, right_max):
-    """Make of a two-item function's key, the function first on the strip, the strip showing, no card open."""
+    """Make of a two-item function's key, the function first on the strip, the strip visible, no card open."""
     return scope(
         "CZelMainDlg::handleHotkey",
-        # Hiding the strip puts every card's enlarged card away; the key then puts away those that do not want it.
+        # Hiding the strip hides every enlarged card; the key then hides those of the other functions.
         scope("CZelMainDlg::OnShowWindow", cards_put_away([False] * (1 + other_cards))),
         cards_put_away([False] * other_cards),
         scope("CBlackCard::notifyHotkey",

@@ -7,9 +7,9 @@ from .keyboard import CODES
 
 Function = collections.namedtuple("Function", "name caption plugin key codes items")
 
-# The simulated notebook's table, as the build has written it.
+# The simulated notebook's table, as written by the build.
 TABLE = [row for row in json.loads((places.OUT / "functions.json").read_text(encoding="utf-8")) if row]
-# What the cards of these kinds show on a new machine; of all others the items are the bits of their masks.
+# What the cards of these kinds show on a new machine; for all others the items are the bits of their masks.
 SHOWN = {"Slider": 1, "Radios": 3, "Favourites": 8}
 
 
@@ -19,11 +19,11 @@ def item_count(row):
 
 
 def key_name(name):
-    """As the keyboard calls it: letters and the space bar are small."""
+    """The key's name for the keyboard: letters and the space bar are lower case."""
     return name if name in CODES else name.lower()
 
 
-# The circle functions of the simulated notebook and how many items each shows there.
+# The circle functions of the simulated notebook and the number of items of each.
 CIRCLE_KINDS = ("Toggle", "Action", "Positions", "Backlight", "Drive")
 CIRCLE_ITEMS = {row["name"]: item_count(row) for row in TABLE if row["kind"] in CIRCLE_KINDS}
 KINDS = {row["name"]: row["kind"] for row in TABLE}
@@ -43,10 +43,10 @@ def registered(row):
     return Function(row["name"], row["caption"], None, keys[0], codes, item_count(row))
 
 
-# The strip that the simulated notebook registers, whole, in the order in which it stands there.
+# The complete strip that the simulated notebook registers, in its order.
 SAMPLE = [registered(row) for row in TABLE]
 
 
 def sample(*names):
-    """Some of them, in the order asked for."""
+    """Some of them, in the given order."""
     return [next(function for function in SAMPLE if function.name == name) for name in names]

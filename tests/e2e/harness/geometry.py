@@ -1,4 +1,4 @@
-"""Where the cards must be: plain arithmetic, independent of the program. Doubles are truncated toward zero."""
+"""The expected places of the cards: plain arithmetic, independent of the program. Doubles are truncated toward zero."""
 from math import trunc
 
 from .probe import Rect
@@ -49,7 +49,7 @@ def card(work, count, index, bottom=False, dpi=96):
 
 
 def card_picture(work, count, index, bottom=False, dpi=96):
-    """Where one card's picture is on the screen."""
+    """One card's picture on the screen."""
     whole = card(work, count, index, bottom, dpi)
     height = trunc((whole.right - whole.left) * 0.615)
     if bottom:
@@ -66,7 +66,7 @@ def large_card(work, count, index, bottom=False, dpi=96):
 
 
 def overhang(item_width, desc_max_width=100):
-    """How far a caption box sticks out beyond its item on each side; unsigned 32-bit arithmetic."""
+    """How far a caption box sticks out of its item on each side; unsigned 32-bit arithmetic."""
     return ((desc_max_width - item_width) & 0xFFFFFFFF) // 2
 
 
@@ -119,7 +119,7 @@ def slider(work, cards, index, bottom=False, thumb=20):
 
 
 def large_card_text(work, cards, index, bottom=False):
-    """Where the state stands on an enlarged card."""
+    """The place of the state on an enlarged card."""
     scale = ratio(work, cards)
     card = large_card(work, cards, index, bottom)
     side = trunc(scale * 4.0)
@@ -127,7 +127,7 @@ def large_card_text(work, cards, index, bottom=False):
 
 
 def shrunk_circles(work, cards, index, items, bottom=False, desc_max_width=100):
-    """The items of the older display output, which are drawn smaller where they would not fit."""
+    """The items of the older display output, which shrink if they would not fit."""
     scale = ratio(work, cards)
     sticks_out = overhang(trunc(scale * 72.0), desc_max_width)
     total = items * trunc(scale * 82.0) + 2 * sticks_out

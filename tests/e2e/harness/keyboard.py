@@ -14,9 +14,10 @@ CODES = {"F1": 0x3B, "F2": 0x3C, "F3": 0x3D, "F4": 0x3E, "F5": 0x3F, "F6": 0x40,
 
 
 class Keyboard:
-    """Keys wait until somebody hears them: while windows come and go, the window manager has the focus for moments."""
+    """A key waits until a window receives it: while windows open and close, the window manager has the focus for
+    moments."""
 
-    TAP = 0.012  # seconds that a key stays down at least, and up
+    TAP = 0.012  # minimum seconds that a key stays down, and up
 
     def __init__(self, environment):
         self._environment = environment
@@ -53,7 +54,7 @@ class Keyboard:
         time.sleep(self.TAP)
 
     def release_all(self):
-        """Whether or not somebody hears it."""
+        """Whether or not a window receives it."""
         if self._button:
             self.mouse_up()
         while self._down:

@@ -20,7 +20,7 @@ class Line:
 
     @property
     def short(self):
-        """What a test compares: level, function, message."""
+        """The fields that a test compares: level, function, message."""
         return f"{self.level} {self.function}: {self.text}"
 
     def __repr__(self):
@@ -28,13 +28,13 @@ class Line:
 
 
 def parse(data):
-    """Lines of a log file's bytes. Text mode ends each with CR LF; a message may hold a line feed of its own."""
+    """Lines of a log file's bytes. Text mode ends each with CR LF; a message may contain a line feed of its own."""
     text = data.decode("utf-8", "replace")
     return [Line(raw) for raw in text.split("\r\n") if raw]
 
 
 class Growing:
-    """A log file that is read again and again while it grows: each line is taken apart once."""
+    """A log file that is read repeatedly while it grows: each line is parsed once."""
 
     def __init__(self, file):
         self._file = file
@@ -42,10 +42,10 @@ class Growing:
         self._lines = []
 
     def lines(self):
-        """All whole lines; one that is being written at this moment is read the next time."""
+        """All complete lines; a line that is just being written is read the next time."""
         data = self._file.read_bytes() if self._file.exists() else b""
         if not data.startswith(self._parsed):
-            # A further start has begun the file anew.
+            # Another start has truncated the file.
             self._parsed, self._lines = b"", []
         whole = b"".join(data.rpartition(b"\r\n")[:2])
         self._lines += parse(whole[len(self._parsed):])

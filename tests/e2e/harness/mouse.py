@@ -1,4 +1,4 @@
-"""Working the cards with the mouse: the hover strip calls them, pixels tell which card the mouse is on."""
+"""Working with the cards by mouse: the hover strip brings them up, pixels tell which card the mouse is on."""
 from statistics import median
 
 from . import geometry
@@ -7,7 +7,7 @@ from .screen import BACKGROUND
 from .waiting import wait_until
 
 BRIGHT, DIMMED = 220, 150  # opacities of a card's picture
-CLEARLY = 30  # a colour differs so much from the screen's that an opacity can be told from it
+CLEARLY = 30  # the minimum difference of a colour from the screen's for measuring an opacity
 
 
 def middle(rect):
@@ -28,7 +28,7 @@ def expect_hover_strip(program, shown=True):
 
 
 def card_picture(program, index):
-    """What is seen of a card's picture: the part next to the screen's edge."""
+    """The visible part of a card's picture, next to the screen's edge."""
     rect = geometry.card_picture(program.desktop.work_area(), len(program.functions), index, program.bottom)
     rows = geometry.PICTURE_BAND - 1
     if program.bottom:
@@ -37,13 +37,13 @@ def card_picture(program, index):
 
 
 def hover_point(program, index=0):
-    """On the hover strip, where the card `index` will be."""
+    """On the hover strip, at the future place of the card `index`."""
     x, _ = middle(card_picture(program, index))
     return x, hover_rect(program).top + 1
 
 
 def away(program):
-    """A point where none of the program's windows is."""
+    """A point outside all windows of the program."""
     return program.desktop.screen.width - 2, program.desktop.screen.height // 2
 
 
@@ -68,7 +68,7 @@ def open_card(program, index):
 
 
 class CardsAsShown:
-    """How the cards look when no mouse works them: what their opacities are measured against."""
+    """The cards without mouse operation: the reference for their opacities."""
 
     def __init__(self, program):
         self._program = program
@@ -77,14 +77,14 @@ class CardsAsShown:
         self._picture = wait_until(self._drawn, "all cards are drawn")
 
     def _drawn(self):
-        # The window that takes the mouse is on the screen before the pictures are, and all but transparent.
+        # The window that takes the mouse appears before the pictures, and is nearly transparent.
         def is_drawn(rgb):
             return any(abs(new - back) >= CLEARLY for new, back in zip(rgb, BACKGROUND))
         picture = self._program.desktop.screen.picture(self._whole)
         return picture if all(picture.share_of(rect, is_drawn) > 0.5 for rect in self._rects) else None
 
     def opacities(self):
-        """One number per card, from what is on the screen now."""
+        """One number per card, from the pixels on the screen."""
         now = self._program.desktop.screen.picture(self._whole)
         return [self._opacity(now, rect) for rect in self._rects]
 

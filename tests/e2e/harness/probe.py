@@ -13,7 +13,7 @@ KEY_WINDOW_CLASS = "FenwynTestsOtherProgram"
 
 
 class Window:
-    """One top-level window as it was when it was listed."""
+    """A top-level window at the time of listing."""
 
     def __init__(self, entry):
         self.hwnd = entry["hwnd"]
@@ -87,7 +87,7 @@ class Probe:
         return self.ask("make-window", cls, title, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top)
 
     def received(self, hwnd):
-        """(message, wParam, lParam) that the window got since the last asking."""
+        """(message, wParam, lParam) that the window got since the last query."""
         return [tuple(entry) for entry in self.ask("received", hwnd)]
 
     def focus(self, hwnd):

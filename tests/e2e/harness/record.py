@@ -1,4 +1,4 @@
-"""What the plug-ins of the simulated notebook wrote down: one line per call of an export."""
+"""What the plug-ins of the simulated notebook recorded: one line per call of an export."""
 import collections
 
 Call = collections.namedtuple("Call", "time function export arguments result thread")
@@ -10,7 +10,7 @@ def read(path):
     calls = []
     for line in path.read_text(encoding="utf-8").splitlines():
         fields = line.split("\t")
-        # A line that is being written at this moment is read the next time.
+        # A line that is just being written is read the next time.
         if len(fields) == 6:
             calls.append(Call(*fields[:4], int(fields[4]), int(fields[5])))
     return calls

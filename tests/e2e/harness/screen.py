@@ -1,4 +1,4 @@
-"""The virtual screen and what can be seen on it."""
+"""The virtual screen and its pixels."""
 import os
 import shlex
 import subprocess
@@ -10,7 +10,7 @@ WIDTH, HEIGHT = 1280, 800
 
 
 class Picture:
-    """Pixels of a part of the screen, asked for by screen coordinates."""
+    """Pixels of a part of the screen, addressed by screen coordinates."""
 
     def __init__(self, left, top, width, height, data):
         assert len(data) == width * height * 3, (width, height, len(data))
@@ -38,8 +38,8 @@ class Picture:
 
 
 class Screen:
-    """An X server of the tests' own; tools/virtual-screen starts and stops it. With a second size it has a second
-    monitor, to the right of the first."""
+    """The tests' own X server; tools/virtual-screen starts and stops it. With a second size it has a second monitor, to
+    the right of the first."""
 
     def __init__(self, size=(WIDTH, HEIGHT), second=None):
         monitors = [size] + ([second] if second else [])

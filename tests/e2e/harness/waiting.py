@@ -1,10 +1,10 @@
-"""Waiting for a condition, never for luck."""
+"""Waiting for conditions with a deadline."""
 import os
 import time
 
-SOON = 10.0  # seconds; a condition that holds is seen within milliseconds, this is for a slow machine
+SOON = 10.0  # seconds; a condition normally holds within milliseconds, this is for a slow machine
 PAUSE = 0.02
-FIRST_PAUSE = 0.002  # most of what is waited for is already on its way
+FIRST_PAUSE = 0.002  # most events are already on their way
 
 
 def wait_until(condition, what, deadline=SOON):
@@ -22,7 +22,7 @@ def wait_until(condition, what, deadline=SOON):
 
 
 def stays(condition, what, seconds=0.4):
-    """The condition holds now and for a while: how the absence of an effect is tested."""
+    """The condition holds now and for a while: this tests that an effect is absent."""
     end = time.monotonic() + seconds
     while time.monotonic() < end:
         assert condition(), what() if callable(what) else what
@@ -30,5 +30,5 @@ def stays(condition, what, seconds=0.4):
 
 
 def allowed(seconds):
-    """How long something that takes at most so long on a quiet machine may take on this one, as busy as it is now."""
+    """The time limit on this machine, under its current load, for something that takes this long on a quiet one."""
     return seconds * max(1.0, 1 + os.getloadavg()[0] / (os.cpu_count() or 1))

@@ -1,4 +1,4 @@
-"""The X server, asked and told without a process in between: who has the keyboard focus, and keys for them."""
+"""Queries and commands to the X server without a process in between: who has the keyboard focus, and sending keys."""
 import ctypes
 
 PRESSED, RELEASED = 1, 0
@@ -21,7 +21,7 @@ class XServer:
         self._x.XCloseDisplay(self._display)
 
     def key(self, name, action):
-        """Does something to a key, whether anybody hears it or not."""
+        """Sends a key event, whether or not a program receives it."""
         keysym = ctypes.c_ulong(self._x.XStringToKeysym(name.encode()))
         code = self._x.XKeysymToKeycode(self._display, keysym)
         assert code, f"no such key: {name}"
@@ -29,8 +29,8 @@ class XServer:
         self._x.XSync(self._display, 0)
 
     def key_if_heard(self, name, action):
-        """The same, if a Windows program has the focus and hears it; says whether it was so."""
-        # Nobody else is served meanwhile, so the focus cannot move between the question and the key.
+        """The same, if a Windows program has the focus and receives it; returns whether it had."""
+        # The server handles nobody else meanwhile, so the focus cannot move between the query and the key.
         self._x.XGrabServer(self._display)
         try:
             heard = self._hears(self._focused_class())
@@ -43,14 +43,14 @@ class XServer:
 
     @staticmethod
     def _hears(cls):
-        # A console has the focus for a moment, and hears nothing any more when its program ends.
+        # A console has the focus for a moment, and receives nothing once its program has ended.
         return cls.endswith(b".exe") and cls != b"conhost.exe"
 
     def _focused_class(self):
         """The class of the window with the focus: Wine names it after the program."""
         window, revert, hint = ctypes.c_ulong(), ctypes.c_int(), _ClassHint()
         self._x.XGetInputFocus(self._display, ctypes.byref(window), ctypes.byref(revert))
-        # 0 is nobody, 1 is whoever the mouse is on.
+        # 0 is nobody, 1 is the window under the mouse.
         if window.value <= 1 or not self._x.XGetClassHint(self._display, window, ctypes.byref(hint)):
             return b""
         try:

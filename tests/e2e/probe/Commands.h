@@ -9,13 +9,13 @@ namespace probe {
 
 using Arguments = std::vector<std::wstring>;
 
-// Runs on the thread that owns the windows. Never throws for bad arguments; answers {"error": ...} then.
+// Runs on the thread that owns the windows. Never throws for bad arguments; then answers {"error": ...}.
 [[nodiscard]] std::string answer(std::string_view line);
 
-// Numbers in decimal or 0x hexadecimal, negative ones too; 0 for what is no number.
+// Numbers in decimal or 0x hexadecimal, also negative; 0 for anything else.
 [[nodiscard]] long long toNumber(const std::wstring& text);
 
-// The commands, by the file that has them.
+// The commands, by source file.
 std::string listWindows(const Arguments& arguments);      // -> every top-level window, topmost first
 std::string foreground(const Arguments& arguments);       // -> the window with the focus
 std::string workArea(const Arguments& arguments);         // -> rectangle and DPI
@@ -23,7 +23,7 @@ std::string sendOrPost(const Arguments& arguments);       // how (post, send), w
 std::string registerMessage(const Arguments& arguments);  // name -> number
 
 std::string makeWindow(const Arguments& arguments);        // class, title, left, top, width, height -> window
-std::string receivedMessages(const Arguments& arguments);  // window -> [message, wParam, lParam] since the last asking
+std::string receivedMessages(const Arguments& arguments);  // window -> [message, wParam, lParam] since the last query
 std::string focusWindow(const Arguments& arguments);       // window
 std::string destroyWindow(const Arguments& arguments);     // window
 
@@ -31,7 +31,7 @@ std::string listProcesses(const Arguments& arguments);   // -> id and file name 
 std::string countHandles(const Arguments& arguments);    // process id -> kernel handles and GDI objects
 std::string holdObject(const Arguments& arguments);      // kind (mutex, event), name -> whether it existed before
 std::string releaseObjects(const Arguments& arguments);  // what holdObject made
-std::string setEvent(const Arguments& arguments);        // name -> whether there is such an event
+std::string setEvent(const Arguments& arguments);        // name -> whether this event exists
 
 std::string setValue(const Arguments& arguments);     // root, key, name, type (dword, sz, hex), data
 std::string getValue(const Arguments& arguments);     // root, key, name -> type and bytes in hexadecimal

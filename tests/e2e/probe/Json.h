@@ -1,4 +1,4 @@
-// The little JSON that answers need.
+// The small subset of JSON that answers need.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A window of another program: it takes the focus and keeps a record of the messages that a test may ask about.
+// A window of another program: it takes the focus and records the messages that a test may query.
 #include <windows.h>
 
 #include <map>
@@ -12,7 +12,7 @@ namespace {
 
 using Received = std::vector<std::string>;
 
-// Only touched by the thread that owns the windows.
+// Only used by the thread that owns the windows.
 std::map<HWND, Received>& records() {
     static std::map<HWND, Received> all;
     return all;
@@ -44,7 +44,7 @@ std::string makeWindow(const Arguments& arguments) {
     windowClass.hInstance = ::GetModuleHandleW(nullptr);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
     windowClass.lpszClassName = arguments[0].c_str();
-    ::RegisterClassW(&windowClass);  // fails when it is registered already, which is as good
+    ::RegisterClassW(&windowClass);  // fails when it is registered already, which does not matter
     const HWND window =
         ::CreateWindowExW(0, arguments[0].c_str(), arguments[1].c_str(), WS_OVERLAPPEDWINDOW | WS_VISIBLE,
                           static_cast<int>(toNumber(arguments[2])), static_cast<int>(toNumber(arguments[3])),

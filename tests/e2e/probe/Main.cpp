@@ -30,7 +30,7 @@ HWND makeCommandWindow() {
                              windowClass.hInstance, nullptr);
 }
 
-// Hands each line to the window thread and waits for its answer, so answers come in the order of the commands.
+// Passes each line to the window thread and waits for its answer, so that answers have the order of the commands.
 DWORD WINAPI readCommands(void* parameter) {
     const HWND target = static_cast<HWND>(parameter);
     std::string line;

@@ -15,7 +15,7 @@ namespace probe {
 
 namespace {
 
-// The system's own counters answer 0 under Wine, so the tables behind them are read.
+// The system's own counters return 0 under Wine, so the tables behind them are read.
 struct HandleEntry {
     void* object;
     ULONG_PTR processId;

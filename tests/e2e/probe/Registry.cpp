@@ -1,4 +1,4 @@
-// Registry values, quick enough to write a whole configuration before each test.
+// Registry values, fast enough to write a whole configuration before each test.
 #include <windows.h>
 
 #include <cstdint>

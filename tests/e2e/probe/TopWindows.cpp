@@ -1,4 +1,4 @@
-// What is on the desktop, and messages to it.
+// The windows on the desktop, and messages to them.
 #include <windows.h>
 
 #include "Commands.h"
