@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "Sandbox.h"
 #include "plugins/siblings/StandIn.h"
+#include "plugins/simulated/Sandbox.h"
 
 namespace plugintest {
 namespace {

@@ -1,0 +1,223 @@
+// Each library as it ships, on the system that the tests run on: it keeps the contract, says in words why it offers
+// nothing when it does not, and ends quickly and completely.
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+
+#include "FenwynPlugin.h"
+#include "PluginChecker.h"
+#include "common/Handle.h"
+#include "plugins/windows/Waiting.h"
+#include "support/ResourceCounters.h"
+#include "system/SlowState.h"
+
+namespace win {
+namespace {
+
+struct Shipped {
+    const wchar_t* function;
+    // What the machine of the tests says: the beginning of the reason, or null where it offers the function.
+    const wchar_t* reason;
+    // Where it depends on the machine (a sound server that runs or not) the function may be offered all the same.
+    bool mayBeOffered;
+};
+
+std::ostream& operator<<(std::ostream& rStream, const Shipped& shipped) {
+    const std::wstring name = shipped.function;
+    return rStream << std::string(name.begin(), name.end());
+}
+
+// clang-format off
+constexpr Shipped kShipped[] = {
+    {L"Mute", L"There is no sound output device.", true},
+    {L"CursorOverlay", nullptr, true},
+    {L"NumericOverlay", nullptr, true},
+    {L"Lock", nullptr, true},
+    // The emulated system claims to have every sleeping state.
+    {L"Sleep", nullptr, true},
+    {L"Hibernate", nullptr, true},
+    {L"Zoom", nullptr, true},
+    {L"Brightness", L"There is no built-in screen whose brightness the system can set.", false},
+    {L"ODD", L"There is no optical drive (mounted images are none).", false},
+    {L"Touchpad", L"There is no precision touchpad.", false},
+    {L"Wireless", L"There is no radio that the system lets programs switch.", false},
+    {L"PowerPlan", L"There are not two power plans to choose between.", false},
+};
+// clang-format on
+
+std::string narrow(const std::wstring& text) {
+    return {text.begin(), text.end()};
+}
+
+std::wstring pathOf(const wchar_t* function) {
+    return std::wstring(STAGE_DIR) + L"\\plugins\\Win" + function + L".dll";
+}
+
+class EachShippedPlugin : public testing::TestWithParam<Shipped> {};
+
+INSTANTIATE_TEST_SUITE_P(Windows, EachShippedPlugin, testing::ValuesIn(kShipped),
+                         [](const testing::TestParamInfo<Shipped>& row) { return narrow(row.param.function); });
+
+TEST_P(EachShippedPlugin, KeepsTheContractAndSaysWhyItOffersNothing) {
+    check::CReport report = check::checkPlugin(pathOf(GetParam().function), GetParam().function);
+    // On a machine with too much to do the answer may be late.
+    for (int i = 0; i < 10 && report.text().find(kNoAnswerInTime) != std::wstring::npos; ++i) {
+        report = check::checkPlugin(pathOf(GetParam().function), GetParam().function);
+    }
+    EXPECT_EQ(report.count(check::Weight::Error), 0U) << narrow(report.text());
+    const std::wstring text = report.text();
+    const bool declined = text.find(L"does not support the function") != std::wstring::npos;
+    if (GetParam().reason == nullptr) {
+        EXPECT_FALSE(declined) << narrow(text);
+    } else if (declined || !GetParam().mayBeOffered) {
+        EXPECT_NE(text.find(std::wstring(L"Its reason: ") + GetParam().reason), std::wstring::npos) << narrow(text);
+    }
+}
+
+// Null arguments, an item that there is not, calls before the beginning and after the end: a failure, no crash.
+TEST_P(EachShippedPlugin, SurvivesWrongUse) {
+    const common::UniqueModule hModule(::LoadLibraryW(pathOf(GetParam().function).c_str()));
+    ASSERT_TRUE(hModule);
+    const auto find = [&hModule](const char* name) {
+        return reinterpret_cast<void*>(::GetProcAddress(hModule.get(), name));
+    };
+    const auto misuse = [&find] {
+        if (void* const item = find(FENWYN_GET_CURRENT_ITEM)) {
+            EXPECT_NE(reinterpret_cast<FenwynGetCurrentItem>(item)(nullptr, nullptr), FENWYN_OK);
+        }
+        if (void* const info = find(FENWYN_GET_DISPLAY_ITEM_INFO)) {
+            EXPECT_LT(reinterpret_cast<FenwynGetDisplayItemInfo>(info)(nullptr, nullptr, nullptr), 0);
+        }
+        if (void* const choose = find(FENWYN_SELECT_ITEM)) {
+            EXPECT_NE(reinterpret_cast<FenwynSelectItem>(choose)(-5, nullptr), FENWYN_OK);
+            EXPECT_NE(reinterpret_cast<FenwynSelectItem>(choose)(1000, nullptr), FENWYN_OK);
+        }
+        EXPECT_NE(reinterpret_cast<FenwynGetUnsupportedReason>(find(FENWYN_GET_UNSUPPORTED_REASON))(nullptr, nullptr),
+                  FENWYN_OK);
+    };
+    misuse();
+    if (void* const initialize = find(FENWYN_INITIALIZE)) {
+        reinterpret_cast<FenwynInitializeHotkeyDll>(initialize)(0, nullptr);
+        misuse();
+    }
+    const auto finalize = reinterpret_cast<FenwynFinalizeHotkeyDll>(find(FENWYN_FINALIZE));
+    finalize();
+    finalize();
+    misuse();
+}
+
+TEST_P(EachShippedPlugin, EndsWithinASecondAndLeavesNothingBehind) {
+    const auto cycle = [] {
+        const common::UniqueModule hModule(::LoadLibraryW(pathOf(GetParam().function).c_str()));
+        ASSERT_TRUE(hModule);
+        const auto find = [&hModule](const char* name) {
+            return reinterpret_cast<void*>(::GetProcAddress(hModule.get(), name));
+        };
+        ULONG reserved = 0;
+        reinterpret_cast<FenwynInitializeHotkeyDll>(find(FENWYN_INITIALIZE))(0, &reserved);
+        const ULONGLONG start = ::GetTickCount64();
+        reinterpret_cast<FenwynFinalizeHotkeyDll>(find(FENWYN_FINALIZE))();
+        EXPECT_LT(::GetTickCount64() - start, 1000U);
+    };
+    cycle();
+    cycle();
+    const std::size_t before = testsupport::kernelHandles();
+    ASSERT_GT(before, 0U) << "the counter does not work here";
+    for (int i = 0; i < 5; ++i) {
+        cycle();
+    }
+    const std::wstring file = std::wstring(L"Win") + GetParam().function + L".dll";
+    // A worker that has just ended gives up its reference a moment later.
+    const ULONGLONG end = ::GetTickCount64() + 5000;
+    while (::GetTickCount64() < end &&
+           (::GetModuleHandleW(file.c_str()) != nullptr || testsupport::kernelHandles() > before + 2)) {
+        ::Sleep(10);
+    }
+    EXPECT_EQ(::GetModuleHandleW(file.c_str()), nullptr);
+    EXPECT_LE(testsupport::kernelHandles(), before + 2);
+}
+
+// Two libraries in one process, as in Fenwyn.
+class ShippedOverlay {
+ public:
+    explicit ShippedOverlay(const wchar_t* function) : m_hModule(::LoadLibraryW(pathOf(function).c_str())) {
+        call<FenwynInitializeHotkeyDll>(FENWYN_INITIALIZE, 0, nullptr);
+    }
+    ~ShippedOverlay() { call<FenwynFinalizeHotkeyDll>(FENWYN_FINALIZE); }
+    ShippedOverlay(const ShippedOverlay&) = delete;
+    ShippedOverlay& operator=(const ShippedOverlay&) = delete;
+
+    [[nodiscard]] LONG select(LONG item) const { return call<FenwynSelectItem>(FENWYN_SELECT_ITEM, item, nullptr); }
+    [[nodiscard]] LONG current() const {
+        LONG item = -1;
+        call<FenwynGetCurrentItem>(FENWYN_GET_CURRENT_ITEM, &item, nullptr);
+        return item;
+    }
+
+ private:
+    template <typename Function, typename... Arguments>
+    LONG call(const char* name, Arguments... arguments) const {
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(m_hModule.get(), name)))(
+            arguments...);
+    }
+
+    common::UniqueModule m_hModule;
+};
+
+TEST(ShippedOverlays, OneGoesOffWhenTheOtherComesOn) {
+    const ShippedOverlay cursor(L"CursorOverlay");
+    const ShippedOverlay numeric(L"NumericOverlay");
+    EXPECT_EQ(cursor.current(), 1);
+    ASSERT_EQ(cursor.select(0), FENWYN_OK);
+    EXPECT_EQ(cursor.current(), 0);
+    ASSERT_EQ(numeric.select(0), FENWYN_OK);
+    EXPECT_EQ(numeric.current(), 0);
+    EXPECT_EQ(cursor.current(), 1);
+    ASSERT_EQ(cursor.select(0), FENWYN_OK) << "and back";
+    EXPECT_EQ(numeric.current(), 1);
+    EXPECT_EQ(cursor.select(1), FENWYN_OK);
+    EXPECT_EQ(cursor.current(), 1);
+}
+
+constexpr wchar_t kOverlayWindow[] = L"FenwynOverlayWnd";
+
+std::wstring g_keysSeen;
+
+LRESULT CALLBACK seeKeys(int code, WPARAM wParam, LPARAM lParam) {
+    g_keysSeen += static_cast<wchar_t>(reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam)->vkCode);
+    return ::CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+// What the number pad would make of a J that a person presses.
+TEST(ShippedOverlays, LeaveInjectedKeysAlone) {
+    const ShippedOverlay numeric(L"NumericOverlay");
+    ASSERT_EQ(numeric.select(0), FENWYN_OK);
+    // Later hooks hear first; one that is there before the overlay's would not hear what that one keeps.
+    const common::UniqueHook earlier(::SetWindowsHookExW(WH_KEYBOARD_LL, &seeKeys, ::GetModuleHandleW(nullptr), 0));
+    ASSERT_TRUE(earlier);
+    ASSERT_EQ(numeric.select(1), FENWYN_OK);
+    ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) == nullptr; }));
+    ASSERT_EQ(numeric.select(0), FENWYN_OK);
+    // The hook's thread answers from now on.
+    ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) != nullptr; }));
+    INPUT press[2]{};
+    for (INPUT& input : press) {
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = 'J';
+        input.ki.wScan = 0x24;
+    }
+    press[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    ASSERT_EQ(::SendInput(2, press, sizeof(INPUT)), 2U);
+    for (const ULONGLONG end = ::GetTickCount64() + 10000; g_keysSeen.size() < 2 && ::GetTickCount64() < end;) {
+        MSG message;
+        ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+        while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            ::DispatchMessageW(&message);
+        }
+    }
+    EXPECT_EQ(g_keysSeen, L"JJ");
+}
+
+}  // namespace
+}  // namespace win
