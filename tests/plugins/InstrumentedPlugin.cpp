@@ -1,5 +1,5 @@
 #define FENWYN_PLUGIN
-#define FENWYN_EXPORT  // the build's .def file names what this variant exports
+#define FENWYN_EXPORT  // the build's .def file names the exports of this variant
 #include "InstrumentedPlugin.h"
 
 #include "CallRecord.h"
@@ -103,7 +103,7 @@ void remember(ExportId id, LONG first, LONG second, LONG result) {
     }
 }
 
-// WM_QUIT goes no further than here, as in many a careless loop.
+// WM_QUIT is swallowed here, as in many careless loops.
 void handleMessages() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -112,7 +112,7 @@ void handleMessages() {
     }
 }
 
-// Remembers the call, waits as told, and returns the configured result. The record stands before the wait.
+// Remembers the call, waits if configured, and returns the configured result. The record precedes the wait.
 LONG answer(ExportId id, LONG first = 0, LONG second = 0) {
     const Behaviour& behaviour = g_control.exports[id];
     remember(id, first, second, behaviour.result);

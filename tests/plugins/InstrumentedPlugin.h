@@ -46,9 +46,9 @@ inline constexpr std::size_t kMaxPlans = 32;
 struct Behaviour {
     LONG result;    // what the export returns
     DWORD delay;    // milliseconds that it waits first
-    HANDLE gate;    // when set: it waits first until this event (the test's) is signalled
-    HANDLE inside;  // when set: it signals this event on entry
-    BOOL pumps;     // when set: it handles all messages that wait for its thread, as a message box would
+    HANDLE gate;    // if set: it waits first until the test signals this event
+    HANDLE inside;  // if set: it signals this event on entry
+    BOOL pumps;     // if set: it handles all pending messages of its thread, as a message box would
 };
 
 struct Entry {
@@ -56,14 +56,14 @@ struct Entry {
     ULONG flags;
     BOOL hasText;  // FALSE: the text pointer is left null
     WCHAR text[kMaxText];
-    ULONG recordCount;         // as reported, however many records there are
-    ULONGLONG recordsInstead;  // not 0: reported in place of the records' address
+    ULONG recordCount;         // as reported, whatever the number of records
+    ULONGLONG recordsInstead;  // not 0: reported as the records' address
     FenwynDisplayRecord records[kMaxRecords];
 };
 
 struct CallEntry {
     ExportId exportId;
-    LONG arguments[2];  // the numbers that came in; 0 where there is none
+    LONG arguments[2];  // the numbers that were passed; 0 if there is none
     LONG result;
     DWORD threadId;
 };
@@ -71,32 +71,32 @@ struct CallEntry {
 struct Control {
     Behaviour exports[ExportCount];
 
-    // What the exports report. Initially: info 3, current item 0, one-screen, no entries, plans "Plan 0" ...
+    // What the exports report. Initially: info 3, current item 0, one screen, no entries, plans "Plan 0" ...
     ULONG info;
     ULONG info2;
     LONG currentItem;
     BYTE dual;        // written as it is
-    BOOL dualAsLong;  // IsDualBrtCtrl writes four bytes where it owns one
+    BOOL dualAsLong;  // IsDualBrtCtrl writes four bytes although it owns one
     LONG itemCount;
     Entry entries[kMaxEntries];  // FnF5_GetDisplayItemInfo fails beyond
     WCHAR plans[kMaxPlans][kMaxText];
-    WCHAR reason[kMaxText];  // what GetUnsupportedReason tells; empty: it leaves the text null
+    WCHAR reason[kMaxText];  // the text of GetUnsupportedReason; empty: it leaves the text null
     BOOL nullPlanText;       // GetCustomItemText succeeds and leaves the text null
     BOOL followSelection;    // SelectItem and FocusItem make their item current
     BOOL writesOnFailure;    // out values are written also when the result says failure (initially TRUE)
 
-    BOOL textsOfOwnHeap;  // texts do not come from the allocation callback, as they must
+    BOOL textsOfOwnHeap;  // texts do not come from the allocation callback, as they should
 
-    // Calls of the allocation callback. Size and answer of one extra call, made by each FnF5_GetDisplayItemInfo when
-    // probeAllocation is set; a block so got is leaked, as a careless plug-in would.
+    // Calls of the allocation callback. Size and result of one additional call, made by each FnF5_GetDisplayItemInfo
+    // when probeAllocation is set; this block is leaked, as a careless plug-in would.
     BOOL probeAllocation;
     LONG probeSize;
     void* probeAnswer;
-    LONG allocations;  // blocks got for texts
+    LONG allocations;  // blocks allocated for texts
     LONG allocationsFailed;
-    FenwynAllocate allocate;  // the callback as it was handed over
+    FenwynAllocate allocate;  // the callback as it was passed
 
-    // How it was called.
+    // The calls.
     LONG callCount;  // all calls; the first kMaxCalls are in `calls`
     CallEntry calls[kMaxCalls];
     LONG counts[ExportCount];
@@ -105,7 +105,7 @@ struct Control {
 using GetControl = Control*(WINAPI*)();
 using ResetControl = void(WINAPI*)();
 
-// Keeps the library loaded for its own life, so that its control block can be read after Fenwyn has unloaded it.
+// Keeps the library loaded for its own lifetime, so that its control block can be read after Fenwyn has unloaded it.
 class InstrumentedPlugin {
  public:
     // Starts from the initial state. `name` without folder and ".dll".
@@ -116,7 +116,7 @@ class InstrumentedPlugin {
         }
     }
 
-    // Beside the test program, in plugins\.
+    // In plugins\ next to the test program.
     [[nodiscard]] static std::wstring pathOf(const std::wstring& name) {
         wchar_t program[MAX_PATH];
         const DWORD length = GetModuleFileNameW(nullptr, program, MAX_PATH);
@@ -151,7 +151,7 @@ class InstrumentedPlugin {
         return found;
     }
 
-    // Whether anybody but this object holds the library. Only for the last check of a test: this object gives it up.
+    // Whether anybody but this object holds the library. Only for the last check of a test: this object releases it.
     [[nodiscard]] bool heldByOthers() {
         m_hModule.reset();
         return GetModuleHandleW(m_path.c_str()) != nullptr;
@@ -171,7 +171,7 @@ inline void setEntry(Entry& entry, LONG mode, ULONG flags = 0, const std::wstrin
     text.copy(entry.text, kMaxText - 1);
 }
 
-// Appends a record; `connector` may fill the whole field, so that no terminator is left.
+// Appends a record; `connector` may fill the whole field, so that there is no terminator.
 inline void addRecord(Entry& entry, const std::wstring& connector, ULONG index, ULONG width, ULONG height) {
     FenwynDisplayRecord& record = entry.records[entry.recordCount++ % kMaxRecords];
     record = {};

@@ -20,7 +20,7 @@ std::wstring programFolder() {
     return program.substr(0, program.rfind(L'\\') + 1);
 }
 
-// Nobody has read the registry when a test asks for the settings.
+// The defaults, which count as loaded, so that the registry is not read.
 void restoreSettings() {
     QrdConfig& config = CZelConfig::getQrdConfig();
     config = QrdConfig();

@@ -1,5 +1,5 @@
-// The application as far as its windows need it, without a start-up: GDI+, the real pictures, the default settings, the
-// card strip (without cards) and the hover strip. One room at a time, on the thread that has the windows.
+// The application as its windows need it, without a start-up: GDI+, the real pictures, the default settings, the card
+// strip (without cards) and the hover strip. One at a time, on the thread with the windows.
 #pragma once
 
 #include <windows.h>
@@ -17,38 +17,38 @@ namespace support {
 
 class AppRoom {
  public:
-    // Stops the test when something is missing.
+    // Stops the test if something is missing.
     explicit AppRoom(double ratio = 1.0);
     ~AppRoom();
     AppRoom(const AppRoom&) = delete;
     AppRoom& operator=(const AppRoom&) = delete;
 
-    // The settings that the program sees; back to their defaults with the next room.
+    // The settings that the program sees; reset to the defaults by the next object.
     [[nodiscard]] QrdConfig& config() const;
     [[nodiscard]] CZelMainDlg& strip() const;
     [[nodiscard]] HWND stripWindow() const;
     [[nodiscard]] HWND hoverWindow() const;
     // A card of the strip, which owns it; its function is not loaded yet.
     CBlackCard& addCard();
-    // Where the cards stand: on the primary screen, with the ratio and the edge that the test gives.
+    // The place of the cards: on the primary screen, with the test's ratio and edge.
     [[nodiscard]] const Placement& placement() const;
     void setRatio(double ratio);
     // Setting and placement, as after the layout that follows a change of the setting.
     void setBottom(bool bottom);
     void setMouseOperating(bool operating);
 
-    // Pictures can be loaded no more.
+    // From now on, loading pictures fails.
     void withoutPictures();
 
     [[nodiscard]] static std::wstring artPath();
 };
 
-// Handles all messages that wait.
+// Handles all pending messages.
 void pump();
 // Handles messages until the condition holds; false at the deadline.
 [[nodiscard]] bool pumpUntil(const std::function<bool()>& condition, DWORD milliseconds = 5000);
 
-// Windows of this thread, hidden ones included, but for those that the system keeps for itself.
+// Windows of this thread, including hidden ones, except those that the system creates for itself.
 [[nodiscard]] std::size_t threadWindows();
 
 [[nodiscard]] RECT windowRect(HWND window);

@@ -1,5 +1,5 @@
-// The doors through which unit tests reach single parts of the application object and of its windows. Nothing here does
-// anything by itself: each function is one private member by name.
+// Access for unit tests to single parts of the application object and of its windows. Each function only returns or
+// calls one private member by name.
 #pragma once
 
 #include <atomic>

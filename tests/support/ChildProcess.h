@@ -21,7 +21,7 @@ class ChildProcess {
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    // `standardError`, when given, is an inheritable handle. `flags` as in CreateProcess.
+    // `standardError`, if given, is an inheritable handle. `flags` as in CreateProcess.
     bool start(const std::wstring& program, const std::wstring& arguments, HANDLE standardError = nullptr,
                DWORD flags = 0) {
         STARTUPINFOW startup{};
@@ -42,7 +42,7 @@ class ChildProcess {
         return true;
     }
 
-    // The exit code, or 0xFFFFFFFF when the process still runs at the deadline.
+    // The exit code, or 0xFFFFFFFF if the process still runs at the deadline.
     DWORD exitCode(DWORD milliseconds = 20000) const {
         DWORD code = 0xFFFFFFFFU;
         if (::WaitForSingleObject(m_hProcess.get(), milliseconds) == WAIT_OBJECT_0) {

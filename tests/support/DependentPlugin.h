@@ -1,5 +1,5 @@
-// A plug-in that needs another library, and where that one lies. It stays in the folder of the tests, because not every
-// system unmaps a library whose needs were not met before the process ends.
+// A plug-in that needs another library, and that library's places. It stays in the folder of the tests, because not
+// every system unmaps a library with missing dependencies before the process ends.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@ namespace support {
 
 class DependentPlugin {
  public:
-    // The places where the needed library may lie.
+    // The possible places of the needed library.
     enum class Place { BesideThePlugin, InTheCurrentFolder, AlongPath };
 
     explicit DependentPlugin(Place place) : m_current(std::filesystem::current_path()) {

@@ -1,13 +1,13 @@
-// Memory that runs out at will. Every unit-test program has this operator new; one that lists
-// FailingGdiPlusAllocation.cpp among its sources has the memory of GDI+ objects under the same control. Libraries that
-// a test loads have allocations of their own, which succeed.
+// Simulated out of memory. Every unit-test program has this operator new; a program that lists
+// FailingGdiPlusAllocation.cpp among its sources controls the allocation of GDI+ objects in the same way. Libraries
+// that a test loads have their own allocations, which succeed.
 #pragma once
 
 #include <windows.h>
 
 namespace support {
 
-// While it lives, an allocation of the chosen threads fails. One at a time.
+// During its lifetime, one allocation of the chosen threads fails. One object at a time.
 class FailingAllocation {
  public:
     enum class Threads { This, Others };
@@ -23,7 +23,7 @@ class FailingAllocation {
     [[nodiscard]] static bool happened() noexcept;
 };
 
-// While it lives, this thread's allocations succeed and are not counted: what a test needs for its own records.
+// During its lifetime, this thread's allocations succeed and are not counted: for the test's own records.
 class AllocationsSucceed {
  public:
     AllocationsSucceed() noexcept;
@@ -32,11 +32,11 @@ class AllocationsSucceed {
     AllocationsSucceed& operator=(const AllocationsSucceed&) = delete;
 };
 
-// Asked by whatever stands in for an allocating function: whether this allocation is to fail.
+// For replacements of allocating functions: whether this allocation is to fail.
 [[nodiscard]] bool allocationFails() noexcept;
 
-// Runs `body` again and again, each time with a later allocation that fails, until a run comes to its end without one.
-// The early ones are tried one by one, the later ones with growing steps. Returns how many runs had a failure. `after`
+// Repeats `body`, each time with a later allocation that fails, until a run ends without a failure. The early
+// allocations are tried one by one, the later ones in growing steps. Returns how many runs had a failure. `after`
 // follows each run, with memory.
 template <typename Body, typename After>
 long forEachFailure(FailingAllocation::Extent extent, Body body, After after) {

@@ -1,4 +1,4 @@
-// GDI+ objects are allocated by GDI+ itself: the linker takes these functions in the place of the system's.
+// GDI+ objects are allocated by GDI+ itself: the linker uses these functions instead of the system's.
 #include "common/GdiPlus.h"
 #include "support/FailingAllocation.h"
 

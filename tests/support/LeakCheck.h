@@ -1,5 +1,5 @@
-// What a test that looks for leaks does: run it until everything is made that is made once, count, run it many times
-// more, and count again.
+// The procedure of a leak test: run it until everything that is created once exists, count, run it many times more, and
+// count again.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 namespace testsupport {
 
-// `cycle` gets the number of its turn; messages that wait are handled before each count.
+// `cycle` gets its number; pending messages are handled before each count.
 inline void expectNoLeak(int warmUp, int times, const std::function<void(int)>& cycle) {
     const auto run = [&cycle](int turns) {
         for (int turn = 0; turn < turns; ++turn) {

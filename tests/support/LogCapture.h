@@ -1,5 +1,5 @@
-// Keeps what the program logs instead of writing it. A test program that lists LogCapture.cpp among its sources gets
-// this log in place of the program's own.
+// Keeps the program's log lines instead of writing them. A test program that lists LogCapture.cpp among its sources
+// gets this log instead of the program's own.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,7 @@
 
 namespace support {
 
-// One at a time; lines of all threads arrive while it exists. Without one, nothing is logged.
+// One at a time; it receives the lines of all threads during its lifetime. Without one, nothing is logged.
 class LogCapture {
  public:
     // Keeps lines up to that level: 0 errors, 1 warnings, 2 information, 3 traces.
@@ -19,7 +19,7 @@ class LogCapture {
 
     // "[ERR] (CClass::method): text", one per line, in order; "(closed)" where the log was closed.
     [[nodiscard]] std::vector<std::wstring> lines() const;
-    // Those of errors.
+    // Those of level error.
     [[nodiscard]] std::vector<std::wstring> errors() const;
     // How often exactly that line was logged.
     [[nodiscard]] std::size_t count(const std::wstring& line) const;

@@ -1,6 +1,6 @@
-// A machine and a user registry of its own for one test: while a room exists, the process sees empty keys below
+// A private machine and user registry for one test: during its lifetime, the process sees empty keys below
 // HKEY_CURRENT_USER\Software as its HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER. Nothing outside is read or written, and
-// nothing stays behind. One room at a time.
+// nothing stays behind. One at a time.
 #pragma once
 
 #include <windows.h>
@@ -32,10 +32,10 @@ class RegistryRoom {
     RegistryRoom(const RegistryRoom&) = delete;
     RegistryRoom& operator=(const RegistryRoom&) = delete;
 
-    // False: the system refused, and every test must stop before it touches the real registry.
+    // False: the system refused, and every test must stop before it uses the real registry.
     [[nodiscard]] bool redirected() const noexcept { return m_bRedirected; }
 
-    // From here on nothing can be written for the user: a deleted key takes no more values.
+    // From here on nothing can be written for the user: a deleted key accepts no values.
     void refuseWrites() {
         ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
         ::RegDeleteTreeW(HKEY_CURRENT_USER, (m_name + L"\\User").c_str());

@@ -1,8 +1,8 @@
-// What a process holds of the system, counted so that a test sees a leak. The system's own counters
-// (GetGuiResources, GetProcessHandleCount) are constant zero on some emulators, hence the detours.
+// Counts a process's system objects, so that tests detect leaks. The system's own counters (GetGuiResources,
+// GetProcessHandleCount) are constant zero on some emulators, so other sources are used.
 //
-// Use: run the code once (first-use caches), take the counts, run it some more, compare. A counter that returns 0 does
-// not work on this system: tests assert that it is above 0 before they trust it.
+// Usage: run the code once (first-use caches), count, run it some more, compare. A counter that returns 0 does not work
+// on this system: tests assert that it is above 0 before they rely on it.
 #pragma once
 
 #include <windows.h>
@@ -19,8 +19,8 @@ Function ntdllFunction(const char* name) {
         reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), name)));
 }
 
-// GDI objects (bitmaps, device contexts, fonts, pens, brushes, regions) of this process, from the handle table that
-// the process environment block points to. The system keeps a few for itself.
+// GDI objects (bitmaps, device contexts, fonts, pens, brushes, regions) of this process, from the handle table that the
+// process environment block points to. The system keeps a few for itself.
 inline std::size_t gdiHandles() {
     struct Entry {  // of the GDI handle table, 64-bit layout on every system
         std::uint64_t object;
@@ -31,7 +31,7 @@ inline std::size_t gdiHandles() {
         std::uint8_t flags;
         std::uint64_t userPointer;
     };
-    constexpr std::size_t kEntries = 16384;  // the smallest table there is
+    constexpr std::size_t kEntries = 16384;  // the smallest possible table
     constexpr std::size_t kTableOffset = sizeof(void*) == 8 ? 0xF8 : 0x94;
 
     using CurrentPeb = const std::byte*(WINAPI*)();
@@ -90,8 +90,8 @@ inline std::size_t kernelHandles() {
     return ours;
 }
 
-// Bytes in use in all heaps of this process. What allocates now and then (the system, the test framework) moves it a
-// little: compare after many repetitions, with room for that.
+// Bytes in use in all heaps of this process. Occasional allocations of the system and the test framework change it a
+// little: compare after many repetitions, with a tolerance.
 inline std::size_t heapBytes() {
     std::vector<HANDLE> heaps(64);
     heaps.resize(::GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));

@@ -1,4 +1,4 @@
-// A folder of its own for one test, gone with everything in it at the end of the test.
+// A private folder for one test, deleted with everything in it at the end of the test.
 #pragma once
 
 #include <windows.h>
@@ -17,8 +17,8 @@ class TempFolder {
         static std::atomic<int> count{0};
         m_path = std::filesystem::temp_directory_path() /
                  (L"fenwyn-test-" + std::to_wstring(::GetCurrentProcessId()) + L"-" + std::to_wstring(count++));
-        // What a library that stays mapped to the end of its process kept an earlier one from deleting; numbers come
-        // again.
+        // A library that stays mapped until its process ends may have prevented the deletion of an earlier one; process
+        // ids are reused.
         _clear();
         std::filesystem::create_directories(m_path);
     }
@@ -29,7 +29,7 @@ class TempFolder {
     [[nodiscard]] const std::filesystem::path& path() const noexcept { return m_path; }
     [[nodiscard]] std::filesystem::path operator/(const std::filesystem::path& name) const { return m_path / name; }
 
-    // Every byte of a file, line ends as they are; "" when there is none.
+    // Every byte of a file, line ends unchanged; "" if there is none.
     [[nodiscard]] static std::string bytesOf(const std::filesystem::path& file) {
         const std::ifstream stream(file, std::ios::binary);
         return (std::ostringstream() << stream.rdbuf()).str();

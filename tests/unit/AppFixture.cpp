@@ -71,7 +71,7 @@ ShellTest::~ShellTest() {
         ZelMainSeam::frame()->DestroyWindow();
         ZelMainSeam::frame().reset();
     }
-    pump();  // takes the end of the frame's thread with it
+    pump();  // also removes the quit message that the frame's end posts
 }
 
 CBlackCard& ShellTest::addCard(const wchar_t* function, const std::vector<DWORD>& codes) {
@@ -105,7 +105,7 @@ bool ShellTest::largeShown(std::size_t index) const {
 }
 
 StartTest::StartTest() : m_windows(support::threadWindows()) {
-    // All there are: a value that is missing is an error in the log.
+    // All of them, because a missing value is an error in the log.
     for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost",
                                    L"HideMainDlg", L"IgnoreFnKey", L"AutoHide", L"AutoHideDelayTime", L"HideCaption",
                                    L"Programmable", L"ShowQrdAtLaunch", L"AlwaysShowItemsCaption", L"ItemDescMaxWidth",

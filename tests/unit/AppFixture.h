@@ -1,5 +1,5 @@
-// What the tests of the application and its strips share: a registry of their own, the log, stand-ins, and either the
-// parts of the application put in place one by one (ShellTest) or a whole start-up (StartTest).
+// Shared by the tests of the application and its strips: a private registry, the log, stand-ins, and either the parts
+// of the application created one by one (ShellTest) or a complete start-up (StartTest).
 #pragma once
 
 #include <gtest/gtest.h>
@@ -49,13 +49,13 @@ class LogTest : public testing::Test {
     [[nodiscard]] bool logged(const std::wstring& line) const { return timesLogged(line) > 0; }
     // In order.
     [[nodiscard]] std::vector<std::wstring> errors() const;
-    // The names of functions entered that begin with one of these, in order.
+    // The names of entered functions that begin with one of these, in order.
     [[nodiscard]] std::vector<std::wstring> entered(const std::vector<std::wstring>& beginnings) const;
 
-    // One function of the list over the instrumented plug-in; the order of the calls is that of the list.
+    // One function of the list with the instrumented plug-in; the order of the calls is that of the list.
     void listFunction(const std::wstring& name, const std::vector<DWORD>& codes);
     static void setConfig(const wchar_t* name, DWORD value);
-    // A key that the user gave to a program of their own, as the button utility writes it.
+    // A key that the user assigned to another program, as the button utility writes it.
     static void customise(DWORD code, const std::wstring& file);
 
     support::RegistryRoom m_registry;
@@ -64,7 +64,7 @@ class LogTest : public testing::Test {
     std::wstring m_list;
 };
 
-// The strips without a start-up; the frame when a test asks for it.
+// The strips without a start-up; the frame if a test asks for it.
 class ShellTest : public LogTest {
  protected:
     ShellTest();
@@ -92,13 +92,13 @@ class ShellTest : public LogTest {
     support::AppRoom m_room;
 };
 
-// Whole start-ups in this process.
+// Complete start-ups in this process.
 class StartTest : public LogTest {
  protected:
     StartTest();
     ~StartTest() override;
 
-    // InitInstance with that command line, with the settings as the registry has them.
+    // InitInstance with that command line and the settings in the registry.
     bool start(const wchar_t* commandLine = L"");
     void end();
 
@@ -110,7 +110,7 @@ class StartTest : public LogTest {
     std::size_t m_windows;
 };
 
-// Counts the messages of one number that a window of this thread gets.
+// Counts the messages of one number that a window of this thread receives.
 class MessageCounter {
  public:
     MessageCounter(const wchar_t* className, const wchar_t* title, UINT message);

@@ -1,4 +1,4 @@
-// The end of the program: after a whole start and after one that failed at each of its steps.
+// The end of the program: after a complete start and after one that failed at each of its steps.
 #include <algorithm>
 
 #include "AppFixture.h"
@@ -36,8 +36,9 @@ TEST_F(StartTest, EndReleasesEverything) {
     EXPECT_FALSE(m_plugin.heldByOthers());
 }
 
-// What comes later must not need what has gone before: windows before the pictures they show, the hooks before the
-// keys, GDI+ after the last picture, and the mutex last, because another start may take over as soon as it is free.
+// What is released later must not need what was released before: windows before the pictures they show, the hooks
+// before the keys, GDI+ after the last picture, and the mutex last, because another start may take over as soon as it
+// is free.
 TEST_F(StartTest, EndReleasesInTheOrderInWhichThingsNeedEachOther) {
     ASSERT_TRUE(start());
     EXPECT_EQ(system_double::gdiplusSessions(), 1);
@@ -84,7 +85,7 @@ TEST_F(StartTest, MissingStopIsLoggedAtTheEndOnly) {
     expectNothingLeft(m_windows);
 }
 
-// A callback may return after Stop gave up waiting for it, into a library that nobody holds any more.
+// A callback may return, after Stop gave up waiting for it, into a library that nobody holds any more.
 TEST_F(StartTest, BoundLibrariesStayMappedAfterTheEnd) {
     const std::wstring hotkeys = siblings::copyThatNobodyHolds(L"ZelMain.dll");
     const std::wstring queries = siblings::copyThatNobodyHolds(L"ZelEvnt.dll");
@@ -161,7 +162,7 @@ TEST(ExitBeforeStart, ReleasesNothingAndDoesNotCrash) {
     EXPECT_EQ(siblings::control(L"ZelMain.dll").stop.calls, 0);
 }
 
-// No window of that class can be made.
+// No window of that class can be created.
 class RefuseWindow {
  public:
     RefuseWindow() : m_hHook(::SetWindowsHookExW(WH_CBT, &RefuseWindow::hook, nullptr, ::GetCurrentThreadId())) {}
@@ -181,8 +182,8 @@ class RefuseWindow {
 struct Fatal {
     const char* step;
     void (*arrange)();
-    const wchar_t* line;  // the last error before InitInstance's own; null: none is asked for
-    LONG stopped;         // how often the hotkey library was stopped in the end: when it was bound
+    const wchar_t* line;  // the last error before InitInstance's own; null: none is expected
+    LONG stopped;         // how often the hotkey library was stopped in the end, if it was bound
     bool refuseFrame = false;
 };
 void PrintTo(const Fatal& fatal, std::ostream* out) {

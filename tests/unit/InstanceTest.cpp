@@ -1,4 +1,4 @@
-// One program per session: what a second start finds, says and does.
+// One program per session: what a second start finds, logs and does.
 #include "AppFixture.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// Memory that runs out at every single allocation of a start, of a key press and of the system's messages: no exception
-// leaves the program's borders (it would end this test program), nothing is left over, and the next try works.
+// Out of memory at every single allocation of a start, of a key press and of system messages: no exception leaves the
+// program's borders (it would end this test program), nothing leaks, and the next attempt works.
 #include "AppFixture.h"
 #include "support/FailingAllocation.h"
 
@@ -31,7 +31,7 @@ class OutOfMemory : public StartTest, public testing::WithParamInterface<Extent>
         EXPECT_EQ(support::threadWindows(), m_windows);
         EXPECT_FALSE(m_plugin.heldByOthers());
     }
-    // While memory fails somewhere, sends one message to a window; then, with memory, whatever `after` does.
+    // Sends one message to a window while an allocation fails; then, with memory, runs `after`.
     template <typename After>
     long send(HWND window, UINT message, WPARAM wParam, LPARAM lParam, After after) {
         return support::forEachFailure(
@@ -111,10 +111,10 @@ TEST_P(OutOfMemory, TheEndNeedsNone) {
     expectNothingLeft();
 }
 
-// What other modules call: on their threads, without a window procedure around it.
+// Called by other modules, on their threads, without a window procedure around it.
 TEST_P(OutOfMemory, CallbacksReturn) {
     ASSERT_TRUE(start());
-    const auto reload = [] { CZelConfig::getQrdConfig() = QrdConfig(); };  // the next look reads the registry
+    const auto reload = [] { CZelConfig::getQrdConfig() = QrdConfig(); };  // the next access reads the registry
     reload();
     EXPECT_GT(support::forEachFailure(
                   GetParam(), [] { HotkeyEventSeam::hotkey(kMuteKey, 0); }, reload),

@@ -1,5 +1,5 @@
-// The program itself, copied beside stand-ins: what it finds beside it, what its command line does, and how a second
-// start talks to the first.
+// The program itself, in a folder with stand-ins: the libraries it finds, its command line, and how a second start
+// notifies the first.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -23,7 +23,7 @@ constexpr wchar_t kConfigKey[] = L"SOFTWARE\\KESTOVA\\Fenwyn\\Config";
 constexpr wchar_t kStandIns[] = L"SOFTWARE\\KESTOVA\\Fenwyn Test\\Sibling";
 constexpr wchar_t kStripClass[] = L"ZelMainDlgCls_A4E19C07-6B3D-4D52-8F0A-91C3E57D2B68";
 
-// The program reads the real registry: what somebody has there is put aside and comes back.
+// The program reads the real registry: existing values are saved and restored.
 class SettingsAside {
  public:
     SettingsAside() {
@@ -94,7 +94,7 @@ class ProgramTest : public testing::Test {
         for (const wchar_t* standIn : {L"ZelMain", L"ZelEvnt", L"PrtHook"}) {
             setText(HKEY_CURRENT_USER, std::wstring(kStandIns) + L"\\" + standIn, L"RecordFile", record());
         }
-        // No cards are needed: the list is there, and it is empty.
+        // No cards are needed: the list exists and is empty.
         setText(HKEY_LOCAL_MACHINE, std::wstring(kProgramKey) + L"\\HotKey", L"FuncList", L"");
         setConfig(L"ShowQrdAtLaunch", 0);
     }

@@ -1,4 +1,4 @@
-// The services behind theApp: showing, hiding, refreshing, and what the program reads through it.
+// The services behind theApp: showing, hiding, refreshing, and the values that it supplies to the program.
 #include "AppFixture.h"
 
 namespace {

@@ -58,7 +58,7 @@ void withoutExport(const std::wstring& file, const std::wstring& exportName) {
 }
 
 std::wstring copyThatNobodyHolds(const std::wstring& file) {
-    static const support::TempFolder& folder = *new support::TempFolder;  // what stays mapped cannot be deleted
+    static const support::TempFolder& folder = *new support::TempFolder;  // a mapped file cannot be deleted
     static int count = 0;
     const std::filesystem::path place = folder / std::to_wstring(++count);
     std::filesystem::create_directories(place);

@@ -1,4 +1,4 @@
-// The order of the start-up, and what the command line says.
+// The order of the start-up, and the command line.
 #include "AppFixture.h"
 #include "Data/RegistryPaths.h"
 
@@ -107,7 +107,7 @@ TEST_F(StartTest, LaunchCancelsNoLatchedModifier) {
     EXPECT_EQ(utility.count(), 0);
 }
 
-// What is missing there is only logged.
+// These failures are only logged.
 struct Tolerated {
     const char* what;
     void (*arrange)();

@@ -6,7 +6,7 @@
 namespace system_double {
 
 State& state() {
-    static State& only = *new State;  // windows may be asked for after the end of main
+    static State& only = *new State;  // windows may be queried after the end of main
     return only;
 }
 
@@ -57,7 +57,7 @@ BOOL WINAPI cursorPosition(POINT* point) {
 int g_gdiplusSessions = 0;
 
 void noteRelease(const void* released) {
-    // Threads of the tests' own close handles too, and watch none.
+    // Threads of the tests also close handles, but watch none.
     if (state().watched.empty()) {
         return;
     }
@@ -158,7 +158,7 @@ int gdiplusSessions() {
 
 }  // namespace system_double
 
-// What the linker finds here it does not take from the system's import libraries.
+// The linker prefers these functions to the system's import libraries.
 extern "C" {
 extern const auto __imp_SystemParametersInfoW = &system_double::systemParameters;
 extern const auto __imp_SendInput = &system_double::sendInput;
@@ -175,7 +175,7 @@ extern const auto __imp_DestroyWindow = &system_double::destroyWindow;
 extern const auto __imp_FreeLibrary = &system_double::freeLibrary;
 extern const auto __imp_CloseHandle = &system_double::closeHandle;
 
-// GDI+ is called without the detour over an import pointer: the linker puts these in its place (--wrap).
+// GDI+ is called without the detour over an import pointer: the linker substitutes these (--wrap).
 Gdiplus::GpStatus WINAPI __real_GdiplusStartup(ULONG_PTR* token, const Gdiplus::GdiplusStartupInput* input,
                                                Gdiplus::GdiplusStartupOutput* output);
 Gdiplus::GpStatus WINAPI __wrap_GdiplusStartup(ULONG_PTR* token, const Gdiplus::GdiplusStartupInput* input,

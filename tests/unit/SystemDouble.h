@@ -1,5 +1,5 @@
-// The system as a test wants it: screen saver, work area, pointer and timers. What is not said here goes to the real
-// system. The doubles take the place of the imports when the test program is linked.
+// The system as a test configures it: screen saver, work area, pointer and timers. Everything else goes to the real
+// system. The doubles replace the imports when the test program is linked.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace system_double {
 
-// A frame that a layered window was given, top row first, premultiplied BGRA.
+// A frame passed to a layered window, top row first, premultiplied BGRA.
 struct Frame {
     SIZE size{};
     std::vector<DWORD> pixels;
@@ -26,32 +26,32 @@ struct State {
     bool workAreaFails = false;
     std::optional<RECT> workArea;  // nothing: the real one
     std::optional<POINT> cursor;   // nothing: the real one
-    // The window that the user works in, and the work area of the monitor that it is on; none: the real monitors.
+    // The window that the user works in, and the work area of its monitor; none: the real monitors.
     HWND foreground = nullptr;
     std::optional<RECT> monitorOfForeground;
     bool monitorFails = false;
     bool keepFrames = false;
     std::map<HWND, Frame> frames;  // the last one of each owner of a layered window
 
-    // As asked for; timers run in the real system too.
+    // As requested; timers also run in the real system.
     std::map<std::pair<HWND, UINT_PTR>, UINT> timers;
     std::vector<std::vector<INPUT>> inputs;  // not given to the system
     std::vector<EXECUTION_STATE> executionStates;
-    std::vector<TRACKMOUSEEVENT> tracked;  // not given to the system: the test sends what it wants to arrive
+    std::vector<TRACKMOUSEEVENT> tracked;  // not passed to the system: the test sends the input that is to arrive
 
-    // What the test watches (windows, modules, handles) by the names it gives them, and the names in the order in which
-    // their owners let go of them.
+    // The watched objects (windows, modules, handles) by the test's names, and the names in the order in which their
+    // owners released them.
     std::map<const void*, const wchar_t*> watched;
     std::vector<std::wstring> released;
 };
 
-// One for the process; only the user-interface thread of a test looks at it while other threads may write.
+// One for the process; only the user-interface thread of a test reads it while other threads may write.
 [[nodiscard]] State& state();
 inline void reset() {
     state() = State();
 }
 
-// How often GDI+ is started and not shut down again.
+// How often GDI+ was started and not shut down.
 [[nodiscard]] int gdiplusSessions();
 
 // The period of a running timer; 0: there is none.

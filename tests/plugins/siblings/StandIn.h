@@ -12,12 +12,12 @@
 
 namespace standin {
 
-// What the program hands over.
+// The arguments of the program.
 using HotkeyCallback = void(WINAPI*)(DWORD code, DWORD breakFlag);
 using ConfigCallback = void(WINAPI*)(DWORD kind);
 using PrintScreenCallback = LONG(WINAPI*)();
 
-// By a stand-in to an in-process test, on the thread of the call.
+// Called by a stand-in in an in-process test, on the thread of the call.
 using Called = void (*)(const wchar_t* exportName);
 
 struct Export {
@@ -34,13 +34,13 @@ struct Control {
     HotkeyCallback hotkeyCallback;  // as given to Start
     ConfigCallback configCallback;
     PrintScreenCallback printScreenCallback;  // as given to InstallHook
-    Called called;                            // told of every call when a test sets it
+    Called called;                            // called at every call if a test sets it
 };
 
 using GetControl = Control*(WINAPI*)();
 
-// For the stand-ins themselves: counts and records the call and gives the configured result. The record of each call
-// has the process's error mode as its one argument.
+// For the stand-ins themselves: counts and records the call and returns the configured result. The record of each call
+// has the process's error mode as its only argument.
 [[nodiscard]] Control& control();
 LONG answer(Export& entry, const wchar_t* exportName);
 

@@ -27,7 +27,7 @@ struct Field {
     bool perUser;
 };
 
-// In the order in which they are read.
+// In reading order.
 const std::vector<Field> kFields = {
     {L"Disable", &QrdConfig::bDisable, 0, true},
     {L"Position", &QrdConfig::uPosition, 0, true},
@@ -68,7 +68,7 @@ class ZelConfig : public testing::Test {
  protected:
     void SetUp() override { ASSERT_TRUE(m_room.redirected()); }
 
-    // Every setting gets base + its row.
+    // Every setting has the value base + its row.
     static void setAll(HKEY root, DWORD base) {
         for (std::size_t i = 0; i < kFields.size(); ++i) {
             RegistryRoom::setDword(root, kConfigKey, kFields[i].name, base + static_cast<DWORD>(i));
@@ -240,7 +240,7 @@ TEST_F(ZelConfig, MissingKeysAreLoggedWithTheMachinesError) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(), load), 1);
 }
 
-// One test for the record of the process, because there is one record: missing key, retry, load, no further load.
+// One test for the record of the process, because there is only one record: missing key, retry, load, no further load.
 TEST_F(ZelConfig, ProcessRecordIsLoadedOnAccessUntilALoadCompletes) {
     QrdConfig& config = CZelConfig::getQrdConfig();
     EXPECT_EQ(valuesOf(config), defaults());

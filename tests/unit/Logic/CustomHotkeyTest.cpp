@@ -255,7 +255,7 @@ TEST_F(CustomHotkey, LongAddressReachesTheShell) {
     }
 }
 
-// There is no shell here that starts a program by such a path; that it was asked shows in the log.
+// No shell on the test system starts a program by such a path; the log shows that it was called.
 TEST_F(CustomHotkey, LongExtendedPathReachesTheShell) {
     add({L"B1"});
     choose(L"7", L"\\\\?\\C:\\" + std::wstring(300, L'd') + L"\\started.exe");

@@ -1,4 +1,4 @@
-// What the hotkey library reports: key events, changes of the configuration, and the latched modifier.
+// Events of the hotkey library: key events, changes of the configuration, and the latched modifier.
 #include "AppFixture.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// The hidden frame: every message that it answers, and what it leaves to the default.
+// The hidden frame: every message that it handles, and those that it leaves to the default.
 #include <windows.h>
 
 #include <wtsapi32.h>
@@ -18,7 +18,7 @@ class FrameTest : public ShellTest {
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
         return ::SendMessageW(m_hFrame, message, wParam, lParam);
     }
-    // What the application was asked for, in order.
+    // The requests to the application, in order.
     [[nodiscard]] std::vector<std::wstring> actions() const {
         return entered({L"CZelMainApp::showMainDlg", L"CZelMainApp::refreshCards", L"CZelMainApp::_cancelFnSticky"});
     }

@@ -1,4 +1,4 @@
-// The card's rules over a function and items that do as they are told.
+// The card's rules, with test doubles for function and items.
 #include "UI/Doubles.h"
 #include "UI/ItemDlg/ItemsFixture.h"
 #include "common/Rendering.h"
@@ -32,7 +32,7 @@ class BlackCard : public items::ItemTest {
         items::place(m_room.stripWindow(), 600, 0, 96, 112);
         m_log.clear();
     }
-    ~BlackCard() override { m_card.uninitialize(); }  // while there is a record to write to
+    ~BlackCard() override { m_card.uninitialize(); }  // while the record still exists
     [[nodiscard]] HRESULT press() { return m_card.notifyHotkey(kKey, FALSE); }
     [[nodiscard]] HRESULT letGo() { return m_card.notifyHotkey(0, TRUE); }
     [[nodiscard]] int selected() const { return BlackCardSeam::selected(m_card); }
@@ -591,7 +591,7 @@ TEST_P(BlackCardText, CaptionAndOutlinedDescriptionStandInTheirPlaces) {
     EXPECT_EQ(count(parts.caption, 0xFF000000), 0) << "the caption has no outline";
     EXPECT_GT(count(parts.desc, 0xFFFFFFFF), 10);
     EXPECT_GT(count(parts.desc, 0xFF000000), 20);
-    // One line of text: near the picture on either edge.
+    // One line of text: close to the picture at either edge.
     const LONG middle = (parts.desc.top + parts.desc.bottom) / 2;
     const RECT upper{parts.desc.left, parts.desc.top, parts.desc.right, middle - 2};
     const RECT lower{parts.desc.left, middle + 2, parts.desc.right, parts.desc.bottom};
@@ -603,7 +603,7 @@ INSTANTIATE_TEST_SUITE_P(Positions, BlackCardText, testing::Values(0U, 1U));
 // ---------------------------------------------------------------------------------------------------------------------
 // Focus
 
-// A window of this thread that is active, as the one is that a person works in.
+// An active window of this thread, like the one that a person works in.
 class ActiveWindow {
  public:
     ActiveWindow() {

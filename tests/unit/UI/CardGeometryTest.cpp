@@ -1,4 +1,4 @@
-// The layout rules on numbers, and on random cases against a plain second writing of the same rules.
+// The layout rules on numbers, and on random cases against an independent implementation of the same rules.
 #include "UI/CardGeometry.h"
 
 #include <gtest/gtest.h>
@@ -78,7 +78,7 @@ TEST(CardStrip, OnlyTheBandOfPicturesTakesTheMouse) {
     EXPECT_EQ(geometry::throughArea(rect(0, 0, 960, 112), 1.0, false), rect(0, 59, 960, 112));
     EXPECT_EQ(geometry::throughArea(rect(0, 0, 960, 112), 1.0, true), rect(0, 0, 960, 53));
     EXPECT_EQ(geometry::throughArea(rect(0, 0, 720, 84), 0.75, false), rect(0, 44, 720, 84));
-    // The rule takes the top of the area off its bottom as well.
+    // The rule subtracts the top of the area from its bottom as well.
     EXPECT_EQ(geometry::throughArea(rect(0, 10, 960, 112), 1.0, true), rect(0, 10, 960, 43));
 }
 
@@ -169,7 +169,7 @@ TEST(ItemRow, EndsOneGapShortOfTheRightEdgeWhateverTheOverhang) {
     // centre 1232, less trunc((4 - 34 / 82) * 82) = 294, plus 14.
     EXPECT_EQ(row.x, 952);
     EXPECT_EQ(row.x + row.allWidth, 1270);
-    // The overhang is taken away and added again: the caption of the last item may stick out of the screen.
+    // The overhang is subtracted and added again: the caption of the last item may stick out of the screen.
     for (const int overhang : {-20, 0, 5, 30}) {
         EXPECT_EQ(geometry::itemRow(rect(1184, 0, 1280, 144), kScreen, 72, 4, overhang, 1.0).x, 952);
     }
@@ -336,7 +336,7 @@ TEST_F(RandomLayout, ItemRowIsAsThePlainRuleSays) {
         }
         ++branches[branch];
         ASSERT_EQ(row.x, x);
-        // What the formula comes to at the edges; truncation takes at most a pixel.
+        // What the formula yields at the edges; truncation takes at most a pixel.
         if (branch == 1) {
             ASSERT_NEAR(row.x, area.left + 2 * m, 1);
         } else if (branch == 2) {

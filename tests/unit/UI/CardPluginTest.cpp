@@ -1,4 +1,4 @@
-// Cards over plug-ins that are missing, incomplete or fail: whatever happens, nothing stays loaded, open or on screen.
+// Cards with plug-ins that are missing, incomplete or fail: nothing stays loaded, open or on screen.
 #include <memory>
 
 #include "UI/ItemDlg/ItemsFixture.h"
@@ -107,13 +107,13 @@ TEST_F(CardPlugin, RealPressesMoveTheRoundItems) {
     EXPECT_EQ(m_plugin.calls(instr::SelectItemId)[0].arguments[0], 1);
 }
 
-// What the first press selects on cards that do not have all of their function's items, and what a release hands on.
+// What the first press selects on cards without all of their function's items, and what a release passes on.
 struct PartialMask {
     const wchar_t* function;
     ULONG mask;
     LONG current;
     std::string selected;  // after each of three presses
-    LONG handedOn;         // by letting go then
+    LONG handedOn;         // by releasing the modifier then
     const wchar_t* note;   // null: the function's own choice names an item
 };
 
@@ -169,7 +169,7 @@ TEST_F(CardPlugin, CardWithoutAnyItemSelectsNone) {
     EXPECT_EQ(BlackCardSeam::selected(card), -1);
 }
 
-// A state that a function of fixed items does not know is the plug-in's mistake: nothing is chosen in its place.
+// An unknown state of a function with fixed items is the plug-in's mistake: nothing is selected instead.
 TEST_F(CardPlugin, FunctionsOfFixedItemsGetNoSubstitute) {
     m_plugin->currentItem = 5;
     CBlackCard& card = addCard(L"NumericOverlay", {kKey});
@@ -285,7 +285,7 @@ std::vector<Fault> faults() {
 }
 INSTANTIATE_TEST_SUITE_P(All, CardFaults, testing::ValuesIn(faults()));
 
-// Out values that make no sense are the plug-in's way to fail too.
+// Invalid out values count as failures too.
 TEST_F(CardPlugin, NonsenseValuesAreHarmless) {
     const std::size_t windows = support::threadWindows();
     for (const wchar_t* function :

@@ -1,5 +1,5 @@
-// Plug-ins that run a message loop of their own inside an export: what arrives there must not take away the cards,
-// items and libraries that are at work.
+// Plug-ins that run a message loop inside an export: what arrives there must not destroy cards, items and libraries in
+// use.
 #include "UI/InUseFixture.h"
 
 namespace {
@@ -54,7 +54,7 @@ TEST_F(CardsInUseTest, KeysDuringAChoiceAreHandledAfterItInTheirOrder) {
     EXPECT_LT(at(L"The cards are in use: hotkey 0x3c waits."), last());
     EXPECT_EQ(entered({L"CZelMainDlg::handleHotkey"}).size(), 1U);
     forgetPumping();
-    // Before the strip hears that the cards are free: those that wait are handled first, and once.
+    // Before the strip is notified that the cards are free: waiting keys are handled first, and once.
     send(kLockKey, kBreak);
     EXPECT_EQ(entered({L"CZelMainDlg::handleHotkey"}).size(), 4U);
     pump();
@@ -108,7 +108,7 @@ TEST_F(CardsInUseTest, KeyThatWasLetGoBeforeItIsHandledIsNotWatched) {
     send(kModifier, kBreak);
     ASSERT_LT(at(L"The cards are in use: hotkey 0x3d waits."), last());
     forgetPumping();
-    // The press is handled now, behind it waits that the key was let go.
+    // The press is handled now; its release waits behind it.
     m_plugin->exports[instr::GetDisplayItemInfoId].pumps = TRUE;
     UINT period = 1;
     const Meanwhile inside([&] { period = system_double::timer(stripWindow(), kTimerPanic); });
@@ -159,7 +159,7 @@ TEST_F(CardsInUseTest, SliderThatIsDraggedOutlivesTheKeysThatArriveInThePlugin) 
     m_plugin->exports[instr::FocusItemId].pumps = TRUE;
     post(kModifier, kBreak);
     post(kModifier, kMake);
-    post(kBrighterKey, kMake);  // a first press builds the items anew
+    post(kBrighterKey, kMake);  // a first press creates the items again
     ::SendMessageW(item, WM_HSCROLL, MAKEWPARAM(TB_THUMBTRACK, 0),
                    reinterpret_cast<LPARAM>(::GetWindow(item, GW_CHILD)));
     EXPECT_EQ(m_plugin.count(instr::FocusItemId), 1);

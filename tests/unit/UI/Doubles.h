@@ -1,4 +1,4 @@
-// A function and items that do as the test says, for the rules of the card that real plug-ins cannot bring about.
+// Doubles of a function and of items, for card rules that real plug-ins cannot trigger.
 #pragma once
 
 #include <functional>
@@ -23,7 +23,7 @@ struct Switch {
     bool operator==(const Switch&) const = default;
 };
 
-// What happened to the doubles, in order.
+// The calls of the doubles, in order.
 struct Record {
     std::vector<Switch> switches;
     std::vector<std::string> calls;
@@ -122,7 +122,7 @@ class PlainFunction : public CFuncX {
     HRESULT m_selectStatus = S_OK;
     bool m_bHide = true;
     HWND m_hTimerWnd = nullptr;
-    // What arrives while the plug-in is asked.
+    // The messages that arrive while the plug-in is asked.
     std::function<void()> m_duringItems;
     std::function<void()> m_duringStatus;
     std::function<void()> m_duringDefault;

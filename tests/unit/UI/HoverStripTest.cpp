@@ -1,4 +1,4 @@
-// The hover strip: its place, its four rows of pixels, and the idle time after which it calls the cards up.
+// The hover strip: its place, its four rows of pixels, and the idle time after which it brings up the cards.
 #include "AppFixture.h"
 
 namespace {
@@ -27,7 +27,7 @@ class HoverStripTest : public ShellTest {
         ::SendMessageW(hoverWindow(), message, 0, MAKELPARAM(5, 2));
     }
     [[nodiscard]] UINT idle() const { return system_double::timer(hoverWindow(), 200); }
-    // A border image whose rows tell by their blue which of them is on the screen.
+    // A border image whose blue identifies the rows on the screen.
     void stripeBorder() {
         auto border = std::make_unique<Gdiplus::Bitmap>(96, 65, PixelFormat32bppARGB);
         for (INT y = 0; y < 65; ++y) {

@@ -1,4 +1,4 @@
-// Plug-ins that run a message loop of their own inside an export, and what a test lets arrive there.
+// Plug-ins that run a message loop inside an export, and the messages that arrive in it.
 #pragma once
 
 #include <commctrl.h>
@@ -16,7 +16,7 @@ inline constexpr DWORD kBrighterKey = 0x42;
 inline constexpr DWORD kUnusedKey = 0x50;
 inline constexpr DWORD kOtherUnusedKey = 0x51;
 
-// Runs a function in whatever message loop takes the next message of its window.
+// Runs a function in the message loop that takes the next message of its window.
 class Meanwhile {
  public:
     explicit Meanwhile(std::function<void()> function) : m_function(std::move(function)) {
@@ -47,7 +47,7 @@ class Meanwhile {
     bool m_bRan = false;
 };
 
-// Mute, Lock and Brightness, and two keys that the user gave to programs that do not exist.
+// Mute, Lock and Brightness, and two keys that the user assigned to programs that do not exist.
 class InUseTest : public StartTest {
  protected:
     InUseTest() {
@@ -76,7 +76,7 @@ class InUseTest : public StartTest {
     static std::size_t cardCount() { return MainDlgSeam::cards(*ZelMainSeam::strip()).size(); }
     static CSliderItemDlg& slider() { return dynamic_cast<CSliderItemDlg&>(*BlackCardSeam::items(card(2)).front()); }
 
-    // The position of a line in the log; behind the last one when there is none.
+    // The position of a line in the log; the end if there is none.
     [[nodiscard]] std::size_t at(const std::wstring& ending) const {
         const std::vector<std::wstring> lines = m_log.lines();
         const auto found = std::find_if(lines.begin(), lines.end(),

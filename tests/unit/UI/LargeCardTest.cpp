@@ -32,7 +32,7 @@ class LargeCard : public items::ItemTest {
     }
     [[nodiscard]] HWND window() const { return m_pCard->m_hWnd; }
     [[nodiscard]] HWND picture() const { return LargeCardSeam::layered(*m_pCard)->m_hWnd; }
-    // The texts alone, on transparent ground.
+    // Only the texts, on a transparent background.
     std::unique_ptr<rendering::Canvas> texts() {
         auto canvas = std::make_unique<rendering::Canvas>(120, 180);
         Gdiplus::Graphics graphics(canvas->dc());
@@ -216,7 +216,7 @@ TEST_F(LargeCard, FocusThatReallyMovesToAnItemKeepsTheStrip) {
     EXPECT_TRUE(stripShown());
     EXPECT_TRUE(shown(enlarged));
     EXPECT_TRUE(shown(item));
-    // To nobody at all: the cards go.
+    // No window gets it: the cards hide.
     ::SetFocus(enlarged);
     ASSERT_EQ(::GetFocus(), enlarged);
     ::SetFocus(nullptr);
@@ -226,7 +226,7 @@ TEST_F(LargeCard, FocusThatReallyMovesToAnItemKeepsTheStrip) {
 
 // ---------------------------------------------------------------------------------------------------------------------
 
-// A text of one language, wherever the user interface stands.
+// A text of one language, whatever the language of the user interface.
 std::wstring textIn(UINT id, LANGID language) {
     const HRSRC found =
         ::FindResourceExW(nullptr, RT_STRING, MAKEINTRESOURCEW(id / 16 + 1), language);  // blocks of sixteen

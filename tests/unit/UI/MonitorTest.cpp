@@ -1,4 +1,5 @@
-// Which monitor the cards come on, and when they change it. Monitors are numbers here; real ones are tested end to end.
+// The monitor on which the cards appear, and when it changes. Monitors are numbers here; the end-to-end tests use real
+// ones.
 #include "AppFixture.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// The mouse while a plug-in runs a message loop of its own: what a person does to cards, items and the slider then is
-// not done, and no plug-in is entered a second time.
+// The mouse while a plug-in runs a message loop: input to cards, items and the slider is ignored then, and no plug-in
+// is entered a second time.
 #include "Data/RegistryPaths.h"
 #include "UI/InUseFixture.h"
 
@@ -83,7 +83,7 @@ TEST_F(MouseInUseTest, DragThatEndsWhileThePluginTakesALevelIsOver) {
     ::SendMessageW(slider().windowHandle(), WM_HSCROLL, MAKEWPARAM(TB_THUMBTRACK, 5), control);
     ASSERT_EQ(m_plugin.count(instr::FocusItemId), 1);
     forgetPumping();
-    // A thumb position that ends no drag is a turn of the wheel.
+    // A thumb position that ends no drag comes from the wheel.
     ::SendMessageW(slider().windowHandle(), WM_HSCROLL, MAKEWPARAM(TB_THUMBPOSITION, 6), control);
     EXPECT_EQ(m_plugin.count(instr::FocusItemId), 2);
 }
@@ -113,7 +113,7 @@ TEST_F(MouseInUseTest, HoverStripCallsNoCardsWhileAPluginIsAtWork) {
     forgetPumping();
     ::SendMessageW(hoverWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(5, 1));
     ASSERT_EQ(system_double::timer(hoverWindow(), 200), 100U);
-    // The idle time is over while the plug-in is at work.
+    // The idle time ends during the plug-in call.
     m_plugin->exports[instr::FocusItemId].pumps = TRUE;
     const RECT place = windowRect(hoverWindow());
     system_double::state().cursor = POINT{place.left + 5, place.top + 1};

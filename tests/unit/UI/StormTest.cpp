@@ -1,5 +1,5 @@
-// A thousand events of the system in random order while keys go on: nothing crashes, nothing stays behind, and
-// everything is where it belongs in the end.
+// A thousand system events in random order mixed with keys: nothing crashes, nothing leaks, and everything is in its
+// place in the end.
 #include <windows.h>
 
 #include <wtsapi32.h>
@@ -20,11 +20,11 @@ namespace {
 
 using namespace apptest;
 
-// What the fixture of the other tests keeps, but for the log: a storm's would be long.
+// The same as the fixture of the other tests, but without the log: a storm's would be long.
 class StormTest : public testing::Test {
  protected:
     static constexpr RECT kFinalArea{0, 0, 1280, 760};
-    static constexpr int kBurst = 8;  // messages that wait together
+    static constexpr int kBurst = 8;  // messages pending at the same time
 
     StormTest() : m_random(seed()) {
         std::cout << "seed " << seed() << '\n';
@@ -61,7 +61,7 @@ class StormTest : public testing::Test {
     }
 
     void storm(int messages, const std::function<void(int)>& meanwhile = {}) {
-        // One key for each burst at the most, or the keys would outrun the windows.
+        // At most one key per burst, because more keys would outrun the windows.
         const common::UniqueHandle turns(::CreateSemaphoreW(nullptr, 0, messages, nullptr));
         std::thread keys([&turns, messages, keySeed = m_random()] { pressKeys(keySeed, messages / kBurst, turns); });
         for (int i = 0; i < messages; ++i) {
@@ -78,7 +78,7 @@ class StormTest : public testing::Test {
         settle();
     }
 
-    // The state that all storms end in: cards built anew, everything put away but the hover strip.
+    // The final state of all storms: cards rebuilt, everything hidden but the hover strip.
     void settle() {
         pump();
         ZelMainSeam::mouseOperating() = FALSE;
@@ -98,9 +98,8 @@ class StormTest : public testing::Test {
         pump();
     }
 
-    // What the process had more after a round of the storm than before it, in the round in which it was least. The
-    // system itself takes a few objects at times, for the most windows that were ever painted at once; what leaks grows
-    // in every round.
+    // The smallest growth of the process in one round of the storm. The system itself allocates a few objects at times,
+    // for the largest number of windows painted at once; a leak grows in every round.
     struct Growth {
         std::ptrdiff_t gdi = PTRDIFF_MAX;
         std::ptrdiff_t handles = PTRDIFF_MAX;
@@ -151,7 +150,7 @@ class StormTest : public testing::Test {
         set(L"Topmost", position);
     }
 
-    // Gives one key to a program that does not exist, or takes it back.
+    // Assigns one key to a program that does not exist, or removes the assignment.
     static void customise(bool on) {
         const std::wstring button = std::wstring(regpath::kButtonsKey) + L"\\One";
         if (!on) {
@@ -215,7 +214,7 @@ class StormTest : public testing::Test {
 };
 
 TEST_F(StormTest, LeavesNothingBehindAndEverythingInPlace) {
-    storm(40);  // what is made at first use is there now
+    storm(40);  // what is created at first use exists now
     const Growth growth = leastGrowth(4, 250);
     EXPECT_LE(growth.gdi, 0);
     EXPECT_LE(growth.handles, 0);

@@ -1,4 +1,4 @@
-// The strip and the keys: what each event does, in which order, and the timers around it.
+// The strip and the keys: the effect of each event, the order of effects, and the timers.
 #include <algorithm>
 
 #include "AppFixture.h"

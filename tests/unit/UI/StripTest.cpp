@@ -9,7 +9,7 @@ class StripTest : public ShellTest {
  protected:
     static constexpr int kRowStep = 3;  // of the blue of each picture row
 
-    // Cards whose pictures tell by their blue which of their rows is on the screen; no text in the way.
+    // Cards whose pictures identify their visible rows by their blue; no text in the way.
     void addStripedCards() {
         addThreeCards();
         for (const auto& each : MainDlgSeam::cards(strip())) {
@@ -28,7 +28,7 @@ class StripTest : public ShellTest {
         ::InvalidateRect(stripWindow(), nullptr, TRUE);
         ::UpdateWindow(stripWindow());
     }
-    // The alpha of a card's picture where no text is.
+    // The alpha of a card's picture where there is no text.
     [[nodiscard]] BYTE alphaOf(int index) const { return static_cast<BYTE>(pixelOf(index, 40) >> 24U); }
     [[nodiscard]] DWORD pixelOf(int index, int y) const {
         return system_double::state().frames[stripWindow()].at(index * 96 + 1, y);
@@ -71,7 +71,7 @@ TEST_F(StripTest, RecordsWithoutALibraryAreRefused) {
     EXPECT_EQ(strip().processHotkeyInfo(nullptr), E_POINTER);
     HotkeyInfo info{L"Mute", {kMuteKey}, L"", L""};
     EXPECT_EQ(strip().processHotkeyInfo(&info), E_FAIL);
-    info.strFuncDll.assign(1, L'\0');  // a stored terminator and nothing before it
+    info.strFuncDll.assign(1, L'\0');  // a stored terminator without a text
     EXPECT_EQ(strip().processHotkeyInfo(&info), E_FAIL);
     EXPECT_EQ(strip().cardCount(), 0);
 }
@@ -330,7 +330,7 @@ TEST_F(StripWithFocus, HandsItOnToTheCardOfTheFirstClick) {
     expectOnlyCard(1);
 }
 
-// A window class in place of the program's own: it counts what the windows leave to the system.
+// A window class that replaces the program's own and counts the messages that the windows leave to the system.
 class SystemCommands {
  public:
     explicit SystemCommands(const wchar_t* name) : m_name(name) {

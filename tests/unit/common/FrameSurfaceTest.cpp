@@ -1,4 +1,4 @@
-// Composing, on a surface that only notes what it is asked to draw, and the surface of frames on real pixels.
+// Composing, on a surface that only records its calls, and the surface of frames on real pixels.
 #include "common/FrameSurface.h"
 
 #include <gtest/gtest.h>

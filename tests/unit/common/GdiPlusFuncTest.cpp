@@ -224,7 +224,7 @@ TEST_F(OutlineTextTest, TheLettersStandWherePlainTextWouldStand) {
     const Gdiplus::SolidBrush brush(Gdiplus::Color{kFill});
     m_graphics.FillPath(&brush, &path);
     const RECT plain = m_canvas.ink();
-    // To whole pixels: a letter moves by half of one at most, and its strokes get a little wider.
+    // To whole pixels: a letter moves by half a pixel at most, and its strokes get a little wider.
     EXPECT_NEAR(letters.left, plain.left, 1);
     EXPECT_NEAR(letters.top, plain.top, 1);
     EXPECT_NEAR(letters.right, plain.right, 1);
@@ -294,7 +294,7 @@ TEST_F(OutlineTextTest, LineBreaksOfTheTextAreKept) {
     EXPECT_GT(m_canvas.ink().bottom - m_canvas.ink().top, oneLine.bottom - oneLine.top + 15);
 }
 
-// Each row of pixels shows the same strokes: dark and light, nothing in between that would blur them.
+// Each row of pixels shows the same strokes: dark and light, without blurring values in between.
 TEST_F(OutlineTextTest, UprightStrokesAndBaselinesStandOnWholePixels) {
     for (const LONG size : {-8, -9, -11, -13}) {
         for (const float left : {20.0F, 20.3F, 20.5F, 20.8F}) {
@@ -357,7 +357,7 @@ TEST_F(OutlineTextTest, WhatDoesNotFitEndsWithAnEllipsis) {
     EXPECT_GE(cut.left, 20);
     EXPECT_LE(cut.right, 80);
     EXPECT_LE(cut.bottom, 36) << "one line only";
-    // The dots: nothing but the baseline's rows at the end.
+    // The dots: only the baseline's rows at the end.
     int high = 0;
     for (int y = 20; y < cut.bottom - 5; ++y) {
         high += alphaOf(m_canvas.at(cut.right - 2, y)) > 0x40 ? 1 : 0;
@@ -376,7 +376,7 @@ TEST_F(OutlineTextTest, LinesThatDoNotFitEndWithAnEllipsis) {
     EXPECT_GT(m_canvas.ink().bottom, 40) << "two lines";
 }
 
-// Letters that join, or that the face does not have, are drawn all the same.
+// Joined letters, or letters that the face lacks, are drawn too.
 TEST_F(OutlineTextTest, OtherScriptsAreDrawnAsWell) {
     draw(3.0);
     const RECT latin = m_canvas.ink();
@@ -387,7 +387,7 @@ TEST_F(OutlineTextTest, OtherScriptsAreDrawnAsWell) {
     }
 }
 
-// A kept text looks like one drawn anew, whatever argument changes between two drawings.
+// A cached text looks like a newly drawn one, whatever argument changes between two drawings.
 TEST_F(OutlineTextTest, AKeptTextFollowsEveryArgument) {
     Gdiplus::StringFormat centred;
     centred.SetAlignment(Gdiplus::StringAlignmentCenter);

@@ -28,7 +28,7 @@ using Rects = std::vector<const RECT*>;
 constexpr int kWidth = 100;
 constexpr int kHeight = 60;
 
-// A text painter that copies the frame as it stands, and draws when told to.
+// A text painter that copies the frame, and draws if told to.
 class FrameReader final : public IDrawTextOnLayeredWnd {
  public:
     HRESULT drawText(Gdiplus::Graphics& graphics) override {
@@ -136,7 +136,7 @@ TEST_F(LayeredWndTest, ConstructionMakesNoWindowAndNoLine) {
 TEST_F(LayeredWndTest, CreatesAHiddenClickThroughPopupOverTheWindowThatOwnsIt) {
     ASSERT_EQ(m_layered.createWnd(), S_OK);
     const HWND window = m_layered.m_hWnd;
-    constexpr DWORD kExpected = 0x080800A0U;  // the system takes the edge style of a popup away again
+    constexpr DWORD kExpected = 0x080800A0U;  // the system removes the edge style of a popup
     EXPECT_EQ(static_cast<DWORD>(::GetWindowLongW(window, GWL_EXSTYLE)) & kExpected, kExpected);
     EXPECT_NE(::GetWindowLongW(window, GWL_STYLE) & static_cast<LONG>(WS_POPUP), 0);
     EXPECT_EQ(::IsWindowVisible(window), FALSE);
@@ -259,7 +259,7 @@ TEST_F(LayeredWndTest, WithoutMemoryForTheFrameOrTheGraphicsNothingIsPainted) {
     EXPECT_TRUE(statuses.contains(E_POINTER)) << "the frame, the graphics";
     EXPECT_TRUE(statuses.contains(S_OK)) << "with memory";
     statuses.erase(E_POINTER);
-    statuses.erase(E_OUTOFMEMORY);  // what is beneath
+    statuses.erase(E_OUTOFMEMORY);  // the one beneath
     EXPECT_EQ(statuses, std::set<HRESULT>{S_OK});
 }
 
@@ -271,7 +271,7 @@ TEST_F(LayeredWndTest, EmptyRectanglesMeanTheWholeWindowAndAreFilledIn) {
     for (const POINT& at : {POINT{0, 0}, POINT{kWidth - 1, kHeight - 1}, POINT{50, 30}}) {
         const DWORD pixel = m_reader.at(at.x, at.y);
         EXPECT_EQ(alphaOf(pixel), 255);
-        EXPECT_NEAR(redOf(pixel), 63, 2);    // a quarter left below the two others
+        EXPECT_NEAR(redOf(pixel), 63, 2);    // a quarter remains below the two others
         EXPECT_NEAR(greenOf(pixel), 64, 2);  // half, then halved
         EXPECT_NEAR(blueOf(pixel), 128, 2);  // on top
     }
@@ -474,7 +474,7 @@ TEST_F(LayeredWndTest, AWindowSystemThatRefusesTheFrameIsReported) {
                                             L"[ERR] (CLayeredWnd::paint): Error Code: 0x80004005"));
 }
 
-// The system refuses what is no layered window: whether it was asked shows.
+// The system refuses a window that is not layered: this shows whether it was called.
 TEST_F(LayeredWndTest, OnlyAFrameThatChangedIsHandedToTheWindowSystem) {
     ASSERT_EQ(paint({m_pRed.get()}, {255}), S_OK);
     const LONG style = ::GetWindowLongW(m_layered.m_hWnd, GWL_EXSTYLE);
@@ -492,7 +492,7 @@ TEST_F(LayeredWndTest, OnlyAFrameThatChangedIsHandedToTheWindowSystem) {
     EXPECT_EQ(paint({m_pRed.get()}, {255}, {}, &position), E_FAIL) << "at another place";
 }
 
-// From one paint to the next nothing of the old frame shows through.
+// Nothing of the old frame remains from one paint to the next.
 TEST_F(LayeredWndTest, AKeptFrameStartsEmpty) {
     ASSERT_EQ(paint({m_pRed.get()}, {255}), S_OK);
     const RECT corner{0, 0, 20, 20};

@@ -1,5 +1,4 @@
-// Where libraries are looked for. The restriction holds for the whole process, which is why this program is one by
-// itself.
+// Where libraries are searched for. The restriction applies to the whole process, so this is a separate program.
 #include "common/LibrarySearch.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The names that log lines carry, taken from the compiler's text of a function. They are made at compile time, so they
+// The function names in log lines, taken from the compiler's text of a function. They are made at compile time, so they
 // are checked at compile time; the tests' bodies only keep the functions alive.
 #include <gtest/gtest.h>
 

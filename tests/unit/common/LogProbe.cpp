@@ -1,6 +1,6 @@
-// A program that logs what its arguments say, started by the log's process tests from a folder with settings of its
-// own. Arguments: "e:", "w:", "i:" or "t:" and a text (a line of that level), or one of the commands below. The exit
-// code is the number of expectations that did not hold.
+// A program that logs its arguments, started by the log's process tests from a folder with its own settings. Arguments:
+// "e:", "w:", "i:" or "t:" and a text (a line of that level), or one of the commands below. The exit code is the number
+// of failed expectations.
 #include <windows.h>
 
 #include <cwchar>
@@ -58,7 +58,7 @@ void logUnicode() {
     LOG_LINE(dbglog::Level::Error, L"caf\u00e9 \u4e2d\u6587 \U0001F600 end");
 }
 
-// A logged line, the first one included, leaves the thread's last error alone.
+// Logging a line, including the first one, preserves the thread's last error.
 void checkLastError() {
     ::SetLastError(1234);
     expect(dbglog::enabled(dbglog::Level::Error));
@@ -75,7 +75,7 @@ void checkResults() {
     expect(!dbglog::enabled(dbglog::Level::Trace));
 }
 
-// Says "here" and waits for "go on": the parent looks at the files meanwhile.
+// Prints "here" and waits for "go on", while the parent examines the files.
 void waitForParent() {
     const std::wstring name = L"FenwynLogProbe-" + std::to_wstring(::GetCurrentProcessId());
     const HANDLE here = ::CreateEventW(nullptr, TRUE, FALSE, (name + L"-here").c_str());
@@ -86,7 +86,7 @@ void waitForParent() {
     ::CloseHandle(goOn);
 }
 
-// Made before the first line and therefore destroyed after whatever the first line makes.
+// Created before the first line and therefore destroyed after everything that the first line creates.
 class LateLine {
  public:
     ~LateLine() {

@@ -1,4 +1,4 @@
-// Real processes with a "DbgLog.ini" beside them: what they leave in files, on standard error and at a debugger.
+// Real processes with their own "DbgLog.ini": their output in files, on standard error and at a debugger.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -20,7 +20,7 @@ std::string errorLine(const std::string& message, const std::string& function = 
     return "[ERR] (" + function + "): " + message + "\r\n";
 }
 
-// What every line holds behind the source prefix; the line numbers are nobody's business here.
+// What follows the source prefix in every line; the line numbers are not checked.
 std::string withoutSource(const std::string& text) {
     return std::regex_replace(text, std::regex("LogProbe\\.cpp\\([0-9]+\\):  "), "");
 }
@@ -183,7 +183,7 @@ TEST_F(LogProcess, LinesOfLateDestructorsAreWritten) {
     EXPECT_EQ(log(), errorLine("early") + errorLine("late"));
 }
 
-// The child stops in the middle, while its file is looked at.
+// The child pauses while its file is examined.
 class LogProcessWaiting : public LogProcess {
  protected:
     void startAndWait(const std::wstring& arguments) {

@@ -1,4 +1,4 @@
-// The filter and the line, with a sink that keeps what it gets.
+// The filter and the line, with a sink that stores its lines.
 #include "common/Logger.h"
 
 #include <gtest/gtest.h>
@@ -170,7 +170,7 @@ TEST(Logger, ElapsedTimeIsTheFullTickDifference) {
     EXPECT_EQ(sink.lines.at(1).substr(0, 13), L"4294967.295: ");
 }
 
-// The prefix takes 53 characters: a message of 457 fills the line to its last place.
+// The prefix takes 53 characters: a message of 457 fills the line completely.
 constexpr std::size_t kPrefix = 53;
 
 class LongMessage : public testing::TestWithParam<std::size_t> {};

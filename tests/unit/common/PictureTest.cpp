@@ -1,4 +1,4 @@
-// Scaling on numbers that are known beforehand, and pictures that are kept.
+// Scaling with precalculated numbers, and cached pictures.
 #include "common/Picture.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ int srgbOf(double light) {
     return static_cast<int>(std::lround(255.0 * (1.055 * std::pow(light, 1.0 / 2.4) - 0.055)));
 }
 
-// Every size and opacity leaves an even colour as it is.
+// An even colour stays unchanged at every size and opacity.
 TEST(ScalePicture, KeepsAnEvenColour) {
     for (const DWORD pixel : std::vector<DWORD>{0, kWhitePixel, kBlackPixel, 0xFF336699U, 0x80402010U, 0x01010101U}) {
         for (const SIZE size : {SIZE{1, 1}, SIZE{7, 5}, SIZE{20, 13}, SIZE{31, 40}}) {
@@ -75,7 +75,7 @@ TEST(ScalePicture, SharesAPixelBetweenThoseThatCoverIt) {
     EXPECT_EQ(scaled.row(0)[0], scaled.row(0)[1]);
 }
 
-// What is transparent has no colour that could darken the rest.
+// A transparent pixel has no colour that could darken the rest.
 TEST(ScalePicture, WeightsColoursWithTheirAlpha) {
     Picture picture = plain(2, 1, 0);
     picture.row(0)[0] = 0xFFFF0000U;
@@ -93,7 +93,7 @@ TEST(ScalePicture, OutsideOfThePictureNothingShows) {
     EXPECT_TRUE(scalePicture(picture, RECT{0, 0, 4, 4}, {2, 0}).pixels.empty());
 }
 
-// An enlarged edge stays between its two colours, and steeper than a straight ramp.
+// An enlarged edge stays between its two colours, and is steeper than a straight ramp.
 TEST(ScalePicture, EnlargesWithoutRingsAndWithoutBlur) {
     Picture picture = plain(8, 8, kBlackPixel);
     for (int y = 0; y < 8; ++y) {

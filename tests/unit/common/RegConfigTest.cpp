@@ -231,8 +231,8 @@ TEST_F(RegConfig, MissingNumberIsLoggedByBothReads) {
                                }));
 }
 
-// Another program changes the size all the time: every read gives a whole old or new value, or the system's word that
-// it grew between the two questions.
+// Another program changes the size all the time: every read returns a complete old or new value, or the system's error
+// that it grew between the two calls.
 TEST_F(RegConfig, ValueThatChangesMeanwhileIsReadWholeOrRefused) {
     set(L"Moving", REG_BINARY, std::vector<BYTE>(4, 1));
     openKey();

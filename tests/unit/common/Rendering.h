@@ -1,4 +1,4 @@
-// What the tests of this room share: a GDI+ session for the whole program, frames to draw on, and plain pictures.
+// Shared by the tests in this folder: a GDI+ session for the whole program, frames to draw on, and plain pictures.
 #pragma once
 
 #include <cstddef>
@@ -35,7 +35,7 @@ class Canvas {
     common::SelectScope m_selected;
 };
 
-// One colour (0xAARRGGBB, not premultiplied) all over.
+// One colour (0xAARRGGBB, not premultiplied) everywhere.
 [[nodiscard]] std::unique_ptr<Gdiplus::Bitmap> plainImage(int width, int height, Gdiplus::ARGB colour);
 
 // Row y has the colour rows[y].

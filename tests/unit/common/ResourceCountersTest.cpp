@@ -1,4 +1,4 @@
-// The counters that other tests trust: each sees a deliberate leak, and sees it go.
+// The counters that other tests rely on: each detects a deliberate leak and its removal.
 #include "support/ResourceCounters.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kLeaks = 25;
 
 TEST(ResourceCounters, GdiHandlesSeeEveryKindOfLeakedObject) {
-    ::DeleteDC(::CreateCompatibleDC(nullptr));  // the first one makes the system's stock objects
+    ::DeleteDC(::CreateCompatibleDC(nullptr));  // the first one creates the system's stock objects
     const std::size_t before = testsupport::gdiHandles();
     ASSERT_GT(before, 0U);
     std::vector<HGDIOBJ> leaked;

@@ -271,7 +271,7 @@ TEST_F(RegistryStorageTest, ValuesAreDeleted) {
 
 class StorageHandle : public RegistryStorageTest {};
 
-// The text of the exception, or "" when there was none.
+// The text of the exception, or "" if there was none.
 template <typename Action>
 std::wstring thrownBy(Action action) {
     try {

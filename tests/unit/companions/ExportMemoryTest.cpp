@@ -1,4 +1,5 @@
-// The exports of the key libraries while memory runs out, compiled into this program so that it decides when.
+// The exports of the key libraries when memory runs out, compiled into this program so that it controls the
+// allocations.
 #include <gtest/gtest.h>
 
 #include <windows.h>

@@ -86,7 +86,7 @@ TEST(App, LoopThatTakesTheQuitMessageForItselfDoesNotKeepTheProgramAlive) {
         EXPECT_TRUE(test::takeQuit());
         return true;
     };
-    EXPECT_EQ(run(app), 0);  // or it would never come back
+    EXPECT_EQ(run(app), 0);  // otherwise it would never return
     EXPECT_EQ(app.m_nEnded, 1);
 }
 

@@ -1,4 +1,4 @@
-// How windows come and go with their objects.
+// Creation and destruction of windows with their objects.
 #include <algorithm>
 #include <vector>
 
@@ -74,7 +74,7 @@ TEST(Creation, UnknownClassFailsAndSaysWhy) {
     EXPECT_EQ(::GetLastError(), reason);
     EXPECT_NE(reason, 0U);
     EXPECT_EQ(window.m_hWnd, nullptr);
-    // The next window of the thread, not made through the framework, stays free of objects.
+    // The next window of the thread, created without the framework, gets no object.
     test::registerClass();
     const HWND other =
         ::CreateWindowExW(0, test::kClassName, L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
@@ -182,12 +182,12 @@ namespace {
 LRESULT CALLBACK refuseAll(int code, WPARAM wParam, LPARAM lParam) {
     return code == HCBT_CREATEWND ? 1 : ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
-// Binds first, as the hooks before it want, and refuses then.
+// First calls the hooks before it, then refuses.
 LRESULT CALLBACK refuseLast(int code, WPARAM wParam, LPARAM lParam) {
     const LRESULT result = ::CallNextHookEx(nullptr, code, wParam, lParam);
     return code == HCBT_CREATEWND ? 1 : result;
 }
-// Keeps the news from the hooks before it.
+// Hides the event from the hooks before it.
 LRESULT CALLBACK swallow(int code, WPARAM wParam, LPARAM lParam) {
     return code == HCBT_CREATEWND ? 0 : ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
@@ -377,7 +377,8 @@ TEST(Window, VisibilityIsThatOfTheWindow) {
 }
 
 namespace {
-// Destroyed after main has returned, with a living window: the exit code of this test program says whether that held.
+// Destroyed after main has returned, with an existing window: the exit code of this test program shows whether that
+// worked.
 CWnd g_outlivesMain;
 }  // namespace
 

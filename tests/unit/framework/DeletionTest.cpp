@@ -1,5 +1,5 @@
-// Objects that are deleted in the middle of their own messages. Every deleted object leaves rubbish in its memory, so a
-// framework that touches it afterwards crashes here.
+// Objects that are deleted during their own messages. Every deleted object fills its memory with garbage, so that a
+// framework that uses it afterwards crashes here.
 #include "Support.h"
 
 using test::create;
@@ -28,7 +28,7 @@ class SelfDeletingCtrl : public ScriptedWnd {
     static constexpr MessageMap kMap{nullptr, kEntries};
 };
 
-// Nothing of the object and nothing of the window is left.
+// Neither the object nor the window is left.
 void expectGone(HWND window) {
     EXPECT_EQ(ScriptedWnd::s_nAlive, 0);
     EXPECT_EQ(CWnd::fromHandle(window), nullptr);
@@ -60,7 +60,7 @@ TEST(Deletion, InsideANestedMessage) {
 }
 
 TEST(Deletion, InsideANestedMessageThroughTheWindowClass) {
-    // WM_CLOSE of the system destroys the window in the middle of the default processing.
+    // The system's WM_CLOSE destroys the window during the default processing.
     auto* window = new ScriptedWnd;
     window->m_fnPostNcDestroy = [window] { delete window; };
     ASSERT_TRUE(create(*window));

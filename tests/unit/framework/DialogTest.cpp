@@ -1,4 +1,4 @@
-// Dialogs from templates, their own window classes, and dialogs that end in the middle of things.
+// Dialogs from templates, their own window classes, and dialogs that end unexpectedly.
 #include <framework/SliderCtrl.h>
 
 #include "Support.h"
@@ -70,7 +70,7 @@ TEST(Dialog, OwnClassOfTheTemplateIsADialogLikeAnyOther) {
     EXPECT_STREQ(name, L"" OWN_DIALOG_CLASS);
     EXPECT_EQ(::FindWindowW(L"" OWN_DIALOG_CLASS, nullptr), dialog.m_hWnd);
     EXPECT_EQ(::SendMessageW(dialog.m_hWnd, kProbe, 0, 0), 1);
-    // The system's dialog behaviour is there: it knows the default button.
+    // The system's dialog behaviour works: it knows the default button.
     EXPECT_EQ(HIWORD(::SendMessageW(dialog.m_hWnd, DM_GETDEFID, 0, 0)), DC_HASDEFID);
     EXPECT_TRUE(dialog.DestroyWindow());
 }

@@ -1,4 +1,4 @@
-// Message maps: who hears what, with which parameters, and what Default() means.
+// Message maps: which handler is called, with which parameters, and what Default() does.
 #include <string>
 #include <vector>
 
@@ -191,7 +191,7 @@ TEST(Default, AfterTheWindowIsGoneDoesNothing) {
 
 namespace {
 
-// A control that answers one notification of its own by Default() and another by itself.
+// A control that handles one of its own notifications with Default() and another one itself.
 class ReflectingCtrl : public CSliderCtrl {
  public:
     int drawn = 0;
@@ -261,7 +261,7 @@ TEST_F(Reflection, DefaultInsideMeansTheNotificationNotThePaintingAroundIt) {
 }
 
 TEST_F(Reflection, DefaultInsideDoesNotRepeatTheMessageThatTheControlIsIn) {
-    // The control refuses the text and notifies its parent instead, whose reflection asks for the default processing.
+    // The control refuses the text and notifies its parent instead, whose reflection calls the default processing.
     struct Control : ReflectingCtrl {
         LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
             if (message != WM_SETTEXT) {

@@ -1,4 +1,4 @@
-// No exception leaves the framework: not through the system's calls, and not out of the program.
+// No exception leaves the framework: neither through the system's calls nor out of the program.
 #include <new>
 #include <stdexcept>
 
@@ -12,7 +12,7 @@ using support::FailingAllocation;
 
 constexpr UINT kProbe = WM_USER + 1;
 
-// Counts what it is told, and must be told inside the catch block.
+// Counts the reported exceptions, which must be reported inside the catch block.
 class ListeningApp : public CWinApp {
  public:
     std::function<bool()> m_fnInit = [] { return false; };
@@ -158,7 +158,7 @@ TEST_F(Exceptions, OfTheEndKeepTheExitCode) {
     EXPECT_EQ(m_app.m_nCaught, 1);
 }
 
-// Fails before a message is dispatched, where no window procedure is around it.
+// Fails before a message is dispatched, outside any window procedure.
 struct Stumbling : test::ScriptedWnd {
     bool PreTranslateMessage(MSG& message) override {
         return message.message == kProbe ? throw std::bad_alloc() : false;

@@ -1,7 +1,6 @@
-// Thousands of windows come and go; what the framework takes from the system it gives back. The system's own counters
-// of user objects cannot be relied on everywhere, so the numbers of fresh handles are watched: the low word of a
-// window's handle is its place in the table that hooks, menus and windows share, and that place stays put when nothing
-// leaks.
+// After thousands of windows, the framework has returned everything to the system. The system's own counters of user
+// objects are unreliable, so the numbers of fresh handles are watched: the low word of a window's handle is its
+// position in the table shared by hooks, menus and windows, and it does not change if nothing leaks.
 #include <algorithm>
 #include <vector>
 
@@ -15,7 +14,7 @@ namespace {
 
 constexpr int kCycles = 3000;
 
-// The highest table place among a handful of fresh windows.
+// The highest table position among a few fresh windows.
 int freshHandlePlace() {
     constexpr int kProbes = 8;
     HWND probes[kProbes] = {};
@@ -46,7 +45,7 @@ struct Growth {
     SIZE_T bytes;  // of private memory
 };
 
-// What a number of cycles leaves behind, after some to warm up.
+// The growth caused by a number of cycles, after some warm-up.
 Growth growth(const std::function<void()>& cycle, int cycles) {
     for (int i = 0; i < 50; ++i) {
         cycle();

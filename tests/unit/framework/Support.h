@@ -1,4 +1,4 @@
-// What the tests of the framework share: a plain window class, and a window whose handling is written in the test.
+// Shared by the tests of the framework: a plain window class, and a window whose handlers are defined in the test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ inline void registerClass() {
     ::RegisterClassExW(&description);
 }
 
-// Takes a WM_QUIT out of the queue; false when there is none.
+// Removes a WM_QUIT from the queue; false if there is none.
 inline bool takeQuit() {
     MSG message{};
     return ::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE;
@@ -47,8 +47,8 @@ inline UINT threadWindows() {
     return count;
 }
 
-// A window object whose handlers are written in the test. It counts the living ones, and leaves rubbish behind when it
-// is deleted, so that whoever touches it afterwards crashes instead of being lucky.
+// A window object whose handlers are defined in the test. It counts living objects, and fills its memory with garbage
+// when it is deleted, so that any later use crashes.
 template <typename Base>
 class Scripted : public Base {
  public:

@@ -5,7 +5,7 @@
 
 #define IDD_PLAIN 200
 #define IDD_OWN_CLASS 201
-#define IDD_NO_CLASS 202  // names a window class that nobody registers
+#define IDD_NO_CLASS 202  // names a window class that is never registered
 #define IDD_SLIDER 203
 #define IDD_MISSING 299  // in no resource
 

@@ -1,4 +1,4 @@
-// The tests' own plug-in and stand-ins: what other tests rely on.
+// The tests' own plug-in and stand-ins: the behaviour that other tests rely on.
 #include "plugins/InstrumentedPlugin.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the functions can ask the image library and the string table for.
+// All ids that the functions request from the image library and the string table.
 #pragma once
 
 #include <windows.h>

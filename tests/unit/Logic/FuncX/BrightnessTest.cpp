@@ -76,7 +76,7 @@ TEST_F(Brightness, AFailureOfThePluginLeavesTheCallersItemsAlone) {
 TEST_F(Brightness, ALevelBeyondTheCountGivesNoSlider) {
     EXPECT_EQ(build(10, 11), E_FAIL);
     EXPECT_EQ(build(10, -5), E_FAIL);
-    EXPECT_EQ(build(0x80000000, 3), E_FAIL);  // as a signed count it lies below every level
+    EXPECT_EQ(build(0x80000000, 3), E_FAIL);  // as a signed number it is below every level
     EXPECT_EQ(m_items.size(), 0U);
     EXPECT_EQ(build(10, 0), S_OK);
 }

@@ -1,4 +1,4 @@
-// The functions of round items, each against what it has to show.
+// The functions of round items, each compared with its expected contents.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -170,7 +170,7 @@ TEST_P(CircleFunction, MaskFunctionsMakeTheItemsOfTheBits) {
     const DWORD dwAll = (DWORD{1} << GetParam().items.size()) - 1;
     for (DWORD dwMask = 0; dwMask <= dwAll; ++dwMask) {
         Items items;
-        m_plugin->info = dwMask | (dwMask % 2 != 0 ? ~dwAll : 0);  // bits beyond the table say nothing
+        m_plugin->info = dwMask | (dwMask % 2 != 0 ? ~dwAll : 0);  // unknown bits are ignored
         EXPECT_EQ(m_pFunction->initItems(items.vec()), S_OK);
         EXPECT_EQ(items.views(), expectedItems(dwMask)) << dwMask;
     }
@@ -210,7 +210,7 @@ TEST_P(CircleFunction, ShowsTheStatusOfEachState) {
         EXPECT_THAT(errors(), IsEmpty());
         return;
     }
-    // The timer of the keyboard backlight tells its time as well: that has a test of its own.
+    // The timer of the keyboard backlight also shows its time, which has its own test.
     for (std::size_t i = GetParam().pszName == std::wstring(L"KBB") ? 1 : 0; i < GetParam().statusIds.size(); ++i) {
         setCurrent(static_cast<LONG>(i));
         const UINT uTextId = GetParam().statusIds[i];
@@ -263,7 +263,7 @@ struct DefaultCase {
     const wchar_t* pszName;
     LONG lCurrent;
     HRESULT hr;
-    LONG lExpected;  // 77: untouched
+    LONG lExpected;  // 77: unchanged
     const wchar_t* pszAssertion;
 };
 

@@ -16,7 +16,7 @@ namespace {
 
 constexpr HRESULT kModuleNotFound = static_cast<HRESULT>(0x8007007E);
 
-// The base with nothing added.
+// The base without additions.
 class CPlainFunction final : public CFuncXUseCircleItem {
  public:
     using CFuncXUseCircleItem::addCircleItem;

@@ -16,7 +16,7 @@ ItemView viewOf(CCircleItemDlg& item) {
             CircleItemSeam::largeImageId(item)};
 }
 
-// There is no strip here, and the registry holds no settings.
+// There is no strip, and the registry contains no settings.
 constexpr const wchar_t* kOthers[] = {L"(CZelMainApp::", L"(CZelConfig::", L"(RegConfigAccess::"};
 
 std::wstring programFolder() {

@@ -1,4 +1,4 @@
-// What every test of a function needs: GDI+, the pictures, a plug-in that does as it is told, and the log's lines.
+// Shared by the tests of functions: GDI+, the pictures, an instrumented plug-in, and the log's lines.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ namespace functest {
 
 constexpr DWORD kCode = 0x3B;
 
-// A round item as it was made.
+// A round item as it was created.
 struct ItemView {
     std::wstring text;
     UINT image1;
@@ -34,7 +34,7 @@ class Items {
     [[nodiscard]] std::size_t size() const { return m_vecItems.size(); }
     CQrdItem* operator[](std::size_t i) const { return m_vecItems[i]; }
     void clear();
-    // Round items only; what is no round item, or null, shows as an empty view.
+    // Only round items; anything else, or null, becomes an empty view.
     [[nodiscard]] std::vector<ItemView> views() const;
     [[nodiscard]] std::vector<double> scales() const;
     // How many entries are not null.
@@ -49,15 +49,15 @@ class FunctionTest : public testing::Test {
     FunctionTest();
     ~FunctionTest() override;
 
-    // The function of that name over the plug-in, whose library name may be another one.
+    // The function of that name with the plug-in, whose library may have another name.
     std::unique_ptr<CFuncX> load(const wchar_t* pszName, const std::wstring& strPlugin = L"InstrPlugin");
     // Whether the line was logged, however often: "[ERR] (CFxMute::initItems): Error Code: 0x80004005".
     [[nodiscard]] bool logged(const std::wstring& line) const { return timesLogged(line) > 0; }
     [[nodiscard]] std::size_t timesLogged(const std::wstring& line) const;
-    // The functions' errors, without those of what lies beneath them.
+    // The functions' errors, without those of lower layers.
     [[nodiscard]] std::vector<std::wstring> errors() const;
     static void setMouseOperating(bool bOperating);
-    // No item with a picture can be made any more.
+    // From now on, no item with a picture can be created.
     static void withoutPictures();
 
     Placement m_placement;  // the primary screen, at full size
@@ -67,7 +67,7 @@ class FunctionTest : public testing::Test {
     instr::InstrumentedPlugin m_plugin;
 };
 
-// Waits for a condition that another thread brings about.
+// Waits for a condition that another thread fulfils.
 template <typename Condition>
 [[nodiscard]] bool eventually(Condition condition, DWORD dwMilliseconds = 5000) {
     for (const ULONGLONG end = ::GetTickCount64() + dwMilliseconds; !condition();) {

@@ -1,4 +1,4 @@
-// Prints "image <id>" and "string <id>" for everything that the functions can ask for.
+// Prints "image <id>" and "string <id>" for everything that the functions can request.
 #include <cstdio>
 
 #include "Logic/FuncX/AskedIds.h"

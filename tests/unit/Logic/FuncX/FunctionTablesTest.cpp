@@ -1,4 +1,4 @@
-// The functions' tables against the pictures and texts that are really there.
+// The functions' tables compared with the existing pictures and texts.
 #include "Logic/FuncX/FunctionTables.h"
 
 #include <gmock/gmock.h>
@@ -17,7 +17,7 @@ BOOL CALLBACK addName(HMODULE, const wchar_t*, wchar_t* pszName, LONG_PTR lParam
     return TRUE;
 }
 
-// Ids of the strings that a block of sixteen holds in a language.
+// The string ids of a language that a block of sixteen contains.
 std::set<UINT> stringsOf(UINT uBlock, WORD wLanguage) {
     std::set<UINT> ids;
     const HRSRC hFound = ::FindResourceExW(nullptr, RT_STRING, MAKEINTRESOURCEW(uBlock), wLanguage);
@@ -36,8 +36,8 @@ std::set<UINT> stringsOf(UINT uBlock, WORD wLanguage) {
     return ids;
 }
 
-// Pictures that other parts of the program ask for: the connectors of the output preview.
-// 60 is the mark of a latched modifier, for whoever shows one.
+// Pictures that other parts of the program request: the connectors of the output preview. 60 is the mark of a latched
+// modifier.
 constexpr UINT kOtherImages[] = {60, 296, 297, 298, 299, 300};
 
 }  // namespace

@@ -99,7 +99,7 @@ TEST_F(OpticalDrive, ValuesAreForgottenOnlyWhenThePluginReportsAnew) {
     ASSERT_EQ(build(0x18, 3), S_OK);
     m_plugin->exports[instr::GetDisplayItemInfoId].result = -1;
     EXPECT_EQ(build(0x1, 3), E_FAIL);
-    EXPECT_EQ(m_pFunction->selectItem(1, -1), S_OK);  // still the values of before
+    EXPECT_EQ(m_pFunction->selectItem(1, -1), S_OK);  // still the previous values
     m_plugin->exports[instr::GetDisplayItemInfoId].result = 0;
     ASSERT_EQ(build(0x1, 0), S_OK);
     EXPECT_EQ(m_pFunction->selectItem(1, -1), E_FAIL);

@@ -1,5 +1,5 @@
-// The output function with favourites over the instrumented plug-in; the display-configuration program is recorded
-// instead of started.
+// The output function with favourites and the instrumented plug-in; starts of the display-configuration program are
+// only recorded.
 #pragma once
 
 #include "Data/RegistryPaths.h"
@@ -65,7 +65,7 @@ class Output2Test : public FunctionTest {
         return m_function.initItems(m_items.vec());
     }
     instr::Entry& entry(std::size_t index) { return m_plugin->entries[index]; }
-    // The plug-in's indices of the entries that are left.
+    // The plug-in's indices of the remaining entries.
     std::vector<DWORD> indices() {
         std::vector<DWORD> found;
         for (const auto& pInfo : FxOutput2Seam::entries(m_function)) {

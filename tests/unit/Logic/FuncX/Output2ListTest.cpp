@@ -139,7 +139,7 @@ TEST_F(Output2List, NothingIsLeakedOverManyRebuilds) {
     ASSERT_EQ(m_function.getCurrentItem(), S_OK);
     constexpr int kRebuilds = 10000;
     for (int i = 0; i < kRebuilds; ++i) {
-        // Some lists fail on the way: beyond its entries the plug-in refuses.
+        // Some lists fail half-way: beyond its entries the plug-in refuses.
         const LONG lCount = i % 10 == 0 ? 100 : 6;
         ASSERT_EQ(FxOutput2Seam::read(m_function, lCount), lCount == 6 ? S_OK : E_FAIL);
     }
@@ -202,7 +202,7 @@ TEST_F(Output2List, AnAbsurdNumberOfRecordsIsNotRead) {
     EXPECT_EQ(m_items.size(), 2U);
 }
 
-// As a library's data does: a page that was written to, and one that was not yet.
+// Like a library's data: a page that was written to, and one that was not yet.
 TEST_F(Output2List, RecordsThatLieOnPagesOfTwoKindsAreAllThere) {
     constexpr std::size_t kPage = 0x1000;
     auto* const pages =

@@ -1,4 +1,4 @@
-// What choosing an entry of the output function with favourites does.
+// The effect of choosing an entry of the output function with favourites.
 #include <gmock/gmock.h>
 
 #include "Logic/FuncX/Output2Fixture.h"
@@ -48,7 +48,7 @@ TEST_F(Output2Select, APlaceBeyondTheEntriesFailsAndLeavesTheFlag) {
         EXPECT_EQ(m_function.selectItem(lItem, &bHideCard, -1), E_FAIL);
     }
     EXPECT_FALSE(bHideCard);
-    EXPECT_EQ(m_function.selectItem(-1, nullptr, -1), E_FAIL);  // looked at before the flag
+    EXPECT_EQ(m_function.selectItem(-1, nullptr, -1), E_FAIL);  // checked before the flag
     EXPECT_EQ(timesLogged(L"[ERR] (CFxOutput_2::selectItem): Error Code: 0x80004005"), 4U);
     EXPECT_EQ(m_plugin.count(instr::SelectItemId), 0);
 }

@@ -20,7 +20,7 @@ std::vector<DWORD> values(DWORD dwFirst, DWORD dwSecond) {
     return found;
 }
 
-// Walks as the rule is told: from the last entry to the first, looking at the size after each removal.
+// The rule in words: from the last entry to the first, checking the size after each removal.
 std::vector<int> plainFilter(std::vector<int> entries, const std::vector<bool>& keep, std::size_t limit) {
     for (int position = static_cast<int>(entries.size()) - 1; position >= 0; --position) {
         if (keep[static_cast<std::size_t>(position)]) {
@@ -85,7 +85,7 @@ TEST(OutputRules, PicturesAreThoseOfTheTable) {
 TEST(OutputRules, AWideRowShrinksByTheShareThatFits) {
     EXPECT_EQ(totalItemWidth(20, 1.0, 0), 1640);
     EXPECT_DOUBLE_EQ(shrinkRatio(1640, 1280).value(), 1280.0 / 1640.0);
-    EXPECT_DOUBLE_EQ(shrinkRatio(1280, 1280).value(), 1.0);  // as wide as the screen counts as too wide
+    EXPECT_DOUBLE_EQ(shrinkRatio(1280, 1280).value(), 1.0);  // exactly the width that counts as too wide
     EXPECT_FALSE(shrinkRatio(1279, 1280).has_value());
     EXPECT_FALSE(shrinkRatio(0, 0).has_value());
     EXPECT_FALSE(shrinkRatio(-5, -10).has_value());
@@ -94,7 +94,7 @@ TEST(OutputRules, AWideRowShrinksByTheShareThatFits) {
 TEST(OutputRules, TheItemWidthIsTruncatedAndTheOverhangCountsTwice) {
     EXPECT_EQ(totalItemWidth(3, 0.999, 14), 3 * 81 + 28);
     EXPECT_EQ(totalItemWidth(2, 1.25, 0), 204);
-    // (100 - 120) / 2, reckoned unsigned.
+    // (100 - 120) / 2, in unsigned arithmetic.
     const int wrapped = static_cast<int>((100U - 120U) / 2);
     EXPECT_EQ(totalItemWidth(4, 1.0, wrapped), 4 * 82 - 20);
 }

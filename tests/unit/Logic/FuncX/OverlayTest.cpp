@@ -58,7 +58,7 @@ TEST_P(Overlay, AStateChangedOutsideNeedsANewPicture) {
     EXPECT_FALSE(m_pFunction->needRefreshSmallPng());
     m_plugin->currentItem = 1;
     EXPECT_TRUE(m_pFunction->needRefreshSmallPng());
-    EXPECT_TRUE(m_pFunction->needRefreshSmallPng());  // until the picture has been asked for
+    EXPECT_TRUE(m_pFunction->needRefreshSmallPng());  // until the picture has been requested
     EXPECT_EQ(m_pFunction->getSmallPngID(), GetParam().uOff);
     EXPECT_FALSE(m_pFunction->needRefreshSmallPng());
 }

@@ -1,4 +1,4 @@
-// The panic threads of the two output functions over a real plug-in, and the timer that sets them off.
+// The panic threads of the two output functions with a real plug-in, and the timer that triggers them.
 #include <gmock/gmock.h>
 
 #include "Logic/FuncX/FxOutput.h"
@@ -13,7 +13,7 @@ namespace {
 
 constexpr UINT_PTR kTimer = 20;
 
-// Libraries for the tests that cut a call off, one each: they stay mapped for the rest of the process.
+// Libraries for the tests that interrupt a call, one each: they stay mapped for the rest of the process.
 constexpr wchar_t kHangingPlugin[] = L"InstrNoGetCustomItemText";
 constexpr wchar_t kSlowPlugin[] = L"InstrNoFocusItem";
 
@@ -95,7 +95,7 @@ TEST_F(OutputPanic, RebuildsWhilePanickingAreSafe) {
         setPanicEvent();
         ASSERT_EQ(m_function.initItems(m_items.vec()), S_OK);
     }
-    // Events in a row may fall together, and a panic between two lists selects nothing; one over the last list does.
+    // Consecutive events may merge, and a panic between two lists selects nothing; one after the last list does.
     EXPECT_TRUE(eventually([this] {
         setPanicEvent();
         return m_plugin.count(instr::SelectItemId) > 0;

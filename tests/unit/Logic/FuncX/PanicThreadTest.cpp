@@ -1,4 +1,4 @@
-// The panic thread by itself, with an action that the test steers.
+// The panic thread itself, with an action that the test controls.
 #include "Logic/FuncX/PanicThread.h"
 
 #include <gmock/gmock.h>
@@ -54,7 +54,7 @@ bool setEvent() {
     return hEvent && ::SetEvent(hEvent.get()) != FALSE;
 }
 
-// Not set afterwards either way.
+// In both cases it is not set afterwards.
 bool isSet(const common::UniqueHandle& hEvent) {
     return ::WaitForSingleObject(hEvent.get(), 0) == WAIT_OBJECT_0;
 }
@@ -201,7 +201,7 @@ TEST_F(PanicThread, AnActionThatHangsIsCutOffAfterTheWait) {
     const ULONGLONG took = ::GetTickCount64() - begin;
     EXPECT_GE(took, 290U);
     EXPECT_LT(took, 2000U);
-    // It can start anew.
+    // It can start again.
     m_action.m_hGate = nullptr;
     thread.start();
     ASSERT_TRUE(setEvent());
@@ -251,14 +251,14 @@ TEST_F(PanicThread, AFunctionWithoutThreadDoesNotMakeAnotherPanic) {
 TEST_F(PanicThread, TheSignalToEndIsNotLeftBehind) {
     CPanicThread thread(m_action, kQuiet);
     thread.start();
-    const common::UniqueHandle hEvent = openEvent();  // somebody else keeps the event alive
+    const common::UniqueHandle hEvent = openEvent();  // something else keeps the event alive
     ASSERT_TRUE(hEvent);
     thread.end();
     EXPECT_FALSE(isSet(hEvent));
     m_action.m_hrPrepare = E_FAIL;
     thread.start();
     EXPECT_TRUE(eventually([this] { return lines().size() == 1; }));
-    thread.end();  // nobody waited any more
+    thread.end();  // no thread waited any more
     EXPECT_FALSE(isSet(hEvent));
 }
 

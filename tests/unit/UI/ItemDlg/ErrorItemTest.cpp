@@ -26,7 +26,7 @@ class ErrorItem : public ItemTest {
         return *m_pItem;
     }
     [[nodiscard]] HWND item() const { return m_pItem->windowHandle(); }
-    // What GDI+ says of the text, wrapped at 288 pixels times the ratio.
+    // GDI+'s measure of the text, wrapped at 288 pixels times the ratio.
     [[nodiscard]] Gdiplus::RectF measured(const wchar_t* text) const {
         const common::WindowDc dc(item());
         Gdiplus::Graphics graphics(dc.get());
@@ -38,7 +38,7 @@ class ErrorItem : public ItemTest {
         graphics.MeasureString(text, -1, font.get(), layout, &format, &result);
         return result;
     }
-    // A visible popup of this thread over exactly this place.
+    // A visible popup of this thread in exactly this place.
     [[nodiscard]] bool pictureShown() const {
         struct Search {
             RECT place;

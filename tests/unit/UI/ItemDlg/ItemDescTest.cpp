@@ -20,7 +20,7 @@ class ItemDesc : public ItemTest {
         m_log.clear();
         return *m_pBox;
     }
-    // The size of the text in a box of the greatest width.
+    // The size of the text in a box of the maximum width.
     [[nodiscard]] Gdiplus::RectF measuredIn(int width) const {
         place(m_pBox->m_hWnd, 0, 0, width, 42);
         Gdiplus::RectF measured;
@@ -74,7 +74,7 @@ TEST_F(ItemDesc, TextThatDoesNotFitIsCutWithAnEllipsis) {
     RECT client{};
     ::GetClientRect(box.m_hWnd, &client);
     ASSERT_LT(client.bottom, 60);
-    // The text is drawn black on nothing, on a canvas with room for more than the box.
+    // The text is drawn in black on a transparent canvas larger than the box.
     rendering::Canvas canvas(200, 100);
     ASSERT_EQ(ItemDescSeam::draw(box, canvas.dc()), S_OK);
     const RECT ink = canvas.ink();

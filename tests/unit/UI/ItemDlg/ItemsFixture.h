@@ -1,4 +1,4 @@
-// What the tests of the item windows share: the application's room, the log, and a card to belong to.
+// Shared by the tests of the item windows: the application, the log, and a card for the items.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -38,7 +38,7 @@ inline void place(HWND window, int x, int y, int width, int height) {
     ::SetWindowPos(window, HWND_TOPMOST, x, y, width, height, SWP_NOACTIVATE);
 }
 
-// Paints what waits to be painted, now.
+// Carries out pending paints now.
 inline void paintNow(HWND window) {
     ::UpdateWindow(window);
 }
@@ -67,7 +67,7 @@ class ItemTest : public testing::Test {
     [[nodiscard]] std::vector<std::wstring> errors() const { return m_log.errors(); }
     [[nodiscard]] bool logged(const std::wstring& line) const { return m_log.count(line) > 0; }
 
-    // A card of the strip over the instrumented plug-in.
+    // A card of the strip with the instrumented plug-in.
     CBlackCard& addCard(const wchar_t* function, const std::vector<DWORD>& codes) {
         CBlackCard& card = m_room.addCard();
         EXPECT_EQ(card.initialize(function, codes, L"Caption", m_plugin.path().c_str()), S_OK);
@@ -75,7 +75,7 @@ class ItemTest : public testing::Test {
         place(m_room.stripWindow(), 300, 0, 96, 112);
         return card;
     }
-    // The strip is there, and it is hidden when the rule for a lost focus says so.
+    // The strip exists, and the rule for a lost focus hides it.
     void showStrip() {
         ::ShowWindow(m_room.stripWindow(), SW_SHOWNOACTIVATE);
         ASSERT_TRUE(stripShown());

@@ -20,7 +20,7 @@ FenwynDisplayRecord record(const wchar_t* connector, ULONG index = 0, ULONG widt
     return result;
 }
 
-// A window as the display-configuration program has it, and the messages that came.
+// A window like the display-configuration program's, and the messages that it got.
 class SetupWindow {
  public:
     explicit SetupWindow(const wchar_t* windowClass) : m_class(windowClass) {
@@ -40,7 +40,7 @@ class SetupWindow {
     SetupWindow(const SetupWindow&) = delete;
     SetupWindow& operator=(const SetupWindow&) = delete;
 
-    // Posted since the last question.
+    // Posted since the last call.
     int closes() {
         support::pump();
         return std::exchange(m_nCloses, 0);
@@ -193,8 +193,8 @@ TEST_F(OutputItem, OverhangIsThatOfThePreviewAndFive) {
 struct CloseRule {
     LONG mode;
     DWORD needsSetup;
-    int output;  // closes of the window that configures
-    int save;    // and of the one that saves
+    int output;  // messages to the window that configures
+    int save;    // and to the one that saves
 };
 void PrintTo(const CloseRule& rule, std::ostream* out) {
     *out << "mode " << rule.mode << ", setup " << rule.needsSetup;

@@ -43,7 +43,7 @@ class OutputPreview : public ItemTest {
         return *m_pPreview;
     }
     [[nodiscard]] const OutputPreviewSeam::Rows& rows() const { return OutputPreviewSeam::rows(*m_pPreview); }
-    // Makes the window, shows it, and returns what is on it.
+    // Creates the window, shows it, and returns its pixels.
     std::unique_ptr<rendering::Canvas> painted() {
         EXPECT_TRUE(m_pPreview->Create(nullptr));
         EXPECT_EQ(m_pPreview->setWndPos(&kItem, m_room.placement()), S_OK);
@@ -68,7 +68,7 @@ TEST_F(OutputPreview, IsPlacedWithoutTakingTheFocus) {
     ::DestroyWindow(other);
 }
 
-// Pixels of the area that are dark, as text is.
+// Dark pixels of the area, such as text.
 int ink(const rendering::Canvas& canvas, const RECT& area) {
     int count = 0;
     for (int y = area.top; y < area.bottom; ++y) {

@@ -11,7 +11,7 @@ constexpr DWORD kOther = 0x40;
 
 class SliderItem : public ItemTest {
  protected:
-    // The item of a brightness card whose enlarged card is up.
+    // The item of a brightness card whose enlarged card is shown.
     CSliderItemDlg& open(LONG levels, LONG current) {
         m_plugin->info = static_cast<ULONG>(levels);
         m_plugin->currentItem = current;
@@ -189,7 +189,7 @@ TEST_F(SliderItem, OneKeyForBothDecreasesAsLongAsItCan) {
 
 TEST_F(SliderItem, StaysWhereItWasWhenTheCardFails) {
     CSliderItemDlg& item = open(10, 5);
-    CBlackCard other(&m_room.strip(), m_room.placement());  // has no items: what the slider asks for fails
+    CBlackCard other(&m_room.strip(), m_room.placement());  // has no items, so the slider's query fails
     item.setBlackCardInfo(&other);
     EXPECT_EQ(item.switchItem(kIncrease, false, true), E_FAIL);
     EXPECT_EQ(position(), 5);
@@ -272,7 +272,7 @@ TEST_F(SliderItem, EndOfADragTellsNoLevelASecondTime) {
 TEST_F(SliderItem, TurnOfTheMouseWheelTellsItsLevel) {
     CSliderItemDlg& item = open(10, 5);
     SliderItemSeam::slider(item).SetPos(6);
-    // A system's slider tells it as a thumb position that no drag came before.
+    // The system's slider reports it as a thumb position without a preceding drag.
     ::SendMessageW(item.m_hWnd, WM_HSCROLL, MAKEWPARAM(TB_THUMBPOSITION, 6), reinterpret_cast<LPARAM>(slider()));
     EXPECT_EQ(applied(), std::vector<LONG>{6});
 }
@@ -319,7 +319,7 @@ TEST_F(SliderItem, StepsThroughTheCardAsTheKeysDo) {
     m_plugin->info = 10;
     m_plugin->currentItem = 5;
     CBlackCard& card = addCard(L"Brightness", {kDecrease, kIncrease});
-    EXPECT_EQ(card.notifyHotkey(kIncrease, FALSE), S_OK);  // shows the present level
+    EXPECT_EQ(card.notifyHotkey(kIncrease, FALSE), S_OK);  // shows the current level
     EXPECT_TRUE(applied().empty());
     EXPECT_EQ(card.notifyHotkey(kIncrease, FALSE), S_OK);
     EXPECT_EQ(card.notifyHotkey(kIncrease, FALSE), S_OK);

@@ -1,4 +1,4 @@
-// The slider's own painting: what it answers to each stage, and the pixels of its three layers.
+// The slider's own painting: its result at each stage, and the pixels of its three layers.
 #include "UI/ItemDlg/ItemsFixture.h"
 #include "common/Rendering.h"
 

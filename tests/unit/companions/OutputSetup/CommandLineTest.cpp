@@ -1,4 +1,4 @@
-// What the program understands on its command line.
+// The program's command line.
 #include <gtest/gtest.h>
 
 #include <random>

@@ -1,4 +1,4 @@
-// What the displays make of the desktop, and where they go.
+// How the displays form the desktop, and how they are arranged.
 #include <gtest/gtest.h>
 
 #include "Displays.h"

@@ -1,4 +1,4 @@
-// Where favourites are kept, and how those of the old place get there.
+// Where favourites are stored, and how those of the old place get there.
 #include "OutputFavourites.h"
 
 #include <gtest/gtest.h>

@@ -23,7 +23,7 @@ bool poll(const std::function<bool()>& condition) {
     return true;
 }
 
-// A running program; ended with the test when it has not ended itself.
+// A running program; ended with the test if it has not ended itself.
 class Program {
  public:
     explicit Program(const std::wstring& arguments) {
@@ -49,7 +49,7 @@ class Program {
     [[nodiscard]] bool isRunning() const {
         return started() && ::WaitForSingleObject(m_process.get(), 0) == WAIT_TIMEOUT;
     }
-    // 98 when it does not end.
+    // 98 if it does not end.
     [[nodiscard]] DWORD exitCode() const {
         DWORD code = 98;
         if (::WaitForSingleObject(m_process.get(), kDeadlineMs) == WAIT_OBJECT_0) {
@@ -57,7 +57,7 @@ class Program {
         }
         return code;
     }
-    // A visible top-level window of the program of that class, once there is one.
+    // A visible top-level window of the program of that class, once it exists.
     [[nodiscard]] HWND window(const wchar_t* className) const {
         HWND found = nullptr;
         poll([&] { return (found = find(className)) != nullptr || !isRunning(); });

@@ -16,7 +16,7 @@ constexpr WORD kGerman = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN);
 constexpr std::pair<UINT, UINT> kRanges[] = {
     {IDS_PROGRAM, IDS_ASK_DELETE}, {IDS_MODE, IDS_MODE_OTHER}, {IDS_ERROR_COMMAND_LINE, IDS_ERROR_WINDOW}};
 
-// A string of one language: tables hold sixteen, each with its length before it.
+// A string of one language: tables hold sixteen, each preceded by its length.
 std::wstring textOf(UINT id, WORD language) {
     const HRSRC table = ::FindResourceExW(nullptr, RT_STRING, MAKEINTRESOURCEW(id / 16 + 1), language);
     const auto* place = static_cast<const wchar_t*>(::LockResource(::LoadResource(nullptr, table)));

@@ -1,4 +1,4 @@
-// The three windows, with the machine and the person played by the test.
+// The three windows, with simulated displays and user input.
 #include <gtest/gtest.h>
 
 #include "ConfigDlg.h"
@@ -104,7 +104,7 @@ struct ConfigWindow : Window {
     setup::CConfigDlg m_dlg{m_surroundings};
 
     [[nodiscard]] HWND list() const { return control(m_dlg, IDC_FAVOURITES); }
-    // What the list tells when a person has typed a name; null when they gave up.
+    // The list's text after a user has typed a name; null if they cancelled.
     LRESULT type(int row, const wchar_t* name) const {
         NMLVDISPINFOW info{};
         info.hdr = {list(), IDC_FAVOURITES, static_cast<UINT>(LVN_ENDLABELEDITW)};
@@ -417,7 +417,7 @@ TEST_F(ConfigWindow, ForeignNotificationsAreLeftAlone) {
 
 namespace {
 
-// One life of the program, which ends by itself when its window was opened.
+// One run of the program, which ends automatically when its window was opened.
 int runApp(const setup::Surroundings& surroundings, const wchar_t* commandLine, const wchar_t* className) {
     setup::CSetupApp app(surroundings);
     bool seen = false;

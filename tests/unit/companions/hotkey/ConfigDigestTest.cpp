@@ -18,7 +18,7 @@ class ConfigDigest : public testing::Test {
  protected:
     void SetUp() override { ASSERT_TRUE(m_room.redirected()); }
 
-    // True when the digest differs from the one at the last call.
+    // True if the digest differs from that of the last call.
     bool changed() {
         const std::uint64_t old = std::exchange(m_nDigest, hotkey::digestConfiguration());
         return old != m_nDigest;
@@ -34,7 +34,7 @@ class RegistryWatchTest : public ConfigDigest {
         ASSERT_TRUE(m_room.redirected());
         m_watch.arm();
     }
-    // Waits for the signal and arms again.
+    // Waits for the signal and arms the watch again.
     bool signalled() {
         const bool bSignalled = ::WaitForSingleObject(m_watch.event(), 5000) == WAIT_OBJECT_0;
         m_watch.arm();

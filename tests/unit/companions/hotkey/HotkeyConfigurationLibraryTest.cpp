@@ -7,7 +7,7 @@ using support::RegistryRoom;
 
 class HotkeyConfigurationLibrary : public HotkeyLibraryTest {
  protected:
-    // Every kind of notification is awaited alike; longer than a quiet period.
+    // The tests wait in the same way for every kind of notification; longer than a quiet period.
     void expectNoFurtherConfig() {
         const int nBefore = m_record.configTotal();
         waitUntil([] { return false; }, 400);

@@ -14,7 +14,7 @@
 
 namespace companions {
 
-// What the callbacks were called with, from whatever thread. One at a time, because callbacks have no context.
+// The arguments of the callbacks, from any thread. One at a time, because callbacks have no context.
 class CCallbackRecord {
  public:
     CCallbackRecord() { s_pRecord = this; }
@@ -46,7 +46,7 @@ class CCallbackRecord {
         m_setThreads.clear();
     }
 
-    // Runs inside the hotkey callback, after the record was made.
+    // Runs inside the hotkey callback, after the call was recorded.
     std::function<void()> onKey;
 
     static void WINAPI hotkeyCallback(DWORD code, DWORD modifier) {
@@ -114,14 +114,14 @@ class HotkeyLibraryTest : public testing::Test {
     }
     LONG start() { return m_pfnStart(&CCallbackRecord::hotkeyCallback, &CCallbackRecord::configCallback); }
 
-    // False when the callbacks report something else, or nothing more within five seconds.
+    // False if the callbacks report something else, or nothing more within five seconds.
     testing::AssertionResult reports(const std::string& expected) {
         if (waitUntil([&] { return m_record.keys() == expected; })) {
             return testing::AssertionSuccess();
         }
         return testing::AssertionFailure() << "expected \"" << expected << "\", got \"" << m_record.keys() << '"';
     }
-    // Until then a change of the configuration may still be under way.
+    // Until then a change of the configuration may still be pending.
     bool waitForConfig(int count) {
         return waitUntil([&] { return m_record.configCount(ZEL_CONFIG_CHANGED) >= count; });
     }

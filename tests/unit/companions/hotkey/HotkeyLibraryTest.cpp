@@ -83,7 +83,7 @@ TEST_F(HotkeyLibrary, NothingIsReportedOrHiddenBeforeEnableHotkey) {
 
 namespace {
 
-// Called before the library's hook. Ends the chain for `s_hiddenKey`, so that the system sees the key and the library
+// Called before the library's hook. Ends the chain for `s_hiddenKey`, so that the system sees the key but the library
 // does not.
 WORD s_hiddenKey = 0;
 LRESULT CALLBACK hideFromOtherHooks(int code, WPARAM wParam, LPARAM lParam) {

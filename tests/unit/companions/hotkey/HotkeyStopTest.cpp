@@ -126,7 +126,7 @@ TEST_F(HotkeyStop, LibraryFreedWhileItRunsStaysUntilItIsStopped) {
     pressKey(VK_RCONTROL);
     EXPECT_TRUE(reports("0 /0"));
     EXPECT_NE(::GetModuleHandleW(file), nullptr);
-    m_library = loadBuilt(ZEL_MAIN_FILE);  // nobody may call into a library without a reference of his own
+    m_library = loadBuilt(ZEL_MAIN_FILE);  // nobody may call into a library without its own reference
     EXPECT_EQ(std::exchange(m_pfnStop, nullptr)(), 0);
     m_library.reset();
     EXPECT_TRUE(waitUntil([&] { return ::GetModuleHandleW(file) == nullptr; }));

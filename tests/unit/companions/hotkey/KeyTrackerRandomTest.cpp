@@ -1,5 +1,4 @@
-// Long random histories, held against a slow model that is written down differently, and against rules that hold for
-// every history.
+// Long random histories, compared with a slow, independent model and with rules that apply to every history.
 #include <algorithm>
 #include <map>
 #include <random>
@@ -17,7 +16,7 @@ std::string word(const char* mark, std::size_t code) {
     return buffer;
 }
 
-// Remembers histories instead of states: when each key was pressed, and what was reported since then.
+// Remembers histories instead of states: when each key was pressed, and what was reported since.
 class CModel {
  public:
     CModel(keyboard::KeySet listed, bool sticky) : m_listed(listed), m_bSticky(sticky) {}
@@ -133,7 +132,7 @@ std::vector<std::string> words(const std::string& text) {
     return result;
 }
 
-// Makes and breaks alternate for each code, and every key lies between the modifier's make and break.
+// Makes and breaks alternate for each code, and every key is between the modifier's make and break.
 void expectWellFormed(const std::vector<std::string>& history) {
     std::vector<std::string> open;
     for (const std::string& entry : history) {
@@ -155,7 +154,7 @@ void expectWellFormed(const std::vector<std::string>& history) {
 
 class KeyTrackerHistory : public TrackerTest, public testing::WithParamInterface<bool> {
  protected:
-    // What was reported since the last comparison goes to `history`.
+    // The reports since the last comparison are added to `history`.
     void compare(std::vector<std::string>& history, CModel& model, int event) {
         const std::vector<std::string> reported = words(m_report.take());
         EXPECT_EQ(reported, std::exchange(model.out, {})) << "event " << event;

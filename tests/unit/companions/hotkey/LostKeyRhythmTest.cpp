@@ -1,4 +1,4 @@
-// How often a held key is asked about.
+// How often a held key is checked.
 #include "LostKeyRhythm.h"
 
 #include <gtest/gtest.h>

@@ -10,7 +10,7 @@ class LostKeys : public TrackerTest {
     void check() {
         m_tracker.checkLostKeys([this](DWORD vk) noexcept { return m_setDown.contains(vk); });
     }
-    std::set<DWORD> m_setDown;  // what the keyboard says is down
+    std::set<DWORD> m_setDown;  // the keys that the keyboard reports as down
 };
 
 TEST_F(LostKeys, LostModifierBreaksItsKeysAndItselfAtTheSecondCheck) {

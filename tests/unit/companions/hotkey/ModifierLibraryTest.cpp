@@ -1,4 +1,4 @@
-// The modifier of choice through the real library: what windows see of it.
+// The configured modifier through the real library: what windows receive of it.
 #include "companions/hotkey/HotkeyLibraryFixture.h"
 #include "keyboard/OwnInput.h"
 
@@ -81,7 +81,7 @@ TEST_P(MaskedModifierLibrary, WindowsSeeATapAsItIs) {
 
 class MenuLibrary : public HotkeyLibraryTest {
  protected:
-    // A window that counts what makes the system open a menu.
+    // A window that counts the events that make the system open a menu.
     struct MenuWindow {
         MenuWindow() {
             WNDCLASSW windowClass{};
@@ -116,7 +116,7 @@ class MenuLibrary : public HotkeyLibraryTest {
         }
     };
 
-    // How many menus open when the modifier, and F1 with it or not, is pressed and released.
+    // How many menus open when the modifier, with or without F1, is pressed and released.
     int menusAfter(WORD modifier, bool bWithKey) {
         MenuWindow::nMenus = 0;
         if (bWithKey) {

@@ -1,4 +1,4 @@
-// Keys that are the modifier and yet keep their own meaning when they are only tapped.
+// Keys that are the modifier and keep their usual function when they are only tapped.
 #include "ModifierUse.h"
 
 #include "companions/hotkey/TrackerFixture.h"

@@ -13,7 +13,7 @@ class StickyLibrary : public HotkeyLibraryTest {
     static void postCancel() {
         ::PostMessageW(stickyWindow(), ::RegisterWindowMessageW(ZEL_STICKY_CANCEL_MESSAGE), 0, 0);
     }
-    // The published state; 0 when there is none.
+    // The published state; 0 if there is none.
     static DWORD publishedLatch() {
         DWORD value = 0;
         DWORD cb = sizeof(value);

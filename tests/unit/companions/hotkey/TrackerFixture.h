@@ -1,4 +1,4 @@
-// Plays key events to a tracker and keeps what it reports.
+// Feeds key events to a tracker and stores its reports.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ class CReport : public hotkey::INotificationSink {
     void breakOf(DWORD code) noexcept override { _add("/", code); }
     void latchChanged(bool bLatched) noexcept override { latches.push_back(bLatched); }
 
-    // What was reported since the last call.
+    // The reports since the last call.
     [[nodiscard]] std::string take() { return std::exchange(text, {}); }
 
     bool full = false;
@@ -48,7 +48,7 @@ class CReport : public hotkey::INotificationSink {
     }
 };
 
-// The keys that the tracker presses itself.
+// The keys that the tracker itself sends.
 class CPresses : public hotkey::IKeyPresser {
  public:
     void tap(DWORD virtualKey) noexcept override { keys.push_back(virtualKey); }
@@ -65,7 +65,7 @@ class TrackerTest : public testing::Test {
         m_tracker.enable();
     }
 
-    // Each event comes 10 ms after the one before. True when it was swallowed.
+    // Each event comes 10 ms after the one before. True if it was swallowed.
     bool down(std::size_t slot) { return _key(virtualKey(slot), slot, true); }
     bool up(std::size_t slot) { return _key(virtualKey(slot), slot, false); }
     bool modifierDown() { return _key(m_settings.modifierKey, 0x11D, true); }

@@ -1,4 +1,4 @@
-// What a hook is told of a key, as the libraries see it, and the numbers of keys.
+// Key events as a hook reports them, converted to what the libraries use, and the numbers of keys.
 #include "keyboard/KeyEvent.h"
 
 #include <gtest/gtest.h>

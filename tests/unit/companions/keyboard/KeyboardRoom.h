@@ -1,4 +1,4 @@
-// Real key events inside one process: injected keys, and a focused window that tells which of them came through.
+// Real key events inside one process: injected keys, and a focused window that records which of them arrived.
 #pragma once
 
 #include <windows.h>
@@ -30,7 +30,7 @@ inline bool waitUntil(const std::function<bool()>& condition, DWORD milliseconds
 }
 
 // As the keyboard sends it: with its scan code and, for keys such as right Ctrl and the arrows, the extended flag. The
-// time is when the key says that it happened, in ms of the system's tick count; 0 = now.
+// time is the event's own time stamp, in ms of the system's tick count; 0 = now.
 inline void sendKey(WORD virtualKey, bool bDown, DWORD time = 0) {
     const UINT scan = ::MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC_EX);
     const bool bExtended = (scan & 0xFF00) != 0 || virtualKey == VK_RCONTROL || virtualKey == VK_LEFT;
@@ -42,7 +42,7 @@ inline void sendKey(WORD virtualKey, bool bDown, DWORD time = 0) {
     input.ki.time = time;
     ::SendInput(1, &input, sizeof(input));
 }
-// However long the machine takes for it.
+// The deadline on a slow machine.
 inline void tapQuickly(WORD virtualKey) {
     const DWORD now = ::GetTickCount();
     sendKey(virtualKey, true, now);
@@ -53,17 +53,17 @@ inline void pressKey(WORD virtualKey) {
     sendKey(virtualKey, false);
 }
 
-// One for the whole process, because making and losing a focused window takes seconds without a window manager.
+// One for the whole process, because creating and losing a focused window takes seconds without a window manager.
 class CFocusWindow {
  public:
     static CFocusWindow& instance() {
-        static auto& window = *new CFocusWindow;  // the system takes it away with the process
+        static auto& window = *new CFocusWindow;  // the system destroys it with the process
         return window;
     }
     CFocusWindow(const CFocusWindow&) = delete;
     CFocusWindow& operator=(const CFocusWindow&) = delete;
 
-    // Takes the focus, releases what an earlier test left down, and forgets what came through until then.
+    // Takes the focus, releases keys that an earlier test left down, and discards what arrived until then.
     bool prepare() {
         ::SetForegroundWindow(m_hWnd);
         for (WORD key = VK_BACK; key < 0xFF; ++key) {
@@ -76,9 +76,9 @@ class CFocusWindow {
         m_vecKeys.clear();
         return bReady;
     }
-    // Virtual-key codes that came through; negative for releases.
+    // Virtual-key codes that arrived; negative for releases.
     [[nodiscard]] const std::vector<int>& keys() const { return m_vecKeys; }
-    // Sends a key that nobody listens to and waits for it: everything before it has then come through, or never will.
+    // Sends a key that nobody listens to and waits for it: every earlier key has then arrived, or never will.
     bool settle() {
         pressKey(VK_SCROLL);
         if (!waitUntil([this] { return !m_vecKeys.empty() && m_vecKeys.back() == -VK_SCROLL; })) {

@@ -113,7 +113,7 @@ TEST_F(PrintScreenLibrary, FreedWithoutRemovalItStaysAndWorks) {
     EXPECT_NE(::GetModuleHandleW(file), nullptr);
     pressKey(VK_SNAPSHOT);
     EXPECT_TRUE(waitUntil([] { return s_nCalls == 1; }));
-    m_library = loadBuilt(PRT_HOOK_FILE);  // nobody may call into a library without a reference of his own
+    m_library = loadBuilt(PRT_HOOK_FILE);  // nobody may call into a library without its own reference
     EXPECT_TRUE(std::exchange(m_pfnRemove, nullptr)());
     m_library.reset();
     EXPECT_TRUE(waitUntil([&] { return ::GetModuleHandleW(file) == nullptr; }));

@@ -29,7 +29,7 @@ constexpr int kWriters = 4;
 constexpr int kLines = 300;
 constexpr wchar_t kFileVariable[] = L"FENWYN_TEST_RECORD";
 
-// Run in processes of its own by the test below: writes kLines lines under the name of its process.
+// Run in separate processes by the test below: writes kLines lines under the name of its process.
 TEST(CallRecord, DISABLED_Writer) {
     wchar_t file[1024];
     ASSERT_NE(GetEnvironmentVariableW(kFileVariable, file, static_cast<DWORD>(std::size(file))), 0U);
@@ -45,7 +45,7 @@ common::UniqueHandle startWriter() {
         std::wstring(L"\"") + program + L"\" --gtest_also_run_disabled_tests --gtest_filter=CallRecord.DISABLED_Writer";
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;  // its report is nobody's business
+    startup.dwFlags = STARTF_USESTDHANDLES;  // its report is not needed
     PROCESS_INFORMATION process{};
     CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &startup,
                    &process);

@@ -1,4 +1,4 @@
-// The display output with favourites: entries, texts, records, panic, and what is kept of the user's favourites.
+// The display output with favourites: entries, texts, records, panic, and the stored favourites of the user.
 #include <gtest/gtest.h>
 
 #include <set>

@@ -1,4 +1,4 @@
-// A shipped plug-in as Fenwyn holds it: loaded, called by the names of the contract, unloaded.
+// A shipped plug-in as Fenwyn uses it: loaded, called by the names of the contract, unloaded.
 #pragma once
 
 #include <windows.h>

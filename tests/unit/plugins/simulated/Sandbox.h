@@ -1,4 +1,4 @@
-// A registry and a record file of the test's own, for this process and every library in it.
+// The test's own registry and record file, for this process and every library in it.
 #pragma once
 
 #include <windows.h>

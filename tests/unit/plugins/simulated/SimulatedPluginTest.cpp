@@ -1,4 +1,4 @@
-// What every plug-in of the simulated notebook does, row by row of the table.
+// The behaviour of every plug-in of the simulated notebook, row by row of the table.
 #include <gtest/gtest.h>
 
 #include <climits>

@@ -32,7 +32,7 @@ TEST(BrightnessLevels, ALevelIsTheNearestPercentageThatTheScreenHas) {
     EXPECT_EQ(percentOf(0, {30}), 30);
 }
 
-// Whatever the screen has: a brighter level is never darker.
+// Whatever the screen supports, a brighter level is never darker.
 TEST(BrightnessLevels, RiseWithTheScreen) {
     for (const std::vector<BYTE>& levels :
          {everyPercent(), std::vector<BYTE>{100}, std::vector<BYTE>{3, 9, 10, 11, 97}, std::vector<BYTE>{80, 20, 50}}) {

@@ -1,5 +1,5 @@
-// Every plug-in of the real machine has to load on Windows 7: what it imports by name is held against the list of what
-// that system exports and why it is needed. Whatever is newer is bound at run time.
+// Every plug-in for real machines must load on Windows 7: its imports are compared with the list of what that system
+// exports and why it is needed. Newer functions are bound at run time.
 #include <gtest/gtest.h>
 
 #include <map>

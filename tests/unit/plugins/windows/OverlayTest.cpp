@@ -25,7 +25,7 @@ COverlayKeys numberPad() {
     return COverlayKeys(OverlayKind::Numeric, &nothingHeld);
 }
 
-// What a program sees of an answer: the virtual key that comes instead, 0 when nothing does.
+// What a program sees of an answer: the substituted virtual key, 0 if there is none.
 WORD sentKey(const COverlayKeys::Answer& answer) {
     return answer.output ? answer.output->wVirtualKey : WORD{0};
 }
@@ -70,7 +70,7 @@ TEST(OverlayKeys, OtherKeysPass) {
     const auto answer = keys.handle({kA, false}, false, false);
     EXPECT_FALSE(answer.bSwallow);
     EXPECT_FALSE(answer.output);
-    // The slash of the number pad has the scan code of the letters' one, with the prefix.
+    // The slash of the number pad has the scan code of the ordinary one, with the prefix.
     EXPECT_FALSE(keys.handle({0x35, true}, false, false).bSwallow);
     EXPECT_TRUE(keys.handle({0x35, false}, false, false).bSwallow);
 }
@@ -202,8 +202,8 @@ TEST_F(Overlays, TellOfFailureAndOfItemsThatThereAreNot) {
     EXPECT_FALSE(m_cursor.select(0));
 }
 
-// The real thing from here on: hook, thread and shared memory. Keys themselves need a keyboard: see the end-to-end
-// tests.
+// From here on the real implementation: hook, thread and shared memory. Keys themselves need a keyboard: see the
+// end-to-end tests.
 TEST(OverlayShare, IsOneForAll) {
     COverlayShare one;
     COverlayShare other;

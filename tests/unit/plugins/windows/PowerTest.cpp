@@ -48,7 +48,7 @@ TEST(RealLock, PolicyOfTheUserForbidsIt) {
     ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
     hUser.reset();
     ::RegDeleteTreeW(HKEY_CURRENT_USER, kScratch);
-    ::RegDeleteKeyW(HKEY_CURRENT_USER, L"SOFTWARE\\KESTOVA\\Fenwyn Test");  // only when nothing else is in it
+    ::RegDeleteKeyW(HKEY_CURRENT_USER, L"SOFTWARE\\KESTOVA\\Fenwyn Test");  // only if it contains nothing else
     EXPECT_FALSE(bBefore);
     EXPECT_TRUE(bAfter);
 }
@@ -122,7 +122,7 @@ TEST_F(Suspended, HibernateHibernates) {
     EXPECT_EQ(m_pSuspend->nSleeps + m_pSuspend->nDisplaysOff, 0);
 }
 
-// The call returns after the resume, maybe a night later; the program may be ended before it does.
+// The call returns after the resume, perhaps hours later; the program may end before that.
 TEST_F(Suspended, EndDoesNotWaitForTheResume) {
     const common::UniqueHandle hWakeUp(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     m_pSuspend->hWakeUp = hWakeUp.get();

@@ -1,5 +1,5 @@
-// Each library as it ships, on the system that the tests run on: it keeps the contract, says in words why it offers
-// nothing when it does not, and ends quickly and completely.
+// Each library as it ships, on the system that the tests run on: it keeps the contract, gives a reason if it offers
+// nothing, and ends quickly and completely.
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -17,9 +17,9 @@ namespace {
 
 struct Shipped {
     const wchar_t* function;
-    // What the machine of the tests says: the beginning of the reason, or null where it offers the function.
+    // The result on the test machine: the beginning of the reason, or null if the function is offered.
     const wchar_t* reason;
-    // Where it depends on the machine (a sound server that runs or not) the function may be offered all the same.
+    // If this depends on the machine (such as a running sound server), the function may be offered anyway.
     bool mayBeOffered;
 };
 
@@ -34,7 +34,7 @@ constexpr Shipped kShipped[] = {
     {L"CursorOverlay", nullptr, true},
     {L"NumericOverlay", nullptr, true},
     {L"Lock", nullptr, true},
-    // The emulated system claims to have every sleeping state.
+    // The emulated system claims to support every sleep state.
     {L"Sleep", nullptr, true},
     {L"Hibernate", nullptr, true},
     {L"Zoom", nullptr, true},
@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Windows, EachShippedPlugin, testing::ValuesIn(kShipped)
 
 TEST_P(EachShippedPlugin, KeepsTheContractAndSaysWhyItOffersNothing) {
     check::CReport report = check::checkPlugin(pathOf(GetParam().function), GetParam().function);
-    // On a machine with too much to do the answer may be late.
+    // On a busy machine the answer may be late.
     for (int i = 0; i < 10 && report.text().find(kNoAnswerInTime) != std::wstring::npos; ++i) {
         report = check::checkPlugin(pathOf(GetParam().function), GetParam().function);
     }
@@ -75,7 +75,7 @@ TEST_P(EachShippedPlugin, KeepsTheContractAndSaysWhyItOffersNothing) {
     }
 }
 
-// Null arguments, an item that there is not, calls before the beginning and after the end: a failure, no crash.
+// Null arguments, an invalid item, calls before the initialisation and after the end: a failure, no crash.
 TEST_P(EachShippedPlugin, SurvivesWrongUse) {
     const common::UniqueModule hModule(::LoadLibraryW(pathOf(GetParam().function).c_str()));
     ASSERT_TRUE(hModule);
@@ -128,7 +128,7 @@ TEST_P(EachShippedPlugin, EndsWithinASecondAndLeavesNothingBehind) {
         cycle();
     }
     const std::wstring file = std::wstring(L"Win") + GetParam().function + L".dll";
-    // A worker that has just ended gives up its reference a moment later.
+    // A worker that has just ended releases its reference a moment later.
     const ULONGLONG end = ::GetTickCount64() + 5000;
     while (::GetTickCount64() < end &&
            (::GetModuleHandleW(file.c_str()) != nullptr || testsupport::kernelHandles() > before + 2)) {
@@ -189,17 +189,18 @@ LRESULT CALLBACK seeKeys(int code, WPARAM wParam, LPARAM lParam) {
     return ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-// What the number pad would make of a J that a person presses.
+// What the number pad would make of a physical J.
 TEST(ShippedOverlays, LeaveInjectedKeysAlone) {
     const ShippedOverlay numeric(L"NumericOverlay");
     ASSERT_EQ(numeric.select(0), FENWYN_OK);
-    // Later hooks hear first; one that is there before the overlay's would not hear what that one keeps.
+    // Later hooks are called first; one installed before the overlay's would not receive the keys that the overlay
+    // swallows.
     const common::UniqueHook earlier(::SetWindowsHookExW(WH_KEYBOARD_LL, &seeKeys, ::GetModuleHandleW(nullptr), 0));
     ASSERT_TRUE(earlier);
     ASSERT_EQ(numeric.select(1), FENWYN_OK);
     ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) == nullptr; }));
     ASSERT_EQ(numeric.select(0), FENWYN_OK);
-    // The hook's thread answers from now on.
+    // The hook's thread responds from now on.
     ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) != nullptr; }));
     INPUT press[2]{};
     for (INPUT& input : press) {

@@ -33,10 +33,10 @@ TEST_F(TouchpadSwitch, TogglesOnceAndWaitsForTheState) {
     EXPECT_EQ(m_pTouchpad->nToggles, 2);
 }
 
-// A toggle too much would do the opposite of what was chosen.
+// An extra toggle would do the opposite of the choice.
 TEST_F(TouchpadSwitch, SendsNothingWhenItIsSoAlready) {
     ASSERT_EQ(m_function.initialize(), L"");
-    m_pTouchpad->bEnabled = false;  // somewhere else; the card does not know yet
+    m_pTouchpad->bEnabled = false;  // elsewhere; the card does not know yet
     EXPECT_TRUE(m_function.select(1));
     EXPECT_TRUE(soon([&] { return m_function.currentItem() == 1; }));
     ::Sleep(20);

@@ -1,4 +1,4 @@
-// Waiting for what a worker does.
+// Waiting for the effects of a worker.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
-// What the plug-ins of the real machine import by name, and why. Each of these functions is exported by that library of
-// Windows 7; a function that is not belongs to those that are bound at run time.
+// What the plug-ins for real machines import by name, and why. Windows 7 exports each of these functions from that
+// library; functions that it does not export are bound at run time.
 #pragma once
 
 namespace win {

@@ -15,7 +15,7 @@ struct Gate {
     common::UniqueHandle hInside{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
     common::UniqueHandle hOpen{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
 
-    // What a turn does that takes its time.
+    // A turn that takes time.
     void pass() const {
         ::SetEvent(hInside.get());
         ::WaitForSingleObject(hOpen.get(), kDeadlineMs);
@@ -152,7 +152,7 @@ TEST_F(SlowState, AChangeIsExpectedAtOnceAndVerifiedLater) {
     EXPECT_TRUE(change(5));
     EXPECT_EQ(m_state.known(), 5);
     EXPECT_TRUE(soon([&] { return m_pMachine->number == 5; }));
-    // The machine refuses: what was expected gives way to what is.
+    // The machine refuses: the expected value is replaced by the real one.
     EXPECT_TRUE(m_state.change([] {}, 9));
     EXPECT_TRUE(soon([&] { return m_state.known() == 5; }));
 }

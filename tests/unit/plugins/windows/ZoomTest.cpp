@@ -44,7 +44,7 @@ TEST_F(Zoom, AChoiceIsCurrentAtOnceAndVerified) {
     EXPECT_TRUE(soon([&] { return m_function.currentItem() == 2; }));
 }
 
-// The icon metrics of the prefix: set, seen by everybody, and put back.
+// The icon metrics of the prefix: set, visible to everybody, and restored.
 TEST(RealZoom, ResizesTheIconsOfThisDesktop) {
     const auto pDesktop = makeWindowsDesktopIcons();
     const std::optional<std::size_t> before = pDesktop->size();

@@ -1,4 +1,4 @@
-// What the checker tells the author of a plug-in that breaks the contract.
+// The checker's messages to the author of a plug-in that breaks the contract.
 #include "PluginChecker.h"
 
 #include <gtest/gtest.h>

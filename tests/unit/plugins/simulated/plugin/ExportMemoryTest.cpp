@@ -1,5 +1,5 @@
-// The exports of the simulated plug-ins while memory runs out, compiled into this program so that it decides when: no
-// exception leaves them, and the caller hears of a failure.
+// The exports of the simulated plug-ins when memory runs out, compiled into this program so that it controls the
+// allocations: no exception leaves them, and the caller gets a failure.
 #define FENWYN_PLUGIN
 #include <gtest/gtest.h>
 
