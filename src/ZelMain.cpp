@@ -8,7 +8,6 @@
 #include "Logic/SysMsgHandlerFrame.h"
 #include "Messages.h"
 #include "UI/CardsInUse.h"
-#include "UI/MouseSurface.h"
 #include "UI/ZelHideDlg.h"
 #include "UI/ZelMainDlg.h"
 #include "common/SiblingLibrary.h"
@@ -94,7 +93,7 @@ HRESULT CZelMainApp::_createStrips() {
         return status;
     }
     if (m_pZelMainDlg->Create(nullptr)) {
-        ::ShowWindow(m_pZelMainDlg->m_hWnd, SW_HIDE);
+        m_pZelMainDlg->show(false);
         m_hStripWnd = m_pZelMainDlg->m_hWnd;
     }
     m_pZelHideDlg = common::tryMake<CZelHideDlg>(m_pZelMainDlg->cardCount());
@@ -230,7 +229,7 @@ const Placement& CZelMainApp::placement() const {
 
 void CZelMainApp::renewPlacement() {
     if (m_pZelMainDlg == nullptr || m_pZelHideDlg == nullptr || m_pZelMainDlg->isVisible() ||
-        m_pZelMainDlg->cardInUse() || mouseIsOn(m_pZelHideDlg->m_hWnd) || !m_pZelMainDlg->placementIsStale()) {
+        m_pZelMainDlg->cardInUse() || m_pZelHideDlg->mouseIsOn() || !m_pZelMainDlg->placementIsStale()) {
         return;
     }
     m_pZelMainDlg->refreshCards(false);
@@ -252,18 +251,17 @@ HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
     }
     if (bShow) {
         renewPlacement();
-        ::ShowWindow(m_pZelHideDlg->m_hWnd, SW_HIDE);
-        ::ShowWindow(m_pZelMainDlg->m_hWnd, SW_SHOWNOACTIVATE);
+        m_pZelHideDlg->show(false);
+        m_pZelMainDlg->show(true);
         return S_OK;
     }
-    ::ShowWindow(m_pZelMainDlg->m_hWnd, SW_HIDE);
+    m_pZelMainDlg->show(false);
     m_pZelMainDlg->hideLargeCards();
     if (bCancelSticky) {
         _cancelFnSticky();
     }
     const QrdConfig& config = CZelConfig::getQrdConfig();
-    const bool hover = !config.bDisable && config.bEnableHover;
-    ::ShowWindow(m_pZelHideDlg->m_hWnd, hover ? SW_SHOWNOACTIVATE : SW_HIDE);
+    m_pZelHideDlg->show(!config.bDisable && config.bEnableHover);
     return S_OK;
 }
 

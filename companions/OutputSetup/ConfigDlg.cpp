@@ -19,8 +19,13 @@ std::wstring connectorsOf(const favourites::Favourite& favourite) {
 
 }  // namespace
 
-constinit const MessageEntry CConfigDlg::kEntries[] = {onMessage<&CConfigDlg::OnNotify>(WM_NOTIFY)};
-constinit const MessageMap CConfigDlg::kMap{&CSetupDlg::kSetupMap, CConfigDlg::kEntries};
+const MessageMap& CConfigDlg::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onMessage<&CConfigDlg::OnNotify>(WM_NOTIFY),
+    };
+    static const MessageMap kMap{&CSetupDlg::messageMap(), kEntries};
+    return kMap;
+}
 
 CConfigDlg::CConfigDlg(const Surroundings& surroundings)
     : CSetupDlg(IDD_CONFIG, OUTPUT_SETUP_CLASS_CONFIG, surroundings) {}

@@ -11,7 +11,7 @@ class CConfigDlg : public CSetupDlg {
     explicit CConfigDlg(const Surroundings& surroundings);
 
  protected:
-    [[nodiscard]] const MessageMap& messageMap() const override { return kMap; }
+    [[nodiscard]] const MessageMap& messageMap() const override;
     bool OnInitDialog() override;
     void onControl(UINT id, UINT code) override;
 
@@ -23,9 +23,6 @@ class CConfigDlg : public CSetupDlg {
     void deleteSelected();
     void showFavourites();
     void enableButtons() const;
-
-    static const MessageEntry kEntries[];
-    static const MessageMap kMap;
 
     Favourites m_vecFavourites;  // as shown
 };

@@ -5,8 +5,13 @@
 #include "Texts.h"
 
 namespace setup {
-constinit const MessageEntry COutputDlg::kEntries[] = {onMessage<&COutputDlg::OnRequest>(kRequestMessage)};
-constinit const MessageMap COutputDlg::kMap{&CSetupDlg::kSetupMap, COutputDlg::kEntries};
+const MessageMap& COutputDlg::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onMessage<&COutputDlg::OnRequest>(kRequestMessage),
+    };
+    static const MessageMap kMap{&CSetupDlg::messageMap(), kEntries};
+    return kMap;
+}
 
 COutputDlg::COutputDlg(const Request& request, const Surroundings& surroundings)
     : CSetupDlg(IDD_OUTPUT, OUTPUT_SETUP_CLASS_OUTPUT, surroundings), m_request(request) {}

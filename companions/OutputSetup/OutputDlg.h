@@ -14,7 +14,7 @@ class COutputDlg : public CSetupDlg {
     static constexpr UINT kRequestMessage = WM_USER + 110;
 
  protected:
-    [[nodiscard]] const MessageMap& messageMap() const override { return kMap; }
+    [[nodiscard]] const MessageMap& messageMap() const override;
     bool OnInitDialog() override;
     void onControl(UINT id, UINT code) override;
 
@@ -22,9 +22,6 @@ class COutputDlg : public CSetupDlg {
     LRESULT OnRequest(WPARAM mask, LPARAM mode);
     void showModes();
     void apply();
-
-    static const MessageEntry kEntries[];
-    static const MessageMap kMap;
 
     Request m_request;
 };

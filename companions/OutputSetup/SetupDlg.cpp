@@ -74,13 +74,16 @@ void selectRow(HWND list, int row) {
     ListView_EnsureVisible(list, row, FALSE);
 }
 
-constinit const MessageEntry CSetupDlg::kEntries[] = {
-    onMessage<&CSetupDlg::OnControl>(WM_COMMAND),
-    onEvent<&CSetupDlg::OnClose>(WM_CLOSE),
-    onEvent<&CSetupDlg::OnClose>(OUTPUT_SETUP_MESSAGE_CLOSE),
-    onEvent<&CSetupDlg::OnDisplayChange>(WM_DISPLAYCHANGE),
-};
-constinit const MessageMap CSetupDlg::kSetupMap{nullptr, CSetupDlg::kEntries};
+const MessageMap& CSetupDlg::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onMessage<&CSetupDlg::OnControl>(WM_COMMAND),
+        onEvent<&CSetupDlg::OnClose>(WM_CLOSE),
+        onEvent<&CSetupDlg::OnClose>(OUTPUT_SETUP_MESSAGE_CLOSE),
+        onEvent<&CSetupDlg::OnDisplayChange>(WM_DISPLAYCHANGE),
+    };
+    static const MessageMap kMap{&CDialog::messageMap(), kEntries};
+    return kMap;
+}
 
 bool CSetupDlg::open() {
     if (!registerDialogClass(m_pszClass) || !Create(nullptr)) {

@@ -43,7 +43,7 @@ class CSetupDlg : public CDialog {
     [[nodiscard]] const wchar_t* className() const { return m_pszClass; }
 
  protected:
-    [[nodiscard]] const MessageMap& messageMap() const override { return kSetupMap; }
+    [[nodiscard]] const MessageMap& messageMap() const override;
 
     // Texts of the window itself and of its controls; control 0 is the window.
     void setTexts(std::initializer_list<ControlText> texts) const;
@@ -62,14 +62,10 @@ class CSetupDlg : public CDialog {
 
     std::vector<Display> m_vecDisplays;
 
-    static const MessageMap kSetupMap;
-
  private:
     LRESULT OnControl(WPARAM wParam, LPARAM lParam);
     void OnClose() { DestroyWindow(); }
     void OnDisplayChange();
-
-    static const MessageEntry kEntries[];
 
     const wchar_t* m_pszClass;
     const Surroundings& m_surroundings;

@@ -4,16 +4,12 @@ bool CFrameWnd::Create(const wchar_t* className, const wchar_t* title, DWORD sty
     return CreateEx(0, className, title, style, place, parent, nullptr);
 }
 
-namespace {
-struct FrameEntries : CFrameWnd {
-    static constexpr MessageEntry kEntries[] = {onEvent<&FrameEntries::OnClose>(WM_CLOSE)};
-};
-}  // namespace
-
-const MessageMap CFrameWnd::kFrameMap{nullptr, FrameEntries::kEntries};
-
 const MessageMap& CFrameWnd::messageMap() const {
-    return kFrameMap;
+    static constexpr MessageEntry kEntries[] = {
+        onEvent<&CFrameWnd::OnClose>(WM_CLOSE),
+    };
+    static const MessageMap kMap{&CWnd::messageMap(), kEntries};
+    return kMap;
 }
 
 void CFrameWnd::OnClose() {

@@ -9,8 +9,6 @@ using framework::Binding;
 using framework::Dispatch;
 using framework::DispatchScope;
 
-const MessageMap CWnd::kEmptyMap{nullptr, {}};
-
 CWnd::CWnd() = default;
 
 CWnd::~CWnd() {
@@ -114,7 +112,8 @@ void CWnd::addExStyle(DWORD bits) const {
 }
 
 const MessageMap& CWnd::messageMap() const {
-    return kEmptyMap;
+    static constexpr MessageMap kMap{nullptr, {}};
+    return kMap;
 }
 
 const MessageEntry* CWnd::findEntry(UINT message, UINT notifyCode, bool reflected) const {

@@ -15,7 +15,7 @@ constexpr WPARAM kSettingWorkArea = SPI_SETWORKAREA;
 
 }  // namespace
 
-struct SysMsgFrameEntries {
+const MessageMap& CSysMsgHandlerFrame::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
         onMessage<&CSysMsgHandlerFrame::OnReloadConfig>(kMsgReloadConfig),
         onMessage<&CSysMsgHandlerFrame::OnSecondInstance>(kMsgSecondInstance),
@@ -28,10 +28,7 @@ struct SysMsgFrameEntries {
         onMessage<&CSysMsgHandlerFrame::OnEndSession>(WM_ENDSESSION),
         onTimer<&CSysMsgHandlerFrame::OnTimer>(),
     };
-};
-
-const MessageMap& CSysMsgHandlerFrame::messageMap() const {
-    static constexpr MessageMap kMap{&kFrameMap, SysMsgFrameEntries::kEntries};
+    static const MessageMap kMap{&CFrameWnd::messageMap(), kEntries};
     return kMap;
 }
 

@@ -18,8 +18,6 @@ class CSysMsgHandlerFrame : public CFrameWnd {
     [[nodiscard]] const MessageMap& messageMap() const override;
 
  private:
-    friend struct SysMsgFrameEntries;
-
     LRESULT OnReloadConfig(WPARAM wParam, LPARAM lParam);
     LRESULT OnSecondInstance(WPARAM wParam, LPARAM lParam);
     LRESULT OnHideStrip(WPARAM wParam, LPARAM lParam);

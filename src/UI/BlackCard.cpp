@@ -249,7 +249,7 @@ HRESULT CBlackCard::hideLargeCardDlg() {
         return E_POINTER;
     }
     RETURN_UNLESS(m_pLargeCardDlg->isWindow(), L"::IsWindow(m_pLargeCardDlg->m_hWnd)", E_FAIL);
-    ::ShowWindow(m_pLargeCardDlg->m_hWnd, SW_HIDE);
+    m_pLargeCardDlg->show(false);
     _showItems(false);
     return S_OK;
 }
@@ -306,9 +306,7 @@ HRESULT CBlackCard::setLargeCardDlgPos() {
     }
     RECT card = m_cardRect;
     ::OffsetRect(&card, origin.x, origin.y);
-    const RECT place = geometry::largeCard(card, m_placement.ratio, m_placement.bottom);
-    if (!::SetWindowPos(m_pLargeCardDlg->m_hWnd, HWND_TOPMOST, place.left, place.top, place.right - place.left,
-                        place.bottom - place.top, SWP_NOACTIVATE)) {
+    if (!m_pLargeCardDlg->place(geometry::largeCard(card, m_placement.ratio, m_placement.bottom))) {
         RETURN_LOGGED(E_FAIL);
     }
     return S_OK;

@@ -3,6 +3,9 @@
 
 #include "common/GdiPlus.h"
 
+inline constexpr COLORREF kColourKey = RGB(0xFF, 0x00, 0xFF);  // pixels of this colour let the mouse through
+inline constexpr DWORD kCardOpacity = 220;                     // of every picture that is not dimmed
+
 inline constexpr Gdiplus::ARGB kWhite = 0xFFFFFFFF;
 inline constexpr Gdiplus::ARGB kBlack = 0xFF000000;
 inline constexpr double kCaptionMargin = 4.0;  // pixels at ratio 1.0, between a caption and its card's edge

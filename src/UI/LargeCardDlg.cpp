@@ -6,7 +6,6 @@
 #include "Logic/ZelCommonFunc.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
-#include "UI/MouseSurface.h"
 #include "ZelMain.h"
 #include "common/GdiPlusFunc.h"
 #include "common/ResourceFunc.h"
@@ -15,16 +14,12 @@
 
 CLargeCardDlg::CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard,
                              const Placement& placement)
-    : CDialog(IDD_LARGE_CARD),
+    : CCardWnd({IDD_LARGE_CARD, Takes::Everything, WS_EX_TOOLWINDOW, 1}, this),
       m_strCaption(std::move(strCaption)),
       m_strDesc(std::move(strDesc)),
       m_uImageId(uImageId),
       m_pBlackCard(pBlackCard),
       m_placement(placement) {}
-
-CLargeCardDlg::~CLargeCardDlg() {
-    CLargeCardDlg::DestroyWindow();
-}
 
 HRESULT CLargeCardDlg::initialize() {
     RETURN_IF_FAILED(getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_uImageId), kPngResourceType, m_pImage));
@@ -34,29 +29,23 @@ HRESULT CLargeCardDlg::initialize() {
 const MessageMap& CLargeCardDlg::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
         onSize<&CLargeCardDlg::OnSize>(),
-        onPaint<&CLargeCardDlg::OnPaint>(),
-        onShowWindow<&CLargeCardDlg::OnShowWindow>(),
         onFocus<&CLargeCardDlg::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CLargeCardDlg::OnKillFocus>(WM_KILLFOCUS),
     };
-    static constexpr MessageMap kMap{nullptr, kEntries};
+    static const MessageMap kMap{&CCardWnd::messageMap(), kEntries};
     return kMap;
 }
 
+// The picture's window first: without one the card stays an ordinary window, so that there is something to see.
 bool CLargeCardDlg::OnInitDialog() {
-    CDialog::OnInitDialog();
-    m_pLayeredWnd = std::make_unique<CLayeredWnd>(m_hWnd, this);
-    if (SUCCEEDED(m_pLayeredWnd->createWnd())) {
-        makeMouseSurface(*this, WS_EX_TOOLWINDOW, SurfaceKey::None);
+    CPopupDlg::OnInitDialog();
+    makePictures();
+    if (SUCCEEDED(picture()->createWnd())) {
+        makeSurface();
     } else {
         LOG_STATUS(0);
     }
     return false;
-}
-
-bool CLargeCardDlg::DestroyWindow() {
-    m_pLayeredWnd.reset();
-    return CDialog::DestroyWindow();
 }
 
 void CLargeCardDlg::setText(std::wstring strText) {
@@ -73,16 +62,7 @@ void CLargeCardDlg::OnSize() {
 
 void CLargeCardDlg::OnPaint() {
     Default();
-    if (m_pLayeredWnd != nullptr) {
-        m_pLayeredWnd->paint(m_pImage.get(), kCardOpacity, nullptr, nullptr);
-    }
-}
-
-void CLargeCardDlg::OnShowWindow(bool bShow) {
-    Default();
-    if (!bShow && m_pLayeredWnd != nullptr) {
-        m_pLayeredWnd->hide();
-    }
+    static_cast<void>(paintPicture(m_pImage.get()));  // it has logged why, and the next paint tries again
 }
 
 void CLargeCardDlg::OnSetFocus(HWND /*hOldWnd*/) {

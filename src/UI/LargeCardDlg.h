@@ -5,27 +5,25 @@
 #include <string>
 
 #include "UI/CardGeometry.h"
+#include "UI/CardWnd.h"
 #include "common/GdiPlus.h"
 #include "common/GdiPlusFunc.h"
 #include "common/LayeredWnd.h"
-#include "framework/Dialog.h"
 
 class CBlackCard;
 struct Placement;
 
-class CLargeCardDlg : public CDialog, public IDrawTextOnLayeredWnd {
+class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
  public:
     // The card owns the dialog; it and the placement outlive it.
     CLargeCardDlg(UINT uImageId, std::wstring strCaption, std::wstring strDesc, CBlackCard* pBlackCard,
                   const Placement& placement);
-    ~CLargeCardDlg() override;
 
     [[nodiscard]] HRESULT initialize();
     // Takes the status text and repaints the part that shows it.
     void setText(std::wstring strText);
 
     HRESULT drawText(Gdiplus::Graphics& graphics) override;
-    bool DestroyWindow() override;
 
  protected:
     bool OnInitDialog() override;
@@ -35,8 +33,7 @@ class CLargeCardDlg : public CDialog, public IDrawTextOnLayeredWnd {
     friend struct LargeCardSeam;
 
     void OnSize();
-    void OnPaint();
-    void OnShowWindow(bool bShow);
+    void OnPaint() override;
     void OnSetFocus(HWND hOldWnd);
     void OnKillFocus(HWND hNewWnd);
 
@@ -45,7 +42,6 @@ class CLargeCardDlg : public CDialog, public IDrawTextOnLayeredWnd {
     std::wstring m_strDesc;
     std::wstring m_strText;
     UINT m_uImageId;
-    std::unique_ptr<CLayeredWnd> m_pLayeredWnd;
     std::unique_ptr<Gdiplus::Image> m_pImage;
     OutlineText m_captionText;
     OutlineText m_descText;

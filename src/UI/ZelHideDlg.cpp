@@ -8,45 +8,30 @@
 #include "Messages.h"
 #include "UI/CardGeometry.h"
 #include "UI/CardStyle.h"
-#include "UI/MouseSurface.h"
 #include "ZelMain.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
 #include "res/Pictures.h"
 
-namespace {
-
-// The rows of the border image that the strip shows: its last four at the top edge, its first four at the bottom.
-constexpr int kTopSourceRow = geometry::kPictureRows - geometry::kHoverStripHeight;
-
-}  // namespace
-
-CZelHideDlg::CZelHideDlg(int nCardCount) : CCardInput(IDD_HOVER_STRIP), m_nCardCount(nCardCount) {}
-
-CZelHideDlg::~CZelHideDlg() {
-    CZelHideDlg::DestroyWindow();
-}
+CZelHideDlg::CZelHideDlg(int nCardCount)
+    : CCardWnd({IDD_HOVER_STRIP, Takes::AllButColourKey, 0, 1}), m_nCardCount(nCardCount) {}
 
 const MessageMap& CZelHideDlg::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
-        onPaint<&CZelHideDlg::OnPaint>(),
-        onShowWindow<&CZelHideDlg::OnShowWindow>(),
         onMouse<&CZelHideDlg::OnMouseMove>(WM_MOUSEMOVE),
         onMouseLeave<&CZelHideDlg::OnMouseLeave>(),
         onTimer<&CZelHideDlg::OnTimer>(),
         onMessage<&CZelHideDlg::OnMouseActivate>(WM_MOUSEACTIVATE),
     };
-    static constexpr MessageMap kMap{nullptr, kEntries};
+    static const MessageMap kMap{&CCardWnd::messageMap(), kEntries};
     return kMap;
 }
 
 bool CZelHideDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    CDialog::OnInitDialog();
-    makeMouseSurface(*this, 0, SurfaceKey::Magenta);
+    CCardWnd::OnInitDialog();
     _setDlgPos();
-    m_pLyrWndBlkCards = std::make_unique<CLayeredWnd>(m_hWnd);
     const HRESULT status = getImageFromRes(theApp.getPngDll(), kHoverBorderImageId, kPngResourceType, m_pBorderImage);
     if (FAILED(status)) {
         LOG_STATUS(status);
@@ -54,17 +39,12 @@ bool CZelHideDlg::OnInitDialog() {
     return true;
 }
 
-bool CZelHideDlg::DestroyWindow() {
-    m_pLyrWndBlkCards.reset();
-    return CDialog::DestroyWindow();
-}
-
 HRESULT CZelHideDlg::refresh(int nCardCount) {
     LOG_ENTER_LEAVE();
     m_nCardCount = nCardCount;
-    m_pLyrWndBlkCards.reset();
+    dropPictures();
     RETURN_IF_FAILED(_setDlgPos());
-    m_pLyrWndBlkCards = std::make_unique<CLayeredWnd>(m_hWnd);
+    makePictures();
     invalidate();
     return S_OK;
 }
@@ -82,10 +62,7 @@ HRESULT CZelHideDlg::_setDlgPos() {
               static_cast<int>(workArea.right - workArea.left), static_cast<int>(workArea.bottom - workArea.top));
 
     const geometry::Strip strip = geometry::hoverStrip(workArea, m_nCardCount, placement.ratio, placement.bottom);
-    const HWND order = CZelConfig::getQrdConfig().bTopmost ? HWND_TOPMOST : HWND_NOTOPMOST;
-    // Not activated: the keyboard stays with the program that the user works in.
-    ::SetWindowPos(m_hWnd, order, strip.place.left, strip.place.top, strip.place.right - strip.place.left,
-                   strip.place.bottom - strip.place.top, SWP_NOACTIVATE);
+    place(strip.place, CZelConfig::getQrdConfig().bTopmost ? HWND_TOPMOST : HWND_NOTOPMOST);
     try {
         for (int card = 0; card < m_nCardCount; ++card) {
             m_vecSegments.push_back(geometry::cardRect(strip, card));
@@ -103,7 +80,7 @@ void CZelHideDlg::OnPaint() {
 
 HRESULT CZelHideDlg::_showBlackCardsBoder() {
     LOG_ENTER_LEAVE();
-    RETURN_UNLESS(m_pLyrWndBlkCards != nullptr, L"m_pLyrWndBlkCards", E_POINTER);
+    RETURN_UNLESS(picture() != nullptr, L"m_pLyrWndBlkCards", E_POINTER);
     if (!isVisible() || m_vecSegments.empty()) {
         return S_FALSE;
     }
@@ -113,17 +90,8 @@ HRESULT CZelHideDlg::_showBlackCardsBoder() {
     for (const RECT& segment : m_vecSegments) {
         places.push_back(&segment);
     }
-    const int sourceTop = theApp.placement().bottom ? 0 : kTopSourceRow;
-    RETURN_IF_FAILED(
-        m_pLyrWndBlkCards->paint(images, opacities, places, nullptr, sourceTop, geometry::kHoverStripHeight));
+    RETURN_IF_FAILED(paintBand(images, opacities, places, theApp.placement().bottom, geometry::kHoverStripHeight));
     return S_OK;
-}
-
-void CZelHideDlg::OnShowWindow(bool bShow) {
-    Default();
-    if (!bShow && m_pLyrWndBlkCards != nullptr) {
-        m_pLyrWndBlkCards->hide();
-    }
 }
 
 void CZelHideDlg::OnMouseMove(POINT /*point*/) {
@@ -131,7 +99,7 @@ void CZelHideDlg::OnMouseMove(POINT /*point*/) {
     if (config.bDisable) {
         return;
     }
-    trackMouseLeave(m_hWnd, m_bTracking);
+    trackMouse();
     if (!m_bTimerRunning) {
         m_bTimerRunning = ::SetTimer(m_hWnd, kTimerIdle, config.uMouseEnterIdle, nullptr) != 0;
     }
@@ -145,7 +113,7 @@ void CZelHideDlg::OnTimer(UINT_PTR uId) {
     LOG_ENTER_LEAVE();
     ::KillTimer(m_hWnd, kTimerIdle);
     // A mouse that only crossed the strip may be gone already: not every system says so at once.
-    if (!std::exchange(m_bTimerRunning, false) || !mouseIsOn(m_hWnd)) {
+    if (!std::exchange(m_bTimerRunning, false) || !mouseIsOn()) {
         return;
     }
     theApp.showMainDlg(TRUE, TRUE);

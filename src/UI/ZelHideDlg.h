@@ -4,19 +4,15 @@
 #include <memory>
 #include <vector>
 
-#include "UI/CardInput.h"
+#include "UI/CardWnd.h"
 #include "common/GdiPlus.h"
-#include "common/LayeredWnd.h"
-#include "framework/Dialog.h"
 
-class CZelHideDlg : public CCardInput<CDialog> {
+class CZelHideDlg : public CCardWnd {
  public:
     explicit CZelHideDlg(int nCardCount);
-    ~CZelHideDlg() override;
 
     // Takes a new number of cards and places the strip again.
     HRESULT refresh(int nCardCount);
-    bool DestroyWindow() override;
 
  protected:
     bool OnInitDialog() override;
@@ -27,17 +23,14 @@ class CZelHideDlg : public CCardInput<CDialog> {
 
     HRESULT _setDlgPos();
     HRESULT _showBlackCardsBoder();
-    void OnPaint();
-    void OnShowWindow(bool bShow);
+    void OnPaint() override;
     void OnMouseMove(POINT point);
     void OnMouseLeave();
     LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
     void OnTimer(UINT_PTR uId);
 
-    std::unique_ptr<CLayeredWnd> m_pLyrWndBlkCards;
     std::unique_ptr<Gdiplus::Image> m_pBorderImage;
     int m_nCardCount;
     std::vector<RECT> m_vecSegments;
     bool m_bTimerRunning = false;
-    bool m_bTracking = false;
 };

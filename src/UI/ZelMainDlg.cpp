@@ -9,7 +9,6 @@
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"
-#include "UI/MouseSurface.h"
 #include "ZelMain.h"
 #include "common/Handle.h"
 #include "common/Status.h"
@@ -21,8 +20,9 @@ constexpr DWORD kDimmedOpacity = 150;  // of the cards that the mouse is not on
 
 }  // namespace
 
-CZelMainDlg::CZelMainDlg() : CCardInput(IDD_CARD_STRIP) {}
+CZelMainDlg::CZelMainDlg() : CCardWnd({IDD_CARD_STRIP, Takes::AllButColourKey, 0, 1}, this) {}
 
+// The window goes before the cards do: a plug-in that is ended may let a message arrive.
 CZelMainDlg::~CZelMainDlg() {
     CZelMainDlg::DestroyWindow();
 }
@@ -32,9 +32,7 @@ const MessageMap& CZelMainDlg::messageMap() const {
         onMessage<&CZelMainDlg::OnHotkeyMessage>(kMsgHotkey),
         onMessage<&CZelMainDlg::OnCardsFree>(kMsgCardsFree),
         onMessage<&CZelMainDlg::OnPrintScreen>(kMsgPrintScreen),
-        onPaint<&CZelMainDlg::OnPaint>(),
         onTimer<&CZelMainDlg::OnTimer>(),
-        onShowWindow<&CZelMainDlg::OnShowWindow>(),
         onFocus<&CZelMainDlg::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CZelMainDlg::OnKillFocus>(WM_KILLFOCUS),
         onMouse<&CZelMainDlg::OnMouseMove>(WM_MOUSEMOVE),
@@ -43,7 +41,7 @@ const MessageMap& CZelMainDlg::messageMap() const {
         onMessage<&CZelMainDlg::OnMouseActivate>(WM_MOUSEACTIVATE),
         onMessage<&CZelMainDlg::OnSysCommand>(WM_SYSCOMMAND),
     };
-    static constexpr MessageMap kMap{nullptr, kEntries};
+    static const MessageMap kMap{&CCardWnd::messageMap(), kEntries};
     return kMap;
 }
 
@@ -121,10 +119,8 @@ bool CZelMainDlg::placementIsStale() const {
 
 bool CZelMainDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    CDialog::OnInitDialog();
-    makeMouseSurface(*this, 0, SurfaceKey::Magenta);
+    CCardWnd::OnInitDialog();
     setBlackCardsPos();
-    m_pLayeredWnd = std::make_unique<CLayeredWnd>(m_hWnd, this);
     if (!m_postponed.empty()) {
         // An order to build the cards anew that came while they were built for the first time, before there was a
         // window.
@@ -135,8 +131,7 @@ bool CZelMainDlg::OnInitDialog() {
 
 bool CZelMainDlg::DestroyWindow() {
     LOG_ENTER_LEAVE();
-    m_pLayeredWnd.reset();
-    return CDialog::DestroyWindow();
+    return CCardWnd::DestroyWindow();
 }
 
 HRESULT CZelMainDlg::calcRatioForPng() {
@@ -162,9 +157,7 @@ HRESULT CZelMainDlg::setBlackCardsPos() {
               static_cast<int>(workArea.top), static_cast<int>(workArea.right), static_cast<int>(workArea.bottom));
 
     const geometry::Strip strip = geometry::cardStrip(workArea, cardCount(), m_placement.ratio, m_placement.bottom);
-    // Not activated: the keyboard stays with the program that the user works in.
-    ::SetWindowPos(m_hWnd, HWND_TOPMOST, strip.place.left, strip.place.top, strip.place.right - strip.place.left,
-                   strip.place.bottom - strip.place.top, SWP_NOACTIVATE);
+    place(strip.place);
     int index = 0;
     for (const auto& card : m_vecCards) {
         card->setCardRect(geometry::cardRect(strip, index++));
@@ -208,7 +201,7 @@ HRESULT CZelMainDlg::showBlackCards() {
     if (m_vecCards.empty()) {
         RETURN_LOGGED(E_FAIL);
     }
-    if (m_pLayeredWnd == nullptr) {
+    if (picture() == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
     LOG_TRACE(L"The mouse is %s operating.", theApp.mouseOperating() ? L"" : L"not");
@@ -227,10 +220,7 @@ HRESULT CZelMainDlg::showBlackCards() {
     if (!isVisible()) {
         return S_OK;
     }
-    // Of every picture only the band next to the screen edge is shown: the upper rows at the bottom, the lower ones at
-    // the top.
-    const int sourceTop = m_placement.bottom ? 0 : geometry::kPictureRows - geometry::kPictureBand;
-    RETURN_IF_FAILED(m_pLayeredWnd->paint(images, opacities, places, nullptr, sourceTop, geometry::kPictureBand));
+    RETURN_IF_FAILED(paintBand(images, opacities, places, m_placement.bottom, geometry::kPictureBand));
     return S_OK;
 }
 
@@ -335,7 +325,7 @@ bool CZelMainDlg::isHotkeyDesired(DWORD dwHotkey) const {
 
 // The strip makes room for the enlarged card of the key's function; all other enlarged cards go.
 void CZelMainDlg::_hideForKey(DWORD dwHotkey) {
-    ::ShowWindow(m_hWnd, SW_HIDE);
+    show(false);
     for (const auto& card : m_vecCards) {
         if (!card->isHotkeyDesired(dwHotkey)) {
             card->hideLargeCardDlg();
@@ -403,9 +393,7 @@ void CZelMainDlg::OnTimer(UINT_PTR uId) {
 void CZelMainDlg::OnShowWindow(bool bShow) {
     LOG_ENTER_LEAVE();
     if (!bShow) {
-        if (m_pLayeredWnd != nullptr) {
-            m_pLayeredWnd->hide();
-        }
+        hidePictures();
         hideLargeCards();
     }
     Default();
@@ -436,7 +424,7 @@ void CZelMainDlg::OnMouseMove(POINT point) {
     if (!theApp.mouseOperating()) {
         return;
     }
-    trackMouseLeave(m_hWnd, m_bTracking);
+    trackMouse();
     const auto hovered = std::find_if(m_vecCards.begin(), m_vecCards.end(),
                                       [&](const auto& card) { return ::PtInRect(&card->imageRect(), point) != FALSE; });
     const int index = hovered == m_vecCards.end() ? -1 : static_cast<int>(hovered - m_vecCards.begin());
@@ -455,7 +443,7 @@ LRESULT CZelMainDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
 void CZelMainDlg::OnLButtonDown(POINT point) {
     LOG_ENTER_LEAVE();
     const CardsInUse inUse;
-    ::ShowWindow(m_hWnd, SW_HIDE);
+    show(false);
     ::KillTimer(m_hWnd, kTimerLaunchHide);
     for (const auto& card : m_vecCards) {
         if (::PtInRect(&card->imageRect(), point)) {
@@ -469,7 +457,7 @@ void CZelMainDlg::OnMouseLeave() {
     LOG_ENTER_LEAVE();
     m_bTracking = false;
     m_nHoveredCard = -1;
-    if (mouseIsOn(m_hWnd)) {
+    if (mouseIsOn()) {
         LOG_TRACE(L"The window contains the cursor is current window.");
         return;
     }

@@ -10,13 +10,12 @@
 #include "Logic/CustomHotkey.h"
 #include "Logic/Placement.h"
 #include "UI/CardGeometry.h"
-#include "UI/CardInput.h"
+#include "UI/CardWnd.h"
 #include "common/LayeredWnd.h"
-#include "framework/Dialog.h"
 
 class CBlackCard;
 
-class CZelMainDlg : public CCardInput<CDialog>, public IDrawTextOnLayeredWnd, public IEnumHotkeyConfigs {
+class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumHotkeyConfigs {
  public:
     CZelMainDlg();
     ~CZelMainDlg() override;
@@ -77,9 +76,9 @@ class CZelMainDlg : public CCardInput<CDialog>, public IDrawTextOnLayeredWnd, pu
     LRESULT OnHotkeyMessage(WPARAM wParam, LPARAM lParam);
     LRESULT OnCardsFree(WPARAM wParam, LPARAM lParam);
     LRESULT OnPrintScreen(WPARAM wParam, LPARAM lParam);
-    void OnPaint();
+    void OnPaint() override;
     void OnTimer(UINT_PTR uId);
-    void OnShowWindow(bool bShow);
+    void OnShowWindow(bool bShow) override;
     void OnSetFocus(HWND hOldWnd);
     void OnKillFocus(HWND hNewWnd);
     void OnMouseMove(POINT point);
@@ -89,11 +88,9 @@ class CZelMainDlg : public CCardInput<CDialog>, public IDrawTextOnLayeredWnd, pu
     LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
 
     Placement m_placement;  // before the cards, which look at it until their end
-    std::unique_ptr<CLayeredWnd> m_pLayeredWnd;
     std::vector<std::unique_ptr<CBlackCard>> m_vecCards;
     CCustomHotkey m_customHotkey;
     int m_nHoveredCard = -1;
-    bool m_bTracking = false;
     std::deque<Postponed> m_postponed;
     bool m_bPaintLater = false;  // painted while a plug-in was at work, with the pictures that there were
 };

@@ -17,7 +17,7 @@ FACTS = {
     r"WM_USER \+ 101|0x0?465": None,  # see below
 }
 # The strip's message for key events has the same number as the one that closes the display-configuration program.
-NUMBER_0X465 = {OUTPUT_SETUP, "src/ZelMain.h", "src/Messages.h"}
+NUMBER_0X465 = {OUTPUT_SETUP, "src/Messages.h"}
 
 
 def writers(pattern):

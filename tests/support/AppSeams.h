@@ -43,14 +43,15 @@ struct HotkeyEventSeam {
 };
 
 struct HideDlgSeam {
-    static std::unique_ptr<CLayeredWnd>& layered(CZelHideDlg& strip) { return strip.m_pLyrWndBlkCards; }
+    static CLayeredWnd* layered(const CZelHideDlg& strip) { return strip.picture(); }
     static std::unique_ptr<Gdiplus::Image>& border(CZelHideDlg& strip) { return strip.m_pBorderImage; }
     static const std::vector<RECT>& segments(const CZelHideDlg& strip) { return strip.m_vecSegments; }
     static HRESULT show(CZelHideDlg& strip) { return strip._showBlackCardsBoder(); }
 };
 
 struct MainDlgSeam {
-    static std::unique_ptr<CLayeredWnd>& layered(CZelMainDlg& strip) { return strip.m_pLayeredWnd; }
+    static CLayeredWnd* layered(const CZelMainDlg& strip) { return strip.picture(); }
+    static void dropLayered(CZelMainDlg& strip) { strip.dropPictures(); }
     static int& hovered(CZelMainDlg& strip) { return strip.m_nHoveredCard; }
     static bool& tracking(CZelMainDlg& strip) { return strip.m_bTracking; }
     static HRESULT calcRatio(CZelMainDlg& strip) { return strip.calcRatioForPng(); }
@@ -77,7 +78,7 @@ struct BlackCardSeam {
 struct LargeCardSeam {
     static const std::wstring& text(const CLargeCardDlg& card) { return card.m_strText; }
     static const geometry::LargeCardTexts& rects(const CLargeCardDlg& card) { return card.m_rects; }
-    static std::unique_ptr<CLayeredWnd>& layered(CLargeCardDlg& card) { return card.m_pLayeredWnd; }
+    static CLayeredWnd* layered(const CLargeCardDlg& card) { return card.picture(); }
 };
 
 struct ItemDescSeam {
@@ -91,13 +92,16 @@ struct CircleItemSeam {
     static bool& enlarged(CCircleItemDlg& item) { return item.m_bEnlarged; }
     static bool& tracking(CCircleItemDlg& item) { return item.m_bTracking; }
     static const std::wstring& itemText(const CCircleItemDlg& item) { return item.m_strItemText; }
-    static HWND smallWnd(const CCircleItemDlg& item) { return item.m_pSmallWnd ? item.m_pSmallWnd->m_hWnd : nullptr; }
-    static HWND largeWnd(const CCircleItemDlg& item) { return item.m_pLargeWnd ? item.m_pLargeWnd->m_hWnd : nullptr; }
+    static HWND smallWnd(const CCircleItemDlg& item) { return wndOf(item._smallPicture()); }
+    static HWND largeWnd(const CCircleItemDlg& item) { return wndOf(item._largePicture()); }
     static UINT smallImageId(const CCircleItemDlg& item) { return item.m_uSmallImageId; }
     static UINT largeImageId(const CCircleItemDlg& item) { return item.m_uLargeImageId; }
     static double scale(const CCircleItemDlg& item) { return item.m_scale; }
     static bool hasAnyImage(const CCircleItemDlg& item) { return item.m_pImageSmall || item.m_pImageLarge; }
     static HRESULT showFakeWnd(CCircleItemDlg& item) { return item.showFakeWnd(); }
+
+ private:
+    static HWND wndOf(const CLayeredWnd* picture) { return picture == nullptr ? nullptr : picture->m_hWnd; }
 };
 
 struct SliderItemSeam {

@@ -15,6 +15,4 @@ class CFrameWnd : public CWnd {
     [[nodiscard]] const MessageMap& messageMap() const override;
     // WM_CLOSE destroys the frame through DestroyWindow, so that what an override undoes there is undone.
     void OnClose();
-
-    static const MessageMap kFrameMap;
 };

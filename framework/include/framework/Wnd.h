@@ -59,8 +59,6 @@ class CWnd {
     // The very last call: the window is gone, m_hWnd is null. The object may delete itself here.
     virtual void PostNcDestroy() {}
 
-    static const MessageMap kEmptyMap;
-
  private:
     friend class CreationScope;
 

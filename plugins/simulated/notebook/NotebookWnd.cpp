@@ -65,20 +65,19 @@ std::wstring keyName(LPARAM keyData) {
 
 }  // namespace
 
-constexpr MessageEntry CNotebookWnd::kEntries[] = {
-    onPaint<&CNotebookWnd::OnPaint>(),
-    onMessage<&CNotebookWnd::OnEraseBackground>(WM_ERASEBKGND),
-    onMessage<&CNotebookWnd::OnChanged>(kChanged),
-    onMessage<&CNotebookWnd::OnKeyDown>(WM_KEYDOWN),
-    onMessage<&CNotebookWnd::OnKeyDown>(WM_SYSKEYDOWN),
-    onMessage<&CNotebookWnd::OnSysCommand>(WM_SYSCOMMAND),
-    onFocus<&CNotebookWnd::OnKillFocus>(WM_KILLFOCUS),
-    onEvent<&CNotebookWnd::OnTakeFocus>(kTakeFocus),
-    onEvent<&CNotebookWnd::OnClose>(WM_CLOSE),
-};
-constexpr MessageMap CNotebookWnd::kMap{&CFrameWnd::kFrameMap, CNotebookWnd::kEntries};
-
 const MessageMap& CNotebookWnd::messageMap() const {
+    static constexpr MessageEntry kEntries[] = {
+        onPaint<&CNotebookWnd::OnPaint>(),
+        onMessage<&CNotebookWnd::OnEraseBackground>(WM_ERASEBKGND),
+        onMessage<&CNotebookWnd::OnChanged>(kChanged),
+        onMessage<&CNotebookWnd::OnKeyDown>(WM_KEYDOWN),
+        onMessage<&CNotebookWnd::OnKeyDown>(WM_SYSKEYDOWN),
+        onMessage<&CNotebookWnd::OnSysCommand>(WM_SYSCOMMAND),
+        onFocus<&CNotebookWnd::OnKillFocus>(WM_KILLFOCUS),
+        onEvent<&CNotebookWnd::OnTakeFocus>(kTakeFocus),
+        onEvent<&CNotebookWnd::OnClose>(WM_CLOSE),
+    };
+    static const MessageMap kMap{&CFrameWnd::messageMap(), kEntries};
     return kMap;
 }
 

@@ -30,9 +30,6 @@ class CNotebookWnd : public CFrameWnd {
 
     void show(NotebookModel model);
 
-    static const MessageEntry kEntries[];
-    static const MessageMap kMap;
-
     CNotebookView m_view;
     NotebookModel m_model;
     CRegistryWatch m_watch;

@@ -5,7 +5,7 @@
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
 #include "UI/BlackCard.h"
-#include "UI/MouseSurface.h"
+#include "UI/CardStyle.h"
 #include "ZelMain.h"
 #include "common/Handle.h"
 #include "common/ResourceFunc.h"
@@ -20,19 +20,13 @@ constexpr int kInnerMargin = 11;  // pixels, not scaled: the hysteresis between 
 }  // namespace
 
 CCircleItemDlg::CCircleItemDlg(UINT uSmallImageId, UINT uLargeImageId, std::wstring strDesc)
-    : CCardInput(IDD_CIRCLE_ITEM),
+    : CItemWnd({IDD_CIRCLE_ITEM, Takes::AllButColourKey, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, 2}),
       m_descDlg(std::move(strDesc)),
       m_uSmallImageId(uSmallImageId),
       m_uLargeImageId(uLargeImageId) {}
 
-CCircleItemDlg::~CCircleItemDlg() {
-    CCircleItemDlg::DestroyWindow();
-}
-
-// A table of handlers; the struct is a friend, so the handlers stay private.
-struct CircleEntries {
+const MessageMap& CCircleItemDlg::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
-        onPaint<&CCircleItemDlg::OnPaint>(),
         onSize<&CCircleItemDlg::OnSize>(),
         onMouse<&CCircleItemDlg::OnMouseMove>(WM_MOUSEMOVE),
         onMouse<&CCircleItemDlg::OnLButtonDown>(WM_LBUTTONDOWN),
@@ -40,12 +34,8 @@ struct CircleEntries {
         onFocus<&CCircleItemDlg::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CCircleItemDlg::OnKillFocus>(WM_KILLFOCUS),
     };
-};
-
-const MessageMap CCircleItemDlg::kCircleMap{nullptr, CircleEntries::kEntries};
-
-const MessageMap& CCircleItemDlg::messageMap() const {
-    return kCircleMap;
+    static const MessageMap kMap{&CItemWnd::messageMap(), kEntries};
+    return kMap;
 }
 
 HRESULT CCircleItemDlg::initialize() {
@@ -75,18 +65,14 @@ HRESULT CCircleItemDlg::destroyItem() {
 }
 
 bool CCircleItemDlg::DestroyWindow() {
-    m_pSmallWnd.reset();
-    m_pLargeWnd.reset();
+    dropPictures();
     m_descDlg.DestroyWindow();
-    return CDialog::DestroyWindow();
+    return CItemWnd::DestroyWindow();
 }
 
 bool CCircleItemDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    CDialog::OnInitDialog();
-    makeMouseSurface(*this, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, SurfaceKey::Magenta);
-    m_pSmallWnd = std::make_unique<CLayeredWnd>(m_hWnd);
-    m_pLargeWnd = std::make_unique<CLayeredWnd>(m_hWnd);
+    CItemWnd::OnInitDialog();
     m_descDlg.Create(nullptr);
     return false;
 }
@@ -129,23 +115,23 @@ void CCircleItemDlg::OnPaint() {
 
 HRESULT CCircleItemDlg::showFakeWnd() {
     RETURN_UNLESS(m_pImageSmall != nullptr && m_pImageLarge != nullptr, L"(m_pImageSmall && m_pImageLarge)", E_POINTER);
-    if (m_pSmallWnd == nullptr || m_pLargeWnd == nullptr) {
+    if (_smallPicture() == nullptr || _largePicture() == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    ::ShowWindow(m_descDlg.m_hWnd, SW_HIDE);
+    m_descDlg.show(false);
 
     RECT part = m_bEnlarged ? m_outerRect : m_innerRect;
     ::MapWindowPoints(m_hWnd, nullptr, reinterpret_cast<POINT*>(&part), 2);
     const POINT position{part.left, part.top};
     if (m_bEnlarged) {
-        m_pSmallWnd->hide();
-        m_pLargeWnd->paint(m_pImageLarge.get(), kCardOpacity, &position, nullptr);
+        _smallPicture()->hide();
+        _largePicture()->paint(m_pImageLarge.get(), kCardOpacity, &position, nullptr);
         _showDesc(part);
         return S_OK;
     }
-    m_pLargeWnd->hide();
+    _largePicture()->hide();
     const RECT size{0, 0, part.right - part.left, part.bottom - part.top};
-    m_pSmallWnd->paint(m_pImageSmall.get(), kCardOpacity, &position, &size);
+    _smallPicture()->paint(m_pImageSmall.get(), kCardOpacity, &position, &size);
     if (CZelConfig::getQrdConfig().bAlwaysShowItemsCaption) {
         _showDesc(part);
     }
@@ -156,7 +142,7 @@ HRESULT CCircleItemDlg::showFakeWnd() {
 void CCircleItemDlg::_showDesc(const RECT& part) {
     if (::IsWindowVisible(m_hWnd)) {
         m_descDlg.setWndPos(&part);
-        ::ShowWindow(m_descDlg.m_hWnd, SW_SHOWNOACTIVATE);
+        m_descDlg.show(true);
     }
 }
 
@@ -179,19 +165,10 @@ HRESULT CCircleItemDlg::switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool
 }
 
 HRESULT CCircleItemDlg::showItem(bool bShow) {
-    if (bShow) {
-        ::ShowWindow(m_hWnd, SW_SHOWNOACTIVATE);
-        return S_OK;
+    if (!bShow) {
+        m_descDlg.show(false);
     }
-    if (m_pLargeWnd != nullptr) {
-        m_pLargeWnd->hide();
-    }
-    if (m_pSmallWnd != nullptr) {
-        m_pSmallWnd->hide();
-    }
-    ::ShowWindow(m_descDlg.m_hWnd, SW_HIDE);
-    ::ShowWindow(m_hWnd, SW_HIDE);
-    return S_OK;
+    return CItemWnd::showItem(bShow);
 }
 
 HRESULT CCircleItemDlg::setItemText(const wchar_t* pszText) {
@@ -206,7 +183,7 @@ void CCircleItemDlg::OnMouseMove(POINT point) {
     if (!theApp.mouseOperating()) {
         return;
     }
-    trackMouseLeave(m_hWnd, m_bTracking);
+    trackMouse();
     // Growing needs the inner part, shrinking the outside of the outer one: no flicker in between.
     const bool grow = !m_bEnlarged && ::PtInRect(&m_innerRect, point);
     const bool shrink = m_bEnlarged && !::PtInRect(&m_outerRect, point);

@@ -4,23 +4,19 @@
 #include <memory>
 #include <string>
 
-#include "UI/CardInput.h"
 #include "UI/ItemDlg/ItemDescDlg.h"
-#include "UI/ItemDlg/QrdItem.h"
+#include "UI/ItemDlg/ItemWnd.h"
 #include "common/GdiPlus.h"
-#include "common/LayeredWnd.h"
 
-class CCircleItemDlg : public CCardInput<CDialog>, public CQrdItem {
+class CCircleItemDlg : public CItemWnd {
  public:
     // The ids name PNG images of the image library.
     CCircleItemDlg(UINT uSmallImageId, UINT uLargeImageId, std::wstring strDesc);
-    ~CCircleItemDlg() override;
 
     [[nodiscard]] HRESULT initialize() override;
     HRESULT destroyItem() override;
     [[nodiscard]] int width() const override;
     [[nodiscard]] int height() const override { return width(); }
-    [[nodiscard]] HWND windowHandle() const override { return m_hWnd; }
     HRESULT showItem(bool bShow) override;
     HRESULT setItemText(const wchar_t* pszText) override;
     [[nodiscard]] int descOverhang() const override;
@@ -38,13 +34,10 @@ class CCircleItemDlg : public CCardInput<CDialog>, public CQrdItem {
     [[nodiscard]] bool enlarged() const { return m_bEnlarged; }
     // Puts the caption box above whatever else the item shows under itself.
     void raiseCaption() const;
-    virtual void OnPaint();
+    void OnPaint() override;
     virtual void OnLButtonDown(POINT point);
 
-    static const MessageMap kCircleMap;
-
  private:
-    friend struct CircleEntries;
     friend struct CircleItemSeam;
 
     void OnSize();
@@ -53,6 +46,8 @@ class CCircleItemDlg : public CCardInput<CDialog>, public CQrdItem {
     void OnSetFocus(HWND hOldWnd);
     void OnKillFocus(HWND hNewWnd);
     HRESULT showFakeWnd();
+    [[nodiscard]] CLayeredWnd* _smallPicture() const { return picture(0); }
+    [[nodiscard]] CLayeredWnd* _largePicture() const { return picture(1); }
     void _showDesc(const RECT& part);
 
     CItemDescDlg m_descDlg;
@@ -60,9 +55,6 @@ class CCircleItemDlg : public CCardInput<CDialog>, public CQrdItem {
     UINT m_uLargeImageId;
     std::wstring m_strItemText;
     bool m_bEnlarged = false;
-    bool m_bTracking = false;
-    std::unique_ptr<CLayeredWnd> m_pSmallWnd;
-    std::unique_ptr<CLayeredWnd> m_pLargeWnd;
     std::unique_ptr<Gdiplus::Image> m_pImageSmall;
     std::unique_ptr<Gdiplus::Image> m_pImageLarge;
     double m_scale = 1.0;

@@ -4,7 +4,6 @@
 
 #include "Logic/ZelCommonFunc.h"
 #include "UI/CardStyle.h"
-#include "UI/MouseSurface.h"
 #include "common/GdiPlusFunc.h"
 #include "common/Handle.h"
 #include "common/Status.h"
@@ -14,18 +13,15 @@ namespace {
 constexpr float kTextWidth = 288.0F;  // the text wraps here, at ratio 1.0
 }
 
-CErrorItemDlg::CErrorItemDlg(std::wstring strError) : CDialog(IDD_ERROR_ITEM), m_strError(std::move(strError)) {}
-
-CErrorItemDlg::~CErrorItemDlg() {
-    CErrorItemDlg::DestroyWindow();
-}
+CErrorItemDlg::CErrorItemDlg(std::wstring strError)
+    : CItemWnd({IDD_ERROR_ITEM, Takes::Everything, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, 1}, this),
+      m_strError(std::move(strError)) {}
 
 const MessageMap& CErrorItemDlg::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
-        onPaint<&CErrorItemDlg::OnPaint>(),
         onFocus<&CErrorItemDlg::OnKillFocus>(WM_KILLFOCUS),
     };
-    static constexpr MessageMap kMap{nullptr, kEntries};
+    static const MessageMap kMap{&CItemWnd::messageMap(), kEntries};
     return kMap;
 }
 
@@ -56,24 +52,14 @@ HRESULT CErrorItemDlg::destroyItem() {
     return S_OK;
 }
 
-bool CErrorItemDlg::DestroyWindow() {
-    m_pLayeredWnd.reset();
-    return CDialog::DestroyWindow();
-}
-
 bool CErrorItemDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    CDialog::OnInitDialog();
-    makeMouseSurface(*this, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, SurfaceKey::None);
-    m_pLayeredWnd = std::make_unique<CLayeredWnd>(m_hWnd, this);
-    return false;
+    return CItemWnd::OnInitDialog();
 }
 
 void CErrorItemDlg::OnPaint() {
     Default();
-    if (m_pLayeredWnd != nullptr) {
-        m_pLayeredWnd->paint(nullptr, kCardOpacity, nullptr, nullptr);
-    }
+    static_cast<void>(paintPicture(nullptr));  // it has logged why, and the next paint tries again
 }
 
 HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
@@ -82,14 +68,6 @@ HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
     const CentredFormat format;
     m_errorText.draw(graphics, toRectF(clientRect()), m_strError.c_str(), *font, &format, kOutlineWidth, kWhite,
                      kBlack);
-    return S_OK;
-}
-
-HRESULT CErrorItemDlg::showItem(bool bShow) {
-    ::ShowWindow(m_hWnd, bShow ? SW_SHOWNOACTIVATE : SW_HIDE);
-    if (!bShow && m_pLayeredWnd != nullptr) {
-        m_pLayeredWnd->hide();
-    }
     return S_OK;
 }
 

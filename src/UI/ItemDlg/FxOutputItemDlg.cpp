@@ -23,10 +23,6 @@ CFxOutputItemDlg::CFxOutputItemDlg(LONG lMode, DWORD uNeedsSetup, DWORD uShowRes
     }
 }
 
-CFxOutputItemDlg::~CFxOutputItemDlg() {
-    CFxOutputItemDlg::DestroyWindow();
-}
-
 bool CFxOutputItemDlg::OnInitDialog() {
     const bool result = CCircleItemDlg::OnInitDialog();
     if (m_pPreviewWnd != nullptr) {
@@ -52,7 +48,7 @@ HRESULT CFxOutputItemDlg::showItem(bool bShow) {
     const HRESULT status = CCircleItemDlg::showItem(bShow);
     if (!bShow) {
         if (m_pPreviewWnd != nullptr) {
-            ::ShowWindow(m_pPreviewWnd->m_hWnd, SW_HIDE);
+            m_pPreviewWnd->show(false);
         }
         _closeSetupWindow();
     }
@@ -84,12 +80,12 @@ void CFxOutputItemDlg::OnPaint() {
 HRESULT CFxOutputItemDlg::showPreviewWnd() {
     RETURN_UNLESS(m_pPreviewWnd != nullptr, L"m_pPreviewWnd", E_POINTER);
     if (!enlarged()) {
-        ::ShowWindow(m_pPreviewWnd->m_hWnd, SW_HIDE);
+        m_pPreviewWnd->show(false);
         return S_OK;
     }
     const RECT place = windowRect();
     RETURN_IF_FAILED(m_pPreviewWnd->setWndPos(&place, placement()));
-    ::ShowWindow(m_pPreviewWnd->m_hWnd, SW_SHOWNOACTIVATE);
+    m_pPreviewWnd->show(true);
     raiseCaption();  // both begin close under the item, and the name has to stay readable
     return S_OK;
 }

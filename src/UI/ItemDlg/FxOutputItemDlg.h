@@ -10,7 +10,6 @@ class CFxOutputItemDlg : public CCircleItemDlg {
     // shows resolutions in the preview; the records have to live during the call only.
     CFxOutputItemDlg(LONG lMode, DWORD uNeedsSetup, DWORD uShowResolution, UINT uSmallImageId, UINT uLargeImageId,
                      std::wstring strText, DWORD dwRecordCount, const FenwynDisplayRecord* pRecords);
-    ~CFxOutputItemDlg() override;
 
     HRESULT showItem(bool bShow) override;
     [[nodiscard]] int descOverhang() const override;

@@ -21,22 +21,7 @@ constexpr COLORREF kBoxFrame = RGB(0x8C, 0x8C, 0x8C);
 
 }  // namespace
 
-CItemDescDlg::CItemDescDlg(std::wstring strDesc) : CDialog(IDD_ITEM_DESC), m_strDesc(std::move(strDesc)) {}
-
-// No task-bar button, and no activation by a click.
-bool CItemDescDlg::OnInitDialog() {
-    addExStyle(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE);
-    return false;
-}
-
-const MessageMap& CItemDescDlg::messageMap() const {
-    static constexpr MessageEntry kEntries[] = {
-        onPaint<&CItemDescDlg::OnPaint>(),
-        onFocus<&CItemDescDlg::OnSetFocus>(WM_SETFOCUS),
-    };
-    static constexpr MessageMap kMap{nullptr, kEntries};
-    return kMap;
-}
+CItemDescDlg::CItemDescDlg(std::wstring strDesc) : CNoteWnd(IDD_ITEM_DESC), m_strDesc(std::move(strDesc)) {}
 
 HRESULT CItemDescDlg::setWndPos(const RECT* pItemRect) {
     if (pItemRect == nullptr) {
@@ -52,7 +37,8 @@ HRESULT CItemDescDlg::setWndPos(const RECT* pItemRect) {
     RETURN_IF_FAILED(measureDescRect(measured));
     const int width = truncToInt(measured.Width) + 6;
     const int height = truncToInt(measured.Height) + 2;
-    ::SetWindowPos(m_hWnd, HWND_TOPMOST, centre - width / 2, y, width, height, SWP_NOACTIVATE);
+    const int left = centre - width / 2;
+    place({left, y, left + width, y + height});
     return S_OK;
 }
 
@@ -89,10 +75,4 @@ void CItemDescDlg::OnPaint() {
     drawDescString(paint.get());
     // Over what a cut text leaves at the edge.
     ::FrameRect(paint.get(), &box, frame.get());
-}
-
-// The box never keeps the focus.
-void CItemDescDlg::OnSetFocus(HWND hOldWnd) {
-    Default();
-    ::SetFocus(hOldWnd);
 }

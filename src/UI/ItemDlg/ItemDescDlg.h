@@ -4,10 +4,10 @@
 #include <string>
 
 #include "Logic/Placement.h"
+#include "UI/ItemDlg/NoteWnd.h"
 #include "common/GdiPlus.h"
-#include "framework/Dialog.h"
 
-class CItemDescDlg : public CDialog {
+class CItemDescDlg : public CNoteWnd {
  public:
     explicit CItemDescDlg(std::wstring strDesc);
 
@@ -16,14 +16,9 @@ class CItemDescDlg : public CDialog {
     // Places the box under a part of the item, given in screen coordinates, as wide as its text needs. E_POINTER: null.
     HRESULT setWndPos(const RECT* pItemRect);
 
- protected:
-    bool OnInitDialog() override;
-    [[nodiscard]] const MessageMap& messageMap() const override;
-
  private:
     friend struct ItemDescSeam;
-    void OnPaint();
-    void OnSetFocus(HWND hOldWnd);
+    void OnPaint() override;
     HRESULT measureDescRect(Gdiplus::RectF& outRect) const;
     HRESULT drawDescString(HDC hDc) const;
 

@@ -68,30 +68,13 @@ std::unique_ptr<PreviewDisplayRow> makeRow(const FenwynDisplayRecord& record) {
 }  // namespace
 
 COutputPreviewWnd::COutputPreviewWnd(const FenwynDisplayRecord* pRecords, DWORD dwCount, bool bShowResolution)
-    : CDialog(IDD_OUTPUT_PREVIEW), m_bShowResolution(bShowResolution) {
+    : CNoteWnd(IDD_OUTPUT_PREVIEW), m_bShowResolution(bShowResolution) {
     const DWORD count = pRecords == nullptr ? 0 : std::min<DWORD>(dwCount, FENWYN_MAX_RECORDS);
     for (DWORD i = 0; i < count; ++i) {
         if (auto row = makeRow(pRecords[i]); row != nullptr) {
             m_vecRows.push_back(std::move(row));
         }
     }
-}
-
-COutputPreviewWnd::~COutputPreviewWnd() = default;
-
-// No task-bar button, and no activation by a click.
-bool COutputPreviewWnd::OnInitDialog() {
-    addExStyle(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE);
-    return false;
-}
-
-const MessageMap& COutputPreviewWnd::messageMap() const {
-    static constexpr MessageEntry kEntries[] = {
-        onPaint<&COutputPreviewWnd::OnPaint>(),
-        onFocus<&COutputPreviewWnd::OnSetFocus>(WM_SETFOCUS),
-    };
-    static constexpr MessageMap kMap{nullptr, kEntries};
-    return kMap;
 }
 
 HRESULT COutputPreviewWnd::getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID) {
@@ -123,8 +106,7 @@ HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect, const Placement& pla
         }
         y = placement.workArea.bottom - height - kAboveBottomStrip;
     }
-    // Not activated: the preview never keeps the focus, so it does not take it either.
-    ::SetWindowPos(m_hWnd, HWND_TOPMOST, x, y, kWidth, height, SWP_NOACTIVATE);
+    place({x, y, x + kWidth, y + height});
     return S_OK;
 }
 
@@ -181,10 +163,4 @@ void COutputPreviewWnd::_drawConnector(const FramePixels& frame, const PreviewDi
     const RECT place{band.right - kImageSize - 4, band.top + 4, band.right - 4, band.top + 4 + kImageSize};
     CPixelSurface surface(frame);
     static_cast<void>(composeImage(surface, row.pConnectorImage.get(), 255, {}, place));
-}
-
-// The preview never keeps the focus.
-void COutputPreviewWnd::OnSetFocus(HWND hOldWnd) {
-    Default();
-    ::SetFocus(hOldWnd);
 }

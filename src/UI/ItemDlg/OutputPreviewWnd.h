@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "Logic/Placement.h"
+#include "UI/ItemDlg/NoteWnd.h"
 #include "common/GdiPlus.h"
 #include "common/Picture.h"
-#include "framework/Dialog.h"
 #include "plugins/sdk/FenwynPlugin.h"
 
 // One row of the preview.
@@ -19,12 +19,11 @@ struct PreviewDisplayRow {
     std::unique_ptr<Gdiplus::Image> pConnectorImage;
 };
 
-class COutputPreviewWnd : public CDialog {
+class COutputPreviewWnd : public CNoteWnd {
  public:
     // Copies what it needs: the records only have to live during the call. Records whose connector has no picture are
     // left out.
     COutputPreviewWnd(const FenwynDisplayRecord* pRecords, DWORD dwCount, bool bShowResolution);
-    ~COutputPreviewWnd() override;
 
     // Places the window under the item (screen coordinates), or above the cards when the strip lies at the bottom.
     HRESULT setWndPos(const RECT* pItemRect, const Placement& placement);
@@ -32,17 +31,12 @@ class COutputPreviewWnd : public CDialog {
     // The image id of a connector's picture, E_FAIL when the name contains none of the known words.
     static HRESULT getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID);
 
- protected:
-    bool OnInitDialog() override;
-    [[nodiscard]] const MessageMap& messageMap() const override;
-
  private:
     friend struct OutputPreviewSeam;
     void _drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Font& font, const PreviewDisplayRow& row,
                   const RECT& band) const;
     static void _drawConnector(const FramePixels& frame, const PreviewDisplayRow& row, const RECT& band);
-    void OnPaint();
-    void OnSetFocus(HWND hOldWnd);
+    void OnPaint() override;
 
     std::vector<std::unique_ptr<PreviewDisplayRow>> m_vecRows;
     bool m_bShowResolution;

@@ -8,7 +8,6 @@
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"
-#include "UI/MouseSurface.h"
 #include "common/FrameBitmap.h"
 #include "common/ResourceFunc.h"
 #include "common/RoundedBox.h"
@@ -64,7 +63,7 @@ const MessageMap& CQrdSliderCtrl::messageMap() const {
         onFocus<&CQrdSliderCtrl::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CQrdSliderCtrl::OnKillFocus>(WM_KILLFOCUS),
     };
-    static constexpr MessageMap kMap{nullptr, kEntries};
+    static const MessageMap kMap{&CSliderCtrl::messageMap(), kEntries};
     return kMap;
 }
 
@@ -104,7 +103,7 @@ void CQrdSliderCtrl::OnKillFocus(HWND hNewWnd) {
 }
 
 CSliderItemDlg::CSliderItemDlg(DWORD dwDecreaseCode, DWORD dwIncreaseCode, LONG lLevelCount, LONG lCurrentLevel)
-    : CCardInput(IDD_SLIDER_ITEM),
+    : CItemWnd({IDD_SLIDER_ITEM, Takes::VisiblePixels, WS_EX_TOOLWINDOW, 0}),
       m_dwDecreaseCode(dwDecreaseCode),
       m_dwIncreaseCode(dwIncreaseCode),
       m_lCurrentLevel(lCurrentLevel),
@@ -122,7 +121,7 @@ const MessageMap& CSliderItemDlg::messageMap() const {
         onFocus<&CSliderItemDlg::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CSliderItemDlg::OnKillFocus>(WM_KILLFOCUS),
     };
-    static constexpr MessageMap kMap{nullptr, kEntries};
+    static const MessageMap kMap{&CItemWnd::messageMap(), kEntries};
     return kMap;
 }
 
@@ -149,17 +148,9 @@ int CSliderItemDlg::height() const {
     return truncToInt(placement().ratio * kHeightPerThumb * CZelConfig::getQrdConfig().uSliderThumbSize);
 }
 
-HRESULT CSliderItemDlg::showItem(bool bShow) {
-    ::ShowWindow(m_hWnd, bShow ? SW_SHOWNOACTIVATE : SW_HIDE);
-    return S_OK;
-}
-
 bool CSliderItemDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    CDialog::OnInitDialog();
-    addExStyle(WS_EX_LAYERED | WS_EX_TOOLWINDOW);
-    ::SetLayeredWindowAttributes(m_hWnd, kColourKey, 0, LWA_COLORKEY);
-
+    CItemWnd::OnInitDialog();
     m_slider.SubclassDlgItem(IDC_SLIDER, *this);
     // The template's second trackbar has no use.
     ::ShowWindow(::GetDlgItem(m_hWnd, IDC_SLIDER_UNUSED), SW_HIDE);

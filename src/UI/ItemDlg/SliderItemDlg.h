@@ -2,9 +2,8 @@
 #pragma once
 
 #include "UI/CardInput.h"
-#include "UI/ItemDlg/QrdItem.h"
+#include "UI/ItemDlg/ItemWnd.h"
 #include "common/GdiPlus.h"
-#include "framework/Dialog.h"
 #include "framework/SliderCtrl.h"
 
 class CQrdSliderCtrl : public CCardInput<CSliderCtrl> {
@@ -17,7 +16,7 @@ class CQrdSliderCtrl : public CCardInput<CSliderCtrl> {
     void OnKillFocus(HWND hNewWnd);
 };
 
-class CSliderItemDlg : public CCardInput<CDialog>, public CQrdItem {
+class CSliderItemDlg : public CItemWnd {
  public:
     // Levels run from 1 to lLevelCount; a current level of 0 is accepted and shown at 1.
     CSliderItemDlg(DWORD dwDecreaseCode, DWORD dwIncreaseCode, LONG lLevelCount, LONG lCurrentLevel);
@@ -27,8 +26,6 @@ class CSliderItemDlg : public CCardInput<CDialog>, public CQrdItem {
     HRESULT destroyItem() override;
     [[nodiscard]] int width() const override;
     [[nodiscard]] int height() const override;
-    [[nodiscard]] HWND windowHandle() const override { return m_hWnd; }
-    HRESULT showItem(bool bShow) override;
     // Steps the level by one when the code is one of the function's two, except on the first press.
     HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
 

@@ -167,7 +167,7 @@ TEST_F(StripTest, PaintingWithoutCardsOrWithoutALayerFails) {
     EXPECT_EQ(MainDlgSeam::show(strip()), E_FAIL);
     addThreeCards();
     EXPECT_EQ(MainDlgSeam::show(strip()), S_OK);
-    MainDlgSeam::layered(strip()).reset();
+    MainDlgSeam::dropLayered(strip());
     EXPECT_EQ(MainDlgSeam::show(strip()), E_POINTER);
     EXPECT_EQ(errors(), std::vector<std::wstring>{L"[ERR] (CZelMainDlg::showBlackCards): Error Code: 0x80004003"});
 }

@@ -1,0 +1,74 @@
+// A card window is a pair. The dialog is the mouse surface: practically invisible (layered, with an alpha of 1), it
+// only takes the mouse. What the user sees are its pictures, layered windows above it that let the mouse through. What
+// happens to one of the pair and concerns the other stands here. User-interface thread only.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "UI/CardInput.h"
+#include "UI/PopupDlg.h"
+#include "common/LayeredWnd.h"
+
+class CCardWnd : public CCardInput<CPopupDlg> {
+ public:
+    // A window that is still there goes, with its pictures first. Owners call DestroyWindow() before: what derived
+    // classes undo in it is not undone here any more.
+    ~CCardWnd() override;
+
+    // Destroys the pictures, then the window.
+    bool DestroyWindow() override;
+
+    // Whether the mouse is on the window itself: on the part of it that takes the mouse, with nothing above.
+    [[nodiscard]] bool mouseIsOn() const;
+
+ protected:
+    // Which part of the window takes the mouse.
+    enum class Takes {
+        Everything,
+        AllButColourKey,
+        VisiblePixels,  // all but the colour key as well; the window is its own picture
+    };
+    // How the pair is made.
+    struct Pair {
+        UINT uTemplateId;
+        Takes takes;
+        DWORD exStyle;  // of the surface, beside WS_EX_LAYERED
+        std::size_t pictures;
+    };
+
+    // pTextPainter writes on the pictures; null: nobody does.
+    explicit CCardWnd(const Pair& pair, IDrawTextOnLayeredWnd* pTextPainter = nullptr);
+
+    // Makes the surface and the pictures. A picture has no window before it is painted or asked for one.
+    bool OnInitDialog() override;
+    [[nodiscard]] const MessageMap& messageMap() const override;
+    void makeSurface() const;
+    void makePictures();
+    void dropPictures() { m_vecPictures.clear(); }
+
+    // Null while there is none: before the window is made, after its end, and between dropping and making.
+    [[nodiscard]] CLayeredWnd* picture(std::size_t uIndex = 0) const;
+    void hidePictures() const;
+    // One image as the first picture. S_FALSE while the window is hidden or has no picture.
+    [[nodiscard]] HRESULT paintPicture(Gdiplus::Image* pImage) const;
+    // Card images side by side as the first picture, each at its place and with its opacity. Of every image only the
+    // band of nRows next to the screen edge is shown: the upper rows at the bottom, the lower ones at the top.
+    [[nodiscard]] HRESULT paintBand(const std::vector<Gdiplus::Image*>& vecImages,
+                                    const std::vector<DWORD>& vecOpacities, std::vector<const RECT*>& vecPlaces,
+                                    bool bBottom, int nRows) const;
+
+    // Asks for one WM_MOUSELEAVE. Handlers of that message clear m_bTracking.
+    void trackMouse();
+
+    virtual void OnPaint();
+    // The pictures go with the window.
+    virtual void OnShowWindow(bool bShow);
+
+    bool m_bTracking = false;  // a WM_MOUSELEAVE is due
+
+ private:
+    const Pair m_pair;
+    IDrawTextOnLayeredWnd* const m_pTextPainter;
+    std::vector<std::unique_ptr<CLayeredWnd>> m_vecPictures;
+};
