@@ -1,15 +1,14 @@
-// How long ZelMain.dll holds up one key event.
+// How long ZelMain.dll delays one key event.
 //
-// - "own work": what the hook does between entering and answering (decide, queue), while another thread empties the
-//   queue.
-// - "chain": the same through the system, from another thread: a hook of the bench's own, which is asked first, times
-//   the rest of the chain, without and with the library. Thread switches dominate it, so it grows with the load of the
+// - "own work": the time from entry to return of the hook (decide, queue), while another thread empties the queue.
+// - "chain": the same through the system, from another thread: the program's own hook, which is called first, times the
+//   rest of the chain, without and with the library. Thread switches dominate it, so it grows with the load of the
 //   machine.
 //
 //   cmake --build --preset x64-release --target HookTiming
 //   xvfb-run -a tools/wine build/x64-release/bench/hooktiming/HookTiming.exe build/stage/ZelMain.dll
 //
-// Ends with 1 when the 99th percentile of the hook's own work is a millisecond or more.
+// Exits with 1 if the 99th percentile of the hook's own work is a millisecond or more.
 #include <windows.h>
 
 #include <algorithm>

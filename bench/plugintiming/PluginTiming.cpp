@@ -1,10 +1,10 @@
-// How long each export of the plug-ins of real machines holds up its caller, Fenwyn's user-interface thread.
+// How long each export of the plug-ins for real machines blocks its caller, Fenwyn's user-interface thread.
 //
 //   cmake --build --preset x64-release --target PluginTiming
 //   xvfb-run -a tools/wine build/x64-release/bench/plugintiming/PluginTiming.exe build/stage/plugins
 //
-// It changes nothing: the item that it chooses is the current one, or "cancel". Ends with 1 when the 99th percentile of
-// any export but the initialisation and the end is 50 ms or more.
+// It changes nothing: the item that it chooses is the current one, or "cancel". Exits with 1 if the 99th percentile of
+// any export except initialisation and end is 50 ms or more.
 #include <windows.h>
 
 #include <algorithm>

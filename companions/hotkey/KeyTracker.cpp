@@ -9,7 +9,7 @@ namespace hotkey {
 
 void CKeyTracker::setSettings(const TrackerSettings& settings) noexcept {
     if (settings.modifierKey != m_settings.modifierKey) {
-        const DWORD nWithheld = m_nWithheld;  // the hand is still on the old one
+        const DWORD nWithheld = m_nWithheld;  // the user still holds the old one
         releaseAll();
         m_nWithheld = nWithheld;
     }
