@@ -3,6 +3,7 @@
 #include <cwchar>
 #include <vector>
 
+#include "FunctionListRoot.h"
 #include "RegistryRead.h"
 #include "WatchedKeys.h"
 
@@ -71,8 +72,10 @@ void addTree(HKEY root, const wchar_t* path, int depth, CDigest& digest) {
 
 std::uint64_t digestConfiguration() {
     CDigest digest;
+    const HKEY listRoot = fenwyn::functionListRoot();
     for (const WatchedKey& watched : kWatchedKeys) {
-        if (watched.content) {
+        const bool inForce = !watched.tree || watched.root == listRoot;
+        if (watched.content && inForce) {
             addTree(watched.root, watched.path, watched.tree ? kMaxDepth : 1, digest);
         }
     }

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "FunctionListRoot.h"
 #include "RegistryRead.h"
 #include "include/ZelHotkey.h"
 #include "include/ZelModifier.h"
@@ -46,7 +47,7 @@ keyboard::KeySet readListed(HKEY hotkeyKey) {
 
 TrackerSettings readTrackerSettings() {
     TrackerSettings settings;
-    const common::UniqueRegKey key = openKey(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY);
+    const common::UniqueRegKey key = openKey(fenwyn::functionListRoot(), ZEL_REG_HOTKEY);
     if (!key) {
         return settings;
     }

@@ -9,11 +9,16 @@
 /* The program's own key, in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER. */
 #define FENWYN_REG_PRODUCT FENWYN_REG_MAKER L"\\Fenwyn"
 
-/* The card configuration, below both roots, and the list of hotkey functions, in HKEY_LOCAL_MACHINE. */
+/* The card configuration, below both roots. */
 #define FENWYN_REG_CONFIG FENWYN_REG_PRODUCT L"\\Config"
-#define FENWYN_REG_HOTKEY FENWYN_REG_PRODUCT L"\\HotKey"
 
-/* In FENWYN_REG_PRODUCT of HKEY_LOCAL_MACHINE, REG_SZ: the folder of the program and of what stands beside it. */
+/* The list of hotkey functions: in HKEY_LOCAL_MACHINE, and in HKEY_CURRENT_USER for a machine that has none.
+ * FunctionListRoot.h says which of the two is in force. REG_SZ: function names, each followed by ';'. */
+#define FENWYN_REG_HOTKEY FENWYN_REG_PRODUCT L"\\HotKey"
+#define FENWYN_VALUE_FUNC_LIST L"FuncList"
+
+/* In FENWYN_REG_PRODUCT of the root whose function list is in force, REG_SZ: the folder of the program and of what
+ * stands beside it. */
 #define FENWYN_VALUE_INSTALL_PATH L"InstallPath"
 
 /* The button utility's key, in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER. */

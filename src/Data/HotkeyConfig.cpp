@@ -4,6 +4,7 @@
 #include "Data/ZelConfig.h"
 #include "common/RegConfig.h"
 #include "common/Status.h"
+#include "companions/include/FunctionListRoot.h"
 
 namespace {
 
@@ -31,11 +32,19 @@ HRESULT readHotkeyInfo(HKEY hotkeyKey, RegConfigAccess& key, HotkeyInfo& info) {
 
 }  // namespace
 
+HKEY CHotkeyConfig::listRoot() noexcept {
+    return fenwyn::functionListRoot();
+}
+
 HRESULT CHotkeyConfig::enumHotkeyConfigs(IEnumHotkeyConfigs* pEnum) {
     LOG_ENTER_LEAVE();
     RETURN_UNLESS(pEnum != nullptr, L"pEnum", E_POINTER);
     RegConfigAccess key;
-    RETURN_IF_FAILED(key.Open(HKEY_LOCAL_MACHINE, regpath::kHotkeyKey, KEY_READ));
+    const HKEY root = listRoot();
+    if (root == HKEY_CURRENT_USER) {
+        LOG_INFO(L"The machine has no function list; the user's own is read.");
+    }
+    RETURN_IF_FAILED(key.Open(root, regpath::kHotkeyKey, KEY_READ));
     std::wstring list;
     RETURN_IF_FAILED(readText(key, regpath::kFuncList, list));
     std::size_t start = 0;

@@ -28,4 +28,8 @@ class CHotkeyConfig {
     // Reads the list and hands every complete function to `pEnum`; incomplete ones are skipped with a log line. Fails
     // only when the list itself cannot be read (E_POINTER: no receiver). User-interface thread.
     [[nodiscard]] static HRESULT enumHotkeyConfigs(IEnumHotkeyConfigs* pEnum);
+
+    // Where the list stands: below HKEY_LOCAL_MACHINE, or below HKEY_CURRENT_USER when only the user has one. What
+    // belongs to the list, such as the install path, is read there too.
+    [[nodiscard]] static HKEY listRoot() noexcept;
 };

@@ -14,7 +14,7 @@ inline constexpr wchar_t kConfigKey[] = FENWYN_REG_CONFIG;
 
 // The hotkey function list: one subkey per function named in "FuncList".
 inline constexpr wchar_t kHotkeyKey[] = FENWYN_REG_HOTKEY;
-inline constexpr wchar_t kFuncList[] = L"FuncList";
+inline constexpr wchar_t kFuncList[] = FENWYN_VALUE_FUNC_LIST;
 inline constexpr wchar_t kCaption[] = L"Caption";
 inline constexpr wchar_t kCode[] = L"Code";
 inline constexpr wchar_t kFuncDll[] = L"FuncDll";

@@ -1,7 +1,7 @@
 """What each setting changes, end to end."""
 import pytest
 from harness import geometry
-from harness.desktop import CONFIG, SHOW_OR_FLASH
+from harness.desktop import CONFIG, MAKER, SHOW_OR_FLASH
 from harness.waiting import stays, wait_until
 from test_keys import expect_card, large_card_of
 
@@ -192,3 +192,27 @@ def test_captions_can_be_hidden(program):
     program.start()
     assert "pszName = Caption" not in program.log_texts()
     assert "Hotkey  is supported." in program.log_texts()
+
+
+def test_the_users_own_list_gives_cards_and_keys_where_the_machine_has_none(program):
+    program.probe.delete_key("HKLM", MAKER)  # nobody with administrator rights was ever here
+    program.offer("Mute", "Zoom", root="HKCU")
+    program.machine("Mute", Item=1)
+    program.start()
+    program.hold()
+    program.expect_strip()
+    program.press("Mute")
+    expect_card(program, "Mute")
+    program.let_go()
+    wait_until(lambda: program.chosen("Mute") == ["0"], "the choice is applied")
+    assert "The machine has no function list; the user's own is read." in program.log_texts()
+
+
+def test_the_users_own_list_is_not_looked_at_where_the_machine_has_one(program):
+    program.offer("Zoom", root="HKCU")
+    program.offer("Mute", root="HKLM")
+    program.start()
+    program.hold()
+    program.expect_strip()
+    assert program.calls("Mute") and not program.calls("Zoom")
+    assert "The machine has no function list; the user's own is read." not in program.log_texts()

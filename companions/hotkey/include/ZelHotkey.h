@@ -81,11 +81,12 @@ typedef LONG(WINAPI* ZelStop)(void);
  * a second of constant changes at the latest), whether or not the keys exist at first. Writing a value that was there
  * already is no change. */
 #define ZEL_REG_CONFIG FENWYN_REG_CONFIG /* in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER */
-#define ZEL_REG_HOTKEY FENWYN_REG_HOTKEY /* in HKEY_LOCAL_MACHINE, with everything below it */
+#define ZEL_REG_HOTKEY FENWYN_REG_HOTKEY /* with everything below it, in the root of the function list in force */
 
 /* The function list: a string of function names, each followed by ';'. Below the key each function has a key of its own
- * with "Code" (little-endian 32-bit numbers) and "FuncDll"; one that lacks either is not in the list. */
-#define ZEL_VALUE_FUNC_LIST L"FuncList"
+ * with "Code" (little-endian 32-bit numbers) and "FuncDll"; one that lacks either is not in the list. Where
+ * HKEY_LOCAL_MACHINE has no list, the user's own in HKEY_CURRENT_USER is read (FunctionListRoot.h). */
+#define ZEL_VALUE_FUNC_LIST FENWYN_VALUE_FUNC_LIST
 #define ZEL_VALUE_CODE L"Code"
 #define ZEL_VALUE_FUNC_DLL L"FuncDll"
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cwchar>
 
+#include "Data/HotkeyConfig.h"
 #include "Data/RegistryPaths.h"
 #include "Logic/FuncX/OutputRules.h"
 #include "Logic/ZelCommonFunc.h"
@@ -164,7 +165,7 @@ void CFxOutput_2::startOutputSetup(const std::wstring& strProgram, const wchar_t
 HRESULT CFxOutput_2::_readSetupPath() {
     RegConfigAccess config;
     std::vector<wchar_t> path;
-    HRESULT hr = config.Open(HKEY_LOCAL_MACHINE, regpath::kProgramKey, KEY_READ);
+    HRESULT hr = config.Open(CHotkeyConfig::listRoot(), regpath::kProgramKey, KEY_READ);
     if (SUCCEEDED(hr)) {
         hr = config.GetValue(regpath::kInstallPath, path);
     }

@@ -148,19 +148,20 @@ class Program:
             self.probe.set_dword("HKLM", CONFIG, name, value)
         self.bottom = self._settings["Position"] != 0
 
-    def offer(self, *functions):
-        """Writes the function list: names of circle functions (keys F1, F2, ...), or Function records."""
+    def offer(self, *functions, root="HKLM"):
+        """Writes the function list: names of circle functions (keys F1, F2, ...), or Function records. HKCU: the
+        user's own list."""
         names = [entry for entry in functions if isinstance(entry, str)]
         self.functions = numbered(names) if names else list(functions)
         for function in self.functions:
             key = f"{LIST}\\{function.name}"
             plugin = function.plugin or places.windows_path(self.stage / "plugins" / f"Sim{function.name}.dll")
-            self.probe.set_text("HKLM", key, "Caption", function.caption)
-            self.probe.set_binary("HKLM", key, "Code", b"".join(code.to_bytes(4, "little") for code in function.codes))
-            self.probe.set_text("HKLM", key, "FuncDll", plugin)
+            self.probe.set_text(root, key, "Caption", function.caption)
+            self.probe.set_binary(root, key, "Code", b"".join(code.to_bytes(4, "little") for code in function.codes))
+            self.probe.set_text(root, key, "FuncDll", plugin)
         # The display outputs search for the display-configuration program there.
-        self.probe.set_text("HKLM", PRODUCT, "InstallPath", places.windows_path(self.stage))
-        self.probe.set_text("HKLM", LIST, "FuncList", "".join(f"{function.name};" for function in self.functions))
+        self.probe.set_text(root, PRODUCT, "InstallPath", places.windows_path(self.stage))
+        self.probe.set_text(root, LIST, "FuncList", "".join(f"{function.name};" for function in self.functions))
 
     def machine(self, function, **values):
         """State of the simulated notebook: machine("Mute", Item=1)."""

@@ -146,6 +146,33 @@ TEST_F(HotkeyConfig, MissingListIsLoggedAsAnError) {
                                }));
 }
 
+TEST_F(HotkeyConfig, UsersListIsReadWhereTheMachineHasNone) {
+    RegistryRoom::setText(HKEY_CURRENT_USER, regpath::kHotkeyKey, regpath::kFuncList, L"Lock;");
+    RegistryRoom::setDword(HKEY_CURRENT_USER, keyOf(L"Lock"), regpath::kCode, 0x3C);
+    RegistryRoom::setText(HKEY_CURRENT_USER, keyOf(L"Lock"), regpath::kFuncDll, L"C:\\Own\\Lock.dll");
+    EXPECT_EQ(CHotkeyConfig::listRoot(), HKEY_CURRENT_USER);
+    const LogCapture capture(2);
+    EXPECT_EQ(delivered(), Names{L"Lock"});
+    EXPECT_STREQ(m_receiver.infos.at(0).strFuncDll.c_str(), L"C:\\Own\\Lock.dll");
+    EXPECT_EQ(m_receiver.infos.at(0).vecCode, std::vector<DWORD>{0x3C});
+    EXPECT_EQ(capture.count(L"[INF] (CHotkeyConfig::enumHotkeyConfigs): The machine has no function list; the user's "
+                            L"own is read."),
+              1U);
+}
+
+TEST_F(HotkeyConfig, UsersListIsNotLookedAtWhereTheMachineHasOne) {
+    addFunction(L"Lock");
+    RegistryRoom::setText(HKEY_CURRENT_USER, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;Lock;");
+    RegistryRoom::setDword(HKEY_CURRENT_USER, keyOf(L"Mute"), regpath::kCode, 0x3B);
+    RegistryRoom::setText(HKEY_CURRENT_USER, keyOf(L"Mute"), regpath::kFuncDll, L"C:\\Own\\Mute.dll");
+    setList(L"Lock;");
+    EXPECT_EQ(CHotkeyConfig::listRoot(), HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(delivered(), Names{L"Lock"});
+    m_receiver.infos.clear();
+    setList(L"");
+    EXPECT_EQ(delivered(), Names{}) << "an empty list is one";
+}
+
 TEST_F(HotkeyConfig, MissingCaptionIsEmpty) {
     setList(L"Mute;");
     addFunction(L"Mute");

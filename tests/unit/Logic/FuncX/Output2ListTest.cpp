@@ -68,6 +68,16 @@ TEST_F(Output2List, TheInstallFolderHasToBeKnown) {
     EXPECT_EQ(m_plugin.count(instr::FnF5_InitializeHotkeyDllId), 1);
 }
 
+TEST_F(Output2List, TheInstallFolderStandsBesideTheListInForce) {
+    m_function.finalize();
+    support::RegistryRoom::removeKey(HKEY_LOCAL_MACHINE, regpath::kProgramKey);
+    support::RegistryRoom::setText(HKEY_CURRENT_USER, regpath::kHotkeyKey, regpath::kFuncList, L"Output_2;");
+    EXPECT_EQ(init(L"InstrPlugin"), static_cast<HRESULT>(0x80070002));
+    m_function.finalize();
+    support::RegistryRoom::setText(HKEY_CURRENT_USER, regpath::kProgramKey, regpath::kInstallPath, L"C:\\Own");
+    EXPECT_EQ(init(L"InstrPlugin"), S_OK);
+}
+
 TEST_F(Output2List, MissingLibraryOrInitializeIsTheSystemsError) {
     m_function.finalize();
     EXPECT_EQ(m_function.initHotkeyDll(L"C:\\nowhere\\missing.dll"), static_cast<HRESULT>(0x8007007E));

@@ -90,6 +90,17 @@ TEST_F(ConfigDigest, SeesFunctionsOfTheList) {
     EXPECT_TRUE(changed());
 }
 
+TEST_F(ConfigDigest, SeesOnlyTheListInForce) {
+    RegistryRoom::setText(HKEY_CURRENT_USER, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, L"Mute;");
+    changed();
+    RegistryRoom::setText(HKEY_CURRENT_USER, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, L"Lock;");
+    EXPECT_TRUE(changed());
+    RegistryRoom::setText(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, L"Sleep;");
+    EXPECT_TRUE(changed());
+    RegistryRoom::setText(HKEY_CURRENT_USER, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, L"Mute;");
+    EXPECT_FALSE(changed());
+}
+
 TEST_F(ConfigDigest, IgnoresTheSameValueAgainAndKeysNextToTheConfiguration) {
     RegistryRoom::setDword(HKEY_LOCAL_MACHINE, ZEL_REG_CONFIG, L"Disable", 0);
     changed();
@@ -123,5 +134,9 @@ TEST_F(RegistryWatchTest, SignalsUserKeysAndFunctionsOfTheList) {
     RegistryRoom::setDword(HKEY_CURRENT_USER, ZEL_REG_CONFIG, L"Topmost", 1);
     EXPECT_TRUE(signalled());
     RegistryRoom::setDword(HKEY_LOCAL_MACHINE, kFunction, ZEL_VALUE_CODE, 0x3B);
+    EXPECT_TRUE(signalled());
+    RegistryRoom::makeKey(HKEY_CURRENT_USER, kFunction);
+    EXPECT_TRUE(signalled());
+    RegistryRoom::setDword(HKEY_CURRENT_USER, kFunction, ZEL_VALUE_CODE, 0x3B);
     EXPECT_TRUE(signalled());
 }

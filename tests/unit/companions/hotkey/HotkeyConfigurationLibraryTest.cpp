@@ -71,6 +71,28 @@ TEST_F(HotkeyConfigurationLibrary, ChangedListIsInForceWhenTheChangeIsReported) 
     EXPECT_EQ(m_window.keys(), (std::vector<int>{VK_CONTROL, VK_F1, -VK_F1, -VK_CONTROL}));
 }
 
+TEST_F(HotkeyConfigurationLibrary, UsersListIsReportedAndInForceAsLongAsTheMachineHasNone) {
+    startAndEnable();
+    const auto setOwn = [](DWORD code) {
+        RegistryRoom::setDword(HKEY_CURRENT_USER, ZEL_REG_HOTKEY L"\\Sleep", ZEL_VALUE_CODE, code);
+        RegistryRoom::setText(HKEY_CURRENT_USER, ZEL_REG_HOTKEY L"\\Sleep", ZEL_VALUE_FUNC_DLL, L"any.dll");
+        RegistryRoom::setText(HKEY_CURRENT_USER, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, L"Sleep;");
+    };
+    setOwn(0x3C);
+    expectNoFurtherConfig();
+    EXPECT_EQ(m_record.configTotal(), 0) << "the machine has a list";
+    RegistryRoom::removeKey(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY);
+    ASSERT_TRUE(waitForConfig(1)) << "the user's list takes over";
+    setOwn(0x3D);
+    ASSERT_TRUE(waitForConfig(2)) << "the user's list changed";
+    sendKey(VK_RCONTROL, true);
+    pressKey(VK_F2);
+    pressKey(VK_F3);
+    sendKey(VK_RCONTROL, false);
+    ASSERT_TRUE(m_window.settle());
+    EXPECT_EQ(m_window.keys(), (std::vector<int>{VK_CONTROL, VK_F2, -VK_F2, -VK_CONTROL}));
+}
+
 TEST_F(HotkeyConfigurationLibrary, ChangedModifierEndsTheOldOneAndTakesOver) {
     startAndEnable();
     sendKey(VK_RCONTROL, true);

@@ -130,6 +130,25 @@ TEST_F(HotkeySettings, ModifierIsReadAndSidesAreChosen) {
     }
 }
 
+TEST_F(HotkeySettings, UsersListCountsWithItsSettingsWhereTheMachineHasNone) {
+    setNumber(ZEL_VALUE_MODIFIER_KEY, VK_F13);
+    const auto addOwn = [](const wchar_t* name, DWORD code) {
+        const std::wstring key = ZEL_REG_HOTKEY + (L"\\" + std::wstring(name));
+        support::RegistryRoom::setDword(HKEY_CURRENT_USER, key, ZEL_VALUE_CODE, code);
+        support::RegistryRoom::setText(HKEY_CURRENT_USER, key, ZEL_VALUE_FUNC_DLL, L"any.dll");
+    };
+    addOwn(L"Lock", 0x3C);
+    support::RegistryRoom::setDword(HKEY_CURRENT_USER, ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY, VK_RMENU);
+    EXPECT_EQ(hotkey::readTrackerSettings().modifierKey, static_cast<DWORD>(VK_F13)) << "no list anywhere yet";
+    support::RegistryRoom::setText(HKEY_CURRENT_USER, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, L"Lock;");
+    EXPECT_EQ(listed(), Codes{0x3C});
+    EXPECT_EQ(hotkey::readTrackerSettings().modifierKey, static_cast<DWORD>(VK_RMENU));
+    addFunction(L"Mute", {0x3B, 0, 0, 0});
+    setList(L"Mute;");
+    EXPECT_EQ(listed(), Codes{0x3B}) << "the machine's list wins";
+    EXPECT_EQ(hotkey::readTrackerSettings().modifierKey, static_cast<DWORD>(VK_F13));
+}
+
 TEST_F(HotkeySettings, StickinessIsOffUnlessSwitchedOn) {
     setNumber(ZEL_VALUE_STICKY_MODIFIER, 0);
     EXPECT_FALSE(hotkey::readTrackerSettings().sticky);

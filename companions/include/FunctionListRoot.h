@@ -1,0 +1,25 @@
+// Which function list is in force: the machine's, or the user's own.
+#pragma once
+
+#include <windows.h>
+
+#include "FenwynRegistry.h"
+
+namespace fenwyn {
+
+// Whether there is a function list below `root`. One that exists but may not be read counts as existing.
+[[nodiscard]] inline bool hasFunctionList(HKEY root) noexcept {
+    const LSTATUS error =
+        RegGetValueW(root, FENWYN_REG_HOTKEY, FENWYN_VALUE_FUNC_LIST, RRF_RT_ANY, nullptr, nullptr, nullptr);
+    return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND;
+}
+
+// The root below which FENWYN_REG_HOTKEY is read, with everything in it, and the install path: HKEY_CURRENT_USER where
+// only the user has a list, so that nobody needs administrator rights to use the program; HKEY_LOCAL_MACHINE otherwise,
+// also when there is no list at all. Thread: any.
+[[nodiscard]] inline HKEY functionListRoot() noexcept {
+    return !hasFunctionList(HKEY_LOCAL_MACHINE) && hasFunctionList(HKEY_CURRENT_USER) ? HKEY_CURRENT_USER
+                                                                                      : HKEY_LOCAL_MACHINE;
+}
+
+}  // namespace fenwyn
