@@ -232,9 +232,9 @@ void CZelMainApp::renewPlacement() {
         m_pZelMainDlg->cardInUse() || m_pZelHideDlg->mouseIsOn() || !m_pZelMainDlg->placementIsStale()) {
         return;
     }
-    m_pZelMainDlg->refreshCards(false);
+    static_cast<void>(m_pZelMainDlg->refreshCards(false));
     if (CZelConfig::getQrdConfig().bEnableHover) {
-        m_pZelHideDlg->refresh(m_pZelMainDlg->cardCount());
+        static_cast<void>(m_pZelHideDlg->refresh(m_pZelMainDlg->cardCount()));
     }
 }
 

@@ -71,7 +71,7 @@ void CBlackCard::setCardRect(const RECT& rect) {
 
 Gdiplus::Image* CBlackCard::getImage() {
     if (m_pFunx != nullptr && m_pFunx->needRefreshSmallPng()) {
-        _loadImage();  // a failed load keeps the picture of the old state
+        static_cast<void>(_loadImage());  // a failed load keeps the picture of the old state
     }
     return image();
 }
@@ -221,8 +221,8 @@ HRESULT CBlackCard::showLargeCardDlg() {
     LOG_ENTER_LEAVE();
     const unsigned hides = m_uHides;
     RETURN_IF_FAILED(createLargeCardDlg());
-    const HRESULT items = createItemDlgs();
-    if (FAILED(items)) {
+    const HRESULT status = createItemDlgs();
+    if (FAILED(status)) {
         LOG_STATUS(E_FAIL);  // the enlarged card tells the state even when there is nothing to choose
     }
     // A plug-in that is asked may let an order to hide arrive: that holds.
@@ -235,7 +235,7 @@ HRESULT CBlackCard::showLargeCardDlg() {
     if (hides == m_uHides) {
         _showItems(true);
     }
-    return items;
+    return status;
 }
 
 HRESULT CBlackCard::hideLargeCardDlg() {
@@ -257,7 +257,7 @@ HRESULT CBlackCard::hideLargeCardDlg() {
 void CBlackCard::_showItems(bool bShow) const {
     for (CQrdItem* item : m_vecItems) {
         if (item != nullptr) {
-            item->showItem(bShow);
+            static_cast<void>(item->showItem(bShow));
         }
     }
 }
@@ -330,7 +330,7 @@ HRESULT CBlackCard::_buildItems() {
     RETURN_IF_FAILED(m_pFunx->initItems(m_vecItems));
     for (CQrdItem* item : m_vecItems) {
         if (item != nullptr) {
-            item->setBlackCardInfo(this);
+            static_cast<void>(item->setBlackCardInfo(this));
         }
     }
     return setItemDlgPos();
@@ -341,7 +341,7 @@ void CBlackCard::clearItems() {
         // The slot is emptied first: a window that is being destroyed may still ask its card for it.
         const std::unique_ptr<CQrdItem> doomed(std::exchange(item, nullptr));
         if (doomed != nullptr) {
-            doomed->destroyItem();
+            static_cast<void>(doomed->destroyItem());
         }
     }
     m_vecItems.clear();
@@ -388,6 +388,6 @@ HRESULT CBlackCard::updateStatus(const std::wstring& strText) {
 void CBlackCard::onFocusLost(HWND hNewWnd) {
     // The focus may wander between the program's own windows.
     if (theApp.mouseOperating() && !isOwnWindow(hNewWnd)) {
-        theApp.showMainDlg(FALSE, TRUE);
+        static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     }
 }

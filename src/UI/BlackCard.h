@@ -35,7 +35,7 @@ class CBlackCard {
     [[nodiscard]] const RECT& imageRect() const { return m_parts.image; }
 
     // Draws caption and description while the strip is composed.
-    HRESULT drawText(Gdiplus::Graphics& graphics);
+    [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics);
     // The picture for the function's present state; owned by the card. Asks the plug-in.
     [[nodiscard]] Gdiplus::Image* getImage();
     // The picture as getImage() left it.
@@ -45,27 +45,28 @@ class CBlackCard {
 
     // One key event: code 0 is the modifier. S_FALSE: the card takes no part in it. bHeld: no later event has arrived,
     // so that a key that was pressed may count as held.
-    HRESULT notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld = true);
+    [[nodiscard]] HRESULT notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld = true);
     // Whether the card's function answers to the key; false (logged) without a function.
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
     // Whether an item is selected, that is, whether the enlarged card is in use.
     [[nodiscard]] bool hasValidSelection() const;
     // Applies the selected item.
-    HRESULT executeSelection() { return executeFunx(m_nSelItem, -1, true); }
+    [[nodiscard]] HRESULT executeSelection() { return executeFunx(m_nSelItem, -1, true); }
 
     // Shows the enlarged card and its items, unless an order to hide them arrives in the message loop of a plug-in that
     // is asked meanwhile.
-    HRESULT showLargeCardDlg();
-    HRESULT hideLargeCardDlg();
+    [[nodiscard]] HRESULT showLargeCardDlg();
+    [[nodiscard]] HRESULT hideLargeCardDlg();
 
     // Applies an item by its index; a negative index only hides the strip when the enlarged card is up.
-    HRESULT executeFunx(int nItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus = nullptr);
+    [[nodiscard]] HRESULT executeFunx(int nItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus = nullptr);
     // The same by its object: what an item window calls when the user chose it. The function's own answer goes to
     // *pFunctionStatus: the card's status does not tell that the function refused. It is untouched when the function
     // was not asked.
-    HRESULT selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus = nullptr);
+    [[nodiscard]] HRESULT selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter,
+                                     HRESULT* pFunctionStatus = nullptr);
     // Writes the text of the enlarged card and repaints it. E_POINTER while there is no enlarged card.
-    HRESULT updateStatus(const std::wstring& strText);
+    [[nodiscard]] HRESULT updateStatus(const std::wstring& strText);
 
     // The focus went from one of the card's windows to another window (null: to none).
     static void onFocusLost(HWND hNewWnd);
@@ -73,19 +74,19 @@ class CBlackCard {
  private:
     friend struct BlackCardSeam;
 
-    HRESULT _initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
-                        const wchar_t* pszFuncDll);
-    HRESULT _loadImage();
-    HRESULT createLargeCardDlg();
-    HRESULT _makeLargeCardDlg();
-    HRESULT setLargeCardDlgPos();
-    HRESULT createItemDlgs();
-    HRESULT _buildItems();
-    HRESULT setItemDlgPos();
+    [[nodiscard]] HRESULT _initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
+                                      const wchar_t* pszFuncDll);
+    [[nodiscard]] HRESULT _loadImage();
+    [[nodiscard]] HRESULT createLargeCardDlg();
+    [[nodiscard]] HRESULT _makeLargeCardDlg();
+    [[nodiscard]] HRESULT setLargeCardDlgPos();
+    [[nodiscard]] HRESULT createItemDlgs();
+    [[nodiscard]] HRESULT _buildItems();
+    [[nodiscard]] HRESULT setItemDlgPos();
     void clearItems();
     void _showItems(bool bShow) const;
-    HRESULT handleHotkeyFirstTime(DWORD dwHotkey);
-    HRESULT refreshItemDlgs(DWORD dwHotkey);
+    [[nodiscard]] HRESULT handleHotkeyFirstTime(DWORD dwHotkey);
+    [[nodiscard]] HRESULT refreshItemDlgs(DWORD dwHotkey);
 
     CWnd* m_pParentWnd;
     const Placement& m_placement;

@@ -11,7 +11,7 @@ class CardsInUse {
     CardsInUse() noexcept { ++s_depth; }
     ~CardsInUse() {
         --s_depth;
-        postIfOver();
+        _postIfOver();
     }
     CardsInUse(const CardsInUse&) = delete;
     CardsInUse& operator=(const CardsInUse&) = delete;
@@ -23,11 +23,11 @@ class CardsInUse {
     static void postWhenOver(HWND hWnd, UINT nMessage) noexcept {
         s_hWaiting = hWnd;
         s_nMessage = nMessage;
-        postIfOver();
+        _postIfOver();
     }
 
  private:
-    static void postIfOver() noexcept {
+    static void _postIfOver() noexcept {
         if (s_depth == 0 && s_hWaiting != nullptr) {
             ::PostMessageW(s_hWaiting, s_nMessage, 0, 0);
             s_hWaiting = nullptr;

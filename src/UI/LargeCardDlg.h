@@ -23,7 +23,7 @@ class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
     // Takes the status text and repaints the part that shows it.
     void setText(std::wstring strText);
 
-    HRESULT drawText(Gdiplus::Graphics& graphics) override;
+    [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
 
  protected:
     bool OnInitDialog() override;

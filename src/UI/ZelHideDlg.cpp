@@ -31,7 +31,7 @@ const MessageMap& CZelHideDlg::messageMap() const {
 bool CZelHideDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
     CCardWnd::OnInitDialog();
-    _setDlgPos();
+    static_cast<void>(_setDlgPos());
     const HRESULT status = getImageFromRes(theApp.getPngDll(), kHoverBorderImageId, kPngResourceType, m_pBorderImage);
     if (FAILED(status)) {
         LOG_STATUS(status);
@@ -75,7 +75,7 @@ HRESULT CZelHideDlg::_setDlgPos() {
 
 void CZelHideDlg::OnPaint() {
     Default();
-    _showBlackCardsBoder();
+    static_cast<void>(_showBlackCardsBoder());
 }
 
 HRESULT CZelHideDlg::_showBlackCardsBoder() {
@@ -116,7 +116,7 @@ void CZelHideDlg::OnTimer(UINT_PTR uId) {
     if (!std::exchange(m_bTimerRunning, false) || !mouseIsOn()) {
         return;
     }
-    theApp.showMainDlg(TRUE, TRUE);
+    static_cast<void>(theApp.showMainDlg(TRUE, TRUE));
     theApp.mouseOperating() = TRUE;
 }
 

@@ -12,7 +12,7 @@ class CZelHideDlg : public CCardWnd {
     explicit CZelHideDlg(int nCardCount);
 
     // Takes a new number of cards and places the strip again.
-    HRESULT refresh(int nCardCount);
+    [[nodiscard]] HRESULT refresh(int nCardCount);
 
  protected:
     bool OnInitDialog() override;
@@ -21,8 +21,8 @@ class CZelHideDlg : public CCardWnd {
  private:
     friend struct HideDlgSeam;
 
-    HRESULT _setDlgPos();
-    HRESULT _showBlackCardsBoder();
+    [[nodiscard]] HRESULT _setDlgPos();
+    [[nodiscard]] HRESULT _showBlackCardsBoder();
     void OnPaint() override;
     void OnMouseMove(POINT point);
     void OnMouseLeave();

@@ -120,7 +120,7 @@ bool CZelMainDlg::placementIsStale() const {
 bool CZelMainDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
     CCardWnd::OnInitDialog();
-    setBlackCardsPos();
+    static_cast<void>(setBlackCardsPos());
     if (!m_postponed.empty()) {
         // An order to build the cards anew that came while they were built for the first time, before there was a
         // window.
@@ -173,7 +173,7 @@ void CZelMainDlg::OnPaint() {
         const RECT through = geometry::throughArea(clientRect(), m_placement.ratio, m_placement.bottom);
         ::FillRect(paint.get(), &through, key.get());
     }
-    showBlackCards();
+    static_cast<void>(showBlackCards());
 }
 
 // Asks the plug-ins whether their states changed, before the pictures are gathered: one of them may let the strip be
@@ -226,7 +226,7 @@ HRESULT CZelMainDlg::showBlackCards() {
 
 HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
     for (const auto& card : m_vecCards) {
-        card->drawText(graphics);
+        static_cast<void>(card->drawText(graphics));
     }
     return S_OK;
 }
@@ -263,7 +263,7 @@ bool CZelMainDlg::postponeRebuild() {
 }
 
 LRESULT CZelMainDlg::OnCardsFree(WPARAM /*wParam*/, LPARAM /*lParam*/) {
-    _handlePostponed();
+    static_cast<void>(_handlePostponed());
     if (std::exchange(m_bPaintLater, false)) {
         invalidate();
     }
@@ -312,7 +312,7 @@ HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
         RETURN_IF_FAILED(showOnModifier(bBreak));
     }
     for (const auto& card : m_vecCards) {
-        card->notifyHotkey(dwHotkey, bBreak, !_keyWaits());
+        static_cast<void>(card->notifyHotkey(dwHotkey, bBreak, !_keyWaits()));
     }
     _autoHide(bBreak);
     return S_OK;
@@ -328,7 +328,7 @@ void CZelMainDlg::_hideForKey(DWORD dwHotkey) {
     show(false);
     for (const auto& card : m_vecCards) {
         if (!card->isHotkeyDesired(dwHotkey)) {
-            card->hideLargeCardDlg();
+            static_cast<void>(card->hideLargeCardDlg());
         }
     }
 }
@@ -380,11 +380,11 @@ void CZelMainDlg::OnTimer(UINT_PTR uId) {
         const CardsInUse inUse;
         ::KillTimer(m_hWnd, uId);
         for (const auto& card : m_vecCards) {
-            card->executeSelection();
+            static_cast<void>(card->executeSelection());
         }
     } else if (uId == kTimerLaunchHide) {
         ::KillTimer(m_hWnd, uId);
-        theApp.showMainDlg(FALSE, TRUE);
+        static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     } else {
         Default();
     }
@@ -401,7 +401,7 @@ void CZelMainDlg::OnShowWindow(bool bShow) {
 
 void CZelMainDlg::hideLargeCards() const {
     for (const auto& card : m_vecCards) {
-        card->hideLargeCardDlg();
+        static_cast<void>(card->hideLargeCardDlg());
     }
 }
 
@@ -414,7 +414,7 @@ void CZelMainDlg::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
     // A strip that is hidden for an enlarged card hands the focus on, and has not lost it to anybody.
     if (CZelConfig::getQrdConfig().bHideMainUIWhenLostFocus && isVisible() && !isOwnWindow(hNewWnd)) {
-        theApp.showMainDlg(FALSE, TRUE);
+        static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     }
     Default();
 }
@@ -448,7 +448,7 @@ void CZelMainDlg::OnLButtonDown(POINT point) {
     for (const auto& card : m_vecCards) {
         if (::PtInRect(&card->imageRect(), point)) {
             theApp.mouseOperating() = TRUE;
-            card->showLargeCardDlg();
+            static_cast<void>(card->showLargeCardDlg());
         }
     }
 }
@@ -462,7 +462,7 @@ void CZelMainDlg::OnMouseLeave() {
         return;
     }
     if (isVisible()) {
-        theApp.showMainDlg(FALSE, TRUE);
+        static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     }
 }
 

@@ -23,9 +23,9 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     // Reads the customised keys when they are enabled, then builds the cards.
     [[nodiscard]] HRESULT initialize();
     // Lays the cards out again; with bReinitialize builds them anew first.
-    HRESULT refreshCards(bool bReinitialize);
+    [[nodiscard]] HRESULT refreshCards(bool bReinitialize);
     // One key event, on the user-interface thread: code 0 is the modifier.
-    HRESULT handleHotkey(DWORD dwHotkey, BOOL bBreak);
+    [[nodiscard]] HRESULT handleHotkey(DWORD dwHotkey, BOOL bBreak);
     void hideLargeCards() const;
     // While cards are in use they cannot be built anew: true when the application is asked to do it later.
     [[nodiscard]] bool postponeRebuild();
@@ -38,8 +38,8 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     [[nodiscard]] bool cardInUse() const;
     [[nodiscard]] int cardCount() const { return static_cast<int>(m_vecCards.size()); }
 
-    HRESULT drawText(Gdiplus::Graphics& graphics) override;
-    HRESULT processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) override;
+    [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
+    [[nodiscard]] HRESULT processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) override;
     bool DestroyWindow() override;
 
  protected:
@@ -49,18 +49,18 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
  private:
     friend struct MainDlgSeam;
 
-    HRESULT createBlackCards();
-    HRESULT initHotKeyDll(const HotkeyInfo& info);
-    HRESULT _addCard(const HotkeyInfo& info);
+    [[nodiscard]] HRESULT createBlackCards();
+    [[nodiscard]] HRESULT initHotKeyDll(const HotkeyInfo& info);
+    [[nodiscard]] HRESULT _addCard(const HotkeyInfo& info);
     [[nodiscard]] bool _allCodesCustomized(const std::vector<DWORD>& vecCodes) const;
-    HRESULT calcRatioForPng();
-    HRESULT setBlackCardsPos();
-    HRESULT showBlackCards();
+    [[nodiscard]] HRESULT calcRatioForPng();
+    [[nodiscard]] HRESULT setBlackCardsPos();
+    [[nodiscard]] HRESULT showBlackCards();
     void _refreshImages();
     [[nodiscard]] DWORD _cardOpacity(int nCard) const;
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
     void _hideForKey(DWORD dwHotkey);
-    HRESULT showOnModifier(BOOL bBreak);
+    [[nodiscard]] HRESULT showOnModifier(BOOL bBreak);
     void _autoHide(BOOL bBreak);
 
     // What came while cards were in use, in the order in which it came.
@@ -70,7 +70,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
         BOOL bBreak;
     };
     void _postpone(const Postponed& what);
-    HRESULT _handlePostponed();
+    [[nodiscard]] HRESULT _handlePostponed();
     [[nodiscard]] bool _keyWaits() const;
 
     LRESULT OnHotkeyMessage(WPARAM wParam, LPARAM lParam);

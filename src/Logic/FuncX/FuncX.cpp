@@ -174,7 +174,7 @@ HRESULT CFuncX::appendItem(std::unique_ptr<CQrdItem> pItem, CDialog* pWindow, It
         hr = E_FAIL;
     }
     if (FAILED(hr)) {
-        pItem->destroyItem();
+        static_cast<void>(pItem->destroyItem());
         return hr;
     }
     rVecItems.push_back(pItem.get());
@@ -186,7 +186,7 @@ void CFuncX::cleanItems(std::vector<CQrdItem*>& rVecItems) {
     for (CQrdItem*& rpItem : rVecItems) {
         const std::unique_ptr<CQrdItem> pItem(std::exchange(rpItem, nullptr));
         if (pItem != nullptr) {
-            pItem->destroyItem();
+            static_cast<void>(pItem->destroyItem());
         }
     }
 }

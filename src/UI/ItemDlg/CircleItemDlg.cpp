@@ -110,7 +110,7 @@ void CCircleItemDlg::OnPaint() {
         ::InflateRect(&disc, -1, -1);
         ::Ellipse(paint.get(), disc.left, disc.top, disc.right, disc.bottom);
     }
-    showFakeWnd();
+    static_cast<void>(showFakeWnd());
 }
 
 HRESULT CCircleItemDlg::showFakeWnd() {
@@ -125,13 +125,13 @@ HRESULT CCircleItemDlg::showFakeWnd() {
     const POINT position{part.left, part.top};
     if (m_bEnlarged) {
         _smallPicture()->hide();
-        _largePicture()->paint(m_pImageLarge.get(), kCardOpacity, &position, nullptr);
+        static_cast<void>(_largePicture()->paint(m_pImageLarge.get(), kCardOpacity, &position, nullptr));
         _showDesc(part);
         return S_OK;
     }
     _largePicture()->hide();
     const RECT size{0, 0, part.right - part.left, part.bottom - part.top};
-    _smallPicture()->paint(m_pImageSmall.get(), kCardOpacity, &position, &size);
+    static_cast<void>(_smallPicture()->paint(m_pImageSmall.get(), kCardOpacity, &position, &size));
     if (CZelConfig::getQrdConfig().bAlwaysShowItemsCaption) {
         _showDesc(part);
     }
@@ -141,7 +141,7 @@ HRESULT CCircleItemDlg::showFakeWnd() {
 // The caption box under a part of the item, given in screen coordinates.
 void CCircleItemDlg::_showDesc(const RECT& part) {
     if (::IsWindowVisible(m_hWnd)) {
-        m_descDlg.setWndPos(&part);
+        static_cast<void>(m_descDlg.setWndPos(&part));
         m_descDlg.show(true);
     }
 }
@@ -201,7 +201,7 @@ void CCircleItemDlg::OnMouseLeave() {
 
 void CCircleItemDlg::OnLButtonDown(POINT /*point*/) {
     if (theApp.mouseOperating() && m_pBlackCard != nullptr) {
-        m_pBlackCard->selectItem(this, -1, true);
+        static_cast<void>(m_pBlackCard->selectItem(this, -1, true));
     }
 }
 
@@ -214,6 +214,6 @@ void CCircleItemDlg::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
     Default();
     if (!m_bEnlarged) {
-        killFocus(hNewWnd);
+        static_cast<void>(killFocus(hNewWnd));
     }
 }

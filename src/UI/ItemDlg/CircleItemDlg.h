@@ -14,13 +14,13 @@ class CCircleItemDlg : public CItemWnd {
     CCircleItemDlg(UINT uSmallImageId, UINT uLargeImageId, std::wstring strDesc);
 
     [[nodiscard]] HRESULT initialize() override;
-    HRESULT destroyItem() override;
+    [[nodiscard]] HRESULT destroyItem() override;
     [[nodiscard]] int width() const override;
     [[nodiscard]] int height() const override { return width(); }
-    HRESULT showItem(bool bShow) override;
-    HRESULT setItemText(const wchar_t* pszText) override;
+    [[nodiscard]] HRESULT showItem(bool bShow) override;
+    [[nodiscard]] HRESULT setItemText(const wchar_t* pszText) override;
     [[nodiscard]] int descOverhang() const override;
-    HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
+    [[nodiscard]] HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
     void setPlacement(const Placement& placement) override;
 
     bool DestroyWindow() override;
@@ -45,7 +45,7 @@ class CCircleItemDlg : public CItemWnd {
     void OnMouseLeave();
     void OnSetFocus(HWND hOldWnd);
     void OnKillFocus(HWND hNewWnd);
-    HRESULT showFakeWnd();
+    [[nodiscard]] HRESULT showFakeWnd();
     [[nodiscard]] CLayeredWnd* _smallPicture() const { return picture(0); }
     [[nodiscard]] CLayeredWnd* _largePicture() const { return picture(1); }
     void _showDesc(const RECT& part);

@@ -82,5 +82,5 @@ HRESULT CErrorItemDlg::setItemText(const wchar_t* pszText) {
 void CErrorItemDlg::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
     Default();
-    killFocus(hNewWnd);
+    static_cast<void>(killFocus(hNewWnd));
 }

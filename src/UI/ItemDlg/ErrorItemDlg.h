@@ -15,12 +15,12 @@ class CErrorItemDlg : public CItemWnd, public IDrawTextOnLayeredWnd {
 
     // Measures the text; the window has to exist, because its font is used.
     [[nodiscard]] HRESULT initialize() override;
-    HRESULT destroyItem() override;
+    [[nodiscard]] HRESULT destroyItem() override;
     [[nodiscard]] int width() const override { return static_cast<int>(m_textRect.Width); }
     [[nodiscard]] int height() const override { return static_cast<int>(m_textRect.Height); }
-    HRESULT setItemText(const wchar_t* pszText) override;
+    [[nodiscard]] HRESULT setItemText(const wchar_t* pszText) override;
 
-    HRESULT drawText(Gdiplus::Graphics& graphics) override;
+    [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
 
  protected:
     bool OnInitDialog() override;
@@ -29,7 +29,7 @@ class CErrorItemDlg : public CItemWnd, public IDrawTextOnLayeredWnd {
  private:
     void OnPaint() override;
     void OnKillFocus(HWND hNewWnd);
-    HRESULT getErrStringRect();
+    [[nodiscard]] HRESULT getErrStringRect();
 
     Gdiplus::RectF m_textRect;
     std::wstring m_strError;

@@ -73,7 +73,7 @@ int CFxOutputItemDlg::descOverhang() const {
 void CFxOutputItemDlg::OnPaint() {
     CCircleItemDlg::OnPaint();
     if (m_pPreviewWnd != nullptr) {
-        showPreviewWnd();
+        static_cast<void>(showPreviewWnd());
     }
 }
 
@@ -92,7 +92,7 @@ HRESULT CFxOutputItemDlg::showPreviewWnd() {
 
 void CFxOutputItemDlg::OnLButtonDown(POINT /*point*/) {
     if (theApp.mouseOperating() && m_pBlackCard != nullptr) {
-        m_pBlackCard->selectItem(this, -1, true);
+        static_cast<void>(m_pBlackCard->selectItem(this, -1, true));
         theApp.mouseOperating() = FALSE;
     }
 }

@@ -11,7 +11,7 @@ class CFxOutputItemDlg : public CCircleItemDlg {
     CFxOutputItemDlg(LONG lMode, DWORD uNeedsSetup, DWORD uShowResolution, UINT uSmallImageId, UINT uLargeImageId,
                      std::wstring strText, DWORD dwRecordCount, const FenwynDisplayRecord* pRecords);
 
-    HRESULT showItem(bool bShow) override;
+    [[nodiscard]] HRESULT showItem(bool bShow) override;
     [[nodiscard]] int descOverhang() const override;
     bool DestroyWindow() override;
 
@@ -22,7 +22,7 @@ class CFxOutputItemDlg : public CCircleItemDlg {
 
  private:
     friend struct FxOutputItemSeam;
-    HRESULT showPreviewWnd();
+    [[nodiscard]] HRESULT showPreviewWnd();
     void _closeSetupWindow() const;
 
     LONG m_lMode;

@@ -72,7 +72,7 @@ void CItemDescDlg::OnPaint() {
     const common::UniqueBrush face(::CreateSolidBrush(kBoxFace));
     const common::UniqueBrush frame(::CreateSolidBrush(kBoxFrame));
     ::FillRect(paint.get(), &box, face.get());
-    drawDescString(paint.get());
+    static_cast<void>(drawDescString(paint.get()));
     // Over what a cut text leaves at the edge.
     ::FrameRect(paint.get(), &box, frame.get());
 }

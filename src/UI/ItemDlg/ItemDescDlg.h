@@ -14,13 +14,13 @@ class CItemDescDlg : public CNoteWnd {
     // Where the cards stand; outlives the box.
     void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // Places the box under a part of the item, given in screen coordinates, as wide as its text needs. E_POINTER: null.
-    HRESULT setWndPos(const RECT* pItemRect);
+    [[nodiscard]] HRESULT setWndPos(const RECT* pItemRect);
 
  private:
     friend struct ItemDescSeam;
     void OnPaint() override;
-    HRESULT measureDescRect(Gdiplus::RectF& outRect) const;
-    HRESULT drawDescString(HDC hDc) const;
+    [[nodiscard]] HRESULT measureDescRect(Gdiplus::RectF& outRect) const;
+    [[nodiscard]] HRESULT drawDescString(HDC hDc) const;
 
     std::wstring m_strDesc;
     const Placement* m_pPlacement = &kUnplaced;

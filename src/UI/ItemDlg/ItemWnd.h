@@ -7,7 +7,7 @@
 class CItemWnd : public CCardWnd, public CQrdItem {
  public:
     [[nodiscard]] HWND windowHandle() const override { return m_hWnd; }
-    HRESULT showItem(bool bShow) override {
+    [[nodiscard]] HRESULT showItem(bool bShow) override {
         show(bShow);
         return S_OK;
     }

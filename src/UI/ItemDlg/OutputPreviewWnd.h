@@ -26,10 +26,10 @@ class COutputPreviewWnd : public CNoteWnd {
     COutputPreviewWnd(const FenwynDisplayRecord* pRecords, DWORD dwCount, bool bShowResolution);
 
     // Places the window under the item (screen coordinates), or above the cards when the strip lies at the bottom.
-    HRESULT setWndPos(const RECT* pItemRect, const Placement& placement);
+    [[nodiscard]] HRESULT setWndPos(const RECT* pItemRect, const Placement& placement);
 
     // The image id of a connector's picture, E_FAIL when the name contains none of the known words.
-    static HRESULT getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID);
+    [[nodiscard]] static HRESULT getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID);
 
  private:
     friend struct OutputPreviewSeam;

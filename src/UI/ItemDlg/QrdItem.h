@@ -18,24 +18,26 @@ class CQrdItem {
     // Loads images or measures text. After a failure the item is only good for destroyItem() and deletion.
     [[nodiscard]] virtual HRESULT initialize() = 0;
     // Releases the window, its layered windows and its images; the object is deleted next.
-    virtual HRESULT destroyItem() = 0;
+    [[nodiscard]] virtual HRESULT destroyItem() = 0;
     [[nodiscard]] virtual int width() const = 0;   // pixels
     [[nodiscard]] virtual int height() const = 0;  // pixels
     [[nodiscard]] virtual HWND windowHandle() const = 0;
     // Shows without activating, or hides with all companion windows.
-    virtual HRESULT showItem(bool bShow) = 0;
-    virtual HRESULT setItemText(const wchar_t* /*pszText*/) { return S_OK; }
+    [[nodiscard]] virtual HRESULT showItem(bool bShow) = 0;
+    [[nodiscard]] virtual HRESULT setItemText(const wchar_t* /*pszText*/) { return S_OK; }
     // How far the caption box sticks out beyond the item on each side, pixels.
     [[nodiscard]] virtual int descOverhang() const { return 0; }
     // Marks the item selected or not; the card calls it for every item at every press of its key.
-    virtual HRESULT switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool /*bSelected*/) { return S_OK; }
+    [[nodiscard]] virtual HRESULT switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool /*bSelected*/) {
+        return S_OK;
+    }
 
     // Where the cards stand; handed over before initialize(), and outlives the item.
     virtual void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // The owning card, which outlives the item.
-    HRESULT setBlackCardInfo(CBlackCard* pBlackCard);
+    [[nodiscard]] HRESULT setBlackCardInfo(CBlackCard* pBlackCard);
     // Tells the card that the item lost the focus to a window (null: to none).
-    HRESULT killFocus(HWND hNewWnd) const;
+    [[nodiscard]] HRESULT killFocus(HWND hNewWnd) const;
 
  protected:
     [[nodiscard]] const Placement& placement() const { return *m_pPlacement; }

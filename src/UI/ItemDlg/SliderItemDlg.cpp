@@ -98,7 +98,7 @@ void CQrdSliderCtrl::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
     Default();
     if (auto* item = dynamic_cast<CQrdItem*>(fromHandle(::GetParent(m_hWnd))); item != nullptr) {
-        item->killFocus(hNewWnd);
+        static_cast<void>(item->killFocus(hNewWnd));
     }
 }
 
@@ -207,7 +207,7 @@ LRESULT CSliderItemDlg::OnHScroll(WPARAM wParam, LPARAM /*lParam*/) {
     const WORD code = LOWORD(wParam);
     const bool bDragged = std::exchange(m_bDragged, code == TB_THUMBTRACK);
     if (code != TB_ENDTRACK && !(code == TB_THUMBPOSITION && bDragged)) {
-        updateBrightness();
+        static_cast<void>(updateBrightness());
     }
     return 0;
 }
@@ -241,5 +241,5 @@ void CSliderItemDlg::OnSetFocus(HWND /*hOldWnd*/) {
 void CSliderItemDlg::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
     Default();
-    killFocus(hNewWnd);
+    static_cast<void>(killFocus(hNewWnd));
 }

@@ -23,11 +23,11 @@ class CSliderItemDlg : public CItemWnd {
     ~CSliderItemDlg() override;
 
     [[nodiscard]] HRESULT initialize() override;
-    HRESULT destroyItem() override;
+    [[nodiscard]] HRESULT destroyItem() override;
     [[nodiscard]] int width() const override;
     [[nodiscard]] int height() const override;
     // Steps the level by one when the code is one of the function's two, except on the first press.
-    HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
+    [[nodiscard]] HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
 
  protected:
     bool OnInitDialog() override;
@@ -38,9 +38,9 @@ class CSliderItemDlg : public CItemWnd {
     LRESULT OnHScroll(WPARAM wParam, LPARAM lParam);
     void OnSetFocus(HWND hOldWnd);
     void OnKillFocus(HWND hNewWnd);
-    HRESULT _applyLevel(LONG lLevel);
-    HRESULT updateBrightness();
-    HRESULT updateStatus();
+    [[nodiscard]] HRESULT _applyLevel(LONG lLevel);
+    [[nodiscard]] HRESULT updateBrightness();
+    [[nodiscard]] HRESULT updateStatus();
 
     CQrdSliderCtrl m_slider;
     DWORD m_dwDecreaseCode;

@@ -398,7 +398,7 @@ TEST_F(BlackCard, ThatIsPutAwayWhileItsItemIsAskedForIsAtItsBeginning) {
         EXPECT_EQ(press(), S_OK);
         EXPECT_TRUE(largeShown());
         EXPECT_EQ(selected(), 1) << "a first press again";
-        m_card.hideLargeCardDlg();
+        EXPECT_EQ(m_card.hideLargeCardDlg(), S_OK);
     }
 }
 

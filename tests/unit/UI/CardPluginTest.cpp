@@ -231,8 +231,8 @@ class CardFaults : public CardPlugin, public testing::WithParamInterface<Fault> 
             failures += FAILED(card.notifyHotkey(kKey, FALSE)) ? 1 : 0;
             static_cast<void>(card.getImage());
         }
-        card.notifyHotkey(0, TRUE);
-        card.hideLargeCardDlg();
+        static_cast<void>(card.notifyHotkey(0, TRUE));
+        static_cast<void>(card.hideLargeCardDlg());
         support::pump();
         return failures;
     }
@@ -303,9 +303,9 @@ TEST_F(CardPlugin, NonsenseValuesAreHarmless) {
                           S_OK);
                 card.setCardRect({0, 0, 96, 112});
                 for (int i = 0; i < 3; ++i) {
-                    card.notifyHotkey(kKey, FALSE);
+                    static_cast<void>(card.notifyHotkey(kKey, FALSE));
                 }
-                card.notifyHotkey(0, TRUE);
+                static_cast<void>(card.notifyHotkey(0, TRUE));
             }
         }
         m_log.clear();

@@ -234,7 +234,7 @@ TEST_F(CircleItem, ClickWithoutACardIsHarmless) {
 }
 
 TEST_F(CircleItem, LostFocusIsReportedByTheSmallOneOnly) {
-    m_pItem->setBlackCardInfo(&addCard(L"Mute", {0x3B}));
+    EXPECT_EQ(m_pItem->setBlackCardInfo(&addCard(L"Mute", {0x3B})), S_OK);
     showStrip();
     m_room.setMouseOperating(true);
     CircleItemSeam::enlarged(*m_pItem) = true;
@@ -251,7 +251,7 @@ TEST_F(CircleItem, LostFocusWithoutACardIsLogged) {
 }
 
 TEST_F(CircleItem, NullCardIsAnAssertionAndIsStored) {
-    m_pItem->setBlackCardInfo(&addCard(L"Mute", {0x3B}));
+    EXPECT_EQ(m_pItem->setBlackCardInfo(&addCard(L"Mute", {0x3B})), S_OK);
     m_log.clear();
     EXPECT_EQ(m_pItem->setBlackCardInfo(nullptr), S_OK);
     EXPECT_EQ(errors(), std::vector<std::wstring>{L"[ERR] (CQrdItem::setBlackCardInfo): ASSERT( pBlackCardInfo )"});
@@ -350,14 +350,14 @@ TEST_F(ItemTest, CircleItemsLeakNothing) {
         ASSERT_EQ(item.initialize(), S_OK);
         ASSERT_TRUE(item.Create(nullptr));
         place(item.windowHandle(), kX, kY, 72, 72);
-        item.showItem(true);
+        EXPECT_EQ(item.showItem(true), S_OK);
         for (const bool selected : {true, false, true}) {
             paintNow(item.windowHandle());
-            item.switchItem(0, false, selected);
+            static_cast<void>(item.switchItem(0, false, selected));
         }
         paintNow(item.windowHandle());
-        item.showItem(false);
-        item.destroyItem();
+        EXPECT_EQ(item.showItem(false), S_OK);
+        EXPECT_EQ(item.destroyItem(), S_OK);
         support::pump();
         m_log.clear();
     });

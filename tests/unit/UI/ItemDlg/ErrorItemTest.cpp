@@ -127,7 +127,7 @@ TEST_F(ErrorItem, TextIsCentred) {
 }
 
 TEST_F(ErrorItem, LostFocusGoesToTheCard) {
-    make(kShort).setBlackCardInfo(&addCard(L"Mute", {0x3B}));
+    EXPECT_EQ(make(kShort).setBlackCardInfo(&addCard(L"Mute", {0x3B})), S_OK);
     showStrip();
     m_room.setMouseOperating(true);
     killFocus(item(), support::foreignWindow());

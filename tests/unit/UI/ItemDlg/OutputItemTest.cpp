@@ -255,7 +255,7 @@ TEST_F(OutputItem, ClickAppliesItAndEndsTheMouseOperation) {
     CBlackCard& card = addCard(L"Mute", {0x3B});
     ASSERT_EQ(card.showLargeCardDlg(), S_OK);
     make(kModeClone, 0);
-    m_pItem->setBlackCardInfo(&card);
+    EXPECT_EQ(m_pItem->setBlackCardInfo(&card), S_OK);
     BlackCardSeam::items(card).push_back(m_pItem.get());
     showStrip();
     mouse(item(), WM_LBUTTONDOWN, 30, 30);

@@ -90,7 +90,7 @@ TEST_F(SliderItem, SizesFollowRatioAndThumb) {
         RECT place = windowRect(slider);
         ::MapWindowPoints(nullptr, item.m_hWnd, reinterpret_cast<POINT*>(&place), 2);
         EXPECT_EQ(place, rect(0, 0, row.width, row.height));
-        item.destroyItem();
+        EXPECT_EQ(item.destroyItem(), S_OK);
     }
 }
 
@@ -178,24 +178,24 @@ TEST_F(SliderItem, OneKeyForBothDecreasesAsLongAsItCan) {
     CSliderItemDlg item(kOther, kOther, 10, 2);
     ASSERT_TRUE(item.Create(nullptr));
     BlackCardSeam::items(*m_pCard).push_back(&item);
-    item.setBlackCardInfo(m_pCard);
+    EXPECT_EQ(item.setBlackCardInfo(m_pCard), S_OK);
     EXPECT_EQ(item.switchItem(kOther, false, true), S_OK);
     EXPECT_EQ(SliderItemSeam::slider(item).GetPos(), 1);
     EXPECT_EQ(item.switchItem(kOther, false, true), S_OK);
     EXPECT_EQ(SliderItemSeam::slider(item).GetPos(), 2);
     BlackCardSeam::items(*m_pCard).pop_back();
-    item.destroyItem();
+    EXPECT_EQ(item.destroyItem(), S_OK);
 }
 
 TEST_F(SliderItem, StaysWhereItWasWhenTheCardFails) {
     CSliderItemDlg& item = open(10, 5);
     CBlackCard other(&m_room.strip(), m_room.placement());  // has no items, so the slider's query fails
-    item.setBlackCardInfo(&other);
+    EXPECT_EQ(item.setBlackCardInfo(&other), S_OK);
     EXPECT_EQ(item.switchItem(kIncrease, false, true), E_FAIL);
     EXPECT_EQ(position(), 5);
     EXPECT_TRUE(logged(L"[INF] (CSliderItemDlg::switchItem): Increase brightness level to 6."));
     EXPECT_TRUE(logged(L"[ERR] (CSliderItemDlg::switchItem): Error Code: 0x80004005"));
-    item.setBlackCardInfo(m_pCard);
+    EXPECT_EQ(item.setBlackCardInfo(m_pCard), S_OK);
 }
 
 TEST_F(SliderItem, LevelThatThePlugInRefusesIsNotTaken) {
@@ -245,7 +245,7 @@ TEST_F(SliderItem, WithoutACardNothingHappens) {
                                          L"[ERR] (CSliderItemDlg::switchItem): Error Code: 0x80004003",
                                          L"[ERR] (CSliderItemDlg::updateBrightness): Error Code: 0x80004003"}));
     EXPECT_EQ(SliderItemSeam::slider(item).GetPos(), 5);
-    item.destroyItem();
+    EXPECT_EQ(item.destroyItem(), S_OK);
 }
 
 TEST_F(SliderItem, DraggedSliderAppliesEveryLevelAndTellsIt) {
@@ -288,10 +288,10 @@ TEST_F(SliderItem, ArrowKeysOfTheControlMoveItToo) {
 TEST_F(SliderItem, DragThatTheCardCannotApplyIsLogged) {
     CSliderItemDlg& item = open(10, 5);
     CBlackCard other(&m_room.strip(), m_room.placement());
-    item.setBlackCardInfo(&other);
+    EXPECT_EQ(item.setBlackCardInfo(&other), S_OK);
     ::SendMessageW(item.m_hWnd, WM_HSCROLL, TB_THUMBTRACK, 0);
     EXPECT_TRUE(logged(L"[ERR] (CSliderItemDlg::updateBrightness): Error Code: 0x80004005"));
-    item.setBlackCardInfo(m_pCard);
+    EXPECT_EQ(item.setBlackCardInfo(m_pCard), S_OK);
 }
 
 TEST_F(SliderItem, LevelWithoutAnEnlargedCardIsAppliedAndLogged) {
@@ -361,7 +361,7 @@ TEST_F(SliderItem, LostFocusWithoutACardIsLogged) {
     const std::wstring line = L"[ERR] (CQrdItem::killFocus): Error Code: 0x80004003";
     EXPECT_EQ(errors(), (std::vector<std::wstring>{line, line}));
     EXPECT_TRUE(logged(L"[TRC] (CQrdSliderCtrl::OnKillFocus): ENTER CQrdSliderCtrl::OnKillFocus"));
-    item.destroyItem();
+    EXPECT_EQ(item.destroyItem(), S_OK);
 }
 
 TEST_F(SliderItem, DestroyedWithItsWindowItSaysSo) {
