@@ -36,9 +36,9 @@ const MessageMap& CLargeCardDlg::messageMap() const {
     return kMap;
 }
 
-// The picture's window first: without one the card stays an ordinary window, so that there is something to see.
+// In place of the base class's order: the picture's window comes first, and without one the card stays an ordinary
+// window, so that there is something to see.
 bool CLargeCardDlg::OnInitDialog() {
-    CPopupDlg::OnInitDialog();
     makePictures();
     if (SUCCEEDED(picture()->createWnd())) {
         makeSurface();
