@@ -1,5 +1,5 @@
-// What windows say to each other by number: the messages and timers that cross the parts of the program, and the window
-// classes by which other programs find it. docs/architecture.md has the same as a table, with senders and receivers.
+// The messages and timers that cross the modules of the program, and the window classes by which other programs find
+// it. docs/architecture.md has the same as a table, with senders and receivers.
 #pragma once
 
 #include <windows.h>
@@ -11,13 +11,13 @@ inline constexpr UINT kMsgHideStrip = WM_USER + 104;       // from other program
 
 // To the strip.
 inline constexpr UINT kMsgHotkey = WM_USER + 101;    // wParam code, lParam 0 make / 1 break
-inline constexpr UINT kMsgCardsFree = WM_APP + 1;    // from the strip itself: what waited for cards goes on
+inline constexpr UINT kMsgCardsFree = WM_APP + 1;    // from the strip itself: handle what waited for the cards
 inline constexpr UINT kMsgPrintScreen = WM_APP + 2;  // sent: hide before the picture is taken
 
 // Timers on the strip.
 inline constexpr UINT_PTR kTimerAutoHide = 1;     // apply the selections and hide
 inline constexpr UINT_PTR kTimerLaunchHide = 10;  // hide the strip that a second start showed
-inline constexpr UINT_PTR kTimerPanic = 20;       // a held output key; its period belongs to the functions
+inline constexpr UINT_PTR kTimerPanic = 20;       // a held output key; its period is defined by the functions
 inline constexpr UINT kLaunchHideDelayMs = 5000;
 
 // Timer on the hover strip; its period is the setting "MouseEnterIdle".

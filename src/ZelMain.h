@@ -1,4 +1,4 @@
-// The application object: start-up, shutdown, and the few services that the rest of the program reaches through theApp.
+// The application object: start-up, shutdown, and the few services that the rest of the program uses through theApp.
 #pragma once
 
 #include <atomic>
@@ -13,8 +13,8 @@ class CZelHideDlg;
 class CZelMainDlg;
 struct Placement;
 
-// All methods log their entry and exit at trace level and every failure exit; unless said otherwise they belong on the
-// user-interface thread.
+// All methods log their entry and exit at trace level and every failure exit; unless noted otherwise they must be
+// called on the user-interface thread.
 class CZelMainApp : public CWinApp {
  public:
     CZelMainApp();
@@ -24,23 +24,23 @@ class CZelMainApp : public CWinApp {
     [[nodiscard]] HMODULE getPngDll() const;
     // The image scale of the whole user interface; 1.0 (after a logged assertion) while there is no strip.
     [[nodiscard]] double getPngRatio() const;
-    // Where the cards stand; kUnplaced while there is no strip.
+    // The placement of the cards; kUnplaced while there is no strip.
     [[nodiscard]] const Placement& placement() const;
-    // Lays the hidden cards out again where their screen changed, or where the user went to another one. Nothing while
-    // cards are to be seen, or while the mouse rests on the hover strip: they come where it is.
+    // Lays out the hidden cards again if their screen changed, or if the user moved to another one. Does nothing while
+    // cards are visible, or while the mouse rests on the hover strip: the cards appear there.
     void renewPlacement();
-    // Whether the user is working the cards with the mouse. Logged at trace level.
+    // Whether the user is operating the cards with the mouse. Logged at trace level.
     [[nodiscard]] BOOL& mouseOperating();
 
     // Switches between the card strip and the hover strip. E_FAIL while either is missing.
     HRESULT showMainDlg(BOOL bShow, BOOL bCancelSticky);
-    // A second start while "ShowQrdAtLaunch" is set: shows the strip for five seconds, or hides it when it is there.
+    // A second start while "ShowQrdAtLaunch" is set: shows the strip for five seconds, or hides it if it is visible.
     HRESULT showMainDlgAlt();
-    // Puts the cards away and lays them out again; with bReinitialize they are built anew. S_FALSE: cards are in use,
-    // it will be done when they are not.
+    // Hides the cards and lays them out again; with bReinitialize they are rebuilt. S_FALSE: cards are in use; it will
+    // be done when they are free.
     HRESULT refreshCards(BOOL bReinitialize);
-    // The session ends, and the process with it: does what ExitInstance() does, at once, and closes the log. While a
-    // plug-in is at work its card cannot be taken away; the program ends as soon as it returns then.
+    // The session ends, and the process with it: does the same as ExitInstance(), at once, and closes the log. During a
+    // plug-in call its card cannot be destroyed; the program then ends as soon as the call returns.
     void endSession();
 
     // One hotkey event, called on any thread: wakes the display, ends a screen saver and posts kMsgHotkey to the strip.
@@ -56,7 +56,7 @@ class CZelMainApp : public CWinApp {
     void exceptionCaught() noexcept override;
 
  private:
-    friend struct ZelMainSeam;  // unit tests put single parts of the application in place through it
+    friend struct ZelMainSeam;  // unit tests access single parts of the application through it
 
     HRESULT _startServices();
     HRESULT _createStrips();
@@ -80,7 +80,7 @@ class CZelMainApp : public CWinApp {
     std::unique_ptr<CZelMainDlg> m_pZelMainDlg;
     std::unique_ptr<CSysMsgHandlerFrame> m_pFrame;
     std::unique_ptr<CZelHideDlg> m_pZelHideDlg;
-    // Addresses for messages posted from other threads; null while the window does not exist.
+    // Windows for messages posted from other threads; null while the window does not exist.
     std::atomic<HWND> m_hStripWnd = nullptr;
     std::atomic<HWND> m_hFrameWnd = nullptr;
 };

@@ -1,4 +1,4 @@
-// What the program is asked to do on its command line, whose form stands in OutputSetup.h.
+// The request on the program's command line, whose syntax is in OutputSetup.h.
 #pragma once
 
 #include <optional>
@@ -11,7 +11,7 @@ namespace setup {
 enum class Task {
     Output,  // set up one of the arrangements that need it
     Config,  // the displays and the saved favourites
-    Save,    // name and keep the present arrangement
+    Save,    // name and store the current arrangement
 };
 
 inline constexpr int kMaskBits = OUTPUT_SETUP_MASK_BITS;
@@ -24,7 +24,7 @@ struct Request {
     bool operator==(const Request&) const = default;
 };
 
-// The part of the command line after the program's name. Nothing for anything else than the three requests.
+// The part of the command line after the program's name. Nothing for anything but the three requests.
 [[nodiscard]] std::optional<Request> parseCommandLine(std::wstring_view commandLine);
 
 }  // namespace setup

@@ -18,7 +18,7 @@ class CConfigDlg : public CSetupDlg {
  private:
     LRESULT OnNotify(WPARAM wParam, LPARAM lParam);
     void onListKey(WORD key);
-    // The person has typed a new name; null when they gave up.
+    // The user has entered a new name; null if they cancelled.
     void rename(int row, const wchar_t* typed);
     void deleteSelected();
     void showFavourites();

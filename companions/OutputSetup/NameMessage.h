@@ -1,4 +1,4 @@
-// Names as people type them.
+// Names that users enter.
 #pragma once
 
 #include <windows.h>
@@ -9,10 +9,10 @@
 
 namespace setup {
 
-// What to tell about a name that cannot be given; 0 for a good one.
+// The message for an invalid name; 0 for a valid one.
 [[nodiscard]] UINT nameMessage(NameVerdict verdict);
 
-// The whole text of a control.
+// The complete text of a control.
 [[nodiscard]] std::wstring controlText(HWND control);
 
 }  // namespace setup

@@ -1,4 +1,4 @@
-// The window that sets the displays up in one of several arrangements.
+// The window that sets up the displays in one of several arrangements.
 #pragma once
 
 #include "CommandLine.h"
@@ -10,7 +10,7 @@ class COutputDlg : public CSetupDlg {
  public:
     COutputDlg(const Request& request, const Surroundings& surroundings);
 
-    // The number of a second start, sent to the window that is there already as (mask, mode).
+    // The number from a second start, sent to the existing window as (mask, mode).
     static constexpr UINT kRequestMessage = WM_USER + 110;
 
  protected:

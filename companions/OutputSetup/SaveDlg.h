@@ -1,4 +1,4 @@
-// The window that names the present arrangement and keeps it as a favourite.
+// The window that names the current arrangement and stores it as a favourite.
 #pragma once
 
 #include "SetupDlg.h"

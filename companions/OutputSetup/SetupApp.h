@@ -18,7 +18,7 @@ class CSetupApp : public CWinApp {
 
  protected:
     bool InitInstance() override;
-    // 1 when the program could not do what it was asked to.
+    // 1 if the program could not carry out the request.
     int ExitInstance() override;
     void exceptionCaught() noexcept override { m_bFailed = true; }
 

@@ -1,5 +1,5 @@
-// What the program's windows have in common: texts, icon, the list of displays, buttons, and the message that closes
-// them from outside.
+// Common to the program's windows: texts, icon, the list of displays, buttons, and the message that closes them from
+// outside.
 #pragma once
 
 #include <initializer_list>
@@ -25,7 +25,7 @@ struct Column {
 using Rows = std::vector<std::vector<std::wstring>>;
 
 void setColumns(HWND list, std::initializer_list<Column> columns);
-// Keeps the selection where it was, as far as there are still rows.
+// Keeps the selected position as long as enough rows remain.
 void setRows(HWND list, const Rows& rows);
 [[nodiscard]] int selectedRow(HWND list);  // -1: none
 void selectRow(HWND list, int row);
@@ -37,7 +37,7 @@ class CSetupDlg : public CDialog {
         : CDialog(templateId), m_pszClass(className), m_surroundings(surroundings) {}
 
     // Registers the window class that the template names, creates the window and shows it in front. False: the last
-    // system error says why.
+    // system error tells why.
     bool open();
 
     [[nodiscard]] const wchar_t* className() const { return m_pszClass; }
@@ -49,7 +49,7 @@ class CSetupDlg : public CDialog {
     void setTexts(std::initializer_list<ControlText> texts) const;
     [[nodiscard]] HWND control(int id) const { return ::GetDlgItem(m_hWnd, id); }
 
-    // The present displays, in the list with the standard columns.
+    // The current displays, in the list with the standard columns.
     void prepareDisplayList() const;
     virtual void showDisplays();
 

@@ -1,4 +1,4 @@
-// What the windows ask of the machine and of the person at it. Tests put their own answers in.
+// What the windows request from the machine and the user. Tests supply their own implementation.
 #pragma once
 
 #include <functional>
@@ -11,10 +11,10 @@ namespace setup {
 
 struct Surroundings {
     std::function<std::vector<Display>()> displays;
-    // Sets the displays up as one of the arrangements that topologyOf knows. A system error code.
+    // Sets up the displays as one of the arrangements that topologyOf knows. Returns a system error code.
     std::function<LONG(LONG arrangement)> apply;
-    // A message for the person, and a question that is answered by yes (true) or no. Both return when it is answered;
-    // the owner may be gone by then.
+    // A message for the user, and a question with the answers yes (true) and no. Both return when the user has
+    // answered; the owner may have been destroyed by then.
     std::function<void(HWND owner, const std::wstring& text)> tell;
     std::function<bool(HWND owner, const std::wstring& text)> ask;
 };

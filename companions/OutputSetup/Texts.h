@@ -7,16 +7,16 @@
 
 namespace setup {
 
-// A text of the string table; empty when there is none.
+// A text of the string table; empty if there is none.
 [[nodiscard]] std::wstring text(UINT id);
 
 // The same with its "%1" replaced.
 [[nodiscard]] std::wstring text(UINT id, const std::wstring& argument);
 
-// The system's own words for an error code, or the number where it has none.
+// The system's message for an error code, or the number if it has none.
 [[nodiscard]] std::wstring systemErrorText(DWORD error);
 
-// What people call an arrangement (FENWYN_MODE_...).
+// The displayed name of an arrangement (FENWYN_MODE_...).
 [[nodiscard]] std::wstring modeText(LONG mode);
 
 }  // namespace setup

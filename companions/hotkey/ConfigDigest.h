@@ -1,12 +1,12 @@
-// One number for everything that the watched configuration keys hold.
+// One number for the entire contents of the watched configuration keys.
 #pragma once
 
 #include <cstdint>
 
 namespace hotkey {
 
-// Differs, for all practical purposes, whenever a watched key or value came, went or changed. Throws std::bad_alloc
-// only. Thread: any.
+// Practically always differs if a watched key or value was added, removed or changed. Throws std::bad_alloc only.
+// Thread: any.
 [[nodiscard]] std::uint64_t digestConfiguration();
 
 }  // namespace hotkey

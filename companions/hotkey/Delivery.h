@@ -15,23 +15,23 @@
 
 namespace hotkey {
 
-// Everything that calls back runs on the one thread that executes run().
+// All callbacks run on the one thread that executes run().
 class CDelivery {
  public:
     struct Targets {
         ZelHotkeyCallback hotkey = nullptr;
         ZelConfigCallback config = nullptr;
-        // Before `config` hears of a change.
+        // Called before `config` is notified of a change.
         std::function<void()> configurationChanged;
     };
 
-    // `digest` is the configuration's as it was when the settings in force were read.
+    // `digest` is that of the configuration when the current settings were read.
     CDelivery(CNotificationQueue& queue, Targets targets, std::uint64_t digest);
 
-    // False when the system refused an event that is needed.
+    // False if the system refused a required event.
     [[nodiscard]] bool ready() const noexcept;
 
-    // Until requestStop(); delivers what is queued by then before it returns.
+    // Until requestStop(); before it returns, it delivers everything queued by then.
     void run() noexcept;
     // Thread: any.
     void requestStop() noexcept { ::SetEvent(m_hStop.get()); }
@@ -53,7 +53,7 @@ class CDelivery {
     common::UniqueHandle m_hEnd;  // may be missing: then nobody can end the program this way
     CRegistryWatch m_watch;
     CQuietPeriod m_quiet;
-    ULONGLONG m_nNextEnd = 0;  // when to look at m_hEnd again; 0 = it is waited for
+    ULONGLONG m_nNextEnd = 0;  // when to check m_hEnd again; 0 = it is waited for
     std::atomic<bool> m_bAbandoned{false};
 };
 

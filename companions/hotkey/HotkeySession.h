@@ -18,10 +18,10 @@ class CHotkeySession : public std::enable_shared_from_this<CHotkeySession> {
  public:
     CHotkeySession(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback);
 
-    // Once. On failure nothing goes on running. Throws std::bad_alloc.
+    // Once. After a failure nothing keeps running. Throws std::bad_alloc.
     [[nodiscard]] HRESULT start();
     void enable() noexcept { m_watcher.enable(); }
-    // HRESULT_FROM_WIN32(ERROR_TIMEOUT) when a thread still runs after a second.
+    // HRESULT_FROM_WIN32(ERROR_TIMEOUT) if a thread still runs after a second.
     [[nodiscard]] HRESULT stop() noexcept;
     // True on the thread that calls back.
     [[nodiscard]] bool isDelivering() const noexcept { return m_deliveryThread.isCurrent(); }

@@ -1,5 +1,5 @@
-// Decides what becomes of each key event: reported or not, swallowed or not. Knows nothing of the system, so that whole
-// histories of events can be played to it.
+// Decides for each key event whether it is reported and whether it is swallowed. Independent of the system, so that
+// tests can feed it whole histories of events.
 #pragma once
 
 #include <windows.h>
@@ -14,15 +14,15 @@ namespace hotkey {
 struct TrackerSettings {
     DWORD modifierKey = VK_RCONTROL;
     bool sticky = false;
-    keyboard::KeySet listed;  // slots that the function list names
+    keyboard::KeySet listed;  // slots in the function list
 };
 
 class INotificationSink {
  public:
     virtual ~INotificationSink() = default;
-    // False when there is no room: the press is then not reported, and no break must follow.
+    // False if there is no space: the press is then not reported, and no break may follow.
     [[nodiscard]] virtual bool make(DWORD code) noexcept = 0;
-    // Always has room for the break of a make that was taken.
+    // There is always space for the break of an accepted make.
     virtual void breakOf(DWORD code) noexcept = 0;
     virtual void latchChanged(bool bLatched) noexcept = 0;
 };
@@ -30,35 +30,35 @@ class INotificationSink {
 class IKeyPresser {
  public:
     virtual ~IKeyPresser() = default;
-    // Presses and releases a key, before the one that is being handled. The tracker is not told of it.
+    // Presses and releases a key, before the one that is being handled. The tracker does not see it.
     virtual void tap(DWORD virtualKey) noexcept = 0;
 };
 
 // Not thread-safe; lives on the hook's thread.
 class CKeyTracker {
  public:
-    // The longest hold of the modifier alone, in ms, that is a tap. Who holds it longer has looked at the cards.
+    // The longest hold of the modifier alone, in ms, that counts as a tap. A longer hold was for looking at the cards.
     static constexpr DWORD kLongestTap = 500;
 
     CKeyTracker(INotificationSink& sink, IKeyPresser& presser) noexcept : m_sink(sink), m_presser(presser) {}
 
     // Until then nothing is reported and nothing swallowed.
     void enable() noexcept { m_bEnabled = true; }
-    // A new modifier, or the end of stickiness while latched, reports the breaks of what is held.
+    // A new modifier, or the end of stickiness while latched, reports the breaks of all held keys.
     void setSettings(const TrackerSettings& settings) noexcept;
 
-    // True when the event must not reach any other program.
+    // True if the event must not reach any other program.
     [[nodiscard]] bool handle(const keyboard::KeyEvent& event) noexcept;
 
-    // To be called now and then while anythingDown(). `isDown` maps a virtual-key code to its state now; a key found up
-    // at two calls in a row lost its release. Swallowed keys and a withheld modifier are not asked about: the system
-    // never saw them.
+    // To be called at intervals while anythingDown(). `isDown` maps a virtual-key code to its current state; the
+    // release of a key that is up at two consecutive calls was lost. Swallowed keys and a withheld modifier are not
+    // checked, because the system never saw them.
     template <typename Predicate>
     void checkLostKeys(Predicate isDown) noexcept;
 
-    // Another program takes the latch back.
+    // Another program releases the latch.
     void cancelLatch() noexcept;
-    // Reports every break that is due and forgets what is down: the keyboard has gone elsewhere.
+    // Reports every outstanding break and forgets which keys are down: another desktop or session has the keyboard.
     void releaseAll() noexcept;
 
     [[nodiscard]] bool anythingDown() const noexcept { return m_bModifierDown || m_bActive || m_nDown != 0; }
@@ -68,8 +68,8 @@ class CKeyTracker {
     enum class State : unsigned char {
         Up,
         Alone,      // down, passes, not reported
-        Reported,   // down, passes, its break is due
-        Swallowed,  // down, hidden from others, its break is due
+        Reported,   // down, passes, its break is outstanding
+        Swallowed,  // down, hidden from others, its break is outstanding
         Muted       // down, hidden from others, its break has been reported
     };
     struct Key {
@@ -80,7 +80,7 @@ class CKeyTracker {
         unsigned order = 0;  // counts presses, so that breaks can follow in the order of the makes
     };
 
-    // True when the event must not reach any other program.
+    // True if the event must not reach any other program.
     [[nodiscard]] bool _modifier(const keyboard::KeyEvent& event) noexcept;
     void _modifierDown(DWORD time) noexcept;
     void _modifierUp() noexcept;
@@ -91,7 +91,7 @@ class CKeyTracker {
     void _deactivate() noexcept;
     void _setLatched(bool bLatched) noexcept;
     [[nodiscard]] std::size_t _oldestDue() const noexcept;
-    // True when `key` was missed twice in a row.
+    // True if `key` was missed twice in a row.
     static bool _missedTwice(bool& missing, bool isDown) noexcept;
 
     INotificationSink& m_sink;
@@ -106,7 +106,7 @@ class CKeyTracker {
     bool m_bEnabled = false;
     bool m_bModifierDown = false;
     bool m_bModifierMissing = false;
-    bool m_bActive = false;    // the modifier's make was reported, its break is due
+    bool m_bActive = false;    // the modifier's make was reported, its break is outstanding
     bool m_bLatched = false;   // active without being held
     bool m_bTapAlone = false;  // nothing else happened since the modifier went down
     bool m_bMasked = false;    // the system has been shown a key since then

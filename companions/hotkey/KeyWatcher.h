@@ -1,4 +1,4 @@
-// The hook's side of the hotkey library: feeds the tracker and keeps it true to the keyboard.
+// The hook's side of the hotkey library: feeds the tracker and keeps it consistent with the keyboard.
 #pragma once
 
 #include <windows.h>
@@ -36,7 +36,7 @@ class CKeyWatcher : public keyboard::IHookClient, private IKeyPresser {
     std::optional<TrackerSettings> m_pending;  // under m_lock
     CKeyTracker m_tracker;
     CLostKeyRhythm m_rhythm;
-    std::size_t m_nLastSlot = 0;  // of the key that was pressed last; 0: none
+    std::size_t m_nLastSlot = 0;  // of the last key that was pressed; 0: none
     CStickyWindow m_stickyWindow;
 };
 

@@ -1,4 +1,4 @@
-// When to look for keys whose release was not seen. No thread wakes up ten times a second because a key is held.
+// When to check for keys whose release was not seen. A held key must not wake a thread ten times a second.
 #pragma once
 
 #include <windows.h>
@@ -12,17 +12,17 @@ class CLostKeyRhythm {
     static constexpr DWORD kFirst = 100;  // ms
     static constexpr DWORD kLast = 1600;
 
-    // A key came; `bRepeat`: the one that came last, again. A repeat tells that the key is down, which is no reason to
-    // ask sooner.
+    // A key event; `bRepeat`: the last key again. A repeat shows that the key is down, so there is no reason to check
+    // sooner.
     void keyCame(bool bRepeat) noexcept {
         if (!bRepeat) {
             m_interval = kFirst;
         }
     }
-    // The keys were looked at; `bMissing`: one was found up that should be down, and the second look decides.
+    // The keys were checked; `bMissing`: one was up that should be down, and the second check decides.
     void looked(bool bMissing) noexcept { m_interval = bMissing ? kFirst : std::min(m_interval * 2, kLast); }
 
-    // ms until the next look.
+    // ms until the next check.
     [[nodiscard]] DWORD interval() const noexcept { return m_interval; }
 
  private:

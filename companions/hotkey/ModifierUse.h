@@ -1,4 +1,4 @@
-// What has to be done so that a key can be the modifier and yet keep its own meaning when it is only tapped.
+// How a key can be the modifier and still keep its usual function when it is only tapped.
 #pragma once
 
 #include <windows.h>
@@ -6,10 +6,10 @@
 namespace hotkey {
 
 enum class ModifierUse {
-    // It does nothing by itself: the system sees it as always.
+    // It has no effect of its own: the system sees it as always.
     Passes,
-    // It acts when it is released and nothing came between (a menu opens): the system sees it, and is shown a key that
-    // came between when the one that did was swallowed.
+    // It acts when it is released without another key in between (a menu opens): the system sees it, and is sent a key
+    // in between if the real one was swallowed.
     Masked,
     // It acts as soon as it is pressed or whenever it is released: the system sees it only after a tap.
     Withheld

@@ -1,4 +1,4 @@
-// Carries makes and breaks from the hook's thread to the delivery thread.
+// Passes makes and breaks from the hook's thread to the delivery thread.
 #pragma once
 
 #include <windows.h>
@@ -19,24 +19,24 @@ struct Notification {
     friend bool operator==(const Notification&, const Notification&) = default;
 };
 
-// A ring of fixed size: the hook's thread neither allocates nor waits for a slow callback. Thread-safe for one thread
-// that writes and one that reads.
+// A ring buffer of fixed size: the hook's thread neither allocates nor waits for a slow callback. Thread-safe for one
+// writing and one reading thread.
 class CNotificationQueue : public INotificationSink {
  public:
     static constexpr std::size_t kCapacity = 1024;
 
     CNotificationQueue() noexcept;
 
-    // False (nothing stored) unless there is room for this make, its break and the breaks of all makes before it.
+    // False (nothing stored) unless there is space for this make, its break and the breaks of all makes before it.
     [[nodiscard]] bool make(DWORD code) noexcept override;
     void breakOf(DWORD code) noexcept override;
     void latchChanged(bool bLatched) noexcept override;
 
     [[nodiscard]] std::optional<Notification> pop() noexcept;
-    // The latch as it is now, when that was not asked before.
+    // The current state of the latch, if it was not requested before.
     [[nodiscard]] std::optional<bool> takeLatchChange() noexcept;
 
-    // Auto-reset event: something was stored. Null when the system refused it.
+    // Auto-reset event: something was stored. Null if the system refused it.
     [[nodiscard]] HANDLE filledEvent() const noexcept { return m_hFilled.get(); }
 
  private:

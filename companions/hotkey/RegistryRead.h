@@ -1,4 +1,4 @@
-// Bounded reads from the registry: whatever is stored there, a read costs little and never fails loudly.
+// Bounded reads from the registry: whatever is stored there, a read is cheap and never throws.
 #pragma once
 
 #include <windows.h>
@@ -15,14 +15,14 @@ namespace hotkey {
 // Larger values are treated as unreadable.
 inline constexpr DWORD kMaxValueBytes = 1024 * 1024;
 
-// Null when the key does not exist or may not be read.
+// Null if the key does not exist or may not be read.
 [[nodiscard]] common::UniqueRegKey openKey(HKEY root, const wchar_t* path, REGSAM access = KEY_READ) noexcept;
 
-// The bytes of a value whatever its type; nothing when it is missing or too large.
+// The bytes of a value of any type; nothing if it is missing or too large.
 [[nodiscard]] std::optional<std::vector<BYTE>> readBytes(HKEY key, const wchar_t* name);
 // As NUL-terminated text: ends at the first stored NUL.
 [[nodiscard]] std::optional<std::wstring> readText(HKEY key, const wchar_t* name);
-// As little-endian 32-bit numbers; a rest below four bytes is dropped.
+// As little-endian 32-bit numbers; a remainder below four bytes is dropped.
 [[nodiscard]] std::optional<std::vector<DWORD>> readNumbers(HKEY key, const wchar_t* name);
 // The first number, or `fallback`.
 [[nodiscard]] DWORD readNumber(HKEY key, const wchar_t* name, DWORD fallback);

@@ -1,4 +1,4 @@
-// Notices that something happened to the watched configuration keys.
+// Detects changes of the watched configuration keys.
 #pragma once
 
 #include <windows.h>
@@ -9,15 +9,15 @@
 
 namespace hotkey {
 
-// Belongs to one thread: the system ends a watch with the thread that asked for it.
+// Belongs to one thread: the system ends a watch together with the thread that requested it.
 class CRegistryWatch {
  public:
     CRegistryWatch() noexcept;
 
-    // Watches everything anew. To be called at first and after each signal; what happened meanwhile may go unsignalled,
-    // so look at the keys only after it. Throws std::bad_alloc only.
+    // Starts all watches again. To be called at first and after each signal; changes before the call may not be
+    // signalled, so read the keys only after it. Throws std::bad_alloc only.
     void arm();
-    // Auto-reset event: look again. May be signalled for nothing. Null when the system refused it.
+    // Auto-reset event: check again. May be signalled without a change. Null if the system refused it.
     [[nodiscard]] HANDLE event() const noexcept { return m_hEvent.get(); }
 
  private:

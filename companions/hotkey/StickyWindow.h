@@ -1,4 +1,4 @@
-// The hidden window through which other programs take a latched modifier back.
+// The hidden window through which other programs release a latched modifier.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +18,7 @@ class CStickyWindow {
     CStickyWindow(const CStickyWindow&) = delete;
     CStickyWindow& operator=(const CStickyWindow&) = delete;
 
-    // Does nothing when it is open. Without the window only the cancel message is missed, so failure is not reported.
+    // Does nothing if it is open. Without the window only the cancel message is missed, so failure is not reported.
     void open() noexcept;
     void close() noexcept;
 

@@ -1,4 +1,4 @@
-// The keys whose changes are reported, and the keys above them, through which they come and go.
+// The keys whose changes are reported, and their parents, which show when they are created or deleted.
 #pragma once
 
 #include <windows.h>
@@ -10,12 +10,12 @@ namespace hotkey {
 struct WatchedKey {
     HKEY root;
     const wchar_t* path;
-    bool content;  // what it holds matters; else only which keys lie directly below it
-    bool tree;     // and so does everything below; that is a function list, of which one is in force
+    bool content;  // its values matter; otherwise only which keys are directly below it
+    bool tree;     // so does everything below it: a function list, of which one is in force
 };
 
-// A key that is missing cannot be watched, and the end of one that is deleted may go unnoticed, but its parent tells of
-// both: that is why every link of the chains is here, parents first.
+// A missing key cannot be watched, and the deletion of a key may go unnoticed, but its parent reports both. Therefore
+// every key of the chains is here, parents first.
 inline const WatchedKey kWatchedKeys[] = {
     {HKEY_LOCAL_MACHINE, FENWYN_REG_SOFTWARE, false, false}, {HKEY_LOCAL_MACHINE, FENWYN_REG_MAKER, false, false},
     {HKEY_LOCAL_MACHINE, FENWYN_REG_PRODUCT, false, false},  {HKEY_LOCAL_MACHINE, ZEL_REG_CONFIG, true, false},

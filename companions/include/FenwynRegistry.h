@@ -1,5 +1,5 @@
-/* The roots below which everything of the product stands in the registry, for C and C++: the program, its companions
- * and its plug-ins put their keys together from these. */
+/* The root keys of the product in the registry, for C and C++: the program, its companions and its plug-ins build their
+ * keys from these. */
 #ifndef FENWYN_REGISTRY_H
 #define FENWYN_REGISTRY_H
 
@@ -17,8 +17,8 @@
 #define FENWYN_REG_HOTKEY FENWYN_REG_PRODUCT L"\\HotKey"
 #define FENWYN_VALUE_FUNC_LIST L"FuncList"
 
-/* In FENWYN_REG_PRODUCT of the root whose function list is in force, REG_SZ: the folder of the program and of what
- * stands beside it. */
+/* In FENWYN_REG_PRODUCT of the root whose function list is in force, REG_SZ: the folder of the program and its
+ * companions. */
 #define FENWYN_VALUE_INSTALL_PATH L"InstallPath"
 
 /* The button utility's key, in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER. */

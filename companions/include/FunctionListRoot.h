@@ -14,9 +14,9 @@ namespace fenwyn {
     return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND;
 }
 
-// The root below which FENWYN_REG_HOTKEY is read, with everything in it, and the install path: HKEY_CURRENT_USER where
-// only the user has a list, so that nobody needs administrator rights to use the program; HKEY_LOCAL_MACHINE otherwise,
-// also when there is no list at all. Thread: any.
+// The root below which FENWYN_REG_HOTKEY and everything in it, and the install path, are read: HKEY_CURRENT_USER if
+// only the user has a list, so that the program needs no administrator rights; otherwise HKEY_LOCAL_MACHINE, even if
+// there is no list at all. Thread: any.
 [[nodiscard]] inline HKEY functionListRoot() noexcept {
     return !hasFunctionList(HKEY_LOCAL_MACHINE) && hasFunctionList(HKEY_CURRENT_USER) ? HKEY_CURRENT_USER
                                                                                       : HKEY_LOCAL_MACHINE;

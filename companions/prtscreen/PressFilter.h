@@ -1,4 +1,4 @@
-// Tells presses of one key from its repeats.
+// Distinguishes presses of one key from its repeats.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@ namespace prtscreen {
 
 class CPressFilter {
  public:
-    // True for a press. A release that was never seen costs no press once the key has been silent for long enough.
+    // True for a press. A missed release costs no press once the key has been silent for long enough.
     [[nodiscard]] bool isPress(bool bDown, DWORD time) noexcept {
         const bool bPress = bDown && (!m_bDown || time - m_nTime > keyboard::kRepeatGap);
         m_bDown = bDown;

@@ -1,4 +1,4 @@
-// Calls back when Print Screen is pressed, and holds the key back until that is done.
+// Calls back when Print Screen is pressed, and delays the key until the callback has returned.
 #pragma once
 
 #include <windows.h>
@@ -19,9 +19,9 @@ class CPrintScreenHook : public keyboard::IHookClient, public std::enable_shared
  public:
     explicit CPrintScreenHook(PrtHookCallback callback) noexcept;
 
-    // Once. On failure nothing goes on running. Throws std::bad_alloc.
+    // Once. After a failure nothing keeps running. Throws std::bad_alloc.
     [[nodiscard]] HRESULT start();
-    // False when a thread still runs after a second; it calls back no more.
+    // False if a thread still runs after a second; it makes no more callbacks.
     [[nodiscard]] bool stop() noexcept;
     [[nodiscard]] bool isCallingBack() const noexcept { return m_helper.isCurrent(); }
 

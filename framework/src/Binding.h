@@ -1,4 +1,4 @@
-// What ties a window to its object, and the list of all ties of a thread. Private to the framework.
+// The binding between a window and its object, and the list of all bindings of a thread. Private to the framework.
 #pragma once
 
 #include <memory>
@@ -7,7 +7,7 @@
 
 namespace framework {
 
-// One message being handled; they nest when a handler sends messages to its own window.
+// A message that is being handled; they nest when a handler sends messages to its own window.
 struct Dispatch {
     UINT message;
     WPARAM wParam;
@@ -15,16 +15,16 @@ struct Dispatch {
     const Dispatch* outer;
 };
 
-// Lives as long as the window does, even when the object is deleted by one of its own handlers.
+// Lives as long as the window, even if the object is deleted by one of its own handlers.
 struct Binding {
-    CWnd* object;  // null once the object is gone
+    CWnd* object;  // null once the object has been deleted
     WNDPROC superProcedure;
     bool ownsWindow;
-    bool destroying = false;  // the system is taking the window down already
+    bool destroying = false;  // the system is already destroying the window
     const Dispatch* current = nullptr;
 };
 
-// Marks a message as the one being handled, which is what CWnd::Default asks for.
+// Marks a message as the current one, to which CWnd::Default refers.
 class DispatchScope {
  public:
     DispatchScope(std::shared_ptr<Binding> binding, UINT message, WPARAM wParam, LPARAM lParam)
@@ -36,13 +36,13 @@ class DispatchScope {
     DispatchScope& operator=(const DispatchScope&) = delete;
 
  private:
-    const std::shared_ptr<Binding> m_pBinding;  // the handler may delete the object and end the window
+    const std::shared_ptr<Binding> m_pBinding;  // the handler may delete the object and destroy the window
     const Dispatch m_dispatch;
 };
 
-// The ties of the calling thread: windows belong to the thread that made them, and so do their objects.
+// The bindings of the calling thread: windows belong to the thread that created them, and so do their objects.
 [[nodiscard]] std::shared_ptr<Binding> findBinding(HWND window);
-void addBinding(HWND window, std::shared_ptr<Binding> binding);  // throws std::bad_alloc, and has no effect then
+void addBinding(HWND window, std::shared_ptr<Binding> binding);  // throws std::bad_alloc, and then has no effect
 void removeBinding(HWND window);
 
 }  // namespace framework

@@ -1,6 +1,6 @@
-// The contract of FenwynPlugin.h, function by function, as one checked table for C++: which exports a function's
-// plug-in must have, what GetDisplayItemInfo may say, and what the current item counts. The program makes its cards
-// from it, PluginCheck its verdict, the simulated notebook its plug-ins. Adding a function begins with a row here.
+// The contract of FenwynPlugin.h, function by function, as one checked table for C++: the exports that a function's
+// plug-in must have, the valid values of GetDisplayItemInfo, and what the current item counts. The program makes its
+// cards from it, PluginCheck its verdict, the simulated notebook its plug-ins. A new function begins with a row here.
 #ifndef FENWYN_FUNCTIONS_H
 #define FENWYN_FUNCTIONS_H
 
@@ -12,7 +12,7 @@
 
 namespace fenwyn {
 
-// The first value of GetDisplayItemInfo (and the second one, where it counts).
+// The first value of GetDisplayItemInfo (and the second one, where it matters).
 enum class InfoRule {
     Exact,     // must be `info`
     Mask,      // bits of `info`, at least one
@@ -35,7 +35,7 @@ enum class CurrentRule {
 inline constexpr std::size_t kMaxExports = 7;
 
 struct Function {
-    const wchar_t* name;  // as it stands in the function list, where letter case does not matter
+    const wchar_t* name;                           // as in the function list, where letter case does not matter
     std::array<const char*, kMaxExports> exports;  // the rest is null
     InfoRule infoRule;
     DWORD info;
@@ -57,7 +57,7 @@ struct Function {
     }
 };
 
-// Exports of most functions, and those without a state, which are never asked for it.
+// Exports of most functions, and of those without a state, which are never asked for it.
 #define FENWYN_EXPORTS_BASIC FENWYN_INITIALIZE, FENWYN_GET_DISPLAY_ITEM_INFO, FENWYN_FINALIZE
 #define FENWYN_EXPORTS_ACTION FENWYN_EXPORTS_BASIC, FENWYN_SELECT_ITEM
 #define FENWYN_EXPORTS_STATE FENWYN_EXPORTS_ACTION, FENWYN_GET_CURRENT_ITEM
@@ -90,7 +90,7 @@ inline constexpr Function kFunctions[] = {
 #undef FENWYN_EXPORTS_ACTION
 #undef FENWYN_EXPORTS_BASIC
 
-// Whether the names are the same, the case of the letters A to Z apart.
+// Whether the names are equal, ignoring the case of the letters A to Z.
 [[nodiscard]] constexpr bool equalNames(std::wstring_view left, std::wstring_view right) noexcept {
     constexpr auto folded = [](wchar_t c) {
         return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
@@ -106,7 +106,7 @@ inline constexpr Function kFunctions[] = {
     return true;
 }
 
-// Null when there is no function of that name.
+// Null if there is no function of that name.
 [[nodiscard]] constexpr const Function* findFunction(std::wstring_view name) noexcept {
     for (const Function& function : kFunctions) {
         if (equalNames(name, function.name)) {

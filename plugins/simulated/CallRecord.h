@@ -12,15 +12,15 @@ namespace sim {
 struct Call {
     std::wstring function;
     std::wstring exportName;
-    std::wstring arguments;  // in order, separated by a comma and a blank; out arguments as they were left
+    std::wstring arguments;  // in order, separated by a comma and a blank; out arguments with their final values
     LONG result = 0;
 };
 
-// Value "RecordFile" of the state key, else calls.txt in %LocalAppData%\KESTOVA\Simulated Notebook. Environment
+// Value "RecordFile" of the state key, otherwise calls.txt in %LocalAppData%\KESTOVA\Simulated Notebook. Environment
 // references are expanded.
 [[nodiscard]] std::wstring recordFilePath();
 
-// Any thread, any process. Creates the file and its folders. A record that cannot be written is lost quietly.
+// Any thread, any process. Creates the file and its folders. If a record cannot be written, it is lost silently.
 void recordCall(const Call& call);
 void appendCall(const std::wstring& file, const Call& call);
 

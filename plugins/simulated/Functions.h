@@ -1,5 +1,5 @@
-// The simulated notebook's functions: the table from which the sample settings and the notebook's window are made. Its
-// rows stand in Functions.inc; adding a function is adding one there.
+// The simulated notebook's functions: the table for the sample settings and the notebook's window. Its rows are in
+// Functions.inc; a new function needs only a new row there.
 #pragma once
 
 #include <windows.h>
@@ -16,13 +16,13 @@ enum class Kind {
     Toggle,     // two items, 0 = on, 1 = off
     Action,     // item 0 is counted, item 1 is "cancel"
     Positions,  // SelectItem names a position among the items that exist
-    Backlight,  // as Positions; the current item carries the timer's seconds in its high half
+    Backlight,  // like Positions; the current item contains the timer's seconds in its high half
     Drive,      // item values; the last one is "cancel"
-    Plans,      // item values with names of their own
-    Radios,     // offered states follow the radios that are on
+    Plans,      // item values with their own names
+    Radios,     // the offered states depend on the radios that are on
     Slider,     // a level, set by FocusItem
     Masks,      // two masks of arrangements
-    Favourites  // entries with modes, the user's among them
+    Favourites  // entries with modes, including the user's
 };
 
 struct Key {
@@ -54,7 +54,7 @@ inline constexpr Function kFunctions[] = {
 };
 #undef FUNCTION
 
-// Null when no row has that name. Exact match.
+// Null if no row has that name. Exact match.
 [[nodiscard]] constexpr const Function* findFunction(std::wstring_view name) noexcept {
     for (const Function& function : kFunctions) {
         if (name == function.name) {

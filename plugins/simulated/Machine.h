@@ -1,4 +1,4 @@
-// What the simulated machine does: one operation per question of the contract, for every kind of function. The plug-ins
+// The simulated machine's behaviour: one operation per query of the contract, for every kind of function. The plug-ins
 // wrap them into exports, the notebook's window shows their results.
 #pragma once
 
@@ -21,10 +21,10 @@ struct ItemInfo {
 // The current item as GetCurrentItem packs it.
 [[nodiscard]] LONG currentItem(const Function& function);
 
-// The user's choice as SelectItem gets it. False when the function has no such item; nothing changes then.
+// The user's choice as SelectItem gets it. False if the function has no such item; nothing changes then.
 [[nodiscard]] bool selectItem(const Function& function, LONG item);
 
-// Brightness: sets the level of the screen, or of both. -1 is no choice and a success; false beyond the levels.
+// Brightness: sets the level of the screen, or of both. -1 is no choice and a success; false for levels out of range.
 [[nodiscard]] bool focusItem(const Function& function, LONG level);
 [[nodiscard]] bool dualControl(const Function& function);
 

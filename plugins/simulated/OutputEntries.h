@@ -1,5 +1,5 @@
-// What the simulated display output offers: built-in arrangements, the user's favourites, and the two entries that open
-// the display-configuration program, in this order.
+// The entries of the simulated display output: built-in arrangements, the user's favourites, and the two entries that
+// open the display-configuration program, in this order.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace sim {
 struct OutputEntry {
     LONG mode = 0;
     ULONG flags = 0;    // FENWYN_ENTRY_...
-    std::wstring text;  // the favourite's name, or what the notebook's window calls the arrangement
+    std::wstring text;  // the favourite's name, or the name of the arrangement in the notebook's window
     std::vector<FenwynDisplayRecord> displays;
 };
 
@@ -21,7 +21,7 @@ struct OutputEntry {
 // Whether an entry is an arrangement of screens, which can be current.
 [[nodiscard]] bool isArrangement(const OutputEntry& entry);
 
-// The current entry: the stored one, or the built-in screen when that is no arrangement any more.
+// The current entry: the stored one, or the built-in screen if that is no longer an arrangement.
 [[nodiscard]] LONG currentOutputEntry(const std::vector<OutputEntry>& entries);
 
 }  // namespace sim

@@ -1,15 +1,15 @@
-// Where the program's settings stand in the registry: every key path and value name, once.
+// The program's settings in the registry: every key path and value name, once.
 #pragma once
 
 #include "companions/include/FenwynRegistry.h"
 
 namespace regpath {
 
-// The program's own key, and what is read from it directly.
+// The program's own key, and the value that is read from it directly.
 inline constexpr wchar_t kProgramKey[] = FENWYN_REG_PRODUCT;
 inline constexpr wchar_t kInstallPath[] = FENWYN_VALUE_INSTALL_PATH;
 
-// The card configuration; its value names stand in the table of Data/ZelConfig.cpp.
+// The card configuration; its value names are in the table of Data/ZelConfig.cpp.
 inline constexpr wchar_t kConfigKey[] = FENWYN_REG_CONFIG;
 
 // The hotkey function list: one subkey per function named in "FuncList".
@@ -19,7 +19,7 @@ inline constexpr wchar_t kCaption[] = L"Caption";
 inline constexpr wchar_t kCode[] = L"Code";
 inline constexpr wchar_t kFuncDll[] = L"FuncDll";
 
-// The button utility: what its buttons are, and what the user made of them.
+// The button utility: its buttons, and the user's settings for them.
 inline constexpr wchar_t kButtonsKey[] = FENWYN_REG_BUTTON_UTILITY L"\\Buttons";
 inline constexpr wchar_t kUserSettingKey[] = FENWYN_REG_BUTTON_UTILITY L"\\UserSetting";
 inline constexpr wchar_t kIsQrdControl[] = L"IsQRDControl";

@@ -24,24 +24,24 @@ class ConfigValue {
     std::atomic<DWORD> m_value{0};
 };
 
-// A new record holds the defaults. No value is range-checked; of a yes/no field every value but 0 means yes.
+// A new record contains the defaults. No value is range-checked; for a yes/no field every value but 0 means yes.
 struct QrdConfig {
     QrdConfig() noexcept;
 
-    // The user's own key, when there is one, overrides the machine's for these five and bMonitorOfActiveWindow.
-    ConfigValue bDisable;         // hotkey events are ignored, and the hover strip stays away
-    ConfigValue uPosition;        // 0: the strip lies at the top of the work area, else at its bottom
-    ConfigValue bEnableHover;     // a hover strip calls the cards up while they are hidden
-    ConfigValue uMouseEnterIdle;  // milliseconds the pointer rests on the hover strip before the cards come
+    // The user's own key, if it exists, overrides the machine's for these five and bMonitorOfActiveWindow.
+    ConfigValue bDisable;         // hotkey events are ignored, and the hover strip stays hidden
+    ConfigValue uPosition;        // 0: the strip is at the top of the work area, otherwise at its bottom
+    ConfigValue bEnableHover;     // a hover strip brings up the cards while they are hidden
+    ConfigValue uMouseEnterIdle;  // milliseconds the pointer rests on the hover strip before the cards appear
     ConfigValue bTopmost;         // the hover strip stays above other windows
 
     // Machine-wide only.
     ConfigValue bHideMainDlg;              // the strip itself stays hidden; large cards still show
     ConfigValue bIgnoreFnKey;              // the modifier alone shows nothing, and a latched Fn stays latched
-    ConfigValue bAutoHide;                 // the cards hide by themselves after uAutoHideDelayTime
+    ConfigValue bAutoHide;                 // the cards hide automatically after uAutoHideDelayTime
     ConfigValue uAutoHideDelayTime;        // milliseconds
-    ConfigValue bProgrammable;             // the button utility may give keys another meaning
-    ConfigValue bHideCaption;              // cards carry no caption
+    ConfigValue bProgrammable;             // the button utility may assign keys to other programs
+    ConfigValue bHideCaption;              // cards have no caption
     ConfigValue bShowQrdAtLaunch;          // cards show at start; a second start toggles them
     ConfigValue bAlwaysShowItemsCaption;   // every item shows its description, not only the chosen one
     ConfigValue uItemDescMaxWidth;         // widest item description, in pixels at image ratio 1
@@ -50,16 +50,16 @@ struct QrdConfig {
 
     ConfigValue bLoaded;  // 0 until a load has completed
 
-    // The user's own key, as above. Behind the flag, because everything before it keeps its place in the record.
-    ConfigValue bMonitorOfActiveWindow;  // the cards come on the monitor of the active window, not on the primary one
+    // The user's own key, as above. After the flag, because everything before it keeps its place in the record.
+    ConfigValue bMonitorOfActiveWindow;  // the cards appear on the monitor of the active window
 };
 
 class CZelConfig {
  public:
-    // The one record of the process; any thread. Loads it first, again at every call until a load has completed.
+    // The only record of the process; any thread. Loads it first, again at every call until a load has completed.
     static QrdConfig& getQrdConfig();
 
-    // Reads both keys into the record. A value that is missing or unreadable keeps what the record holds; a key that
-    // cannot be opened ends the load with its error and leaves bLoaded as it is. User-interface thread.
+    // Reads both keys into the record. A missing or unreadable value does not change the record; a key that cannot be
+    // opened ends the load with its error and leaves bLoaded unchanged. User-interface thread.
     static HRESULT _initQrdConfig(QrdConfig& config);
 };

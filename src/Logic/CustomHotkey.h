@@ -1,4 +1,4 @@
-// Hotkeys that the user gave to a program of their own in the button utility.
+// Hotkeys that the user assigned to other programs in the button utility.
 #pragma once
 
 #include <windows.h>
@@ -12,18 +12,18 @@
 // Owns one record per customised key. User-interface thread only.
 class CCustomHotkey {
  public:
-    // Rebuilds the list from the button utility's keys. E_FAIL, with the list as it was, when its buttons cannot be
+    // Rebuilds the list from the button utility's keys. E_FAIL, with an unchanged list, if its buttons cannot be
     // listed; a button with a missing key or value is skipped.
     HRESULT getCustomizedHotkeys();
 
     [[nodiscard]] bool isHotkeyCustomized(DWORD code) const;
 
-    // Starts the program of the first record with that code: 0 when it was started, the shell's error (1..32, which
-    // is no failure status) when not, E_FAIL when the code is not customised.
+    // Starts the program of the first record with that code: 0 if it was started, otherwise the shell's error (1..32,
+    // which is no failure status); E_FAIL if the code is not customised.
     HRESULT handleHotkey(DWORD code);
 
-    // Appends a record for that code from the button's key below UserSetting; S_OK without a record when one of its
-    // two texts is missing, E_POINTER without memory.
+    // Appends a record for that code from the button's key below UserSetting; S_OK without a record if one of its two
+    // texts is missing, E_POINTER without memory.
     HRESULT readCustomHotkeyInfo(DWORD code, const storage::Storage& userSetting);
 
  private:

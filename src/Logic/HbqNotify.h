@@ -1,4 +1,4 @@
-// The button utility's announcement that customised keys have changed.
+// The button utility's notification that customised keys have changed.
 #pragma once
 
 #include <windows.h>

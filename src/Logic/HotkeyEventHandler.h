@@ -1,15 +1,15 @@
-// The hotkey library and its companion: their start and stop, and the callbacks through which key events and changes of
-// the configuration arrive.
+// The hotkey library and its companion: their start and stop, and the callbacks for key events and changes of the
+// configuration.
 #pragma once
 
 #include <windows.h>
 
 class CHotkeyEventHandler {
  public:
-    // Binds "ZelMain.dll" and starts its event loop. E_FAIL when the library, an export or a call fails. A library that
-    // was bound is never unloaded.
+    // Binds "ZelMain.dll" and starts its event loop. E_FAIL if the library, an export or a call fails. A bound library
+    // is never unloaded.
     [[nodiscard]] static HRESULT startHotkeyEventLoop();
-    // Ends the event loop when the library was bound, also when it could not be started. No callback comes after this.
+    // Ends the event loop if the library was bound, even if it could not be started. No callback comes after this.
     static void stopHotkeyEventLoop();
     // Cancels a pending hotkey query through "ZelEvnt.dll".
     static void cancelHotkeyIOEvent();
@@ -17,7 +17,7 @@ class CHotkeyEventHandler {
  private:
     friend struct HotkeyEventSeam;
 
-    // Called by the hotkey library on a thread of its own. They post messages and touch no window.
+    // Called by the hotkey library on its own thread. They post messages and use no window.
     static void WINAPI _hotkeyNotify(DWORD code, DWORD modifier) noexcept;
     static void WINAPI _changeConfigNotify(DWORD code) noexcept;
 };

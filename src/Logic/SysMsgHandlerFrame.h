@@ -1,12 +1,12 @@
-// The hidden frame: it turns broadcasts of the system and control messages of other programs into the application's few
-// actions. It keeps no state besides its window.
+// The hidden frame: it translates broadcasts of the system and control messages of other programs into the
+// application's few actions. It has no state besides its window.
 #pragma once
 
 #include "framework/FrameWnd.h"
 
 class CSysMsgHandlerFrame : public CFrameWnd {
  public:
-    // Registers for the notifications of its own logon session once the window is there.
+    // Registers for the notifications of its own logon session once the window exists.
     bool Create(const wchar_t* className, const wchar_t* title, DWORD style, const RECT& place = kDefaultRect,
                 HWND parent = nullptr) override;
     bool DestroyWindow() override;

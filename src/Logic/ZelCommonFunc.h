@@ -1,4 +1,4 @@
-// Small things that the windows and functions share.
+// Helpers shared by the windows and functions.
 #pragma once
 
 #include <limits>
@@ -8,7 +8,7 @@
 
 class CWnd;
 
-// Toward zero, as all scaled sizes are. What no int can hold becomes the nearest one; not-a-number becomes 0.
+// Toward zero, like all scaled sizes. A value out of range becomes the nearest int; not-a-number becomes 0.
 [[nodiscard]] constexpr int truncToInt(double value) noexcept {
     if (value != value) {
         return 0;
@@ -22,10 +22,10 @@ class CWnd;
     return static_cast<int>(value);
 }
 
-// Dots per inch that all sizes in pixels are given for.
+// The resolution, in dots per inch, of all sizes given in pixels.
 inline constexpr int kNormalDpi = 96;
 
-// value * numerator / denominator, rounded half away from zero, as MulDiv does; -1 on overflow or division by zero.
+// value * numerator / denominator, rounded half away from zero, like MulDiv; -1 on overflow or division by zero.
 [[nodiscard]] constexpr int mulDiv(int value, int numerator, int denominator) noexcept {
     if (denominator == 0) {
         return -1;
@@ -43,19 +43,19 @@ inline constexpr int kNormalDpi = 96;
     return truncToInt(mulDiv(height, kNormalDpi, verticalDpi) * ratio);
 }
 
-// The GDI+ font that belongs to the window's own font, as large as the card images make it. E_POINTER: no window or
-// no font object; `outFont` stays untouched then. Whether the font is usable says its GetLastStatus().
+// The GDI+ font that matches the window's own font, scaled by the image ratio. E_POINTER: no window or no font object;
+// `outFont` is unchanged then. The font's GetLastStatus() tells whether it is usable.
 [[nodiscard]] HRESULT getNormalDPIWndFont(const CWnd* pWindow, Gdiplus::Graphics& graphics,
                                           std::unique_ptr<Gdiplus::Font>& outFont);
 
-// The desktop without the task bar, in screen pixels. E_FAIL, unlogged: untouched.
+// The desktop without the task bar, in screen pixels. E_FAIL, unlogged: unchanged.
 [[nodiscard]] HRESULT getWorkArea(RECT& outRect) noexcept;
 
-// Whether a window is one of this process. False for null and for one that is gone.
+// Whether a window belongs to this process. False for null and for a destroyed window.
 [[nodiscard]] bool isOwnWindow(HWND hWnd) noexcept;
 
-// Whether a WM_SYSCOMMAND asks for a service of the system (screen saver, power of the display) and not for something
-// that would be done to the window.
+// Whether a WM_SYSCOMMAND requests a service of the system (screen saver, power of the display) rather than an action
+// on the window.
 [[nodiscard]] constexpr bool isForTheSystem(WPARAM wCommand) noexcept {
     const WPARAM command = wCommand & 0xFFF0U;  // the system uses the lowest four bits itself
     return command == SC_SCREENSAVE || command == SC_MONITORPOWER;

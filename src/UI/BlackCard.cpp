@@ -42,7 +42,7 @@ HRESULT CBlackCard::_initialize(const wchar_t* pszName, std::vector<DWORD> vecCo
     if (m_pFunx == nullptr) {
         return E_POINTER;
     }
-    // A plug-in that did not come up has logged why; its function counts as not supported.
+    // A plug-in that failed to initialise has logged why; its function counts as not supported.
     static_cast<void>(m_pFunx->initHotkeyDll(pszFuncDll));
     return m_pFunx->isFuncSupported() ? _loadImage() : E_FAIL;
 }
@@ -96,7 +96,7 @@ HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
     Gdiplus::RectF caption = toRectF(m_parts.caption);
     caption.Inflate(-static_cast<float>(m_placement.ratio * kCaptionMargin), 0.0F);
     m_captionText.draw(graphics, caption, getCaption().c_str(), *font, &captionFormat, 0.0, kWhite, kWhite);
-    // The outline sticks out of the letters: neighbours' descriptions stay apart.
+    // The outline extends beyond the letters: this keeps neighbours' descriptions apart.
     Gdiplus::RectF desc = toRectF(m_parts.desc);
     desc.Inflate(-static_cast<float>(kOutlineWidth), 0.0F);
     m_descText.draw(graphics, desc, getDesc().c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
@@ -139,7 +139,7 @@ HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
     LONG item = m_nSelItem;
     RETURN_IF_FAILED(m_pFunx->getDefaultSelectItem(item));
     if (hides != m_uHides) {
-        return S_FALSE;  // put away meanwhile: nothing is selected that nobody sees
+        return S_FALSE;  // hidden meanwhile: nothing is selected that nobody sees
     }
     if (!indexInContainer(item, m_vecItems)) {
         const LONG substitute = m_pFunx->getSubstituteItem();
@@ -148,7 +148,7 @@ HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
         }
         item = substitute;
     }
-    // With no item selected, letting go of the modifier only puts the card away.
+    // If no item is selected, releasing the modifier only hides the card.
     m_nSelItem = indexInContainer(item, m_vecItems) ? static_cast<int>(item) : -1;
     RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
     m_bFirstTime = false;
@@ -223,9 +223,9 @@ HRESULT CBlackCard::showLargeCardDlg() {
     RETURN_IF_FAILED(createLargeCardDlg());
     const HRESULT status = createItemDlgs();
     if (FAILED(status)) {
-        LOG_STATUS(E_FAIL);  // the enlarged card tells the state even when there is nothing to choose
+        LOG_STATUS(E_FAIL);  // the enlarged card shows the state even if there is nothing to choose
     }
-    // A plug-in that is asked may let an order to hide arrive: that holds.
+    // During a query, the plug-in may dispatch an order to hide, which takes effect.
     if (hides == m_uHides) {
         // With the mouse the card takes the focus, so that it notices when another program gets it. With keys the focus
         // stays with the program that the user works in.
@@ -244,7 +244,7 @@ HRESULT CBlackCard::hideLargeCardDlg() {
     m_nSelItem = -1;
     m_bFirstTime = true;
     if (m_pLargeCardDlg == nullptr) {
-        // Most cards of most sequences: told, but not as an error.
+        // The normal case for most cards: reported by the status, but not logged as an error.
         LOG_TRACE(L"Error Code: 0x%x", static_cast<unsigned>(E_POINTER));
         return E_POINTER;
     }
@@ -338,7 +338,7 @@ HRESULT CBlackCard::_buildItems() {
 
 void CBlackCard::clearItems() {
     for (CQrdItem*& item : m_vecItems) {
-        // The slot is emptied first: a window that is being destroyed may still ask its card for it.
+        // The entry is emptied first: a window may still ask its card for it while it is being destroyed.
         const std::unique_ptr<CQrdItem> doomed(std::exchange(item, nullptr));
         if (doomed != nullptr) {
             static_cast<void>(doomed->destroyItem());
@@ -386,7 +386,7 @@ HRESULT CBlackCard::updateStatus(const std::wstring& strText) {
 }
 
 void CBlackCard::onFocusLost(HWND hNewWnd) {
-    // The focus may wander between the program's own windows.
+    // The focus may move between the program's own windows.
     if (theApp.mouseOperating() && !isOwnWindow(hNewWnd)) {
         static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     }

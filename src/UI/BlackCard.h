@@ -1,5 +1,5 @@
 // One card of the strip: it binds a hotkey function to a rectangle of the strip and owns the enlarged card and the row
-// of items that are shown while the user holds the function's key. All calls belong on the user-interface thread.
+// of items that are shown while the user holds the function's key. All calls must be made on the user-interface thread.
 #pragma once
 
 #include <memory>
@@ -17,14 +17,14 @@ class CWnd;
 
 class CBlackCard {
  public:
-    // The strip's window, whose client area is the origin of the card's rectangle, and where the cards stand; both
+    // The strip's window, whose client area is the origin of the card's rectangle, and the placement of the cards; both
     // outlive the card.
     CBlackCard(CWnd* pParentWnd, const Placement& placement);
     ~CBlackCard();
     CBlackCard(const CBlackCard&) = delete;
     CBlackCard& operator=(const CBlackCard&) = delete;
 
-    // Makes the function, loads its plug-in and the card's picture. After a failure nothing is left loaded.
+    // Creates the function, loads its plug-in and the card's picture. After a failure nothing stays loaded.
     [[nodiscard]] HRESULT initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
                                      const wchar_t* pszFuncDll);
     // Ends the function and destroys all windows of the card.
@@ -36,39 +36,38 @@ class CBlackCard {
 
     // Draws caption and description while the strip is composed.
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics);
-    // The picture for the function's present state; owned by the card. Asks the plug-in.
+    // The picture for the function's current state; owned by the card. Asks the plug-in.
     [[nodiscard]] Gdiplus::Image* getImage();
-    // The picture as getImage() left it.
+    // The picture of the last getImage().
     [[nodiscard]] Gdiplus::Image* image() const { return m_pImage.get(); }
     [[nodiscard]] std::wstring getCaption() const;
     [[nodiscard]] std::wstring getDesc() const;
 
-    // One key event: code 0 is the modifier. S_FALSE: the card takes no part in it. bHeld: no later event has arrived,
-    // so that a key that was pressed may count as held.
+    // One key event: code 0 is the modifier. S_FALSE: the card is not concerned. bHeld: no later event has arrived, so
+    // that a pressed key may count as held.
     [[nodiscard]] HRESULT notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld = true);
-    // Whether the card's function answers to the key; false (logged) without a function.
+    // Whether the code belongs to the card's function; false (logged) without a function.
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
     // Whether an item is selected, that is, whether the enlarged card is in use.
     [[nodiscard]] bool hasValidSelection() const;
     // Applies the selected item.
     [[nodiscard]] HRESULT executeSelection() { return executeFunx(m_nSelItem, -1, true); }
 
-    // Shows the enlarged card and its items, unless an order to hide them arrives in the message loop of a plug-in that
-    // is asked meanwhile.
+    // Shows the enlarged card and its items, unless the message loop of a plug-in dispatches an order to hide them.
     [[nodiscard]] HRESULT showLargeCardDlg();
     [[nodiscard]] HRESULT hideLargeCardDlg();
 
-    // Applies an item by its index; a negative index only hides the strip when the enlarged card is up.
+    // Applies an item by its index; a negative index only hides the strip if the enlarged card is shown.
     [[nodiscard]] HRESULT executeFunx(int nItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus = nullptr);
-    // The same by its object: what an item window calls when the user chose it. The function's own answer goes to
-    // *pFunctionStatus: the card's status does not tell that the function refused. It is untouched when the function
-    // was not asked.
+    // The same for an item object: called by an item window when the user chose it. *pFunctionStatus receives the
+    // function's own status, because the card's status does not tell whether the function refused. It is unchanged if
+    // the function was not asked.
     [[nodiscard]] HRESULT selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAfter,
                                      HRESULT* pFunctionStatus = nullptr);
-    // Writes the text of the enlarged card and repaints it. E_POINTER while there is no enlarged card.
+    // Sets the text of the enlarged card and repaints it. E_POINTER while there is no enlarged card.
     [[nodiscard]] HRESULT updateStatus(const std::wstring& strText);
 
-    // The focus went from one of the card's windows to another window (null: to none).
+    // The focus moved from one of the card's windows to another window (null: to none).
     static void onFocusLost(HWND hNewWnd);
 
  private:
@@ -100,5 +99,5 @@ class CBlackCard {
     std::vector<CQrdItem*> m_vecItems;  // owned; the functions fill and clean it
     bool m_bFirstTime = true;           // the next press of the card's key is the first of a sequence
     int m_nSelItem = -1;
-    unsigned m_uHides = 0;  // how often the enlarged card was hidden: what lasts longer sees whether it was meanwhile
+    unsigned m_uHides = 0;  // how often the enlarged card was hidden, so that long operations notice it
 };

@@ -1,5 +1,5 @@
-// WM_PAINT through an off-screen bitmap: nothing flickers, and small text is smoothed, which not every system does when
-// text is drawn straight onto a window.
+// WM_PAINT through an off-screen bitmap: nothing flickers, and small text is smoothed, which some systems do not do
+// when text is drawn directly onto a window.
 #pragma once
 
 #include "common/FrameBitmap.h"
@@ -7,7 +7,7 @@
 
 class BufferedPaint {
  public:
-    // Covers the client area. Draw onto get() or pixels(); the end of the scope shows it.
+    // Covers the client area. Draw onto get() or pixels(); the end of the scope shows the result.
     BufferedPaint(HWND hWnd, const RECT& client)
         : m_paint(hWnd),
           m_width(client.right - client.left),

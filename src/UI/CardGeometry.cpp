@@ -14,12 +14,12 @@ constexpr int trunc(double value) {
     return truncToInt(value);
 }
 
-// For what is wrapped afterwards. Items without a width make not-a-number here.
+// For values that may wrap around. Items with zero width yield not-a-number here.
 constexpr std::int64_t truncWide(double value) {
     return value == value ? static_cast<std::int64_t>(value) : 0;
 }
 
-// 32-bit arithmetic that wraps, as the positions were always computed.
+// 32-bit arithmetic that wraps; the positions have always been computed like this.
 constexpr int wrapped(std::int64_t value) {
     return static_cast<int>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));
 }
@@ -81,7 +81,7 @@ Card cardParts(const RECT& card, double ratio, bool bottom) {
         parts.image = {card.left, card.bottom - height, card.right, card.bottom};
         parts.desc = {card.left, card.top, card.right, parts.image.top - gap};
     } else {
-        // The bottom edge is the height itself: cards stand at the strip's top edge, where both agree.
+        // The bottom edge equals the height: this is correct because cards are at the strip's top edge.
         parts.image = {card.left, card.top, card.right, height};
         parts.desc = {card.left, height + gap, card.right, card.bottom};
     }

@@ -1,5 +1,5 @@
-// Where things go on the screen: pure functions of the work area, the number of cards and the image ratio. All lengths
-// are pixels; every product with the ratio is truncated toward zero.
+// The layout: pure functions of the work area, the number of cards and the image ratio. All lengths are pixels; every
+// product with the ratio is truncated toward zero.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ inline constexpr int kPictureRows = 65;       // rows of a card picture
 inline constexpr int kPictureBand = 59;       // rows of it that are shown: trunc(96 * 0.615), kept as a fixed number
 inline constexpr int kHoverStripHeight = 4;   // not scaled
 
-// The narrowest of: the card's share of the work area, the screen's scale, 1.25. cardCount > 0.
+// The smallest of: the card's share of the work area, the screen's scale, 1.25. cardCount > 0.
 struct Ratio {
     double cardWidth;  // the card's share of the work area
     double ratio;
@@ -38,7 +38,7 @@ struct Strip {
 [[nodiscard]] Strip hoverStrip(const RECT& workArea, int cardCount, double ratio, bool bottom);
 // The part of a strip that one card covers, in the strip's client coordinates.
 [[nodiscard]] RECT cardRect(const Strip& strip, int index);
-// The part of the strip's client area beside the band of pictures: it lets the mouse through.
+// The part of the strip's client area outside the band of pictures: it lets the mouse through.
 [[nodiscard]] RECT throughArea(const RECT& client, double ratio, bool bottom);
 
 // The rectangles within one card, in the coordinates of the card's own rectangle.
@@ -49,7 +49,7 @@ struct Card {
 };
 [[nodiscard]] Card cardParts(const RECT& card, double ratio, bool bottom);
 
-// The enlarged card over its card, whose corners are given in screen coordinates.
+// The enlarged card over its card, whose corners are in screen coordinates.
 [[nodiscard]] RECT largeCard(const RECT& cardOnScreen, double ratio, bool bottom);
 
 // The texts on the enlarged card, in its client coordinates.
@@ -72,10 +72,10 @@ struct ItemRow {
     // The left edge of an item, counted from 0.
     [[nodiscard]] int left(int item) const;
 };
-// overhang: what a caption box sticks out on each side. Where the centred row has no place, it begins twice the
+// overhang: how far a caption box sticks out on each side. If the centred row does not fit, it begins twice the
 // overhang from the left edge of the work area, or it ends one gap short of the right edge, whatever the overhang is;
-// that is what the formula gives, within the pixel that truncation takes. An overhang that wrapped around stays
-// harmless: the position is computed in 32-bit arithmetic that wraps.
+// this is the result of the formula, within the pixel lost to truncation. An overhang that wrapped around is harmless,
+// because the position is computed in 32-bit arithmetic that wraps.
 [[nodiscard]] ItemRow itemRow(const RECT& largeCard, const RECT& workArea, int itemWidth, int itemCount, int overhang,
                               double ratio);
 

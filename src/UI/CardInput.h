@@ -1,12 +1,12 @@
-// The one rule for what a person does to cards, items and the slider while a plug-in is at work.
+// The rule for user input to cards, items and the slider during a plug-in call.
 #pragma once
 
 #include "UI/CardsInUse.h"
 
-// Whether a message is left undone while cards are in use. The mouse and the keys of the slider are ignored: nobody
-// waits for the late effect of a click. Timers come again. What ends something (a button that is let go, a mouse that
-// leaves, the end of a drag) goes through, and so does everything that is not a person's: no plug-in is entered for it.
-// Keys of the functions wait instead; the strip keeps them.
+// Whether a message is ignored while cards are in use. The mouse and the keys of the slider are ignored, because nobody
+// expects a late effect of a click. Timers fire again. Messages that end something (a released button, a leaving mouse,
+// the end of a drag) pass, and so do all messages that are not user input: they enter no plug-in. The functions' keys
+// wait instead; the strip keeps them.
 [[nodiscard]] constexpr bool undoneWhileInUse(UINT nMessage, WPARAM wParam) noexcept {
     switch (nMessage) {
         case WM_MOUSEMOVE:
@@ -26,7 +26,7 @@
     }
 }
 
-// A window that a person works with. The rule stands before its handlers, so that none of them has to know it.
+// A window that receives user input. The rule is applied before its handlers, so that none of them has to know it.
 template <typename Window>
 class CCardInput : public Window {
  public:

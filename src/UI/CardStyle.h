@@ -1,4 +1,4 @@
-// What all card windows share in look and place.
+// Look and layout constants shared by all card windows.
 #pragma once
 
 #include "common/GdiPlus.h"
@@ -25,7 +25,7 @@ class CentredFormat : public Gdiplus::StringFormat {
     }
 };
 
-// Centred, and cut with an ellipsis where the text does not fit.
+// Centred, and cut with an ellipsis if the text does not fit.
 class DescFormat : public CentredFormat {
  public:
     explicit DescFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) : CentredFormat(line) {

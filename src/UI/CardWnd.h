@@ -1,6 +1,6 @@
 // A card window is a pair. The dialog is the mouse surface: practically invisible (layered, with an alpha of 1), it
-// only takes the mouse. What the user sees are its pictures, layered windows above it that let the mouse through. What
-// happens to one of the pair and concerns the other stands here. User-interface thread only.
+// only takes the mouse. What the user sees are its pictures, layered windows above it that let the mouse through. This
+// class handles every event of one of the pair that concerns the other. User-interface thread only.
 #pragma once
 
 #include <memory>
@@ -12,8 +12,8 @@
 
 class CCardWnd : public CCardInput<CPopupDlg> {
  public:
-    // A window that is still there goes, with its pictures first. Owners call DestroyWindow() before: what derived
-    // classes undo in it is not undone here any more.
+    // Destroys an existing window, its pictures first. Owners call DestroyWindow() before, because the overrides of
+    // derived classes no longer run here.
     ~CCardWnd() override;
 
     // Destroys the pictures, then the window.
@@ -29,43 +29,43 @@ class CCardWnd : public CCardInput<CPopupDlg> {
         AllButColourKey,
         VisiblePixels,  // all but the colour key as well; the window is its own picture
     };
-    // How the pair is made.
+    // The properties of the pair.
     struct Pair {
         UINT uTemplateId;
         Takes takes;
-        DWORD exStyle;  // of the surface, beside WS_EX_LAYERED
+        DWORD exStyle;  // of the surface, in addition to WS_EX_LAYERED
         std::size_t pictures;
     };
 
-    // pTextPainter writes on the pictures; null: nobody does.
+    // pTextPainter draws text on the pictures; null: no text.
     explicit CCardWnd(const Pair& pair, IDrawTextOnLayeredWnd* pTextPainter = nullptr);
 
-    // Makes the surface and the pictures. A picture has no window before it is painted or asked for one.
+    // Creates the surface and the pictures. A picture has no window before it is painted or asked for one.
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;
     void makeSurface() const;
     void makePictures();
     void dropPictures() { m_vecPictures.clear(); }
 
-    // Null while there is none: before the window is made, after its end, and between dropping and making.
+    // Null while there is none: before the window is created, after its end, and between dropping and making.
     [[nodiscard]] CLayeredWnd* picture(std::size_t uIndex = 0) const;
     void hidePictures() const;
     // One image as the first picture. S_FALSE while the window is hidden or has no picture.
     [[nodiscard]] HRESULT paintPicture(Gdiplus::Image* pImage) const;
-    // Card images side by side as the first picture, each at its place and with its opacity. Of every image only the
-    // band of nRows next to the screen edge is shown: the upper rows at the bottom, the lower ones at the top.
+    // Card images side by side as the first picture, each with its place and opacity. Only the band of nRows of every
+    // image next to the screen edge is shown: the upper rows at the bottom, the lower ones at the top.
     [[nodiscard]] HRESULT paintBand(const std::vector<Gdiplus::Image*>& vecImages,
                                     const std::vector<DWORD>& vecOpacities, std::vector<const RECT*>& vecPlaces,
                                     bool bBottom, int nRows) const;
 
-    // Asks for one WM_MOUSELEAVE. Handlers of that message clear m_bTracking.
+    // Requests one WM_MOUSELEAVE. Handlers of that message clear m_bTracking.
     void trackMouse();
 
     virtual void OnPaint();
-    // The pictures go with the window.
+    // The pictures are hidden with the window.
     virtual void OnShowWindow(bool bShow);
 
-    bool m_bTracking = false;  // a WM_MOUSELEAVE is due
+    bool m_bTracking = false;  // a WM_MOUSELEAVE is pending
 
  private:
     const Pair m_pair;

@@ -1,11 +1,11 @@
-// Holds cards, items and plug-ins in place while code that works with them is on the stack.
+// Keeps cards, items and plug-ins alive while code that works with them is on the stack.
 #pragma once
 
 #include <windows.h>
 
-// A plug-in may run a message loop of its own (a message box, a call of COM, the shell), and anything may arrive in it:
-// the next key, or the order to build all cards anew. Whoever walks cards or calls a plug-in holds one of these; what
-// would take cards or items away meanwhile waits until the last is gone. User-interface thread only.
+// A plug-in may run a message loop of its own (a message box, a COM call, the shell), and anything may arrive in it:
+// the next key, or the order to rebuild all cards. Code that walks the cards or calls a plug-in holds one of these
+// objects; anything that would destroy cards or items waits until the last one is gone. User-interface thread only.
 class CardsInUse {
  public:
     CardsInUse() noexcept { ++s_depth; }
@@ -18,8 +18,8 @@ class CardsInUse {
 
     [[nodiscard]] static bool any() noexcept { return s_depth > 0; }
 
-    // The window gets the message, without parameters, from the message loop of the program once the last one is gone;
-    // at once when there is none. Without a window nothing is posted.
+    // Once the last object is gone, the program's message loop posts the message, without parameters, to the window; at
+    // once if there is none. Without a window nothing is posted.
     static void postWhenOver(HWND hWnd, UINT nMessage) noexcept {
         s_hWaiting = hWnd;
         s_nMessage = nMessage;

@@ -36,8 +36,8 @@ const MessageMap& CLargeCardDlg::messageMap() const {
     return kMap;
 }
 
-// In place of the base class's order: the picture's window comes first, and without one the card stays an ordinary
-// window, so that there is something to see.
+// Replaces the base class's order: the picture's window is created first; without it the card stays an ordinary window,
+// so that something is visible.
 bool CLargeCardDlg::OnInitDialog() {
     makePictures();
     if (SUCCEEDED(picture()->createWnd())) {
@@ -50,7 +50,7 @@ bool CLargeCardDlg::OnInitDialog() {
 
 void CLargeCardDlg::setText(std::wstring strText) {
     m_strText = std::move(strText);
-    // A line ends with its line feed; not every text output skips the carriage return before it.
+    // A line ends with its line feed; some text outputs do not skip the carriage return before it.
     std::erase(m_strText, L'\r');
     ::InvalidateRect(m_hWnd, &m_rects.text, TRUE);
 }
@@ -87,7 +87,7 @@ HRESULT CLargeCardDlg::drawText(Gdiplus::Graphics& graphics) {
     m_captionText.draw(graphics, toRectF(m_rects.caption), m_strCaption.c_str(), *font, &captionFormat, 0.0, kWhite,
                        kWhite);
 
-    // Without a caption above it the description moves to the top of its place.
+    // Without a caption above it the description moves to the top of its rectangle.
     format.SetLineAlignment(m_strCaption.c_str()[0] == L'\0' ? Gdiplus::StringAlignmentNear
                                                              : Gdiplus::StringAlignmentCenter);
     m_descText.draw(graphics, toRectF(m_rects.desc), m_strDesc.c_str(), *font, &format, 0.0, kWhite, kWhite);

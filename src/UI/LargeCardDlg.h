@@ -20,7 +20,7 @@ class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
                   const Placement& placement);
 
     [[nodiscard]] HRESULT initialize();
-    // Takes the status text and repaints the part that shows it.
+    // Sets the status text and repaints the part that shows it.
     void setText(std::wstring strText);
 
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;

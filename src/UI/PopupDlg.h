@@ -1,5 +1,5 @@
-// A dialog without a frame that comes, moves and goes without activation: the keyboard stays with the program that the
-// user works in.
+// A dialog without a frame that appears, moves and disappears without activation: the focus stays with the program that
+// the user works in.
 #pragma once
 
 #include "framework/Dialog.h"
@@ -10,8 +10,8 @@ class CPopupDlg : public CDialog {
 
     void show(bool bShow) const { ::ShowWindow(m_hWnd, bShow ? SW_SHOWNOACTIVATE : SW_HIDE); }
 
-    // In screen coordinates, above all windows that are not topmost unless hAfter says otherwise. False: the last
-    // system error says why.
+    // In screen coordinates, above all windows that are not topmost unless hAfter is given. False: the last system
+    // error tells why.
     bool place(const RECT& rect, HWND hAfter = HWND_TOPMOST) const {
         return ::SetWindowPos(m_hWnd, hAfter, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
                               SWP_NOACTIVATE) != FALSE;

@@ -112,7 +112,7 @@ void CZelHideDlg::OnTimer(UINT_PTR uId) {
     }
     LOG_ENTER_LEAVE();
     ::KillTimer(m_hWnd, kTimerIdle);
-    // A mouse that only crossed the strip may be gone already: not every system says so at once.
+    // A mouse that only crossed the strip may have left already: some systems report this late.
     if (!std::exchange(m_bTimerRunning, false) || !mouseIsOn()) {
         return;
     }
@@ -120,7 +120,7 @@ void CZelHideDlg::OnTimer(UINT_PTR uId) {
     theApp.mouseOperating() = TRUE;
 }
 
-// A click on the edge of the screen leaves the keyboard where it is.
+// A click on the edge of the screen does not move the focus.
 LRESULT CZelHideDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     return MA_NOACTIVATE;
 }

@@ -1,4 +1,4 @@
-// The hover strip: four pixels at the screen edge that call the cards up when the mouse rests on them.
+// The hover strip: four pixels at the screen edge that bring up the cards when the mouse rests on them.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,7 @@ class CZelHideDlg : public CCardWnd {
  public:
     explicit CZelHideDlg(int nCardCount);
 
-    // Takes a new number of cards and places the strip again.
+    // Sets a new number of cards and places the strip again.
     [[nodiscard]] HRESULT refresh(int nCardCount);
 
  protected:

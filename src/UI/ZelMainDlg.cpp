@@ -22,7 +22,7 @@ constexpr DWORD kDimmedOpacity = 150;  // of the cards that the mouse is not on
 
 CZelMainDlg::CZelMainDlg() : CCardWnd({IDD_CARD_STRIP, Takes::AllButColourKey, 0, 1}, this) {}
 
-// The window goes before the cards do: a plug-in that is ended may let a message arrive.
+// The window is destroyed before the cards: a plug-in that is ending may dispatch a message.
 CZelMainDlg::~CZelMainDlg() {
     CZelMainDlg::DestroyWindow();
 }
@@ -57,7 +57,7 @@ HRESULT CZelMainDlg::initialize() {
 HRESULT CZelMainDlg::createBlackCards() {
     LOG_ENTER_LEAVE();
     const CardsInUse inUse;
-    // Taken out of the list first: what a card's end calls back must not meet half-destroyed neighbours.
+    // Removed from the list first: code that is called when a card ends must not find half-destroyed neighbours.
     std::exchange(m_vecCards, {}).clear();
     m_nHoveredCard = -1;
     RETURN_IF_FAILED(CHotkeyConfig::enumHotkeyConfigs(this));
@@ -122,8 +122,7 @@ bool CZelMainDlg::OnInitDialog() {
     CCardWnd::OnInitDialog();
     static_cast<void>(setBlackCardsPos());
     if (!m_postponed.empty()) {
-        // An order to build the cards anew that came while they were built for the first time, before there was a
-        // window.
+        // An order to rebuild the cards that arrived during the first build, before there was a window.
         CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
     }
     return true;
@@ -176,8 +175,8 @@ void CZelMainDlg::OnPaint() {
     static_cast<void>(showBlackCards());
 }
 
-// Asks the plug-ins whether their states changed, before the pictures are gathered: one of them may let the strip be
-// painted in between. None is asked while one is at work; the strip is painted once more afterwards.
+// Asks the plug-ins whether their states changed before the pictures are collected, because one of them may let the
+// strip be painted in between. During a plug-in call none is asked; the strip is painted again afterwards.
 void CZelMainDlg::_refreshImages() {
     if (CardsInUse::any()) {
         m_bPaintLater = true;
@@ -232,14 +231,14 @@ HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
 }
 
 LRESULT CZelMainDlg::OnHotkeyMessage(WPARAM wParam, LPARAM lParam) {
-    // Whatever becomes of the event: the key that is watched is not held any more, or not alone.
+    // Whatever happens with the event: the watched key is no longer held, or no longer alone.
     ::KillTimer(m_hWnd, kTimerPanic);
     const Postponed event{false, static_cast<DWORD>(wParam), static_cast<BOOL>(lParam)};
     if (CardsInUse::any()) {
         _postpone(event);
         return S_FALSE;
     }
-    // Behind those that wait: what arrives while they are handled comes after it.
+    // Queued after the waiting ones, because what arrives while they are handled comes after them.
     m_postponed.push_back(event);
     return _handlePostponed();
 }
@@ -270,7 +269,7 @@ LRESULT CZelMainDlg::OnCardsFree(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     return 0;
 }
 
-// Handles those that wait now; what they let arrive waits for the next time. Answers with the status of the last one.
+// Handles the keys that are waiting now; later ones wait for the next time. Returns the status of the last one.
 HRESULT CZelMainDlg::_handlePostponed() {
     HRESULT status = S_FALSE;
     for (std::size_t count = m_postponed.size(); count > 0 && !m_postponed.empty(); --count) {
@@ -305,7 +304,7 @@ HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
             RETURN_LOGGED(E_FAIL);
         }
         if (!bBreak) {
-            theApp.renewPlacement();  // the strip need not have been shown before
+            theApp.renewPlacement();  // the strip need not have been visible before
         }
         _hideForKey(dwHotkey);
     } else {
@@ -323,7 +322,7 @@ bool CZelMainDlg::isHotkeyDesired(DWORD dwHotkey) const {
                        [dwHotkey](const auto& card) { return card->isHotkeyDesired(dwHotkey); });
 }
 
-// The strip makes room for the enlarged card of the key's function; all other enlarged cards go.
+// The strip makes way for the enlarged card of the key's function; all other enlarged cards are hidden.
 void CZelMainDlg::_hideForKey(DWORD dwHotkey) {
     show(false);
     for (const auto& card : m_vecCards) {
@@ -342,7 +341,7 @@ HRESULT CZelMainDlg::showOnModifier(BOOL bBreak) {
     if (!bBreak) {
         theApp.mouseOperating() = FALSE;
     } else if (theApp.mouseOperating()) {
-        return E_NOTIMPL;  // the user went on with the mouse: the strip stays
+        return E_NOTIMPL;  // the user continued with the mouse: the strip stays
     }
     if (config.bHideMainDlg || cardInUse()) {
         return S_OK;
@@ -351,7 +350,7 @@ HRESULT CZelMainDlg::showOnModifier(BOOL bBreak) {
         invalidate();
         return S_OK;
     }
-    // Without activation: the keyboard stays with the program that the user works in.
+    // Without activation: the focus stays with the program that the user works in.
     ::SetWindowPos(m_hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return theApp.showMainDlg(!bBreak, TRUE);
 }
@@ -412,7 +411,7 @@ void CZelMainDlg::OnSetFocus(HWND /*hOldWnd*/) {
 
 void CZelMainDlg::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
-    // A strip that is hidden for an enlarged card hands the focus on, and has not lost it to anybody.
+    // A strip that is hidden for an enlarged card passes the focus on, and has not lost it.
     if (CZelConfig::getQrdConfig().bHideMainUIWhenLostFocus && isVisible() && !isOwnWindow(hNewWnd)) {
         static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     }
@@ -434,8 +433,8 @@ void CZelMainDlg::OnMouseMove(POINT point) {
     }
 }
 
-// A click hides the strip: with the focus it would hand it to another program on its way out, and the card that it
-// opens would go at once for having lost it.
+// A click hides the strip: if it had the focus, hiding would pass it to another program, and the card that the click
+// opens would be hidden at once for having lost it.
 LRESULT CZelMainDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     return MA_NOACTIVATE;
 }

@@ -22,17 +22,17 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
 
     // Reads the customised keys when they are enabled, then builds the cards.
     [[nodiscard]] HRESULT initialize();
-    // Lays the cards out again; with bReinitialize builds them anew first.
+    // Lays out the cards again; with bReinitialize rebuilds them first.
     [[nodiscard]] HRESULT refreshCards(bool bReinitialize);
     // One key event, on the user-interface thread: code 0 is the modifier.
     [[nodiscard]] HRESULT handleHotkey(DWORD dwHotkey, BOOL bBreak);
     void hideLargeCards() const;
-    // While cards are in use they cannot be built anew: true when the application is asked to do it later.
+    // While cards are in use they cannot be rebuilt: true if the application is asked to do it later.
     [[nodiscard]] bool postponeRebuild();
 
-    // Where the cards stand; renewed by every layout. Lives as long as the strip.
+    // The placement of the cards; updated by every layout. Lives as long as the strip.
     [[nodiscard]] const Placement& placement() const { return m_placement; }
-    // Whether the cards would stand elsewhere if they were laid out now.
+    // Whether a layout now would place the cards differently.
     [[nodiscard]] bool placementIsStale() const;
     // Whether an enlarged card has a selected item.
     [[nodiscard]] bool cardInUse() const;
@@ -63,7 +63,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     [[nodiscard]] HRESULT showOnModifier(BOOL bBreak);
     void _autoHide(BOOL bBreak);
 
-    // What came while cards were in use, in the order in which it came.
+    // Orders that arrived while cards were in use, in order of arrival.
     struct Postponed {
         bool bRebuild;
         DWORD dwHotkey;
@@ -87,10 +87,10 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     void OnLButtonDown(POINT point);
     LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
 
-    Placement m_placement;  // before the cards, which look at it until their end
+    Placement m_placement;  // before the cards, which use it until they are destroyed
     std::vector<std::unique_ptr<CBlackCard>> m_vecCards;
     CCustomHotkey m_customHotkey;
     int m_nHoveredCard = -1;
     std::deque<Postponed> m_postponed;
-    bool m_bPaintLater = false;  // painted while a plug-in was at work, with the pictures that there were
+    bool m_bPaintLater = false;  // painted during a plug-in call, with the existing pictures
 };

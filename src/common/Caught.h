@@ -1,5 +1,5 @@
-// What becomes of an exception where it must go no further: at the borders between this code and the system, a thread
-// or another module. Memory that ran out is the only one that is expected.
+// Exceptions at the borders between this code and the system, a thread or another module, which they must not cross.
+// The only expected one is out of memory.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace common {
 
-// The status of the exception that is being handled; for catch blocks only. E_UNEXPECTED: something else than memory.
+// The status of the exception that is being handled; for catch blocks only. E_UNEXPECTED: anything but out of memory.
 [[nodiscard]] inline HRESULT caughtStatus() noexcept {
     try {
         throw;
@@ -19,7 +19,7 @@ namespace common {
     }
 }
 
-// Runs what returns a status; an exception becomes one, too.
+// Runs code that returns a status; an exception becomes a status too.
 template <typename Operation>
 [[nodiscard]] HRESULT statusOf(Operation operation) noexcept {
     try {

@@ -1,5 +1,5 @@
 // The diagnostic log. Every function of the program may call it from any thread; it never reports a failure and never
-// changes what the program does. What is written, and where to, says DbgLog.ini beside the executable (docs/log.md).
+// changes what the program does. DbgLog.ini in the executable's folder decides what is written and where (docs/log.md).
 #pragma once
 
 #include <windows.h>
@@ -14,21 +14,21 @@ enum class Level : int { Error = 0, Warning = 1, Info = 2, Trace = 3 };
 
 // One per call site, built on the stack; all texts outlive the call.
 struct Record {
-    const wchar_t* sourceFile;   // as the build gave it, with backslashes
+    const wchar_t* sourceFile;   // as given by the build, with backslashes
     int line;                    // source line of the call
     const wchar_t* functionTag;  // a blank, then the qualified name in parentheses
     const wchar_t* moduleTag;    // always "" in this program
     Level level;
 };
 
-// Formats and writes one line (at most 511 characters, line feed included). printf-style wide format: %s takes a
-// const wchar_t*. Returns the number of characters in the line, or 0 when the settings filter it out.
+// Formats and writes one line (at most 511 characters, line feed included). printf-style wide format: %s takes a const
+// wchar_t*. Returns the number of characters in the line, or 0 if the settings filter it out.
 int log(const Record& record, const wchar_t* format, ...) noexcept;
 
 // Whether a line of that level would be written at all. Cheap after the first call.
 [[nodiscard]] bool enabled(Level level) noexcept;
 
-// Closes the log file of the process, with all that was written. Lines that follow open it again and are appended.
+// Closes the log file of the process after writing everything. Later lines open it again and are appended.
 void close();
 
 // Compile-time texts of a call site: widens a literal, and turns slashes of a source path into backslashes.
@@ -47,7 +47,7 @@ consteval WideText<N> sourcePath(const char (&path)[N]) {
     return result;
 }
 
-// How compilers write an unnamed namespace inside a qualified name. It is left out of the log.
+// How compilers write an unnamed namespace inside a qualified name. The log omits it.
 inline constexpr std::string_view kUnnamedNamespaces[] = {"{anonymous}::", "(anonymous namespace)::"};
 
 consteval std::size_t unnamedNamespaceAt(std::string_view text) {
@@ -59,9 +59,9 @@ consteval std::size_t unnamedNamespaceAt(std::string_view text) {
     return 0;
 }
 
-// "HRESULT CZelMainApp::showMainDlg(BOOL, BOOL)" -> "CZelMainApp::showMainDlg", unnamed namespaces still in it. The
-// name ends at the parameter list and begins after the last blank, star or ampersand before it, outside of template
-// arguments. The parenthesis of a function that returns a function pointer, "int (* name(int))(char)", is no end.
+// "HRESULT CZelMainApp::showMainDlg(BOOL, BOOL)" -> "CZelMainApp::showMainDlg", including unnamed namespaces. The name
+// ends at the parameter list and begins after the last blank, star or ampersand before it, outside of template
+// arguments. The parenthesis of a function that returns a function pointer, "int (* name(int))(char)", does not end it.
 consteval std::string_view qualifiedName(std::string_view pretty) {
     std::size_t begin = 0;
     std::size_t end = 0;
@@ -111,7 +111,7 @@ consteval FunctionName<N> functionName(const char (&pretty)[N]) {
     return result;
 }
 
-// Logs "ENTER %s" when made and "LEAVE %s" on every way out of the scope.
+// Logs "ENTER %s" when constructed and "LEAVE %s" whenever the scope ends.
 class EnterLeave {
  public:
     EnterLeave(const Record& record, const wchar_t* plainName) : m_record(record), m_name(plainName) {
@@ -128,8 +128,8 @@ class EnterLeave {
 
 }  // namespace dbglog
 
-// Statements that log from the enclosing function. None of them belongs into a lambda, whose name says nothing.
-// The filter runs first: a line that is not wanted costs one comparison.
+// Statements that log from the enclosing function. Do not use them in a lambda, whose name is meaningless. The filter
+// runs first: a line that is not written costs one comparison.
 #define LOG_LINE(severity, ...)                                                                              \
     do {                                                                                                     \
         if (::dbglog::enabled(severity)) {                                                                   \
@@ -146,10 +146,10 @@ class EnterLeave {
 // "Error Code: 0x%x" with a status.
 #define LOG_STATUS(status) LOG_LINE(::dbglog::Level::Error, L"Error Code: 0x%x", static_cast<unsigned>(status))
 
-// "ASSERT( %s )": an expectation that did not hold, with the text of its condition; the program goes on.
+// "ASSERT( %s )": an expectation that did not hold, with the text of its condition; the program continues.
 #define LOG_ASSERT(text) LOG_LINE(::dbglog::Level::Error, L"ASSERT( %s )", text)
 
-// First statement of a function: logs ENTER now and LEAVE on every way out.
+// First statement of a function: logs ENTER now and LEAVE on every return.
 #define LOG_ENTER_LEAVE()                                                                                          \
     static constexpr auto logScopePath_ = ::dbglog::sourcePath(__FILE__);                                          \
     static constexpr auto logScopeName_ = ::dbglog::functionName(__PRETTY_FUNCTION__);                             \

@@ -11,8 +11,8 @@
 
 namespace common {
 
-// A bottom-up 32-bit bitmap whose pixels start as fully transparent; empty when there is no memory for it. `pBits`
-// receives the place of its pixels.
+// A bottom-up 32-bit bitmap whose pixels start as fully transparent; empty if there is no memory for it. `pBits`
+// receives the address of its pixels.
 [[nodiscard]] inline UniqueBitmap createFrameBitmap(int width, int height, DWORD** ppBits) {
     constexpr WORD kBits = 32;
     BITMAPINFO info{};
@@ -44,7 +44,7 @@ class FrameBuffer {
     [[nodiscard]] bool hasSize(int width, int height) const noexcept {
         return m_pixels.width == width && m_pixels.height == height;
     }
-    // The pixels, after everything has been drawn that was asked for through the device context.
+    // The pixels, after all requested drawing through the device context.
     [[nodiscard]] const FramePixels& pixels() const noexcept {
         ::GdiFlush();
         return m_pixels;
@@ -53,7 +53,7 @@ class FrameBuffer {
         ::GdiFlush();
         std::fill_n(m_pBits, std::ptrdiff_t{m_pixels.width} * m_pixels.height, DWORD{0});
     }
-    // Another number for other pixels.
+    // A hash of the pixels.
     [[nodiscard]] std::size_t hash() const {
         ::GdiFlush();
         const auto count = static_cast<std::size_t>(m_pixels.width) * static_cast<std::size_t>(m_pixels.height);

@@ -1,5 +1,5 @@
-// What a frame is composed on, apart from any window system: one operation that draws a part of an image into a
-// rectangle through a colour matrix, over a surface of 32-bit premultiplied pixels; and the composing itself.
+// The surface that a frame is composed on, independent of any window system: one operation that draws a part of an
+// image into a rectangle through a colour matrix, onto 32-bit premultiplied pixels; and the composing itself.
 #pragma once
 
 #include "common/GdiPlus.h"
@@ -9,8 +9,8 @@ class IFrameSurface {
  public:
     virtual ~IFrameSurface() = default;
 
-    // Scales `source` (pixels of the image) into `destination` (pixels of the surface), over what is there already.
-    // A negative status stops the frame.
+    // Scales `source` (pixels of the image) into `destination` (pixels of the surface), over the existing pixels. A
+    // negative status stops the frame.
     [[nodiscard]] virtual HRESULT drawImage(Gdiplus::Image& image, const Gdiplus::RectF& source,
                                             const Gdiplus::RectF& destination, const Gdiplus::ColorMatrix& colours) = 0;
 };
@@ -24,13 +24,13 @@ struct SourceSlice {
 // The identity, with the alpha row scaled by alpha / 255.
 [[nodiscard]] Gdiplus::ColorMatrix alphaMatrix(DWORD alpha) noexcept;
 
-// Draws one image's slice over its whole width into the rectangle. S_FALSE when there is no image.
+// Draws one image's slice over its whole width into the rectangle. S_FALSE if there is no image.
 [[nodiscard]] HRESULT composeImage(IFrameSurface& surface, Gdiplus::Image* image, DWORD alpha, const SourceSlice& slice,
                                    const RECT& destination);
 
-// A surface over the pixels of a frame, which have to outlive it. Pictures are scaled here and nowhere else: those of
-// the image library once for each size, and kept. Of the colour matrix it carries out the opacity; the rest has to be
-// the identity's. E_FAIL, unlogged: the image was not decoded, or the rectangle is too large for any screen.
+// A surface on the pixels of a frame, which must outlive it. Pictures are scaled only here: those of the image library
+// once for each size, and cached. Of the colour matrix it applies the opacity; the rest must be the identity's. E_FAIL,
+// unlogged: the image was not decoded, or the rectangle is too large for any screen.
 class CPixelSurface final : public IFrameSurface {
  public:
     explicit CPixelSurface(const FramePixels& frame) noexcept : m_frame(frame) {}

@@ -1,4 +1,4 @@
-// GDI+ as every source of the program includes it, in the order its headers need, and the owner of its start-up.
+// The includes of GDI+ in the order that its headers need, and the owner of its start-up.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 #include <objidl.h>
 #include <propidl.h>
 
-// NOMINMAX takes the macros away that the header's inline functions call.
+// NOMINMAX removes the macros that the header's inline functions call.
 namespace Gdiplus {
 using std::max;
 using std::min;
@@ -20,7 +20,7 @@ using std::min;
 #include <new>
 #include <utility>
 
-// GDI+ is usable between start() and stop() (or the object's end). Every GDI+ object has to be gone before that.
+// GDI+ is usable between start() and stop() (or the object's end). Every GDI+ object must be destroyed before that.
 class GdiplusSession {
  public:
     GdiplusSession() noexcept = default;
@@ -28,7 +28,7 @@ class GdiplusSession {
     GdiplusSession(const GdiplusSession&) = delete;
     GdiplusSession& operator=(const GdiplusSession&) = delete;
 
-    // S_FALSE when it is started already; E_FAIL when GDI+ refuses.
+    // S_FALSE if it is started already; E_FAIL if GDI+ refuses.
     [[nodiscard]] HRESULT start() noexcept;
     void stop() noexcept;
 
@@ -36,7 +36,7 @@ class GdiplusSession {
     ULONG_PTR m_token = 0;
 };
 
-// A GDI+ object in the memory of GDI+, which answers null when it has none. Null then.
+// A GDI+ object in memory of GDI+; null if there is none.
 template <typename Type, typename... Arguments>
 [[nodiscard]] std::unique_ptr<Type> tryMakeGdiPlus(Arguments&&... arguments) {
     void* const place = Gdiplus::DllExports::GdipAlloc(sizeof(Type));
@@ -51,7 +51,7 @@ template <typename Type, typename... Arguments>
     }
 }
 
-// The device context of a graphics, handed back at the end of the scope; the graphics cannot draw until then.
+// The device context of a graphics, released at the end of the scope; the graphics cannot draw until then.
 class GraphicsDc {
  public:
     explicit GraphicsDc(Gdiplus::Graphics& graphics) noexcept : m_graphics(graphics), m_hDc(graphics.GetHDC()) {}

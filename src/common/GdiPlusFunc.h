@@ -10,21 +10,21 @@
 #include "common/Picture.h"
 
 // Replaces the font by smaller ones of its kind until the text, wrapped to the box's width, is lower than the box; a
-// font that fits stays the same object. An empty `*pFont` starts from the font of the graphics' device context. Where
-// no size fits, the smallest one remains. E_POINTER: no place for the font.
+// font that fits stays the same object. An empty `*pFont` starts from the font of the graphics' device context. If no
+// size fits, the smallest one remains. E_POINTER: `pFont` is null.
 [[nodiscard]] HRESULT measureTextFont(Gdiplus::Graphics& graphics, const wchar_t* pszText, const Gdiplus::RectF& box,
                                       std::unique_ptr<Gdiplus::Font>* pFont);
 
 // Draws the text with an outline of which half of `outlineWidth` (pixels; 0: none) stays visible outside the letters.
-// Baselines and upright strokes stand on whole pixels, strokes are at least a pixel wide where the letters' size allows
-// it. The format decides place, wrapping and, with StringTrimmingEllipsisCharacter, that what does not fit the
-// rectangle ends with an ellipsis; null means the default one. Leaves the graphics antialiasing.
+// Baselines and upright strokes are aligned to whole pixels, strokes are at least a pixel wide if the letters' size
+// allows it. The format decides position, wrapping and, with StringTrimmingEllipsisCharacter, that text that does not
+// fit the rectangle ends with an ellipsis; null means the default format. Leaves the graphics antialiasing.
 void drawOutlineText(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layoutRect, const wchar_t* pszText,
                      const Gdiplus::Font& font, const Gdiplus::StringFormat* pFormat, double outlineWidth,
                      Gdiplus::ARGB fillColour, Gdiplus::ARGB outlineColour);
 
-// The same for a text that is drawn again and again: the picture of it is kept until an argument changes, because
-// outlines cost far more than everything else on a card. Has to be gone before GDI+ is stopped.
+// The same for a text that is drawn repeatedly: its picture is cached until an argument changes, because outlines cost
+// far more than everything else on a card. Must be destroyed before GDI+ is stopped.
 class OutlineText {
  public:
     void draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layoutRect, const wchar_t* pszText,

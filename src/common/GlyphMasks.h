@@ -12,7 +12,7 @@
 
 inline constexpr int kSubPixels = 4;
 
-// All numbers are sub-pixels. The origin is on the baseline, at the pen's place.
+// All numbers are sub-pixels. The origin is on the baseline, at the pen's position.
 struct GlyphMask {
     int left = 0;
     int top = 0;  // above the baseline
@@ -21,7 +21,7 @@ struct GlyphMask {
     int advance = 0;
     std::vector<std::uint8_t> points;  // 1 or 0, the upper row first
 
-    // How sharp its upright strokes are when it begins at a sub-pixel of a pixel: the most is 1.
+    // The sharpness of its upright strokes if it begins at a sub-pixel of a pixel: at most 1.
     std::array<float, kSubPixels> sharpness{};
 };
 
@@ -37,11 +37,11 @@ class GlyphFont {
  public:
     explicit GlyphFont(const GlyphFace& face);
 
-    // Whether the face has each of these letters, and none needs more than to stand beside the one before it.
+    // Whether the face has each of these letters, and each can simply follow the one before it.
     [[nodiscard]] bool canWrite(const std::wstring& text) const;
     [[nodiscard]] const GlyphMask& glyph(wchar_t letter);
 
-    // The face's; kept, with a few others. Valid until the next call.
+    // The masks of the face; cached, with a few others. Valid until the next call.
     [[nodiscard]] static GlyphFont& of(const GlyphFace& face);
 
  private:

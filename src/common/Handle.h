@@ -1,5 +1,5 @@
-// Owners for what the system hands out as raw handles. Each owner closes what it holds exactly once; all are movable,
-// none is copyable, and none may be shared between threads without the caller's own lock.
+// Owners for the system's raw handles. Each owner closes what it holds exactly once; all are movable, none is copyable,
+// and none may be shared between threads without the caller's own lock.
 #pragma once
 
 #include <windows.h>
@@ -30,7 +30,7 @@ class UniqueAny {
     [[nodiscard]] type get() const noexcept { return m_value; }
     [[nodiscard]] explicit operator bool() const noexcept { return m_value != Traits::none(); }
 
-    // Gives the handle up without closing it.
+    // Releases the handle without closing it.
     [[nodiscard]] type release() noexcept { return std::exchange(m_value, Traits::none()); }
 
     void reset(type value = Traits::none()) noexcept {
@@ -40,7 +40,7 @@ class UniqueAny {
         }
     }
 
-    // For calls that write a handle through a pointer; closes what was held before.
+    // For calls that write a handle through a pointer; closes the previous one.
     [[nodiscard]] type* put() noexcept {
         reset();
         return &m_value;
@@ -144,7 +144,7 @@ class PaintDc {
     HDC m_hDc;
 };
 
-// Selects an object into a device context and puts the previous one back at the end of the scope.
+// Selects an object into a device context and restores the previous one at the end of the scope.
 class SelectScope {
  public:
     SelectScope(HDC dc, HGDIOBJ object) noexcept : m_hDc(dc), m_hPrevious(::SelectObject(dc, object)) {}

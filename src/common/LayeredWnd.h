@@ -1,5 +1,5 @@
-// The visible picture of a card window: a click-through popup with per-pixel alpha that lies exactly over the window it
-// shadows, which only takes the mouse. User-interface thread only.
+// The visible picture of a card window: a click-through popup with per-pixel alpha exactly over the window it shadows,
+// which only takes the mouse. User-interface thread only.
 #pragma once
 
 #include <memory>
@@ -10,48 +10,48 @@
 #include "common/FrameBitmap.h"
 #include "common/GdiPlus.h"
 
-// Implemented by owners that write text on their picture.
+// Implemented by owners that draw text on their picture.
 class IDrawTextOnLayeredWnd {
  public:
     virtual ~IDrawTextOnLayeredWnd() = default;
 
     // Called once per frame, after all images and before the frame is shown. The graphics draws into the frame, in
-    // pixels from its top-left corner, and lives for the call only. The status does not stop the frame.
+    // pixels from its top-left corner, and is valid during the call only. The status does not stop the frame.
     virtual HRESULT drawText(Gdiplus::Graphics& graphics) = 0;
 };
 
 class CLayeredWnd {
  public:
-    // The text painter is not owned, may be null, and has to outlive the object. Creates no window yet.
+    // The text painter is not owned, may be null, and must outlive the object. Creates no window yet.
     explicit CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter = nullptr);
     ~CLayeredWnd();
     CLayeredWnd(const CLayeredWnd&) = delete;
     CLayeredWnd& operator=(const CLayeredWnd&) = delete;
 
-    // Makes the popup, hidden, over the shadowed window, which owns it; a popup that is there is destroyed first.
+    // Creates the popup, hidden, over the shadowed window, which owns it; an existing popup is destroyed first.
     HRESULT createWnd();
-    // Destroys the popup and its class. S_OK when there was none.
+    // Destroys the popup and its class. S_OK if there was none.
     HRESULT destroyWnd();
 
-    // Composes the images in order, the first at the bottom, and shows the frame over the shadowed window; makes the
-    // popup when there is none. One opacity (0..255) and one rectangle (client pixels; null: the whole window) belong
-    // to each image; an empty rectangle sequence is filled with nulls. Null images are skipped. `pPosition` (screen
-    // pixels, may be null) moves the frame. `nSourceTop` and `nSourceHeight` choose the rows taken from every image;
-    // a height below 1 means all from the top row on.
+    // Composes the images in order, the first at the bottom, and shows the frame over the shadowed window; creates the
+    // popup if there is none. One opacity (0..255) and one rectangle (client pixels; null: the whole window) belong to
+    // each image; an empty rectangle sequence is filled with nulls. Null images are skipped. `pPosition` (screen
+    // pixels, may be null) moves the frame. `nSourceTop` and `nSourceHeight` choose the rows taken from every image; a
+    // height below 1 means all from the top row on.
     HRESULT paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
                   std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop, int nSourceHeight);
-    // One image; S_FALSE and nothing done while the shadowed window is hidden.
+    // One image; S_FALSE and no effect while the shadowed window is hidden.
     HRESULT paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect);
 
-    // Takes the picture from the screen until the next paint.
+    // Removes the picture from the screen until the next paint.
     void hide() const;
 
     [[nodiscard]] const std::wstring& className() const { return m_strClassName; }
 
-    HWND m_hWnd = nullptr;  // the popup; null when there is none
+    HWND m_hWnd = nullptr;  // the popup; null if there is none
 
  private:
-    // What the window system was handed last.
+    // The frame last passed to the window system.
     struct Shown {
         std::size_t pixels;  // their hash
         LONG x;
@@ -74,5 +74,5 @@ class CLayeredWnd {
     const std::wstring m_strClassName;  // one window class per object
     IDrawTextOnLayeredWnd* const m_pTextPainter;
     std::unique_ptr<common::FrameBuffer> m_pFrame;  // kept from one paint to the next; null without memory
-    std::optional<Shown> m_shown;                   // empty: the window system has to be handed the frame again
+    std::optional<Shown> m_shown;                   // empty: the frame must be passed to the window system again
 };

@@ -1,4 +1,4 @@
-// Brings finished lines to where the settings want them.
+// Writes finished lines to the destination in the settings.
 #pragma once
 
 #include <cstdio>
@@ -8,7 +8,7 @@
 
 namespace dbglog {
 
-// What cannot be written is dropped without a word. Not thread-safe: the logger calls it one line at a time.
+// Lines that cannot be written are dropped silently. Not thread-safe: the logger calls it one line at a time.
 class LogOutput final : public ILineSink {
  public:
     explicit LogOutput(const Settings& settings) : m_settings(settings) {}
@@ -30,7 +30,7 @@ class LogOutput final : public ILineSink {
     const Settings m_settings;
     Stream m_pStream;  // of the kept-open file
     bool m_bOpenTried = false;
-    bool m_bClosed = false;  // lines that follow are appended
+    bool m_bClosed = false;  // later lines are appended
 };
 
 }  // namespace dbglog

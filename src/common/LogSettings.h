@@ -1,4 +1,4 @@
-// What "DbgLog.ini" beside the executable says about the log.
+// The settings in "DbgLog.ini" in the executable's folder.
 #pragma once
 
 #include <windows.h>
@@ -25,16 +25,16 @@ using Path = std::array<wchar_t, kPathChars>;
 struct Settings {
     int level = 0;  // highest level written
     int destination = kFile;
-    int sourceFileFormat = 0;  // 0: only the file name; 1: the path as the build gave it
+    int sourceFileFormat = 0;  // 0: only the file name; 1: the path as given by the build
     int timeDateFormat = kNoTime;
     int flush = 0;   // 1: flush the kept-open file after every line
     Path logFile{};  // environment variables not yet expanded
 };
 
-// A file that is missing or unreadable, an empty path and every value out of range give defaults.
+// Defaults replace a missing or unreadable file, an empty path and every value out of range.
 [[nodiscard]] Settings readSettings(const wchar_t* iniPath) noexcept;
 
-// "DbgLog.ini" in the folder of that executable, or an empty text when it does not fit.
+// "DbgLog.ini" in the folder of that executable, or an empty text if it does not fit.
 [[nodiscard]] Path settingsPathBeside(const wchar_t* executable) noexcept;
 
 // The same for the running process; empty as well when its executable's path cannot be obtained.

@@ -1,4 +1,4 @@
-// The core of the log: the filter and the assembly of a line. It knows no file and no process; DebugLog.cpp holds the
+// The core of the log: the filter and the assembly of a line. Independent of files and processes; DebugLog.cpp has the
 // one logger of the process.
 #pragma once
 
@@ -24,11 +24,11 @@ class ILineSink {
  public:
     virtual ~ILineSink() = default;
     virtual void write(const Line& line) = 0;
-    // What was written is where others find it, and nothing is kept open; lines may follow all the same.
+    // After it, written lines are visible to others and nothing is kept open; more lines may follow.
     virtual void close() {}
 };
 
-// Where the timestamps come from; tests put their own functions here.
+// The source of the timestamps; tests supply their own functions.
 struct Clock {
     decltype(&::GetTickCount) tickCount = &::GetTickCount;
     decltype(&::GetLocalTime) localTime = &::GetLocalTime;
@@ -44,7 +44,7 @@ class Logger {
         return m_settings.destination != kNowhere && static_cast<int>(level) <= m_settings.level;
     }
 
-    // Returns the characters of the line, or 0 when it was filtered out.
+    // Returns the characters of the line, or 0 if it was filtered out.
     int write(const Record& record, const wchar_t* format, va_list args);
     void close();
 

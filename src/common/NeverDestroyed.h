@@ -1,5 +1,4 @@
-// An object of the whole process that other threads may use until the very end, in memory that never has to be asked
-// for.
+// An object of the whole process that other threads may use until the very end, in static memory.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +7,7 @@
 
 namespace common {
 
-// Meant for static variables inside functions, which are made at their first use.
+// Meant for static variables inside functions, which are constructed at their first use.
 template <typename Type>
 class NeverDestroyed {
  public:

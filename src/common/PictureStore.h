@@ -1,5 +1,5 @@
-// Decoded pictures and what was made of them, kept: a picture is decoded once and scaled once for each size it is shown
-// at, however often windows come and go. Plain memory, which may outlive GDI+. User-interface thread only.
+// A cache of decoded and scaled pictures: a picture is decoded once and scaled once for each size it is shown at,
+// however often windows are created and destroyed. Plain memory, which may outlive GDI+. User-interface thread only.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ class MasterPicture {
     explicit MasterPicture(Picture picture) : m_picture(std::move(picture)) {}
 
     [[nodiscard]] const Picture& pixels() const { return m_picture; }
-    // A part of it (pixels) at a size, made at the first call. Valid until the next call.
+    // A part of it (pixels) at a size, created at the first call. Valid until the next call.
     [[nodiscard]] const Picture& scaled(const RECT& part, SIZE size);
 
     // How often it had to be scaled.
@@ -31,11 +31,11 @@ class MasterPicture {
     };
 
     Picture m_picture;
-    std::vector<Version> m_versions;  // the last one used comes first
+    std::vector<Version> m_versions;  // the most recently used comes first
     int m_nScalings = 0;
 };
 
-// Keeps the pixels alive that an image only points at; has to be the first base of it.
+// Keeps the pixels alive that an image only points to; must be its first base.
 class MasterPictureHolder {
  protected:
     explicit MasterPictureHolder(std::shared_ptr<MasterPicture> pMaster) : m_pMaster(std::move(pMaster)) {}
@@ -53,12 +53,12 @@ class CStoredImage final : private MasterPictureHolder, public Gdiplus::Bitmap {
 
 namespace picturestore {
 
-// The picture that was decoded from these bytes; null when there is none.
+// The picture that was decoded from these bytes; null if there is none.
 [[nodiscard]] std::shared_ptr<MasterPicture> find(std::span<const std::byte> bytes);
-// Keeps it. Pictures that no image shows go when there is too much, those that were asked for longest ago first.
+// Stores it. If there are too many, pictures that no image shows are dropped, least recently requested first.
 void keep(std::span<const std::byte> bytes, std::shared_ptr<MasterPicture> pMaster);
 
 }  // namespace picturestore
 
-// The pixels of any image; empty (0 x 0) when it was not decoded or there is no memory.
+// The pixels of any image; empty (0 x 0) if it was not decoded or there is no memory.
 [[nodiscard]] Picture pixelsOf(Gdiplus::Image& image);

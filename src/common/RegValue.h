@@ -1,4 +1,4 @@
-// Reading one registry value whose size is not known beforehand.
+// Reads one registry value of unknown size.
 #pragma once
 
 #include <windows.h>
@@ -9,9 +9,9 @@
 
 namespace common {
 
-// Replaces `out` (a string or vector) by the whole units of the value, whatever its type; a rest below one unit is
-// dropped. The size is asked first, and room is made for `spareUnits` more than that: a value that outgrows it between
-// the two reads gives ERROR_MORE_DATA, one too large for the memory ERROR_OUTOFMEMORY. `out` is untouched on failure.
+// Replaces `out` (a string or vector) by the whole units of the value, whatever its type; a remainder below one unit is
+// dropped. The size is queried first, and `spareUnits` more than that are reserved: a value that outgrows them between
+// the two reads yields ERROR_MORE_DATA, one too large for the memory ERROR_OUTOFMEMORY. `out` is unchanged on failure.
 template <typename Container>
 [[nodiscard]] LSTATUS readWholeValue(HKEY key, const wchar_t* name, std::size_t spareUnits, Container& out) try {
     constexpr std::size_t kUnit = sizeof(typename Container::value_type);

@@ -12,7 +12,7 @@ class RegistryStorage final : public StorageInterface {
  public:
     RegistryStorage() = default;
 
-    // Opens an existing key, without asking for a registry view; what was open before is closed. Not open on failure.
+    // Opens an existing key, without requesting a registry view; a previously open key is closed. Not open on failure.
     bool open(HKEY hRoot, const std::wstring& subKey, REGSAM access);
     [[nodiscard]] REGSAM access() const noexcept { return m_access; }
 
@@ -39,8 +39,8 @@ class RegistryStorage final : public StorageInterface {
 };
 
 // Appends the names that `readName(index, buffer, chars)` yields for index 0, 1, ... until ERROR_NO_MORE_ITEMS, which
-// is success. `chars` is the buffer's size going in and the name's length coming out; ERROR_MORE_DATA asks for the
-// same index with a larger buffer.
+// is success. `chars` is the buffer's size on entry and the name's length on return; ERROR_MORE_DATA requests the same
+// index with a larger buffer.
 using ReadName = std::function<LSTATUS(DWORD index, wchar_t* buffer, DWORD* chars)>;
 [[nodiscard]] bool enumerateNames(const ReadName& readName, std::vector<std::wstring>& names);
 

@@ -1,4 +1,4 @@
-// Images and texts out of resources.
+// Images and texts from resources.
 #pragma once
 
 #include <memory>
@@ -8,17 +8,17 @@
 
 inline constexpr const wchar_t* kPngResourceType = L"PNG";
 
-// Loads an image that needs the module no longer; a picture that was loaded before is not decoded again. E_POINTER: no
-// such resource, or no memory; E_FAIL: it is empty. A failure leaves `outImage` untouched. The bytes are not judged: an
-// image that could not be decoded is a success, and says so itself through GetLastStatus().
+// Loads an image that no longer needs the module; a picture that was loaded before is not decoded again. E_POINTER: no
+// such resource, or no memory; E_FAIL: it is empty. On failure `outImage` is unchanged. The bytes are not checked:
+// loading an image that could not be decoded succeeds; its GetLastStatus() tells.
 [[nodiscard]] HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType,
                                       std::unique_ptr<Gdiplus::Image>& outImage);
 
-// A text of the program's string table, of any length; empty when there is none.
+// A text of the program's string table, of any length; empty if there is none.
 [[nodiscard]] std::wstring loadResString(UINT uResourceId);
 
-// The text that `load(buffer, capacity)` writes, cut off to its capacity, returning its length: loaded into 30
-// characters, then into twice as many as long as nothing is left free.
+// The text that `load(buffer, capacity)` writes, truncated to its capacity, returning its length: loaded into 30
+// characters, then into twice as many until some remain free.
 template <typename Load>
 [[nodiscard]] std::wstring loadGrowing(Load load) {
     for (int capacity = 30;; capacity *= 2) {

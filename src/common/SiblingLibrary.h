@@ -1,13 +1,13 @@
-// The libraries that stand beside the executable: bound at run time, by name, from the program's own folder, so that a
-// maker's own file of the same name can take the place of ours and a planted one elsewhere cannot.
+// The companion libraries in the executable's folder: bound at run time, by name, from that folder only, so that a
+// maker's own file of the same name can replace ours and a planted one elsewhere cannot.
 #pragma once
 
 #include "common/Handle.h"
 
-// Loads a library from the executable's folder; empty, after one log line, when that fails.
+// Loads a library from the executable's folder; empty, after one log line, on failure.
 [[nodiscard]] common::UniqueModule loadSibling(const wchar_t* pszFileName);
 
-// An export of a library by its name; null, after one log line, when it is missing.
+// An export of a library by its name; null, after one log line, if it is missing.
 [[nodiscard]] FARPROC findExport(HMODULE hModule, const char* pszName);
 
 template <typename Function>

@@ -1,4 +1,4 @@
-// Statuses in the HRESULT convention and the few statements that carry it. Negative is failure; S_FALSE: nothing to do.
+// Statuses in the HRESULT convention and the few macros that handle it. Negative is failure; S_FALSE: nothing to do.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace common {
 
-// A system error as a status: a positive error e becomes 0x80070000 | (e & 0xFFFF), anything else stays as it is.
+// A system error as a status: a positive error e becomes 0x80070000 | (e & 0xFFFF), anything else is unchanged.
 [[nodiscard]] constexpr HRESULT statusFromWin32(LONG error) noexcept {
     return error <= 0 ? static_cast<HRESULT>(error)
                       : static_cast<HRESULT>((static_cast<ULONG>(error) & 0x0000FFFFU) | 0x80070000U);
@@ -29,7 +29,7 @@ namespace common {
         return loggedStatus_;                   \
     } while (false)
 
-// Goes on when the call succeeded; logs its status and returns it when it failed. Never use it beside a raw handle.
+// Continues if the call succeeded; if it failed, logs and returns its status. Never use it beside a raw handle.
 #define RETURN_IF_FAILED(call)              \
     do {                                    \
         const HRESULT callStatus_ = (call); \
@@ -39,7 +39,7 @@ namespace common {
         }                                   \
     } while (false)
 
-// The same for an expectation: logs "ASSERT( text )" and returns the status when it does not hold.
+// The same for an expectation: if it does not hold, logs "ASSERT( text )" and returns the status.
 #define RETURN_UNLESS(condition, text, status) \
     do {                                       \
         if (!(condition)) {                    \

@@ -1,5 +1,6 @@
-// Named values in a tree of keys. The registry is the one implementation; a handle with a selectable answer to
-// failures (quiet or throwing) stands before it. One thread uses a storage at a time; handles may be copied freely.
+// Named values in a tree of keys. The registry is the only implementation; it is used through a handle with a
+// selectable reaction to failures (quiet or throwing). One thread uses a storage at a time; handles may be copied
+// freely.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +11,8 @@
 
 namespace storage {
 
-// One open key. Every operation answers false (or null) at once when the key is not open. Out values are written on
-// success only; enumerations append, and keep what they found when they fail on the way.
+// One open key. Every operation returns false (or null) at once if the key is not open. Out values are written on
+// success only; enumerations append, and keep what they found if they fail half-way.
 class StorageInterface {
  public:
     virtual ~StorageInterface() = default;
@@ -36,12 +37,13 @@ class StorageInterface {
     virtual bool enumSubKeys(std::vector<std::wstring>& names) const = 0;
     virtual bool enumValues(std::vector<std::wstring>& names) const = 0;
 
-    // What does not exist counts as deleted. A subkey goes with all its contents; an empty name is refused.
+    // Something that does not exist counts as deleted. A subkey is deleted with all its contents; an empty name is
+    // refused.
     virtual bool deleteSubKey(const std::wstring& name) = 0;
     virtual bool deleteValue(const std::wstring& name) = 0;
 };
 
-// What a handle does about a failure.
+// A handle's reaction to a failure.
 enum class Policy : int {
     Quiet = 1,  // an empty handle, or false
     Throw = 2,  // StorageException
@@ -64,7 +66,7 @@ class Storage {
  public:
     Storage() = default;
 
-    // Opens a key for reading. A handle that could not be opened is empty, and quiet whatever was asked for.
+    // Opens a key for reading. A handle that could not be opened is empty, and always quiet.
     [[nodiscard]] static Storage open(HKEY hRoot, const std::wstring& subKey, Policy policy);
     // The child keeps this handle's policy; a child of an empty handle is quiet.
     [[nodiscard]] Storage openSub(const std::wstring& subKey) const;

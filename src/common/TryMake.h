@@ -1,4 +1,4 @@
-// Making objects where the lack of memory has a status of its own instead of an exception.
+// Creates objects where out of memory has its own status instead of an exception.
 #pragma once
 
 #include <memory>
@@ -7,7 +7,7 @@
 
 namespace common {
 
-// Null when there is no memory, neither for the object itself nor for what its constructor needs.
+// Null if there is no memory, either for the object itself or for what its constructor needs.
 template <typename Type, typename... Arguments>
 [[nodiscard]] std::unique_ptr<Type> tryMake(Arguments&&... arguments) {
     try {

@@ -1,9 +1,9 @@
-// Pictures of the image library that belong to no function, and the sizes of items that several places know.
+// Pictures of the image library that belong to no function, and item sizes used in several places.
 #pragma once
 
 #include <windows.h>
 
-// PNG resources. What the functions show is in Logic/FuncX/FunctionTables.h.
+// PNG resources. The pictures of the functions are in Logic/FuncX/FunctionTables.h.
 inline constexpr WORD kHoverBorderImageId = 131;
 inline constexpr UINT kConnectorPanelImageId = 296;
 inline constexpr UINT kConnectorAnalogImageId = 297;

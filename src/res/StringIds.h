@@ -3,10 +3,10 @@
 // Numbers of the user-interface texts: one name per text, shared by the sources and the string tables of every language
 // (strings/). Plain numbers only, because the resource compiler reads this file too.
 
-// Shared by every function that can be left without a choice.
+// Shared by every function that may have no choices.
 #define IDS_CANCEL 200
 
-// Mute. Item 0 is the muted state, item 1 the audible one; the texts serve as item and as status.
+// Mute. Item 0 is the muted state, item 1 the audible one; each text serves as item and as status.
 #define IDS_MUTE_DESC 211
 #define IDS_MUTE_ON 212
 #define IDS_MUTE_OFF 213
@@ -54,7 +54,7 @@
 #define IDS_OUTPUT_CRT_HDMI_CLONE 327
 #define IDS_OUTPUT_DVI_HDMI_CLONE 328
 
-// Bit k of the second mask is base + k; its highest bit has a text of its own, the last one here.
+// Bit k of the second mask is base + k; its highest bit has its own text, the last one here.
 #define IDS_OUTPUT_SECOND_BASE 350
 #define IDS_OUTPUT_CRT_LCD_EXTEND 350
 #define IDS_OUTPUT_DVI_LCD_EXTEND 351

@@ -1,9 +1,9 @@
-// A plug-in that does as it is told and remembers how it was called. InstrPlugin.dll has every export of the contract;
-// InstrNo<Export>.dll lacks that one. All stand in unit/plugins/ of the build folder.
+// A plug-in that does as it is told and records its calls. InstrPlugin.dll has every export of the contract;
+// InstrNo<Export>.dll lacks that one. All are in unit/plugins/ of the build folder.
 //
-// In-process tests steer it through InstrumentedPlugin below. Tests with a program of its own set values in
+// In-process tests control it through InstrumentedPlugin below. Tests that start a program set values in
 //   HKEY_CURRENT_USER\SOFTWARE\KESTOVA\Fenwyn Test\Plugin\<file name without .dll>
-// (a copy of the library under another name has a key of its own), read once when the library is loaded:
+// (a copy of the library under another name has its own key), read once when the library is loaded:
 //   <Export>.Result, <Export>.Delay (ms)              DWORD
 //   Info, Info2, CurrentItem, Dual, ItemCount         DWORD
 //   FollowSelection, WritesOnFailure                  DWORD

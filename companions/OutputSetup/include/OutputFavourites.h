@@ -1,5 +1,5 @@
-// Reads and writes the user's favourites of the display output, for the program that keeps them and for the plug-ins
-// that offer them. The layout in the registry stands in OutputSetup.h. Nothing is cached; thread: any.
+// Reads and writes the user's favourites of the display output, for the program that manages them and for the plug-ins
+// that offer them. The registry layout is in OutputSetup.h. Nothing is cached; thread: any.
 #pragma once
 
 #include <windows.h>
@@ -24,14 +24,14 @@ struct Favourite {
 // The connector name is cut to fit.
 [[nodiscard]] FenwynDisplayRecord displayRecord(const std::wstring& connector, ULONG index, ULONG width, ULONG height);
 
-// False until a list, be it an empty one, is stored for the first time.
+// False until a list, even an empty one, is stored for the first time.
 [[nodiscard]] bool exist();
 
-// In the order in which they are offered. Entries that make no sense are left out.
+// In the order in which they are offered. Invalid entries are omitted.
 [[nodiscard]] std::vector<Favourite> load();
 
-// Replaces all favourites; those beyond kMost are dropped. To add one: load, append, store. A system error code; after
-// a failure the list may be shorter.
+// Replaces all favourites; those beyond kMost are dropped. To add one: load, append, store. Returns a system error
+// code; after a failure the list may be shorter.
 [[nodiscard]] LSTATUS store(const std::vector<Favourite>& favourites);
 
 }  // namespace favourites

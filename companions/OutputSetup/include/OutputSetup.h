@@ -1,5 +1,5 @@
 /* The display-configuration program OutputSetup.exe, for C (C11) and C++: how it is started, how its windows are found
- * and closed, and where favourites are kept. A maker's own program of the same name can take its place. The numbers of
+ * and closed, and where favourites are stored. A maker's own program of the same name can replace it. The numbers of
  * arrangements, FENWYN_MODE_..., are those of FenwynPlugin.h. The resource compiler reads this file too. */
 #ifndef OUTPUT_SETUP_H
 #define OUTPUT_SETUP_H
@@ -9,22 +9,22 @@
 #endif
 #include "FenwynRegistry.h"
 
-/* Stands in the folder that FENWYN_VALUE_INSTALL_PATH names. */
+/* In the folder that FENWYN_VALUE_INSTALL_PATH names. */
 #define OUTPUT_SETUP_PROGRAM L"OutputSetup.exe"
 
-/* Its command line is one of these verbs; upper and lower case mean the same.
+/* Its command line is one of these verbs; case does not matter.
  *
- * OUTPUT: set the displays up in one of several arrangements. After the verb and a blank stands a decimal number: in
+ * OUTPUT: set up the displays in one of several arrangements. The verb is followed by a blank and a decimal number: in
  *         its low OUTPUT_SETUP_MASK_BITS bits the arrangements to offer (bit m = mode m), above them the mode to begin
  *         with, which is one of them.
- * CONFIG: look after the displays and the favourites.
- * SAVE:   name and keep the present arrangement. */
+ * CONFIG: manage the displays and the favourites.
+ * SAVE:   name and store the current arrangement. */
 #define OUTPUT_SETUP_VERB_OUTPUT L"\\OutputConf"
 #define OUTPUT_SETUP_VERB_CONFIG L"\\Config"
 #define OUTPUT_SETUP_VERB_SAVE L"\\Save"
 #define OUTPUT_SETUP_MASK_BITS 16
 
-/* Each verb has a window class of its own, and one window of it at most. */
+/* Each verb has its own window class, with at most one window. */
 #define OUTPUT_SETUP_CLASS_OUTPUT L"_DCWNDCLS_OUTPUT_"
 #define OUTPUT_SETUP_CLASS_CONFIG L"_DCWNDCLS_CONFIG_"
 #define OUTPUT_SETUP_CLASS_SAVE L"_DCWNDCLS_SAVE_"
@@ -38,7 +38,7 @@
  *   Mode      REG_DWORD   its arrangement, FENWYN_MODE_INTERNAL .. FENWYN_MODE_SEVERAL
  *   Displays  REG_BINARY  its FenwynDisplayRecords, one after the other
  *
- * While the key does not exist, nobody has ever kept a favourite. OutputFavourites.h reads and writes them. */
+ * While the key does not exist, no favourite has ever been stored. OutputFavourites.h reads and writes them. */
 #define OUTPUT_SETUP_REG_FAVOURITES FENWYN_REG_PRODUCT L"\\Favourites"
 #define OUTPUT_SETUP_VALUE_TEXT L"Text"
 #define OUTPUT_SETUP_VALUE_MODE L"Mode"
@@ -47,7 +47,7 @@
 #define OUTPUT_SETUP_FAVOURITE_TEXT_CHARS 63
 #define OUTPUT_SETUP_FAVOURITE_DISPLAYS 8
 
-/* Where they stood when they belonged to the simulated notebook; a list that is found there is moved. */
+/* Their former place in the key of the simulated notebook; a list that is found there is moved. */
 #define OUTPUT_SETUP_REG_OLD_FAVOURITES FENWYN_REG_SIMULATED_NOTEBOOK L"\\Output_2\\Favourites"
 
 #endif

@@ -1,23 +1,22 @@
 /* The hotkey library ZelMain.dll and its companion ZelEvnt.dll, for C (C11) and C++.
  *
- * Both are bound at run time: LoadLibrary, then GetProcAddress with the names below. A maker's own library may take
- * their place as long as it keeps to this header. Exports are undecorated on 32 bit as well, use the WINAPI calling
- * convention and return a 32-bit status: 0 is success, everything else a failure (HRESULT values here). No C++ types
- * and no exceptions cross the boundary, in either direction.
+ * Both are bound at run time: LoadLibrary, then GetProcAddress with the names below. A maker's own library may replace
+ * them if it follows this header. Exports are undecorated, also on 32 bit, use the WINAPI calling convention and return
+ * a 32-bit status: 0 is success, everything else a failure (HRESULT values here). No C++ types and no exceptions cross
+ * the boundary, in either direction.
  *
  * Key events. One key, the modifier, stands in for Fn (right Ctrl unless configured otherwise). Its press is reported
  * as code 0. Every key pressed while it is down is reported with its PC set-1 scan code (F1 = 0x3B .. F10 = 0x44,
- * F11 = 0x57, F12 = 0x58); an extended key as 0xE000 | scan code. A key whose code the function list names is swallowed
- * from its press to its release, so that no other program sees it. Every other key passes on untouched; what becomes of
- * the modifier itself stands at ModifierKey. A key that was down before the modifier is not reported.
+ * F11 = 0x57, F12 = 0x58); an extended key as 0xE000 | scan code. A key whose code is in the function list is swallowed
+ * from its press to its release, so that no other program sees it. Every other key is passed on unchanged; ModifierKey
+ * describes what happens to the modifier itself. A key that was down before the modifier is not reported.
  *
- * - A held key is reported once: its automatic repeats are no presses.
+ * - A held key is reported once: its automatic repeats do not count as presses.
  * - Every make is followed by exactly one break, at the latest with the modifier's: when the modifier goes up first,
  *   the breaks of the keys still down come right before its own, in the order in which they were pressed.
- * - A release that was never seen (session switch, lost focus, secure desktop) is noticed within about 300 ms and
- *   reported then. The state of a swallowed key cannot be asked for: its break comes with the modifier's, or with its
- *   own next press when more than 2.5 seconds have passed since its last repeat. So does that of a modifier that is
- * kept from the system.
+ * - A missed release (session switch, lost focus, secure desktop) is detected within about 300 ms and reported then.
+ *   The state of a swallowed key cannot be queried: its break comes with the modifier's, or with its own next press if
+ *   more than 2.5 seconds have passed since its last repeat. The same goes for a modifier that the system does not see.
  * - While a callback blocks, up to about a thousand events wait; presses beyond that are dropped whole, with their
  *   breaks.
  */
@@ -51,14 +50,14 @@ extern "C" {
 #define ZEL_CONFIG_END 0x80000000u
 
 /* Thread: both callbacks run on the library's one delivery thread, one at a time, in the order of the events. They may
- * block it (key events wait meanwhile, the keyboard does not), but Stop waits for them only for a second. They must not
- * call Stop. */
+ * block it (then key events wait, but not the keyboard), but Stop waits for them only for a second. They must not call
+ * Stop. */
 typedef void(WINAPI* ZelHotkeyCallback)(DWORD code, DWORD modifier);
 typedef void(WINAPI* ZelConfigCallback)(DWORD code);
 
 /* Starts watching the keyboard and the configuration. From here on the configuration callback may be called; key events
- * wait for EnableHotkey. Fails with E_POINTER for a null callback, with E_UNEXPECTED when already started, or with the
- * system's error when a hook or a thread cannot be had. Thread: any. */
+ * wait for EnableHotkey. Fails with E_POINTER for a null callback, with E_UNEXPECTED if already started, or with the
+ * system's error if a hook or a thread cannot be created. Thread: any. */
 #define ZEL_START "Start"
 typedef LONG(WINAPI* ZelStart)(ZelHotkeyCallback hotkeyCallback, ZelConfigCallback configCallback);
 
@@ -67,19 +66,19 @@ typedef LONG(WINAPI* ZelStart)(ZelHotkeyCallback hotkeyCallback, ZelConfigCallba
 #define ZEL_ENABLE_HOTKEY "EnableHotkey"
 typedef LONG(WINAPI* ZelEnableHotkey)(void);
 
-/* Stops watching, delivers the breaks of everything that is still down, and ends the library's threads; 0 means that no
- * callback runs any more. Waits for a second at most: a callback that has not returned by then gets its remaining
- * events dropped, is the last one called, and Stop returns HRESULT_FROM_WIN32(ERROR_TIMEOUT). Start works again after
- * either, or returns E_UNEXPECTED while the keyboard hook of before has not ended yet. S_FALSE when not started;
- * HRESULT_FROM_WIN32(ERROR_POSSIBLE_DEADLOCK), without effect, when called from a callback. Thread: any other. The
+/* Stops watching, delivers the breaks of all keys that are still down, and ends the library's threads; 0 means that no
+ * callback runs any more. Waits for a second at most: if a callback has not returned by then, the remaining events are
+ * dropped, no further callback follows, and Stop returns HRESULT_FROM_WIN32(ERROR_TIMEOUT). Start works again after
+ * either, or returns E_UNEXPECTED while the previous keyboard hook has not ended yet. S_FALSE if not started;
+ * HRESULT_FROM_WIN32(ERROR_POSSIBLE_DEADLOCK), without effect, if called from a callback. Thread: any other. The
  * library's threads hold a reference to it: FreeLibrary without Stop is harmless, the library stays mapped until its
  * threads have ended; to stop it after that, load it again first. */
 #define ZEL_STOP "Stop"
 typedef LONG(WINAPI* ZelStop)(void);
 
-/* Changes under these keys are reported with ZEL_CONFIG_CHANGED once nothing has changed any more for 100 ms (but after
- * a second of constant changes at the latest), whether or not the keys exist at first. Writing a value that was there
- * already is no change. */
+/* Changes under these keys are reported with ZEL_CONFIG_CHANGED once nothing has changed for 100 ms (but after a second
+ * of constant changes at the latest), whether or not the keys exist at first. Writing an unchanged value is no
+ * change. */
 #define ZEL_REG_CONFIG FENWYN_REG_CONFIG /* in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER */
 #define ZEL_REG_HOTKEY FENWYN_REG_HOTKEY /* with everything below it, in the root of the function list in force */
 
@@ -93,17 +92,17 @@ typedef LONG(WINAPI* ZelStop)(void);
 /* Settings of this library, DWORDs directly in ZEL_REG_HOTKEY; they take effect as soon as the change is noticed.
  *
  * ModifierKey: virtual-key code of the modifier, VK_RCONTROL unless given. VK_SHIFT, VK_CONTROL and VK_MENU mean the
- * right one of the two; 0 and values above 0xFE count as not given. A modifier that is only tapped (held alone for half
- * a second at most) keeps its own meaning:
- * - the Alt and Windows keys pass on untouched. When they were more than tapped, the system is shown a key without a
+ * right one of the two; 0 and values above 0xFE are ignored. A modifier that is only tapped (held alone for half a
+ * second at most) keeps its usual function:
+ * - the Alt and Windows keys are passed on unchanged. If they were more than tapped, the system is sent a key without a
  *   meaning (virtual key 0xE8) before they go up, so that no menu opens;
- * - Caps Lock, the menu key and F13 to F24 are kept from the system while they are down. After a tap the library
- * presses and releases them itself, so that they act when they are let go;
- * - every other key passes on untouched.
- * With StickyModifier a tap has a meaning already, and none of its own.
+ * - Caps Lock, the menu key and F13 to F24 are hidden from the system while they are down. After a tap the library
+ *   presses and releases them itself, so that they act when they are released;
+ * - every other key is passed on unchanged.
+ * With StickyModifier a tap only latches the modifier.
  *
  * StickyModifier: 1 = a tap of the modifier alone latches it: its make is reported and its break withheld, so that keys
- * can be pressed one after another. A further tap, the message below, a change of the modifier or a lost session
+ * can be pressed one after the other. Another tap, the message below, a change of the modifier or a lost session
  * releases the latch and reports the break. 0 (the default) = the modifier acts only while it is held. */
 #define ZEL_VALUE_MODIFIER_KEY L"ModifierKey"
 #define ZEL_VALUE_STICKY_MODIFIER L"StickyModifier"
@@ -114,13 +113,13 @@ typedef LONG(WINAPI* ZelStop)(void);
 #define ZEL_STICKY_WINDOW_TITLE L"Dravik Window"
 #define ZEL_STICKY_CANCEL_MESSAGE L"KESTOVA Fenwyn-WM_CANCEL_STICKY"
 
-/* What the latch is right now, for display only: DWORD 1 = latched, 0 = not, in a volatile key of HKEY_CURRENT_USER.
+/* The current state of the latch, for display only: DWORD 1 = latched, 0 = not, in a volatile key of HKEY_CURRENT_USER.
  * Missing means 0. */
 #define ZEL_REG_STATE FENWYN_REG_PRODUCT L"\\State"
 #define ZEL_VALUE_LATCHED L"Latched"
 
-/* The way to end the program from outside: while this event is set, the library sends ZEL_CONFIG_END, once at first and
- * then every second, so that a program which was still starting hears it too. Manual reset; Start creates it
+/* Ends the program from outside: while this event is set, the library sends ZEL_CONFIG_END, once at first and then
+ * every second, so that a program which was still starting receives it too. Manual reset; Start creates it
  * unsignalled and resets one that exists. Open it with EVENT_MODIFY_STATE and call SetEvent. */
 #define ZEL_END_EVENT L"Local\\KESTOVA_Fenwyn_End"
 
@@ -133,8 +132,8 @@ typedef LONG(WINAPI* ZelStop)(void);
  * gives up when the event is set. */
 #define ZEL_CANCEL_QUERY_EVENT L"Local\\KESTOVA_Fenwyn_CancelQuery"
 
-/* Cancels a pending query. 0 when one was told to give up, and also when none is pending; else the system's error as an
- * HRESULT (the name belongs to something else, access denied). Never waits. Thread: any. */
+/* Cancels a pending query. 0 if one was told to give up, and also if none is pending; otherwise the system's error as
+ * an HRESULT (the name belongs to something else, access denied). Never waits. Thread: any. */
 #define ZEL_CANCEL_QUERY_EXPORT "CancelQueryEvent"
 typedef LONG(WINAPI* ZelCancelQueryEvent)(void);
 

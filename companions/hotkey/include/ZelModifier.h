@@ -1,10 +1,10 @@
-// Which key the setting ZEL_VALUE_MODIFIER_KEY means: for the library, and for whoever tells a person about it.
+// The key that the setting ZEL_VALUE_MODIFIER_KEY means: for the library, and for programs that show it to the user.
 #pragma once
 
 #include <windows.h>
 
-// `configured`: the stored number, 0 when there is none. Returns a virtual-key code. The keyboard reports the two sides
-// of Shift, Ctrl and Alt apart, so that "either" is no key and means the right one.
+// `configured`: the stored number, 0 if there is none. Returns a virtual-key code. The keyboard distinguishes the two
+// sides of Shift, Ctrl and Alt, so the code for either side stands for the right one.
 [[nodiscard]] constexpr DWORD zelModifierKey(DWORD configured) noexcept {
     switch (configured) {
         case VK_SHIFT:

@@ -1,5 +1,5 @@
-// Dialogs from templates in the executable's resources. The template may name its own window class: the class only has
-// to be registered with the system's dialog procedure (a copy of the system dialog class under another name).
+// Dialogs from templates in the executable's resources. The template may name its own window class, which only has to
+// be registered with the system's dialog procedure (a copy of the system dialog class under another name).
 #pragma once
 
 #include "framework/Wnd.h"
@@ -8,7 +8,7 @@ class CDialog : public CWnd {
  public:
     explicit CDialog(UINT templateId) : m_uTemplateId(templateId) {}
 
-    // Creates the dialog, modeless. False: the last system error says why.
+    // Creates the dialog, modeless. False: the last system error tells why.
     bool Create(HWND parent);
 
     bool PreTranslateMessage(MSG& message) override;

@@ -13,6 +13,6 @@ class CFrameWnd : public CWnd {
 
  protected:
     [[nodiscard]] const MessageMap& messageMap() const override;
-    // WM_CLOSE destroys the frame through DestroyWindow, so that what an override undoes there is undone.
+    // WM_CLOSE destroys the frame through DestroyWindow, so that overrides of it run.
     void OnClose();
 };

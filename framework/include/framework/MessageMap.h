@@ -1,5 +1,5 @@
-// Message maps: a window class lists its messages in one constexpr table of (message, member function), read top to
-// bottom. A handler calls CWnd::Default() where it wants the default processing as well.
+// Message maps: a window class lists its messages in one constexpr table of (message, member function), read from top
+// to bottom. A handler calls CWnd::Default() if it also wants the default processing.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ class CWnd;
 struct MessageEntry {
     UINT message;     // the message number
     UINT notifyCode;  // for reflected WM_NOTIFY entries: the notification code
-    bool reflected;   // the notification comes back from the parent to the control that sent it
+    bool reflected;   // the parent passes the notification back to the control that sent it
     LRESULT (*invoke)(CWnd& window, WPARAM wParam, LPARAM lParam);
 };
 
@@ -33,7 +33,7 @@ struct MemberClass<Function Class::*> {
     using type = Class;
 };
 
-// Calls the member on the window that the map belongs to; a void handler answers 0.
+// Calls the member on the window that the map belongs to; the result of a void handler is 0.
 template <auto Member, typename... Arguments>
 LRESULT call(CWnd& window, Arguments... arguments) {
     auto& object = static_cast<typename MemberClass<decltype(Member)>::type&>(window);
@@ -45,7 +45,7 @@ LRESULT call(CWnd& window, Arguments... arguments) {
     }
 }
 
-// Mouse coordinates are signed: a second monitor may lie to the left.
+// Mouse coordinates are signed: a second monitor may be on the left.
 inline POINT pointOf(LPARAM lParam) {
     return {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
 }
@@ -63,7 +63,7 @@ constexpr MessageEntry onMessage(UINT message) {
                             [](CWnd& window, WPARAM w, LPARAM l) { return framework::call<Member>(window, w, l); });
 }
 
-// LRESULT handler(NMHDR*): a notification that the parent hands back to the control that sent it.
+// LRESULT handler(NMHDR*): a notification that the parent passes back to the control that sent it.
 template <auto Member>
 constexpr MessageEntry onReflectedNotify(UINT code) {
     MessageEntry result = framework::entry(WM_NOTIFY, [](CWnd& window, WPARAM, LPARAM l) {
@@ -113,7 +113,7 @@ constexpr MessageEntry onSize() {
     return onEvent<Member>(WM_SIZE);
 }
 
-// void handler(POINT client): WM_MOUSEMOVE, WM_LBUTTONDOWN and their kin.
+// void handler(POINT client): WM_MOUSEMOVE, WM_LBUTTONDOWN and similar.
 template <auto Member>
 constexpr MessageEntry onMouse(UINT message) {
     return framework::entry(

@@ -14,29 +14,29 @@ class CWinApp {
     CWinApp(const CWinApp&) = delete;
     CWinApp& operator=(const CWinApp&) = delete;
 
-    // The whole life of the program, called from the entry point: InitInstance, the message loop when that returned
-    // true, and ExitInstance in every case. Returns the process's exit code. `commandLine` outlives the call.
+    // The whole life of the program, called from the entry point: InitInstance, the message loop if that returned true,
+    // and ExitInstance in every case. Returns the process's exit code. `commandLine` outlives the call.
     int Main(HINSTANCE instance, const wchar_t* commandLine);
 
     // The end of the main window ends the message loop.
     static void windowGone(const CWnd& window);
 
-    // Tells the application, if there is one, of an exception that is being caught: exceptionCaught().
+    // Notifies the application, if there is one, of an exception that is being caught: exceptionCaught().
     static void reportException() noexcept;
 
     HINSTANCE m_hInstance = nullptr;
     const wchar_t* m_lpCmdLine = L"";         // without the program's name
-    std::atomic<CWnd*> m_pMainWnd = nullptr;  // not owned; other threads may ask whether there is one
+    std::atomic<CWnd*> m_pMainWnd = nullptr;  // not owned; other threads may check whether there is one
 
  protected:
     // False ends the program without a message loop.
     virtual bool InitInstance() { return true; }
-    // The base destroys a main window that is still there and returns the loop's exit code.
+    // The base destroys a remaining main window and returns the loop's exit code.
     virtual int ExitInstance();
-    // Until WM_QUIT, or until the main window is gone.
+    // Until WM_QUIT, or until the main window has been destroyed.
     virtual void Run();
     // Called in a catch block: an exception reached a border that it must not cross (the start, the end, the message
-    // loop, a window procedure or a hook), and goes no further. Whoever was called answers that it failed.
+    // loop, a window procedure or a hook), and stops there. The caller of the failed code gets a failure.
     virtual void exceptionCaught() noexcept {}
 
  private:

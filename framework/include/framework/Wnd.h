@@ -1,7 +1,7 @@
 // The window object: a C++ object bound to a window from the first message of its creation to the last of its
-// destruction. All calls belong on the thread that created the window. No exception leaves its messages: a handler that
-// throws has failed, the application hears of it (CWinApp::exceptionCaught), and the sender gets an answer that does no
-// harm. A window whose creation handlers throw does not come to be.
+// destruction. All calls must be made on the thread that created the window. No exception leaves its messages: if a
+// handler throws, the application is notified (CWinApp::exceptionCaught), and the sender gets a harmless result. A
+// window whose creation handlers throw is not created.
 #pragma once
 
 #include <memory>
@@ -15,26 +15,27 @@ struct Binding;
 class CWnd {
  public:
     CWnd();
-    // Destroys a window that this object created and that is still there; derived destroy logic does not run any more
-    // then. A subclassed window stays, without an object. Allowed inside the object's own handlers.
+    // Destroys a window that this object created and that still exists; derived destruction code no longer runs then. A
+    // subclassed window stays, without an object. Allowed inside the object's own handlers.
     virtual ~CWnd();
     CWnd(const CWnd&) = delete;
     CWnd& operator=(const CWnd&) = delete;
 
-    // The object bound to a window of this thread; null when there is none.
+    // The object bound to a window of this thread; null if there is none.
     [[nodiscard]] static CWnd* fromHandle(HWND window);
 
-    // CreateWindowEx with this object bound before WM_NCCREATE. False: the last system error says why.
+    // CreateWindowEx with this object bound before WM_NCCREATE. False: the last system error tells why.
     bool CreateEx(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, const RECT& place,
                   HWND parent, HMENU menuOrId);
-    // Binds the object to a window of this thread that exists already and has no object, until one of the two is gone.
+    // Binds the object to an existing window of this thread that has no object, until one of the two is destroyed.
     bool SubclassWindow(HWND window);
     bool SubclassDlgItem(int id, const CWnd& dialog) { return SubclassWindow(::GetDlgItem(dialog.m_hWnd, id)); }
 
-    // Destroys the window; false when there was none.
+    // Destroys the window; false if there was none.
     virtual bool DestroyWindow();
 
-    // The message loop offers each message to the objects of the target window's ancestry first; true: it is used up.
+    // The message loop first offers each message to the objects of the target window and its ancestors; true: it has
+    // been handled.
     virtual bool PreTranslateMessage(MSG& message);
 
     [[nodiscard]] bool isWindow() const { return m_hWnd != nullptr && ::IsWindow(m_hWnd) != FALSE; }
@@ -47,16 +48,17 @@ class CWnd {
     HWND m_hWnd = nullptr;  // null before creation and after destruction
 
  protected:
-    // Looks the message up in the map, then falls back to DefWindowProc. Overrides call it for what they leave.
+    // Looks up the message in the map, then falls back to DefWindowProc. Overrides call it for messages they do not
+    // handle.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-    // What the window would do without this object.
+    // The window's behaviour without this object.
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     // Default processing of the message being handled, with its own parameters.
     LRESULT Default();
 
     [[nodiscard]] virtual const MessageMap& messageMap() const;
 
-    // The very last call: the window is gone, m_hWnd is null. The object may delete itself here.
+    // The very last call: the window has been destroyed, m_hWnd is null. The object may delete itself here.
     virtual void PostNcDestroy() {}
 
  private:
@@ -80,8 +82,8 @@ class CWnd {
     std::shared_ptr<framework::Binding> m_pBinding;
 };
 
-// While it lives, the next window that this thread creates is bound to the object. CWnd::CreateEx and CDialog use it;
-// it is public for those who call a creating function of the system themselves.
+// During its lifetime, the next window that this thread creates is bound to the object. CWnd::CreateEx and CDialog use
+// it; it is public for code that calls a creating function of the system itself.
 class CreationScope {
  public:
     explicit CreationScope(CWnd& object);
@@ -89,8 +91,8 @@ class CreationScope {
     CreationScope(const CreationScope&) = delete;
     CreationScope& operator=(const CreationScope&) = delete;
 
-    // Takes what the creating function returned. True: the window is there and bound to the object. A window that could
-    // not be bound is destroyed. Safe after the object was deleted by its own creation handlers.
+    // Takes the result of the creating function. True: the window exists and is bound to the object. A window that
+    // could not be bound is destroyed. Safe after the object was deleted by its own creation handlers.
     [[nodiscard]] bool confirm(HWND window) const;
 
  private:

@@ -1,4 +1,4 @@
-// What the checker knows beside the table of functions.
+// What the checker knows in addition to the table of functions.
 #pragma once
 
 #include <windows.h>
@@ -12,6 +12,6 @@ namespace check {
 inline constexpr std::wstring_view kConnectorWords[] = {L"LCD", L"RGB", L"DVI", L"HDMI", L"DisplayPort"};
 
 inline constexpr UINT kLongestReason = 400;  // characters of GetUnsupportedReason
-inline constexpr DWORD kSlowCall = 50;       // ms that a person begins to feel
+inline constexpr DWORD kSlowCall = 50;       // ms that users begin to notice
 
 }  // namespace check

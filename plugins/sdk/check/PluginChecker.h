@@ -1,4 +1,4 @@
-// Holds a plug-in against the contract: loads it, calls its questions in Fenwyn's order, and unloads it. The machine is
+// Checks a plug-in against the contract: loads it, makes its queries in Fenwyn's order, and unloads it. The machine is
 // not changed: neither SelectItem nor FocusItem nor the panic export is called, unless an item is given.
 #pragma once
 
@@ -9,8 +9,8 @@
 
 namespace check {
 
-// `function`: the function's name as the function list has it; letter case does not matter. `item`: passed to
-// SelectItem (FocusItem for Brightness) when given.
+// `function`: the function's name as in the function list; letter case does not matter. `item`: passed to SelectItem
+// (FocusItem for Brightness) if given.
 [[nodiscard]] CReport checkPlugin(const std::wstring& path, const std::wstring& function,
                                   std::optional<long> item = std::nullopt);
 

@@ -1,4 +1,4 @@
-// The plug-in under test: its exports by name, timed calls, and out values that notice when too much is written.
+// The plug-in under test: its exports by name, timed calls, and out values that detect when too much is written.
 #pragma once
 
 #include <windows.h>
@@ -14,27 +14,27 @@
 
 namespace check {
 
-// The export that is being called; for the message after a crash. Null between calls.
+// The export that is being called, for the message after a crash. Null between calls.
 [[nodiscard]] const char* exportInProgress() noexcept;
 
 class CPluginLibrary {
  public:
     explicit CPluginLibrary(CReport& report) : m_report(report) {}
 
-    // Looks for the library and what it needs as the program does; the path is the function list's, so a relative one
-    // is not looked for in the current folder. Reports why a file cannot be loaded. False then.
+    // Searches for the library and its dependencies as the program does; the path is like the function list's, so a
+    // relative one is not searched for in the current folder. Reports why a file cannot be loaded. False then.
     bool load(const std::wstring& path);
     void unload();
 
     [[nodiscard]] bool has(const char* exportName) const { return address(exportName) != nullptr; }
 
-    // Reports each missing export, with a similar name when there is one. False when any is missing.
+    // Reports each missing export, with a similar name if there is one. False if any is missing.
     bool requireExports(const std::array<const char*, fenwyn::kMaxExports>& names);
 
-    // Reports that the plug-in declined with this result, and its reason when it gives one.
+    // Reports that the plug-in declined with this result, and its reason if it gives one.
     void reportUnsupported(const char* initializeName, LONG result);
 
-    // Calls an export that is there, and reports when that took too long. `Function` is its type in the contract.
+    // Calls an existing export, and reports if that took too long. `Function` is its type in the contract.
     template <typename Function, typename... Arguments>
     LONG call(const char* exportName, Arguments... arguments) {
         const CallScope scope(*this, exportName);

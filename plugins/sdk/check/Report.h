@@ -1,4 +1,4 @@
-// What the checker found, in words.
+// The checker's findings, in words.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-/* The smallest plug-in: the exports that a function with two items ("Touchpad" here) needs, and nothing else. */
+/* The smallest plug-in: only the exports that a function with two items (here "Touchpad") needs. */
 #define FENWYN_PLUGIN
 #include "FenwynPlugin.h"
 

@@ -1,4 +1,4 @@
-// What the program does without a window: the switches of its command line.
+// The commands of the program's command line, which need no window.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@ namespace sim {
 
 enum ExitCode : int { kDone = 0, kWrongUse = 1, kRegistryRefused = 2, kStillRunning = 3 };
 
-// Carries out the command in `arguments` (without the program's name; at least one). `answer` receives what to tell the
-// person: lines, each ended by a line feed.
+// Carries out the command in `arguments` (without the program's name; at least one). `answer` receives the output:
+// lines, each ended by a line feed.
 [[nodiscard]] ExitCode runCommand(const std::vector<std::wstring>& arguments, std::wstring& answer);
 
-// Folder of the running program, without a backslash at its end.
+// Folder of the running program, without a trailing backslash.
 [[nodiscard]] std::wstring programFolder();
 
 }  // namespace sim

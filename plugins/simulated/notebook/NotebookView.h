@@ -1,4 +1,4 @@
-// The picture of the simulated notebook: what there is to see, and drawing it.
+// The picture of the simulated notebook: its contents, and drawing it.
 #pragma once
 
 #include <windows.h>
@@ -29,13 +29,13 @@ struct NotebookModel {
     bool operator==(const NotebookModel&) const = default;
 };
 
-// Reads the machine as it is now. Rows whose state differs from `previous` are marked; when none differs, the marks
-// stay as they were.
+// Reads the current state of the machine. Rows whose state differs from `previous` are marked; if none differs, the
+// marks do not change.
 [[nodiscard]] NotebookModel readNotebook(const NotebookModel& previous);
 
 class CNotebookView {
  public:
-    // dpi: of the screen; 96 draws the sizes as they are designed.
+    // dpi: of the screen; 96 draws the design sizes.
     explicit CNotebookView(int dpi);
 
     [[nodiscard]] SIZE size() const;  // pixels

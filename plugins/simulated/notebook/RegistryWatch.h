@@ -1,4 +1,4 @@
-// Tells a window when the simulated machine or Fenwyn's published state changed, without polling.
+// Notifies a window when the simulated machine or Fenwyn's published state changed, without polling.
 #pragma once
 
 #include <windows.h>
@@ -17,8 +17,7 @@ class CRegistryWatch {
     CRegistryWatch& operator=(const CRegistryWatch&) = delete;
 
     // Posts `message` to `window` after every change of a value or key below HKCU\SOFTWARE\KESTOVA, until stop().
-    // Changes that come together may arrive as one. False: the system gave no event or
-    // no thread.
+    // Simultaneous changes may cause one message. False: the system provided no event or no thread.
     bool start(HWND window, UINT message);
     void stop();
 

@@ -1,5 +1,5 @@
-// The frame around every export of a simulated plug-in: configured delay and result, record of the call, and no
-// exception that leaves the library.
+// Common to all exports of a simulated plug-in: configured delay and result, record of the call, and a border that no
+// exception crosses.
 #pragma once
 
 #include <initializer_list>
@@ -17,7 +17,7 @@ namespace sim {
 
 inline constexpr LONG kFailed = 1;
 
-// Who calls what: whether the call changes the machine decides whether the notebook's window shows it.
+// The kind of call: the notebook's window shows calls that change the machine.
 enum class Effect { Question, Change };
 
 struct Outcome {
@@ -27,12 +27,12 @@ struct Outcome {
 
 [[nodiscard]] std::wstring joined(std::initializer_list<long long> arguments);
 
-// The configured result of an export after its configured delay; 0 when the export is to work.
+// The configured result of an export after its configured delay; 0 if the export is to work.
 [[nodiscard]] LONG configuredResult(const wchar_t* exportName);
 void finishCall(const wchar_t* exportName, Effect effect, const Outcome& outcome);
 
 // Runs `body` (which returns an Outcome) unless a result is configured, and records the call. The border of every
-// export: whatever an export needs memory for is done in here.
+// export: everything that needs memory is done in here.
 template <typename Body>
 LONG perform(const wchar_t* exportName, Effect effect, std::initializer_list<long long> argumentsIfSkipped,
              Body body) noexcept {
@@ -42,7 +42,7 @@ LONG perform(const wchar_t* exportName, Effect effect, std::initializer_list<lon
         finishCall(exportName, effect, outcome);
         return outcome.result;
     } catch (...) {
-        return -kFailed;  // GetDisplayItemInfo fails with negative results only, every other export with any
+        return -kFailed;  // GetDisplayItemInfo fails only with negative results, every other export with any
     }
 }
 

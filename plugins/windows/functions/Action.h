@@ -1,4 +1,4 @@
-// The numbering of functions without a state: item 0 does it, item 1 leaves it.
+// The items of functions without a state: item 0 does it, item 1 cancels.
 #pragma once
 
 #include <windows.h>

@@ -11,9 +11,9 @@ namespace win {
 
 inline constexpr LONG kBrightnessLevels = 10;
 
-// The level, 0 to 10, that a percentage belongs to.
+// The level, 0 to 10, of a percentage.
 [[nodiscard]] LONG levelOf(BYTE nPercent);
-// The percentage of the screen that comes nearest to a level; of two, the brighter. `rLevels` is not empty.
+// The percentage of the screen that is nearest to a level; of two, the brighter. `rLevels` is not empty.
 [[nodiscard]] BYTE percentOf(LONG lLevel, const std::vector<BYTE>& rLevels);
 
 class CBrightness final : public IFunction {

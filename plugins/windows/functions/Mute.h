@@ -1,4 +1,4 @@
-// Mute: the sound of the device that the system plays on now.
+// Mute: the sound of the current default device.
 #pragma once
 
 #include <memory>

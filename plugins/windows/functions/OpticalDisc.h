@@ -1,4 +1,5 @@
-// ODD: ejects the disc of the first optical drive, or makes the drive quiet. On and off is for administrators.
+// ODD: ejects the disc of the first optical drive, or makes the drive quiet. Only administrators may switch a drive on
+// and off.
 #pragma once
 
 #include <memory>
@@ -9,7 +10,7 @@
 
 namespace win {
 
-// The first drive that is one; nothing when there are none but mounted images.
+// The first real drive; nothing if there are only mounted images.
 [[nodiscard]] std::optional<wchar_t> realDrive(const std::vector<OpticalDrive>& rDrives);
 
 class COpticalDisc final : public IFunction {

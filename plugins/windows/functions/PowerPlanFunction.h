@@ -12,7 +12,7 @@ namespace win {
 
 inline constexpr std::size_t kPlanItems = 4;
 
-// What the card shows: which plan is behind each item, and which one is active.
+// The card's contents: the plan of each item, and which one is active.
 struct PlanItems {
     std::array<std::optional<PowerPlan>, kPlanItems> plans;
     std::optional<LONG> active;
@@ -20,9 +20,9 @@ struct PlanItems {
     [[nodiscard]] ULONG mask() const;
 };
 
-// The plans that every system begins with have the items with their pictures: 0 high performance, 1 balanced, 2 power
-// saver. The last item is for another plan, the active one before all; further ones fill items that are free, in the
-// system's order. Plans beyond four are left out.
+// The standard plans have the items with their pictures: 0 high performance, 1 balanced, 2 power saver. The last item
+// is for another plan, preferably the active one; further ones fill free items, in the system's order. Plans beyond
+// four are omitted.
 [[nodiscard]] PlanItems arrangePlans(const std::vector<PowerPlan>& plans, const std::optional<GUID>& active);
 
 class CPowerPlan final : public IFunction {
@@ -38,7 +38,7 @@ class CPowerPlan final : public IFunction {
  private:
     std::shared_ptr<IPowerPlans> m_pPlans;
     CSlowState<PlanItems> m_state;
-    PlanItems m_shown;  // what items() told last: a choice is of these
+    PlanItems m_shown;  // the last result of items(): a choice refers to it
 };
 
 }  // namespace win

@@ -12,7 +12,7 @@ namespace win {
 // How a machine is sent to sleep.
 enum class SleepWay { None, Standby, DisplayOff };
 
-// A machine with modern standby would hibernate when it is told to stand by: there the display is switched off, and the
+// A machine with modern standby would hibernate if told to stand by: instead its display is switched off, and the
 // machine sleeps by itself.
 [[nodiscard]] SleepWay sleepWay(const SleepAbilities& abilities);
 

@@ -1,4 +1,4 @@
-// The numbering of functions that are on or off: item 0 is "on", item 1 is "off".
+// The items of functions that are on or off: item 0 is "on", item 1 is "off".
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ inline constexpr LONG kItemOff = 1;
     return bOn ? std::optional<LONG>(*bOn ? kItemOn : kItemOff) : std::nullopt;
 }
 
-// Nothing for an item that there is not.
+// Nothing for an unknown item.
 [[nodiscard]] constexpr std::optional<bool> toggleState(LONG lItem) {
     return lItem == kItemOn || lItem == kItemOff ? std::optional<bool>(lItem == kItemOn) : std::nullopt;
 }

@@ -1,4 +1,4 @@
-// Touchpad: the system offers a toggle only, so the state is read, the toggle sent when it differs, and the state
+// Touchpad: the system offers a toggle only, so the state is read, the toggle sent if it differs, and the state
 // verified.
 #pragma once
 

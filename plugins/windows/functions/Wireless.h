@@ -1,4 +1,4 @@
-// Wireless: each radio is offered the change that it can make.
+// Wireless: for each radio its possible change is offered.
 #pragma once
 
 #include <memory>
@@ -11,10 +11,10 @@ namespace win {
 
 using RadioList = std::vector<Radio>;
 
-// The states that the card offers. For a radio that is on: to switch it off; for one that is off: to switch it on. With
-// two radios or more also all at once, in the directions in which something would change. "Cancel" always.
+// The states that the card offers. For a radio that is on: switch it off; for one that is off: switch it on. With two
+// or more radios also all at once, in the directions that would change something. "Cancel" always.
 [[nodiscard]] ULONG offeredStates(const RadioList& rRadios);
-// The radios after a state was chosen; nothing when it is not offered.
+// The radios after a state was chosen; nothing if it is not offered.
 [[nodiscard]] std::optional<RadioList> afterState(const RadioList& rRadios, LONG lState);
 
 class CWireless final : public IFunction {

@@ -1,5 +1,5 @@
-// The frame around the exports: the function that lives between initialisation and the end, and no exception that
-// leaves the library.
+// Common to all exports: the function, which lives from initialisation to the end, and a border that no exception
+// crosses.
 #pragma once
 
 #include <utility>
@@ -13,7 +13,7 @@ inline constexpr LONG kFailed = 1;
 // Null before InitializeHotkeyDll and after FinalizeHotkeyDll.
 [[nodiscard]] IFunction* function() noexcept;
 
-// Runs `body`, which returns whether it was done, when there is a function.
+// If there is a function, runs `body`, which returns whether it succeeded.
 template <typename Body>
 LONG perform(LONG lFailure, Body body) noexcept {
     try {

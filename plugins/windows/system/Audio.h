@@ -1,4 +1,4 @@
-// The sound output that the system uses now.
+// The system's current sound output.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@ class IAudio {
  public:
     virtual ~IAudio() = default;
 
-    // Asks the system each time, so that another device, or another program's change, is seen. Nothing: no device.
+    // Asks the system each time, so that another device, or another program's change, is noticed. Nothing: no device.
     [[nodiscard]] virtual std::optional<bool> muted() = 0;
     [[nodiscard]] virtual bool setMuted(bool bMuted) = 0;
 };

@@ -10,8 +10,8 @@
 namespace win {
 
 struct Backlight {
-    std::vector<BYTE> levels;  // percentages that the screen can be set to, in no certain order
-    BYTE nPercent = 0;         // now
+    std::vector<BYTE> levels;  // percentages that the screen supports, in any order
+    BYTE nPercent = 0;         // the current one
 };
 
 // One thread, which may wait: the answers come from another process and can take long.
@@ -19,7 +19,7 @@ class IBacklight {
  public:
     virtual ~IBacklight() = default;
 
-    // Nothing: the machine has no screen of which the system can set the brightness.
+    // Nothing: the machine has no screen whose brightness the system can set.
     [[nodiscard]] virtual std::optional<Backlight> read() = 0;
     // A percentage of `levels`.
     virtual void set(BYTE nPercent) = 0;

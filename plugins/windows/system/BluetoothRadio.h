@@ -1,4 +1,4 @@
-// The radio of short distances, by the system's own list of radios (since Windows 10).
+// The Bluetooth radio, from the system's own list of radios (since Windows 10).
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 
 namespace win {
 
-// Nothing: there is none, the system is older, or it does not answer programs of this bitness.
+// Nothing: there is none, the system is older, or it does not support programs of this bitness.
 [[nodiscard]] std::optional<Radio> bluetoothRadio();
 void setBluetoothRadio(bool bOn);
 

@@ -1,4 +1,4 @@
-// COM on the thread of a scope, and owners for what COM hands out.
+// COM on the thread of a scope, and owners for COM objects.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace win {
 
-// COM for the scope. A thread that has COM already, of whatever kind, keeps it as it is.
+// COM for the scope. If the thread has COM already, in whatever mode, that is not changed.
 class CComScope {
  public:
     explicit CComScope(DWORD dwKind) noexcept : m_hr(::CoInitializeEx(nullptr, dwKind)) {}

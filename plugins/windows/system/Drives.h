@@ -17,7 +17,7 @@ class IDrives {
  public:
     virtual ~IDrives() = default;
 
-    // Drives that tell how they are connected, in the order of their letters.
+    // Drives with a known connection, in the order of their letters.
     [[nodiscard]] virtual std::vector<OpticalDrive> opticalDrives() = 0;
     virtual void eject(wchar_t chLetter) = 0;
     // The lowest speed, until the disc is changed.

@@ -9,9 +9,9 @@ class ILock {
  public:
     virtual ~ILock() = default;
 
-    // Whether a policy for this user or this machine keeps it from being locked.
+    // Whether a policy for this user or this machine prevents locking.
     [[nodiscard]] virtual bool forbidden() = 0;
-    // Asks for the lock; it comes a moment later. False: the system refused.
+    // Requests the lock, which comes a moment later. False: the system refused.
     [[nodiscard]] virtual bool lock() = 0;
 };
 

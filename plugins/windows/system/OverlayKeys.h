@@ -1,5 +1,5 @@
-// The rules of the two overlays: which keys they turn into which, and what becomes of a key that is held while an
-// overlay comes or goes. Pure: the hook feeds it and sends what it answers.
+// The rules of the two overlays: the substituted keys, and the treatment of a key that is held while an overlay is
+// switched. Pure: the hook feeds it and sends its output.
 #pragma once
 
 #include <windows.h>
@@ -58,18 +58,17 @@ class COverlayKeys {
         std::size_t m_uCount = 0;
     };
 
-    // `isHeld` tells of a scan code whether the key is down at this moment: such a key keeps its meaning until it is
+    // `isHeld` tells whether the key with a scan code is down at this moment: such a key keeps its meaning until it is
     // up.
     COverlayKeys(OverlayKind kind, const std::function<bool(WORD wScan)>& isHeld);
 
-    // One event of a real key. `bModifier`: Ctrl, Alt or a Windows key is down, which makes the key a command of its
-    // own.
+    // One event of a real key. `bModifier`: Ctrl, Alt or a Windows key is down, which makes the key a command.
     [[nodiscard]] Answer handle(ScanKey key, bool bUp, bool bModifier);
 
-    // Ends the overlay: the ups of all keys that it holds down. Their own ups are swallowed when they come.
+    // Ends the overlay: returns the ups of all keys that it holds down. Their own ups are swallowed later.
     [[nodiscard]] Ups end() noexcept;
 
-    // After end(): keys are still held whose ups are to be swallowed.
+    // After end(): keys whose ups are to be swallowed are still held.
     [[nodiscard]] bool drains() const;
 
  private:

@@ -1,5 +1,5 @@
-// Which overlay is on in the session, and which process holds its hook: a word in memory that all programs of the
-// session share. It lives as long as anybody holds it, so a process that dies takes its overlay along.
+// Which overlay is on in the session, and which process has its hook: a word in memory shared by all programs of the
+// session. It exists as long as any process holds it, so if a process dies, its overlay ends too.
 #pragma once
 
 #include <windows.h>
@@ -19,17 +19,17 @@ class COverlayShare {
     // False: the system has no memory for it, and no overlay can be on.
     [[nodiscard]] bool valid() const noexcept { return m_pWord != nullptr; }
 
-    // The overlay that is on; None when the process that holds it is gone.
+    // The overlay that is on; None if its process has ended.
     [[nodiscard]] OverlayKind current() const;
-    // Whether this process holds the hook of that overlay.
+    // Whether this process has the hook of that overlay.
     [[nodiscard]] bool mine(OverlayKind kind) const;
 
-    // Makes it this process's, and tells whoever held one.
+    // Assigns it to this process, and notifies the previous holder.
     void take(OverlayKind kind);
-    // Ends it, whoever holds it, and tells the holder. Nothing happens when another is on.
+    // Ends it, whoever holds it, and notifies the holder. Nothing happens if another is on.
     void end(OverlayKind kind);
 
-    // Set whenever the holder of that overlay may have to let go. Auto-reset.
+    // Set whenever the holder of that overlay may have to end it. Auto-reset.
     [[nodiscard]] HANDLE changed(OverlayKind kind) const;
 
  private:

@@ -20,7 +20,7 @@ class IPowerPlans {
  public:
     virtual ~IPowerPlans() = default;
 
-    // In the system's order; empty when it has none or does not tell.
+    // In the system's order; empty if it has none or reports none.
     [[nodiscard]] virtual std::vector<PowerPlan> plans() = 0;
     [[nodiscard]] virtual std::optional<GUID> active() = 0;
     virtual void activate(const GUID& rId) = 0;

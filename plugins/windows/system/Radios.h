@@ -6,13 +6,13 @@
 
 namespace win {
 
-// In the order of the states that the wireless function has for them.
+// In the order of the wireless function's states for them.
 enum class RadioKind { Wlan = 0, Bluetooth = 1 };
 
 struct Radio {
     RadioKind kind;
     bool bOn;
-    bool bSwitchable;  // false: a switch on the case, or a policy, keeps it off
+    bool bSwitchable;  // false: a hardware switch, or a policy, keeps it off
 };
 
 // One thread; answers come from services and may take long.
@@ -26,7 +26,7 @@ class IRadios {
     virtual void set(RadioKind kind, bool bOn) = 0;
 };
 
-// Radio states only: networks are neither looked for nor read.
+// Only radio states: networks are neither searched for nor read.
 [[nodiscard]] std::shared_ptr<IRadios> makeWindowsRadios();
 
 }  // namespace win

@@ -1,4 +1,4 @@
-// Functions of system libraries that not every Windows has.
+// Functions of system libraries that some versions of Windows lack.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace win {
 
-// A library of the system's own folder; nothing is looked for elsewhere.
+// A library from the system's own folder only.
 class CRuntimeLibrary {
  public:
     explicit CRuntimeLibrary(const wchar_t* pszName) {
@@ -20,7 +20,7 @@ class CRuntimeLibrary {
         }
     }
 
-    // Null when the library or the function is missing.
+    // Null if the library or the function is missing.
     template <typename Function>
     [[nodiscard]] Function find(const char* pszName) const {
         return m_hModule

@@ -13,21 +13,22 @@
 
 namespace win {
 
-// How long an initialisation waits for the machine's first answer: the only wait there is, because it decides whether
-// there is a card at all.
+// How long an initialisation waits for the machine's first answer. This is the only wait, because the answer decides
+// whether there is a card.
 inline constexpr DWORD kFirstAnswerMs = 1000;
 inline constexpr wchar_t kNoAnswerInTime[] = L"The system did not answer in time.";
 
-// Reads answer at once with what is known and begin to read anew in the background; changes are made in the background,
-// and of several that wait only the latest is. `read` and the changes run on the worker's thread and own what they use.
+// Reads return the known state at once and start a new read in the background. Changes are made in the background too;
+// of several waiting ones only the latest is made. `read` and the changes run on the worker's thread and own what they
+// use.
 template <typename State>
 class CSlowState {
  public:
     explicit CSlowState(std::function<std::optional<State>()> read)
         : m_pShared(std::make_shared<Shared>(std::move(read))), m_worker([pShared = m_pShared] { pShared->turn(); }) {}
 
-    // For an initialisation: waits for the machine's first answer. Empty: it has what the function needs; otherwise why
-    // not, which is `pszMissing` when the machine says so.
+    // For an initialisation: waits for the machine's first answer. Empty: it has what the function needs; otherwise the
+    // reason, which is `pszMissing` if the machine answered.
     [[nodiscard]] std::wstring waitForFirst(const wchar_t* pszMissing, DWORD dwTimeoutMs = kFirstAnswerMs) {
         refresh();
         if (::WaitForSingleObject(m_pShared->hAnswered.get(), dwTimeoutMs) != WAIT_OBJECT_0) {
@@ -36,16 +37,17 @@ class CSlowState {
         return known() ? L"" : pszMissing;
     }
 
-    // The state as last read, or as it will be after the changes that are under way.
+    // The last known state, or the expected one after pending changes.
     [[nodiscard]] std::optional<State> known() const {
         const Guard guard(m_pShared->lock);
         return m_pShared->known;
     }
 
-    // Reads anew in the background.
+    // Reads again in the background.
     void refresh() { m_worker.wake(); }
 
-    // Makes a change in the background. Until it is made `expected` counts as the state; then the machine is read anew.
+    // Makes a change in the background. Until then `expected` counts as the state; afterwards the machine is read
+    // again.
     bool change(const std::function<void()>& make, State expected) {
         {
             const Guard guard(m_pShared->lock);
@@ -76,7 +78,7 @@ class CSlowState {
             }
             std::optional<State> now = read();
             const Guard guard(lock);
-            // A change that came meanwhile has said what is to be expected; its own turn reads the truth.
+            // A newer change has set the expected state; its own turn reads the real one.
             if (!change) {
                 known = std::move(now);
             }

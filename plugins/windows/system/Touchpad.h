@@ -14,7 +14,7 @@ class ITouchpad {
     [[nodiscard]] virtual bool present() = 0;
     // Nothing: the system does not tell.
     [[nodiscard]] virtual std::optional<bool> enabled() = 0;
-    // Asks the system to switch it to the other state; that happens a moment later, if at all.
+    // Asks the system to switch to the other state, which happens a moment later, if at all.
     virtual void toggle() = 0;
 };
 

@@ -1,4 +1,4 @@
-// One thread for what may take longer than a person notices.
+// One thread for calls that may take noticeably long.
 #pragma once
 
 #include <windows.h>
@@ -10,19 +10,19 @@
 
 namespace win {
 
-// Runs its turn on a thread of its own, once for each wake(); wakes that come while a turn runs are one. The thread
+// Runs its turn on a thread of its own, once for each wake(); several wakes during a turn count as one. The thread
 // starts with the first wake. A turn that hangs in the system keeps the library mapped, however early the library's
-// user gives it up.
+// user releases it.
 class CWorker {
  public:
     // `turn` may outlive this object: it owns what it uses.
     explicit CWorker(std::function<void()> turn);
-    // Ends the thread after the turn that runs. Waits for it, but never longer than kEndWaitMs.
+    // Ends the thread after the current turn. Waits for it, but never longer than kEndWaitMs.
     ~CWorker();
     CWorker(const CWorker&) = delete;
     CWorker& operator=(const CWorker&) = delete;
 
-    // False: there is no thread, and none can be made.
+    // False: there is no thread, and none can be created.
     bool wake();
 
     static constexpr DWORD kEndWaitMs = 500;

@@ -13,7 +13,7 @@ namespace win {
 inline constexpr std::size_t kZoomSizes = 3;  // normal, larger, largest
 using ZoomTable = std::array<int, kZoomSizes>;
 
-// The place of the size in the table that comes nearest; of two, the smaller.
+// The index of the nearest size in the table; of two, the smaller.
 [[nodiscard]] std::size_t nearestSize(const ZoomTable& rTable, int nSize);
 
 // Any thread; may take long, because the shell answers.
@@ -21,12 +21,12 @@ class IDesktopIcons {
  public:
     virtual ~IDesktopIcons() = default;
 
-    // Which of the three sizes the icons have now, or come nearest to; nothing: there is no desktop.
+    // The icons' current size of the three, or the nearest; nothing: there is no desktop.
     [[nodiscard]] virtual std::optional<std::size_t> size() = 0;
     virtual void resize(std::size_t size) = 0;
 };
 
-// The shell's view of the desktop where there is one, else the spacing and font of icons.
+// The shell's view of the desktop if there is one, otherwise the spacing and font of icons.
 [[nodiscard]] std::shared_ptr<IDesktopIcons> makeWindowsDesktopIcons();
 
 }  // namespace win

@@ -1,5 +1,5 @@
-// The functions whose items, texts and pictures are data: one class walks a function's description. The log names the
-// described class, so that its readers see "CFxMute::initItems" although there is one implementation.
+// The functions whose items, texts and pictures are data: one class interprets a function's description. The log names
+// the described class, so that its readers see "CFxMute::initItems" although there is one implementation.
 #pragma once
 
 #include "Logic/FuncX/FuncXUseCircleItem.h"
@@ -22,7 +22,7 @@ class CCircleFunction : public CFuncXUseCircleItem {
     CCircleFunction(const functiontables::CircleDescription& rDescription, std::vector<DWORD> vecHotkeyCodes,
                     std::wstring strCaption);
 
-    // Called when the plug-in has reported its items, before the first is made, and for each item made.
+    // Called when the plug-in has reported its items, before the first is created, and for each item created.
     virtual void onItemsReported() {}
     virtual void onItemAdded(const functiontables::Item& /*rItem*/) {}
 
@@ -37,7 +37,7 @@ class CCircleFunction : public CFuncXUseCircleItem {
     DWORD m_dwItemBits = 0;  // of the items that exist
 };
 
-// A function that its description tells wholly.
+// A function that its description specifies completely.
 template <const functiontables::CircleDescription& kDescription>
 class CDescribedFunction final : public CCircleFunction {
  public:

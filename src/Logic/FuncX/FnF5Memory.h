@@ -1,5 +1,5 @@
-// The texts that cross the border between the display-output plug-in and the program: the plug-in allocates them with
-// the program's function, the program frees them.
+// The texts that the display-output plug-in passes to the program: the plug-in allocates them with the program's
+// function, the program frees them.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ namespace fnf5 {
 void* WINAPI allocate(LONG lByteCount) noexcept;
 void release(void* pBlock) noexcept;
 
-// Blocks handed out and not yet given back; a plug-in that keeps blocks to itself shows here.
+// Blocks allocated and not yet freed, including those that a plug-in never passed on.
 [[nodiscard]] long outstandingBlocks() noexcept;
 
 struct TextTraits : common::NullIsNone<wchar_t*> {
@@ -22,7 +22,7 @@ struct TextTraits : common::NullIsNone<wchar_t*> {
 };
 using UniqueText = common::UniqueAny<TextTraits>;
 
-// The text of a block up to its end: a missing terminator does not lead beyond it. Empty for null.
+// The text of a block up to its end, even without a terminator. Empty for null.
 [[nodiscard]] std::wstring textOf(const UniqueText& text);
 
 }  // namespace fnf5

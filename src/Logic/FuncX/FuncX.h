@@ -1,6 +1,6 @@
-// The abstract hotkey function: it owns the function's plug-in library, asks it for items and state, and hands it the
-// user's choice. The system itself changes no setting. All calls belong on the user-interface thread, except where a
-// function's own thread is named.
+// The abstract hotkey function: it owns the function's plug-in library, asks it for items and state, and passes it the
+// user's choice. The program itself changes no setting. All calls must be made on the user-interface thread, except
+// where a function's own thread is named.
 #pragma once
 
 #include <memory>
@@ -24,11 +24,11 @@ class CFuncX {
     CFuncX(const CFuncX&) = delete;
     CFuncX& operator=(const CFuncX&) = delete;
 
-    // The operations in the order of the design's virtual table.
+    // The operations, in the fixed order of the virtual table.
 
     // Loads the plug-in (environment references in the path are expanded) and asks it whether it is supported here.
     [[nodiscard]] virtual HRESULT initHotkeyDll(const wchar_t* pszFuncDll);
-    // True when getSmallPngID would answer otherwise than the last time.
+    // True if getSmallPngID would return another value than last time.
     [[nodiscard]] virtual bool needRefreshSmallPng() { return false; }
     [[nodiscard]] virtual UINT getSmallPngID() = 0;
     [[nodiscard]] virtual UINT getLargePngID() = 0;
@@ -41,40 +41,39 @@ class CFuncX {
     [[nodiscard]] virtual HRESULT getDefaultSelectItem(LONG& rlItem) = 0;
     // The text that the large card shows for the current state.
     [[nodiscard]] virtual std::wstring getCurrentStatus() { return {}; }
-    // Applies an item; rbHideCard says afterwards whether the strip is to hide. lParam is -1 with the keyboard.
+    // Applies an item; afterwards rbHideCard tells whether the strip is to hide. lParam is -1 with the keyboard.
     [[nodiscard]] virtual HRESULT selectItem(LONG lItem, bool* pbHideCard, LONG lParam);
     [[nodiscard]] virtual HRESULT selectItem(LONG lItem, LONG lParam);
-    // Ends the plug-in and unloads it. Harmless when called twice.
+    // Ends the plug-in and unloads it. Harmless if called twice.
     virtual void finalize();
     // Starts the timer of a held key on the strip; only the display-output functions do.
     virtual void armPanicTimer(HWND /*hWnd*/, UINT_PTR /*uTimerId*/) {}
 
-    // Which item to select when getDefaultSelectItem() names none of the card's: the one that stands for the present
-    // state, else the first. INVALID_CURRENT_ITEM where a function's items are always the same, so that none is left
-    // out.
+    // The item to select if getDefaultSelectItem() names none of the card's: the one of the current state, otherwise
+    // the first. INVALID_CURRENT_ITEM for functions with fixed items, which never omit one.
     [[nodiscard]] virtual LONG getSubstituteItem() const { return INVALID_CURRENT_ITEM; }
 
-    // Where the cards stand, for the items that are made from now on; outlives the function.
+    // The place of the cards, for the items created from now on; outlives the function.
     void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     [[nodiscard]] bool isFuncSupported() const;
     [[nodiscard]] HRESULT getDisplayItemInfo(DWORD* puInfo, DWORD* puInfo2) const;
     [[nodiscard]] HRESULT getCurrentItem();
 
  protected:
-    // An export of the plug-in, looked up at every call; null (the last system error says why) when it is missing or no
+    // An export of the plug-in, looked up at every call; null (the last system error tells why) if it is missing or no
     // plug-in is loaded.
     template <typename Function>
     [[nodiscard]] Function getExport(const char* pszName) const {
         return reinterpret_cast<Function>(reinterpret_cast<void*>(findExport(pszName)));
     }
-    // Asks a plug-in that declined why it did, and logs the answer at information level. The export is optional.
+    // Asks a plug-in that declined for its reason, and logs it at information level. The export is optional.
     void logUnsupportedReason() const;
     // Loads the plug-in. The status is that of the system's error, unlogged; an empty path is a missing module.
     [[nodiscard]] HRESULT loadPlugin(const std::wstring& strPath);
-    // A reference of the caller's own to the plug-in, which keeps it mapped; empty when none is loaded.
+    // A separate reference to the plug-in for the caller, which keeps it mapped; empty if none is loaded.
     [[nodiscard]] common::UniqueModule pluginReference() const;
 
-    // Environment references expanded into at most 260 characters, the terminator included. Empty for a null path and
+    // Environment references expanded into at most 260 characters, including the terminator. Empty for a null path and
     // for one that does not fit.
     [[nodiscard]] static std::wstring expandPath(const wchar_t* pszPath);
     // A text of the string table, loaded once per process.
@@ -83,8 +82,9 @@ class CFuncX {
     // Which part of a new item comes first.
     enum class ItemOrder { InitializeThenWindow, WindowThenInitialize };
     [[nodiscard]] const Placement& placement() const { return *m_pPlacement; }
-    // Hands a new item the placement, brings it to life and appends it. E_OUTOFMEMORY: null item; E_FAIL: no window;
-    // else what initialize() said, all of it unlogged. `pWindow` is the same object. An item that failed is destroyed.
+    // Passes the placement to a new item, initialises it and appends it. E_OUTOFMEMORY: null item; E_FAIL: no window;
+    // otherwise the status of initialize(), all of it unlogged. `pWindow` is the same object. An item that failed is
+    // destroyed.
     [[nodiscard]] HRESULT appendItem(std::unique_ptr<CQrdItem> pItem, CDialog* pWindow, ItemOrder order,
                                      std::vector<CQrdItem*>& rVecItems) const;
 

@@ -1,4 +1,4 @@
-// Makes the function object for a name of the function list: the one place that knows which functions there are.
+// Creates the function object for a name of the function list: the only place that knows all functions.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 
 class CFuncXFactory {
  public:
-    // Null for an unknown name (logged) or when memory runs out. Letter case (A-Z) does not matter.
+    // Null for an unknown name (logged) or if memory runs out. Letter case (A-Z) does not matter.
     [[nodiscard]] static std::unique_ptr<CFuncX> createFunx(const wchar_t* pszFuncName,
                                                             std::vector<DWORD> vecHotkeyCodes, std::wstring strCaption);
 };

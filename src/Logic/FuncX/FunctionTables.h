@@ -1,6 +1,6 @@
-// What the functions show, as data: pictures, texts, and the items that the bits of a plug-in's answer stand for. The
-// first image id of an item is its small picture, the second its large one. FunctionTables.cpp checks it at compile
-// time, and tests walk it to hold it against the drawings and the texts.
+// The display data of the functions: pictures, texts, and the items for the bits that a plug-in reports. The first
+// image id of an item is its small picture, the second its large one. FunctionTables.cpp checks it at compile time, and
+// tests compare it with the drawings and the texts.
 #pragma once
 
 #include <windows.h>
@@ -22,7 +22,7 @@ struct Look {
     UINT uDescId;
 };
 
-// One round item: it exists when the plug-in sets its bit, and stands for a value of the plug-in's own.
+// One round item: it exists if the plug-in sets its bit, and stands for a value of the plug-in.
 struct Item {
     DWORD dwBit;
     DWORD dwValue;
@@ -31,7 +31,7 @@ struct Item {
     UINT uImageId2;
 };
 
-// How a function of round items reads the first value that its plug-in reports.
+// How a function of round items interprets the first value that its plug-in reports.
 enum class ItemRule {
     BothItems,  // must be FENWYN_TWO_ITEMS: every item exists
     Mask,       // one item per bit
@@ -42,10 +42,10 @@ enum class DefaultRule {
     First,    // always the first: the function has no state
     Listed,   // the entry of `defaults` at the current item
     Current,  // the current item itself
-    Own,      // the function's class knows
+    Own,      // decided by the function's class
 };
 
-// What a current item beyond `defaults` leads to, after its assertion.
+// The result of a current item beyond `defaults`, after its assertion.
 enum class UnknownDefault {
     Fail,
     KeepCallersValue,
@@ -54,8 +54,8 @@ enum class UnknownDefault {
 
 // One function of round items.
 struct CircleDescription {
-    const wchar_t* pszName;   // as the function list names it
-    const wchar_t* pszClass;  // as the log names it
+    const wchar_t* pszName;   // as in the function list
+    const wchar_t* pszClass;  // as in the log
     Look look;
     ItemRule itemRule;
     std::span<const Item> items;
@@ -189,7 +189,7 @@ inline constexpr CircleDescription kOdd{.pszName = L"ODD",
                                         .defaultRule = DefaultRule::Own,
                                         .statusTexts = kOddStatus};
 
-// The overlays' card shows the state: `look` names the picture of "off", which is the fallback too.
+// The overlays' card shows the state: `look` names the picture of "off", which is also the fallback.
 struct OverlayDescription {
     CircleDescription circle;
     UINT uOnPngId = 0;
@@ -224,7 +224,7 @@ inline constexpr OverlayDescription kNumOverlay{{.pszName = L"NumericOverlay",
                                                  .pszWrongItem = L"!\"Wrong current item!\""},
                                                 512};
 
-// The functions that their description tells wholly, and those whose class knows more.
+// The functions that their description specifies completely, and those whose class adds to it.
 inline constexpr std::array kDescribedFunctions{&kMute, &kLock, &kSleep, &kHibernate, &kTouchpad, &kZoom};
 inline constexpr std::array kExtendedFunctions{&kKbb, &kOdd, &kCursorOverlay.circle, &kNumOverlay.circle};
 

@@ -1,4 +1,4 @@
-// Screen brightness: one slider, worked by exactly two keys.
+// Screen brightness: one slider, operated by exactly two keys.
 #pragma once
 
 #include "Logic/FuncX/FuncX.h"
@@ -12,13 +12,13 @@ class CFxBrightness final : public CFuncX {
     [[nodiscard]] UINT getSmallPngID() override { return functiontables::kBrightnessLook.uSmallPngId; }
     [[nodiscard]] UINT getLargePngID() override { return functiontables::kBrightnessLook.uLargePngId; }
     [[nodiscard]] std::wstring getDesc() const override { return textOnce(functiontables::kBrightnessLook.uDescId); }
-    // No slider (E_OUTOFMEMORY) where the machine adjusts two screens separately.
+    // No slider (E_OUTOFMEMORY) if the machine adjusts two screens separately.
     [[nodiscard]] HRESULT initItems(std::vector<CQrdItem*>& rVecItems) override;
     [[nodiscard]] HRESULT getDefaultSelectItem(LONG& rlItem) override;
     [[nodiscard]] std::wstring getCurrentStatus() override;
     // The parameter is the level; the item does not matter.
     [[nodiscard]] HRESULT selectItem(LONG lItem, LONG lParam) override;
 
-    // Whether the machine adjusts two screens separately. Untouched on failure.
+    // Whether the machine adjusts two screens separately. Unchanged on failure.
     [[nodiscard]] HRESULT isDualBrtCtrl(bool& rbDual) const;
 };

@@ -1,4 +1,4 @@
-// Keyboard backlight: the status of the timer item also tells its time.
+// Keyboard backlight: the status of the timer item also shows its time.
 #pragma once
 
 #include "Logic/FuncX/CircleFunction.h"

@@ -1,4 +1,4 @@
-// Optical drive: an item's place on the card and the value that the plug-in knows it by differ.
+// Optical drive: an item's position on the card differs from the plug-in's value for it.
 #pragma once
 
 #include "Logic/FuncX/CircleFunction.h"

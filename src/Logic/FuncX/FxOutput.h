@@ -33,14 +33,14 @@ class CFxOutput final : public CFuncXUseCircleItem, private CPanicThread::IActio
         UINT uTextId;
     };
 
-    // Both out values are untouched on failure; the ratio also when nothing has to shrink.
+    // Both out values are unchanged on failure; the ratio also if nothing has to shrink.
     HRESULT getCircleItemRatio(int extraWidth, double* pRatio, bool* pbShrink) const;
     HRESULT _shrinkToFit(const std::vector<CQrdItem*>& rVecItems) const;
     [[nodiscard]] const Monitor* _currentMonitor() const;
     [[nodiscard]] HRESULT panic() override;
 
     // In the order of the items. Only the user-interface thread writes it, and only under the lock, which is never held
-    // while the plug-in is called.
+    // during a plug-in call.
     std::vector<Monitor> m_vecAvailableMonitors;
     std::mutex m_monitorLock;
     CPanicThread m_panicThread{*this, {.dwEndWaitMs = 2000, .bLogEvents = true, .pszFailureText = nullptr}};

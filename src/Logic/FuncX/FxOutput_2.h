@@ -1,5 +1,5 @@
-// Display output with favourites: the arrangements that its plug-in offers, the user's own among them. Some are set up
-// in the display-configuration program, which this function starts.
+// Display output with favourites: the arrangements that its plug-in offers, including the user's. Some are set up in
+// the display-configuration program, which this function starts.
 #pragma once
 
 #include "Logic/FuncX/FnF5Memory.h"
@@ -11,12 +11,12 @@
 struct FnF5ItemInfo {
     DWORD dwIndex;           // what SelectItem gets
     LONG lMode;              // display mode
-    DWORD dwCustom;          // non-zero: a favourite with a text of its own
+    DWORD dwCustom;          // non-zero: a favourite with its own text
     DWORD dwShowResolution;  // non-zero: the preview shows resolutions
     DWORD dwNeedsSetup;      // non-zero: choosing it opens the display-configuration program
     std::wstring strText;    // its own text, or the default name of its mode
     DWORD dwRecordCount;     // displays in the preview
-    ULONGLONG ullRecords;    // address of their records, which stay the plug-in's
+    ULONGLONG ullRecords;    // address of their records, which belong to the plug-in
 };
 
 class CFxOutput_2 : public CFuncXUseCircleItem, private CPanicThread::IAction {
@@ -36,24 +36,24 @@ class CFxOutput_2 : public CFuncXUseCircleItem, private CPanicThread::IAction {
     void armPanicTimer(HWND hWnd, UINT_PTR uTimerId) override;
 
  protected:
-    // Starts the display-configuration program; what became of it is not looked at.
+    // Starts the display-configuration program without checking the result.
     virtual void startOutputSetup(const std::wstring& strProgram, const wchar_t* pszParameters);
 
  private:
     friend struct FxOutput2Seam;
 
     HRESULT _readSetupPath();
-    // E_FAIL in the log, and nothing else, when the install folder is not known.
+    // E_FAIL in the log, and no other effect, if the install folder is unknown.
     void _startOutputSetup(const wchar_t* pszParameters);
     // `rbLimited` and `rdwMaximum`: not all entries fit the screen, and how many do.
     HRESULT getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaximum) const;
     HRESULT getAvailableItems(LONG lCount);
-    // All but the text of one entry; a text that the plug-in handed out is the caller's, also after a failure.
+    // Everything but the text of one entry; a text from the plug-in belongs to the caller, even after a failure.
     HRESULT _askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& rpInfo, fnf5::UniqueText& rText) const;
     HRESULT filterFavItems(DWORD uMaxItemCnt);
     HRESULT _addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdItem*>& rVecItems) const;
     static std::wstring getDefaultItemName(LONG lMode);
-    // A mode beyond the known ones leaves both ids as they are.
+    // An unknown mode does not change the ids.
     static HRESULT getImageIDInRes(LONG lMode, DWORD dwCustom, DWORD dwNeedsSetup, UINT* puIdSmallIcon,
                                    UINT* puIdLargeIcon);
     HRESULT showOutputConfDlg(LONG lMode);
@@ -63,7 +63,7 @@ class CFxOutput_2 : public CFuncXUseCircleItem, private CPanicThread::IAction {
 
     std::vector<std::unique_ptr<FnF5ItemInfo>> m_vecAvailableItems;  // in plug-in order, after filtering
     std::wstring m_strOutputSetupPath;
-    LONG m_lCurrentItemFiltered = INVALID_CURRENT_ITEM;  // the current entry's place in m_vecAvailableItems
+    LONG m_lCurrentItemFiltered = INVALID_CURRENT_ITEM;  // the current entry's position in m_vecAvailableItems
     std::wstring m_strCurrentItemText;
     CPanicThread m_panicThread{*this,
                                {.dwEndWaitMs = 1000, .bLogEvents = false, .pszFailureText = L"FUNCX_S_OK == nRet"}};

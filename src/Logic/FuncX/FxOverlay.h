@@ -1,4 +1,4 @@
-// Cursor and numeric overlay: their card's picture follows a state that changes outside the program too.
+// Cursor and numeric overlay: their card's picture follows a state that can also change outside the program.
 #pragma once
 
 #include "Logic/FuncX/CircleFunction.h"
@@ -7,7 +7,7 @@ class COverlayFunction : public CCircleFunction {
  public:
     [[nodiscard]] bool needRefreshSmallPng() override;
     [[nodiscard]] UINT getSmallPngID() override;
-    // No while the mouse works the cards: the overlays' keys belong to the user's typing then.
+    // False while the mouse operates the cards: the overlays' keys belong to the user's typing then.
     [[nodiscard]] bool containsHotkeyCode(DWORD dwCode) const override;
 
  protected:

@@ -1,4 +1,4 @@
-// Power plans: up to four, named by the plug-in. An item's place on the card and the plan's number differ.
+// Power plans: up to four, named by the plug-in. An item's position on the card differs from the plan's number.
 #pragma once
 
 #include "Logic/FuncX/FuncXUseCircleItem.h"
@@ -21,7 +21,7 @@ class CFxPowerPlan final : public CFuncXUseCircleItem {
     friend struct FxPowerPlanSeam;
 
     HRESULT addItem(DWORD dwPlan, UINT uImageId1, UINT uImageId2, std::vector<CQrdItem*>& rVecItems);
-    // Asks the plug-in. E_POINTER also for a null out pointer; it stays untouched on failure.
+    // Asks the plug-in. E_POINTER also for a null out pointer; the value is unchanged on failure.
     HRESULT getPowerPlanItemName(DWORD dwPlan, std::wstring* pstrName) const;
 
     std::vector<DWORD> m_vecUsedPowerPlans;  // plan numbers in the order of the items on the card

@@ -1,4 +1,4 @@
-// Wireless: up to fifteen states, or one notice when the plug-in has none to report.
+// Wireless: up to fifteen states, or one notice if the plug-in reports none.
 #pragma once
 
 #include "Logic/FuncX/FuncXUseCircleItem.h"
@@ -13,9 +13,9 @@ class CFxWireless final : public CFuncXUseCircleItem {
     [[nodiscard]] UINT getLargePngID() override { return functiontables::kWirelessLook.uLargePngId; }
     [[nodiscard]] std::wstring getDesc() const override { return textOnce(functiontables::kWirelessLook.uDescId); }
     [[nodiscard]] HRESULT initItems(std::vector<CQrdItem*>& rVecItems) override;
-    // The last item; -1 when there is none.
+    // The last item; -1 if there is none.
     [[nodiscard]] HRESULT getDefaultSelectItem(LONG& rlItem) override;
-    // What the offered states let one conclude; the plug-in is not asked.
+    // Inferred from the offered states; the plug-in is not asked.
     [[nodiscard]] std::wstring getCurrentStatus() override;
     [[nodiscard]] HRESULT selectItem(LONG lItem, LONG lParam) override;
 
@@ -28,5 +28,5 @@ class CFxWireless final : public CFuncXUseCircleItem {
 
     bool m_bErrorMode = false;
     std::vector<DWORD> m_vecWirelessItems;  // states in the order of the items on the card
-    bool m_bEvenStatePresent = false;       // a state is offered that switches one device off
+    bool m_bEvenStatePresent = false;       // an offered state switches off one device
 };

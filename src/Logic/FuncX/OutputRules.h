@@ -1,4 +1,4 @@
-// The reckoning of the two display-output functions, free of windows and plug-ins.
+// The rules of the two display-output functions, independent of windows and plug-ins.
 #pragma once
 
 #include <windows.h>
@@ -21,14 +21,14 @@ inline constexpr int kItemPitch = kItemSize + kItemGap;
     return truncToInt(kItemPitch * ratio);
 }
 
-// Width of a row of items with the overhang of its first item on either side. 32-bit arithmetic: an overhang that
-// wrapped below zero (it is reckoned unsigned) comes out right.
+// Width of a row of items with the overhang of its first item on either side. 32-bit arithmetic, so that an overhang
+// that wrapped below zero (it is unsigned) yields the right sum.
 [[nodiscard]] constexpr int totalItemWidth(std::size_t count, double ratio, int extraWidth) {
     return static_cast<int>(static_cast<unsigned>(count) * static_cast<unsigned>(scaledPitch(ratio)) +
                             2U * static_cast<unsigned>(extraWidth));
 }
 
-// By how much the items of a row have to shrink; nothing when the row fits.
+// By how much the items of a row have to shrink; nothing if the row fits.
 [[nodiscard]] constexpr std::optional<double> shrinkRatio(int totalWidth, int workWidth) {
     if (totalWidth <= 0 || totalWidth < workWidth) {
         return std::nullopt;
@@ -36,7 +36,7 @@ inline constexpr int kItemPitch = kItemSize + kItemGap;
     return static_cast<double>(workWidth) / totalWidth;
 }
 
-// How many entries may be offered; nothing when all of them fit. The bound is reckoned unscaled, deliberately.
+// How many entries may be offered; nothing if all of them fit. The bound is deliberately unscaled.
 [[nodiscard]] constexpr std::optional<DWORD> entryLimit(LONG count, double ratio, int workWidth) {
     if (static_cast<long long>(count) * scaledPitch(ratio) < workWidth) {
         return std::nullopt;
@@ -44,8 +44,8 @@ inline constexpr int kItemPitch = kItemSize + kItemGap;
     return static_cast<DWORD>(workWidth / kItemPitch);
 }
 
-// The positions to remove, from the last to the first, so that at most `limit` entries are left: those that need not be
-// kept. At least one goes when there is one, because the size is looked at after each removal.
+// The positions to remove, from the last to the first, so that at most `limit` entries remain: those that need not be
+// kept. At least one is removed if there is one, because the size is checked after each removal.
 [[nodiscard]] inline std::vector<std::size_t> entriesToDrop(const std::vector<bool>& keep, std::size_t limit) {
     std::vector<std::size_t> dropped;
     for (std::size_t i = keep.size(); i-- > 0;) {
@@ -60,7 +60,7 @@ inline constexpr int kItemPitch = kItemSize + kItemGap;
     return dropped;
 }
 
-// Rows of the older function's tables whose bits are set, in the order of the items.
+// The rows of the older function's tables whose bits are set, in the order of the items.
 [[nodiscard]] inline std::vector<const functiontables::Item*> offeredOutputs(DWORD dwFirst, DWORD dwSecond) {
     std::vector<const functiontables::Item*> offered;
     const auto take = [&offered](std::span<const functiontables::Item> rows, DWORD dwMask) {
@@ -80,7 +80,7 @@ inline constexpr int kItemPitch = kItemSize + kItemGap;
     return DWORD{1} << (static_cast<DWORD>(mode) & 31U);
 }
 
-// The number that the display-configuration program gets: the chosen mode above the modes that it may offer.
+// The number for the display-configuration program: the chosen mode above the modes that it may offer.
 [[nodiscard]] constexpr DWORD setupNumber(LONG mode, DWORD dwModes) {
     return static_cast<DWORD>(mode) << OUTPUT_SETUP_MASK_BITS | (dwModes & ((DWORD{1} << OUTPUT_SETUP_MASK_BITS) - 1));
 }

@@ -1,7 +1,7 @@
-// The thread of a display-output function that brings back a picture: it waits for the named event "FnF5Panic", which a
-// timer of the card strip sets when the output key was the last one pressed for three seconds. All such functions wait
-// for the same event, and it wakes any one of them; that one passes it on to the function whose key was held. An event
-// that no key of this program has set is for the one that it wakes.
+// The thread of a display-output function that restores a picture: it waits for the named event "FnF5Panic", which a
+// timer of the card strip sets when the output key was the last key pressed for three seconds. All such functions wait
+// for the same event, and it wakes any one of them; that one passes it on to the function whose key was held. If no key
+// of this program has set the event, it is for the one that it wakes.
 #pragma once
 
 #include <windows.h>
@@ -10,23 +10,24 @@
 
 #include "common/Handle.h"
 
-// start() and end() belong on the user-interface thread.
+// start() and end() must be called on the user-interface thread.
 class CPanicThread {
  public:
-    // What the thread does; called on that thread, never after end() has returned. An exception counts as a failure.
+    // The action of the thread; called on that thread, never after end() has returned. An exception counts as a
+    // failure.
     class IAction {
      public:
         // Before the first wait. A failure is logged and ends the thread.
         [[nodiscard]] virtual HRESULT preparePanic() { return S_OK; }
-        // Each time the event is set. It calls the plug-in within a PluginCall, and may be cut off there.
+        // Each time the event is set. It calls the plug-in within a PluginCall, and may be terminated there.
         [[nodiscard]] virtual HRESULT panic() = 0;
 
      protected:
         ~IAction() = default;
     };
 
-    // Around a plug-in's export and nothing else: while one lives on a panic thread, end() may cut the thread off. It
-    // has no effect on other threads.
+    // Encloses only the call of a plug-in's export: while one exists on a panic thread, end() may terminate the thread.
+    // It has no effect on other threads.
     class PluginCall {
      public:
         PluginCall() noexcept;
@@ -38,7 +39,7 @@ class CPanicThread {
     struct Rules {
         DWORD dwEndWaitMs;              // how long end() waits for the thread
         bool bLogEvents;                // whether wake-ups are logged
-        const wchar_t* pszFailureText;  // the expectation that a failed panic() breaks; null: none is logged
+        const wchar_t* pszFailureText;  // the expectation that a failed panic() violates; null: none is logged
     };
 
     struct EndResult {
@@ -52,16 +53,17 @@ class CPanicThread {
     CPanicThread(const CPanicThread&) = delete;
     CPanicThread& operator=(const CPanicThread&) = delete;
 
-    // Nothing happens when the thread runs already. Without memory or an event name there is simply no panic help.
+    // No effect if the thread runs already. Without memory or an event name there is simply no panic help.
     void start();
-    // Tells the thread to end and waits; a plug-in call that outlasts the wait is cut off. Harmless without a thread.
+    // Tells the thread to end and waits; a plug-in call that outlasts the wait is terminated. Harmless without a
+    // thread.
     EndResult end();
 
     // Starts the timer of the card strip: a key of this function was pressed. `pfTimer` calls signalHeldKey().
     static constexpr UINT kHeldKeyMs = 3000;
     void arm(HWND hWnd, UINT_PTR uTimerId, TIMERPROC pfTimer);
-    // What the timer does when it fires: it ends, and the event makes the function panic that armed it last.
-    // User-interface thread.
+    // Called by the timer when it fires: the timer ends, and the event triggers panic for the function that armed it
+    // last. User-interface thread.
     static void signalHeldKey(HWND hWnd, UINT_PTR uTimerId) noexcept;
 
     // The thread itself; its argument is a CPanicThread.
@@ -78,9 +80,9 @@ class CPanicThread {
     IAction& m_rAction;
     const Rules m_rules;
     common::UniqueHandle m_hEvent;     // the thread closes it when it ends
-    common::UniqueHandle m_hOwnEvent;  // wakes this thread only: to end, or because another one took its event
+    common::UniqueHandle m_hOwnEvent;  // wakes only this thread: to end, or because another one took its event
     common::UniqueHandle m_hPanicThread;
-    bool m_bHeld = false;  // this function's key was held, and its thread has not heard of it yet
+    bool m_bHeld = false;  // this function's key was held, and its thread does not know yet
     std::atomic<bool> m_bExitPanicThread = false;
     std::atomic<bool> m_bInPlugin = false;
 };

@@ -81,8 +81,8 @@ int CCircleItemDlg::width() const {
     return truncToInt(placement().ratio * kItemSize * m_scale);
 }
 
-// Unsigned arithmetic on purpose: a maximal width below the item's wraps around to a very large overhang, which the
-// layout of the row undoes by wrapping once more.
+// Deliberately unsigned: a maximum width below the item's wraps around to a very large overhang, which the layout of
+// the row undoes by wrapping once more.
 int CCircleItemDlg::descOverhang() const {
     const DWORD maxWidth = CZelConfig::getQrdConfig().uItemDescMaxWidth;
     return static_cast<int>((maxWidth - static_cast<DWORD>(width())) / 2);
@@ -98,7 +98,7 @@ void CCircleItemDlg::OnSize() {
 
 void CCircleItemDlg::OnPaint() {
     {
-        // The disc is the area that takes the mouse, invisible under an alpha of 1.
+        // The disc is the area that takes the mouse, invisible with an alpha of 1.
         const common::PaintDc paint(m_hWnd);
         const common::UniqueBrush key(::CreateSolidBrush(kColourKey));
         const RECT client = clientRect();
@@ -184,7 +184,7 @@ void CCircleItemDlg::OnMouseMove(POINT point) {
         return;
     }
     trackMouse();
-    // Growing needs the inner part, shrinking the outside of the outer one: no flicker in between.
+    // Growing requires the inner part, shrinking the outside of the outer part, so that nothing flickers in between.
     const bool grow = !m_bEnlarged && ::PtInRect(&m_innerRect, point);
     const bool shrink = m_bEnlarged && !::PtInRect(&m_outerRect, point);
     if (grow || shrink) {

@@ -25,14 +25,14 @@ class CCircleItemDlg : public CItemWnd {
 
     bool DestroyWindow() override;
 
-    // Shrinks the item when a row would not fit the screen; 1.0 is the full size.
+    // Shrinks the item if a row would not fit the screen; 1.0 is the full size.
     void setScale(double scale) { m_scale = scale; }
 
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;
     [[nodiscard]] bool enlarged() const { return m_bEnlarged; }
-    // Puts the caption box above whatever else the item shows under itself.
+    // Puts the caption box above anything else that the item shows below itself.
     void raiseCaption() const;
     void OnPaint() override;
     virtual void OnLButtonDown(POINT point);

@@ -1,4 +1,4 @@
-// The text that a card shows instead of items when its function has nothing to offer.
+// The text that a card shows instead of items if its function has nothing to offer.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ class CErrorItemDlg : public CItemWnd, public IDrawTextOnLayeredWnd {
  public:
     explicit CErrorItemDlg(std::wstring strError);
 
-    // Measures the text; the window has to exist, because its font is used.
+    // Measures the text; the window must exist, because its font is used.
     [[nodiscard]] HRESULT initialize() override;
     [[nodiscard]] HRESULT destroyItem() override;
     [[nodiscard]] int width() const override { return static_cast<int>(m_textRect.Width); }

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr DWORD kPreviewWidth = 120;  // pixels; the preview sticks out further than a caption does
+constexpr DWORD kPreviewWidth = 120;  // pixels; the preview sticks out further than a caption
 constexpr DWORD kOverhangMargin = 5;
 
 }  // namespace
@@ -55,7 +55,7 @@ HRESULT CFxOutputItemDlg::showItem(bool bShow) {
     return status;
 }
 
-// The display-configuration program opens a window for some entries; it closes when the entry goes away.
+// The display-configuration program opens a window for some entries; it closes when the entry disappears.
 void CFxOutputItemDlg::_closeSetupWindow() const {
     const wchar_t* windowClass = m_uNeedsSetup != 0            ? OUTPUT_SETUP_CLASS_OUTPUT
                                  : m_lMode == FENWYN_MODE_SAVE ? OUTPUT_SETUP_CLASS_SAVE
@@ -86,7 +86,7 @@ HRESULT CFxOutputItemDlg::showPreviewWnd() {
     const RECT place = windowRect();
     RETURN_IF_FAILED(m_pPreviewWnd->setWndPos(&place, placement()));
     m_pPreviewWnd->show(true);
-    raiseCaption();  // both begin close under the item, and the name has to stay readable
+    raiseCaption();  // both are directly under the item, and the name must stay readable
     return S_OK;
 }
 

@@ -1,4 +1,4 @@
-// A round item of the display-output function with favourites: with a preview of the displays that it would use.
+// A round item of the display-output function with favourites, with a preview of the displays that it would use.
 #pragma once
 
 #include "UI/ItemDlg/CircleItemDlg.h"
@@ -6,8 +6,8 @@
 
 class CFxOutputItemDlg : public CCircleItemDlg {
  public:
-    // uNeedsSetup: non-zero when choosing the item opens the display-configuration program; uShowResolution: non-zero
-    // shows resolutions in the preview; the records have to live during the call only.
+    // uNeedsSetup: non-zero if choosing the item opens the display-configuration program; uShowResolution: non-zero
+    // shows resolutions in the preview; the records must be valid during the call only.
     CFxOutputItemDlg(LONG lMode, DWORD uNeedsSetup, DWORD uShowResolution, UINT uSmallImageId, UINT uLargeImageId,
                      std::wstring strText, DWORD dwRecordCount, const FenwynDisplayRecord* pRecords);
 

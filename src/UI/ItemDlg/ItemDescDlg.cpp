@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int kGapBelowItem = 5;    // pixels, not scaled
-constexpr int kMeasureHeight = 42;  // room for three lines while the text is measured
+constexpr int kMeasureHeight = 42;  // enough for three lines while the text is measured
 constexpr COLORREF kBoxFace = RGB(0xF4, 0xF4, 0xF4);
 constexpr COLORREF kBoxFrame = RGB(0x8C, 0x8C, 0x8C);
 
@@ -30,7 +30,7 @@ HRESULT CItemDescDlg::setWndPos(const RECT* pItemRect) {
     const int centre = pItemRect->right - (pItemRect->right - pItemRect->left) / 2;
     const int maxWidth = truncToInt(m_pPlacement->ratio * CZelConfig::getQrdConfig().uItemDescMaxWidth);
     const int y = pItemRect->bottom + kGapBelowItem;
-    // The widest box first: the text is measured in it.
+    // The maximum width first: the text is measured in it.
     ::SetWindowPos(m_hWnd, nullptr, centre - maxWidth / 2, y, maxWidth, kMeasureHeight, SWP_NOZORDER | SWP_NOACTIVATE);
 
     Gdiplus::RectF measured;
@@ -73,6 +73,6 @@ void CItemDescDlg::OnPaint() {
     const common::UniqueBrush frame(::CreateSolidBrush(kBoxFrame));
     ::FillRect(paint.get(), &box, face.get());
     static_cast<void>(drawDescString(paint.get()));
-    // Over what a cut text leaves at the edge.
+    // Covers the remains of a cut text at the edge.
     ::FrameRect(paint.get(), &box, frame.get());
 }

@@ -1,4 +1,4 @@
-// The caption box that an item shows under itself.
+// The caption box that an item shows below itself.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ class CItemDescDlg : public CNoteWnd {
  public:
     explicit CItemDescDlg(std::wstring strDesc);
 
-    // Where the cards stand; outlives the box.
+    // The placement of the cards; outlives the box.
     void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // Places the box under a part of the item, given in screen coordinates, as wide as its text needs. E_POINTER: null.
     [[nodiscard]] HRESULT setWndPos(const RECT* pItemRect);

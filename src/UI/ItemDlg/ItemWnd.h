@@ -1,4 +1,4 @@
-// An item as a window: a card window that its card works through the item interface.
+// An item as a window: a card window that its card uses through the item interface.
 #pragma once
 
 #include "UI/CardWnd.h"

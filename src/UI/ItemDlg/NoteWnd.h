@@ -1,4 +1,4 @@
-// A small window beside an item that is read and not used: it has no task-bar button, and the focus never stays on it.
+// A small window next to an item that only shows information: it has no task-bar button, and never keeps the focus.
 #pragma once
 
 #include "UI/PopupDlg.h"

@@ -16,15 +16,15 @@
 
 namespace {
 
-constexpr int kWidth = 120;  // pixels, like all sizes here not scaled
+constexpr int kWidth = 120;  // pixels, not scaled, like all sizes here
 constexpr int kRowHeight = 40;
 constexpr int kGapBelowItem = 10;
 constexpr int kAboveBottomStrip = 310;
 constexpr int kImageSize = 32;
 constexpr Gdiplus::ARGB kLine = 0xFFA9A9A9;
-constexpr Gdiplus::ARGB kFace = 0xFFF4F4F4;  // as the caption box
+constexpr Gdiplus::ARGB kFace = 0xFFF4F4F4;  // like the caption box
 
-// The first word that the connector's name contains decides.
+// The first word that the connector's name contains is used.
 struct ConnectorImage {
     const wchar_t* word;
     UINT imageId;
@@ -37,12 +37,12 @@ constexpr ConnectorImage kConnectorImages[] = {
     {L"DisplayPort", kConnectorDisplayPortImageId},
 };
 
-// The name within its field: a record that does not end it is cut at the field's end.
+// The name within its field: an unterminated name ends with the field.
 std::wstring connectorName(const FenwynDisplayRecord& record) {
     return {record.szConnector, ::wcsnlen(record.szConnector, FENWYN_CONNECTOR_CHARS)};
 }
 
-// Signed, as the texts always were.
+// Signed; the texts have always been like this.
 std::wstring numberText(ULONG value) {
     return std::to_wstring(static_cast<LONG>(value));
 }
@@ -158,7 +158,7 @@ void COutputPreviewWnd::_drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Fon
     }
 }
 
-// Its own square at the right end of the band. A picture that cannot be drawn is left out.
+// Its own square at the right end of the band. A picture that cannot be drawn is omitted.
 void COutputPreviewWnd::_drawConnector(const FramePixels& frame, const PreviewDisplayRow& row, const RECT& band) {
     const RECT place{band.right - kImageSize - 4, band.top + 4, band.right - 4, band.top + 4 + kImageSize};
     CPixelSurface surface(frame);

@@ -1,4 +1,4 @@
-// The preview under an enlarged output item: one row per display that the choice would use.
+// The preview below an enlarged output item: one row per display that the choice would use.
 #pragma once
 
 #include <memory>
@@ -14,21 +14,21 @@
 // One row of the preview.
 struct PreviewDisplayRow {
     std::wstring strNumber;      // the display's index + 1, at most 5 characters
-    std::wstring strConnector;   // as the record names it
+    std::wstring strConnector;   // as in the record
     std::wstring strResolution;  // "1920x1080", at most 20 characters
     std::unique_ptr<Gdiplus::Image> pConnectorImage;
 };
 
 class COutputPreviewWnd : public CNoteWnd {
  public:
-    // Copies what it needs: the records only have to live during the call. Records whose connector has no picture are
-    // left out.
+    // Copies what it needs: the records must be valid during the call only. Records whose connector has no picture are
+    // omitted.
     COutputPreviewWnd(const FenwynDisplayRecord* pRecords, DWORD dwCount, bool bShowResolution);
 
-    // Places the window under the item (screen coordinates), or above the cards when the strip lies at the bottom.
+    // Places the window below the item (screen coordinates), or above the cards if the strip is at the bottom.
     [[nodiscard]] HRESULT setWndPos(const RECT* pItemRect, const Placement& placement);
 
-    // The image id of a connector's picture, E_FAIL when the name contains none of the known words.
+    // The image id of a connector's picture; E_FAIL if the name contains none of the known words.
     [[nodiscard]] static HRESULT getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID);
 
  private:

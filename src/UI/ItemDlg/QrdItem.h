@@ -1,5 +1,5 @@
-// The item interface: what a card asks of the windows in the row under its enlarged card. Every item window is a dialog
-// that implements it. All calls belong on the user-interface thread.
+// The item interface: what a card needs from the windows in the row below its enlarged card. Every item window is a
+// dialog that implements it. All calls must be made on the user-interface thread.
 #pragma once
 
 #include <windows.h>
@@ -15,7 +15,7 @@ class CQrdItem {
     CQrdItem(const CQrdItem&) = delete;
     CQrdItem& operator=(const CQrdItem&) = delete;
 
-    // Loads images or measures text. After a failure the item is only good for destroyItem() and deletion.
+    // Loads images or measures text. After a failure only destroyItem() and deletion are allowed.
     [[nodiscard]] virtual HRESULT initialize() = 0;
     // Releases the window, its layered windows and its images; the object is deleted next.
     [[nodiscard]] virtual HRESULT destroyItem() = 0;
@@ -25,14 +25,14 @@ class CQrdItem {
     // Shows without activating, or hides with all companion windows.
     [[nodiscard]] virtual HRESULT showItem(bool bShow) = 0;
     [[nodiscard]] virtual HRESULT setItemText(const wchar_t* /*pszText*/) { return S_OK; }
-    // How far the caption box sticks out beyond the item on each side, pixels.
+    // How far the caption box sticks out of the item on each side, pixels.
     [[nodiscard]] virtual int descOverhang() const { return 0; }
-    // Marks the item selected or not; the card calls it for every item at every press of its key.
+    // Marks the item as selected or not; the card calls it for every item at every press of its key.
     [[nodiscard]] virtual HRESULT switchItem(DWORD /*dwHotkey*/, bool /*bFirstTime*/, bool /*bSelected*/) {
         return S_OK;
     }
 
-    // Where the cards stand; handed over before initialize(), and outlives the item.
+    // The placement of the cards; set before initialize(), and outlives the item.
     virtual void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // The owning card, which outlives the item.
     [[nodiscard]] HRESULT setBlackCardInfo(CBlackCard* pBlackCard);

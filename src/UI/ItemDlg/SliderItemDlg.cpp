@@ -25,7 +25,7 @@ constexpr Gdiplus::ARGB kGrey = 0xFF696969;
 constexpr int kThumbFrame = 2;  // pixels
 constexpr double kThumbRadius = 3.0;
 
-// Between black and white, as bright as the share says.
+// A grey between black and white; the share is its brightness.
 DWORD greyOf(double share) {
     const auto value = static_cast<DWORD>(std::lround(255.0 * share));
     return kBlack | value << 16U | value << 8U | value;
@@ -83,7 +83,7 @@ LRESULT CQrdSliderCtrl::OnCustomDraw(NMHDR* pHeader) {
         drawChannel(buffer.pixels(), GetChannelRect());
         drawThumb(buffer.pixels(), draw.rc);
         ::BitBlt(draw.hdc, 0, 0, client.right, client.bottom, buffer.dc(), 0, 0, SRCCOPY);
-        // Nothing comes after the thumb but the dotted frame of a control that has the focus: not on this face.
+        // Only the dotted frame of a focused control follows the thumb; it must not appear on this face.
         ::IntersectClipRect(draw.hdc, 0, 0, 0, 0);
     }
     return CDRF_SKIPDEFAULT;
@@ -125,7 +125,7 @@ const MessageMap& CSliderItemDlg::messageMap() const {
     return kMap;
 }
 
-// A level of 0 is fine here although the track begins at 1: a plug-in may report it, and the slider shows its minimum.
+// A level of 0 is valid although the track begins at 1: a plug-in may report it, and the slider shows its minimum.
 HRESULT CSliderItemDlg::initialize() {
     if (m_lCurrentLevel < 0 || m_lCurrentLevel > m_lLevelCount) {
         RETURN_LOGGED(E_FAIL);
@@ -152,7 +152,7 @@ bool CSliderItemDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
     CItemWnd::OnInitDialog();
     m_slider.SubclassDlgItem(IDC_SLIDER, *this);
-    // The template's second trackbar has no use.
+    // The template's second trackbar is unused.
     ::ShowWindow(::GetDlgItem(m_hWnd, IDC_SLIDER_UNUSED), SW_HIDE);
     ::SetWindowLongPtrW(m_slider.m_hWnd, GWL_STYLE, ::GetWindowLongPtrW(m_slider.m_hWnd, GWL_STYLE) | TBS_FIXEDLENGTH);
     m_slider.SetThumbLength(truncToInt(placement().ratio * CZelConfig::getQrdConfig().uSliderThumbSize));
@@ -188,7 +188,7 @@ HRESULT CSliderItemDlg::switchItem(DWORD dwHotkey, bool bFirstTime, bool /*bSele
     return S_OK;
 }
 
-// Has the card hand the level to the plug-in; the strip stays as it is. A failure also when the function refuses.
+// Lets the card pass the level to the plug-in; the strip does not hide. Fails also if the function refuses.
 HRESULT CSliderItemDlg::_applyLevel(LONG lLevel) {
     HRESULT functionStatus = S_OK;
     const HRESULT status = m_pBlackCard->selectItem(this, lLevel, false, &functionStatus);
@@ -200,10 +200,10 @@ HRESULT CSliderItemDlg::_applyLevel(LONG lLevel) {
 }
 
 LRESULT CSliderItemDlg::OnHScroll(WPARAM wParam, LPARAM /*lParam*/) {
-    const CardsInUse inUse;  // the slider is in the middle of its own message
+    const CardsInUse inUse;  // the slider is handling its own message
     Default();
-    // The end of a movement is none itself: every level reaches the plug-in once. A thumb position that ends no drag is
-    // a turn of the mouse wheel.
+    // The end of a movement is no movement: every level reaches the plug-in once. A thumb position that ends no drag
+    // comes from the mouse wheel.
     const WORD code = LOWORD(wParam);
     const bool bDragged = std::exchange(m_bDragged, code == TB_THUMBTRACK);
     if (code != TB_ENDTRACK && !(code == TB_THUMBPOSITION && bDragged)) {

@@ -1,4 +1,4 @@
-// The brightness slider: one trackbar whose every part the program paints.
+// The brightness slider: a trackbar that the program paints completely.
 #pragma once
 
 #include "UI/CardInput.h"
@@ -26,7 +26,7 @@ class CSliderItemDlg : public CItemWnd {
     [[nodiscard]] HRESULT destroyItem() override;
     [[nodiscard]] int width() const override;
     [[nodiscard]] int height() const override;
-    // Steps the level by one when the code is one of the function's two, except on the first press.
+    // Steps the level by one if the code is one of the function's two, except on the first press.
     [[nodiscard]] HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
 
  protected:
@@ -45,7 +45,7 @@ class CSliderItemDlg : public CItemWnd {
     CQrdSliderCtrl m_slider;
     DWORD m_dwDecreaseCode;
     DWORD m_dwIncreaseCode;
-    LONG m_lCurrentLevel;  // the one that the function took last, at first the one that it reported
+    LONG m_lCurrentLevel;  // the last one that the function accepted, at first the one that it reported
     LONG m_lLevelCount;
-    bool m_bDragged = false;  // the last movement was one of a drag
+    bool m_bDragged = false;  // the last movement was part of a drag
 };

@@ -1,8 +1,8 @@
-// Stand-ins for the libraries beside the program: ZelMain.dll, ZelEvnt.dll, PrtHook.dll and CardArt.dll in
+// Stand-ins for the companion libraries: ZelMain.dll, ZelEvnt.dll, PrtHook.dll and CardArt.dll in
 // unit/plugins/siblings/ of the build folder, and each of the first three without one export in
-// siblings/no-<export>/. They record their calls and fail when told.
+// siblings/no-<export>/. They record their calls and fail if told to.
 //
-// Tests with a program of its own set values in
+// Tests that start a program set values in
 //   HKEY_CURRENT_USER\SOFTWARE\KESTOVA\Fenwyn Test\Sibling\<file name without .dll>
 // read once when the library is loaded: <Export>.Result (DWORD), RecordFile (text: calls are appended there).
 // In-process tests call StandInControl().

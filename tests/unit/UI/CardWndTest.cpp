@@ -39,7 +39,7 @@ using Takes = CAnyCardWnd::Takes;
 
 class CardWnd : public items::ItemTest {
  protected:
-    // With a window for each picture, all to be seen.
+    // With a window for each picture, all visible.
     static void paintAll(const CAnyCardWnd& wnd) {
         wnd.show(true);
         for (std::size_t i = 0; wnd.picture(i) != nullptr; ++i) {

@@ -15,24 +15,24 @@ namespace keyboard {
 class IHookClient {
  public:
     virtual ~IHookClient() = default;
-    // Inside the hook: the whole desktop waits for the answer, and the system drops a hook that is slow. True swallows.
+    // Inside the hook: the whole desktop waits for the result, and the system drops a slow hook. True swallows.
     [[nodiscard]] virtual bool handleKey(const KeyEvent& event) noexcept = 0;
     // After CHookThread::wake(), and once before the first key.
     virtual void handleWake() noexcept {}
     // Every tickInterval() ms.
     virtual void handleTick() noexcept {}
     [[nodiscard]] virtual DWORD tickInterval() const noexcept { return INFINITE; }
-    // The hook is gone; the last call.
+    // The hook has been removed; the last call.
     virtual void handleEnd() noexcept {}
 };
 
-// At most one per module at a time, because a low-level hook's procedure gets no argument of its own.
+// At most one per module at a time, because a low-level hook's procedure has no context argument.
 class CHookThread {
  public:
     CHookThread() noexcept;
 
-    // Returns once the hook is installed, or with the reason why it is not. `client` must live until the thread has
-    // ended, which `keepAlive` (held by the thread) may see to. E_UNEXPECTED while this module has another hook.
+    // Returns once the hook is installed, or with the error. `client` must live until the thread has ended, which
+    // `keepAlive` (held by the thread) can ensure. E_UNEXPECTED while this module has another hook.
     [[nodiscard]] HRESULT start(IHookClient& client, std::shared_ptr<void> keepAlive);
     void wake() noexcept { ::SetEvent(m_hWake.get()); }
     void requestStop() noexcept { ::SetEvent(m_hStop.get()); }

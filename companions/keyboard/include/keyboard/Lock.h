@@ -1,4 +1,4 @@
-// Scope of a slim lock: it needs no clean-up, so that it can live in a library that is unloaded at any time.
+// Scope of a slim lock, which needs no clean-up, so that it can be part of a library that is unloaded at any time.
 #pragma once
 
 #include <windows.h>

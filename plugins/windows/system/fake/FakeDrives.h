@@ -14,7 +14,7 @@ class CFakeDrives final : public IDrives {
     void eject(wchar_t chLetter) override { _record(L'e', chLetter); }
     void makeQuiet(wchar_t chLetter) override { _record(L'q', chLetter); }
 
-    // What was done, as "eD" (eject D:) and "qD" (quiet).
+    // The calls, as "eD" (eject D:) and "qD" (quiet).
     [[nodiscard]] std::wstring done() const {
         const std::lock_guard<std::mutex> guard(m_mutex);
         return m_strDone;

@@ -1,4 +1,4 @@
-// Two overlays of which one is on at most, for tests.
+// Two overlays, at most one of which is on, for tests.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// Lock and sleep for tests: what was asked for is counted.
+// Lock and sleep for tests: requests are counted.
 #pragma once
 
 #include <windows.h>
@@ -40,7 +40,7 @@ class CFakeSuspend final : public ISuspend {
 
     // Set before the function under test gets it; the counters are written by its worker.
     std::optional<SleepAbilities> able = SleepAbilities{};
-    HANDLE hWakeUp = nullptr;  // when set: the calls return when it is signalled
+    HANDLE hWakeUp = nullptr;  // if set: the calls return when it is signalled
     std::atomic<int> nSleeps = 0;
     std::atomic<int> nHibernations = 0;
     std::atomic<int> nDisplaysOff = 0;
