@@ -83,18 +83,18 @@ constexpr DWORD kLookMs = 20;
 template <typename Result>
 HRESULT await(IAsyncResult<Result>& rOperation, Result* pResult) {
     CComRef<IAsyncState> state;
-    HRESULT hr = rOperation.QueryInterface(kIidAsyncState, state.putVoid());
-    AsyncStatus status = AsyncStatus::Started;
-    for (int i = 0; SUCCEEDED(hr) && status == AsyncStatus::Started && i < kLooks; ++i) {
-        hr = state->getStatus(&status);
-        if (SUCCEEDED(hr) && status == AsyncStatus::Started) {
+    HRESULT status = rOperation.QueryInterface(kIidAsyncState, state.putVoid());
+    AsyncStatus progress = AsyncStatus::Started;
+    for (int i = 0; SUCCEEDED(status) && progress == AsyncStatus::Started && i < kLooks; ++i) {
+        status = state->getStatus(&progress);
+        if (SUCCEEDED(status) && progress == AsyncStatus::Started) {
             ::Sleep(kLookMs);
         }
     }
-    if (FAILED(hr)) {
-        return hr;
+    if (FAILED(status)) {
+        return status;
     }
-    return status == AsyncStatus::Completed ? rOperation.getResults(pResult) : E_FAIL;
+    return progress == AsyncStatus::Completed ? rOperation.getResults(pResult) : E_FAIL;
 }
 
 // The functions of newer systems that create such objects.

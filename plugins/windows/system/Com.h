@@ -12,9 +12,9 @@ namespace win {
 // COM for the scope. If the thread has COM already, in whatever mode, that is not changed.
 class CComScope {
  public:
-    explicit CComScope(DWORD dwKind) noexcept : m_hr(::CoInitializeEx(nullptr, dwKind)) {}
+    explicit CComScope(DWORD dwKind) noexcept : m_status(::CoInitializeEx(nullptr, dwKind)) {}
     ~CComScope() {
-        if (SUCCEEDED(m_hr)) {
+        if (SUCCEEDED(m_status)) {
             ::CoUninitialize();
         }
     }
@@ -22,7 +22,7 @@ class CComScope {
     CComScope& operator=(const CComScope&) = delete;
 
  private:
-    HRESULT m_hr;
+    HRESULT m_status;
 };
 
 // Owns one reference to a COM object.

@@ -7,7 +7,7 @@
 #include <exception>
 #include <memory>
 
-#include "system/LibraryThread.h"
+#include "keyboard/LibraryThread.h"
 #include "system/Overlay.h"
 #include "system/OverlayShare.h"
 
@@ -220,8 +220,7 @@ class CKeyboardOverlay final : public IOverlay {
         }
         m_share.take(m_kind);
         m_pState = pState;
-        m_hThread = startLibraryThread([pState, kind = m_kind] { runHook(*pState, kind); });
-        const bool bHooked = m_hThread &&
+        const bool bHooked = SUCCEEDED(m_thread.start([pState, kind = m_kind] { runHook(*pState, kind); })) &&
                              ::WaitForSingleObject(pState->hStarted.get(), kStartWaitMs) == WAIT_OBJECT_0 &&
                              pState->bHooked;
         if (!bHooked) {
@@ -231,17 +230,17 @@ class CKeyboardOverlay final : public IOverlay {
     }
 
     void _endThread() {
-        if (m_hThread) {
+        if (m_pState != nullptr) {
             ::SetEvent(m_pState->hEnd.get());
-            ::WaitForSingleObject(m_hThread.get(), kEndWaitMs);
-            m_hThread.reset();
+            static_cast<void>(m_thread.wait(kEndWaitMs));  // one that hangs ends by itself
+            m_thread = {};
         }
     }
 
     const OverlayKind m_kind;
     COverlayShare m_share;
     std::shared_ptr<HookState> m_pState;
-    common::UniqueHandle m_hThread;
+    keyboard::CLibraryThread m_thread;
 };
 
 }  // namespace

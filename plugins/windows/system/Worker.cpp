@@ -3,8 +3,6 @@
 #include <atomic>
 #include <utility>
 
-#include "system/LibraryThread.h"
-
 namespace win {
 
 struct CWorker::Shared {
@@ -30,17 +28,15 @@ CWorker::CWorker(std::function<void()> turn) : m_pShared(std::make_shared<Shared
 
 CWorker::~CWorker() {
     m_pShared->bEnd = true;
-    if (m_hThread) {
-        ::SetEvent(m_pShared->hWake.get());
-        ::WaitForSingleObject(m_hThread.get(), kEndWaitMs);
-    }
+    ::SetEvent(m_pShared->hWake.get());
+    static_cast<void>(m_thread.wait(kEndWaitMs));  // one that hangs ends by itself
 }
 
 bool CWorker::wake() {
-    if (!m_hThread && m_pShared->hWake) {
-        m_hThread = startLibraryThread([pShared = m_pShared] { pShared->run(); });
+    if (!m_bStarted && m_pShared->hWake) {
+        m_bStarted = SUCCEEDED(m_thread.start([pShared = m_pShared] { pShared->run(); }));
     }
-    return m_hThread && ::SetEvent(m_pShared->hWake.get()) != FALSE;
+    return m_bStarted && ::SetEvent(m_pShared->hWake.get()) != FALSE;
 }
 
 }  // namespace win

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "common/Handle.h"
+#include "keyboard/LibraryThread.h"
 
 namespace win {
 
@@ -31,7 +31,8 @@ class CWorker {
     struct Shared;
 
     std::shared_ptr<Shared> m_pShared;
-    common::UniqueHandle m_hThread;
+    keyboard::CLibraryThread m_thread;
+    bool m_bStarted = false;
 };
 
 }  // namespace win
