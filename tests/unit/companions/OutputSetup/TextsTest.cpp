@@ -1,4 +1,4 @@
-// The texts of both languages.
+// The texts of all languages.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,8 +10,7 @@
 
 namespace {
 
-constexpr WORD kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
-constexpr WORD kGerman = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN);
+constexpr WORD kLanguages[] = {TEXT_LANGUAGES};
 
 constexpr std::pair<UINT, UINT> kRanges[] = {
     {IDS_PROGRAM, IDS_ASK_DELETE}, {IDS_MODE, IDS_MODE_OTHER}, {IDS_ERROR_COMMAND_LINE, IDS_ERROR_WINDOW}};
@@ -45,19 +44,20 @@ wchar_t mnemonic(const std::wstring& text) {
 
 }  // namespace
 
-TEST(Texts, ExistInBothLanguages) {
-    forEachId([](UINT id) {
-        EXPECT_FALSE(textOf(id, kEnglish).empty()) << id;
-        EXPECT_FALSE(textOf(id, kGerman).empty()) << id;
-    });
+TEST(Texts, ExistInEveryLanguage) {
+    ASSERT_GT(std::size(kLanguages), 1U);
+    for (const WORD language : kLanguages) {
+        forEachId([&](UINT id) { EXPECT_FALSE(textOf(id, language).empty()) << id << " in " << language; });
+    }
 }
 
-TEST(Texts, TakeTheSameArgumentsInBothLanguages) {
-    forEachId([](UINT id) {
-        EXPECT_EQ(textOf(id, kEnglish).find(L"%1") == std::wstring::npos,
-                  textOf(id, kGerman).find(L"%1") == std::wstring::npos)
-            << id;
-    });
+TEST(Texts, TakeTheSameArgumentsInEveryLanguage) {
+    const auto takesOne = [](UINT id, WORD language) { return textOf(id, language).find(L"%1") != std::wstring::npos; };
+    for (const WORD language : kLanguages) {
+        forEachId([&](UINT id) {
+            EXPECT_EQ(takesOne(id, language), takesOne(id, kLanguages[0])) << id << " in " << language;
+        });
+    }
 }
 
 TEST(Texts, NoLetterIsPromisedTwiceInAWindow) {
@@ -66,7 +66,7 @@ TEST(Texts, NoLetterIsPromisedTwiceInAWindow) {
         {IDS_NAME_LABEL, IDS_DISPLAYS_LABEL, IDS_SAVE},
         {IDS_DISPLAYS_LABEL, IDS_FAVOURITES_LABEL, IDS_RENAME, IDS_DELETE},
     };
-    for (const WORD language : {kEnglish, kGerman}) {
+    for (const WORD language : kLanguages) {
         for (const auto& window : windows) {
             std::set<wchar_t> letters;
             for (const UINT id : window) {
