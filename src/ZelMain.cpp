@@ -55,7 +55,8 @@ bool CZelMainApp::InitInstance() {
         show = !equalIgnoringCase(m_lpCmdLine, kHideSwitch);
     }
     showMainDlg(show, FALSE);
-    _makeTopmost();
+    // Cards that lie lower than they should are better than none.
+    static_cast<void>(_makeTopmost());
     return true;
 }
 
@@ -70,7 +71,8 @@ HRESULT CZelMainApp::_startServices() {
     if (!m_hPngDll) {
         return E_FAIL;
     }
-    installPrtscHook();
+    // Without the hook, the picture that the user takes has the cards in it; that is no reason not to start.
+    static_cast<void>(installPrtscHook());
     status = CHotkeyEventHandler::startHotkeyEventLoop();
     if (FAILED(status)) {
         return status;
@@ -79,7 +81,7 @@ HRESULT CZelMainApp::_startServices() {
     if (FAILED(status)) {
         return status;
     }
-    _setWndClsName();
+    static_cast<void>(_setWndClsName());  // without its class the strip cannot be made, and the start ends there
     return S_OK;
 }
 
@@ -258,7 +260,7 @@ HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
     m_pZelMainDlg->show(false);
     m_pZelMainDlg->hideLargeCards();
     if (bCancelSticky) {
-        _cancelFnSticky();
+        static_cast<void>(_cancelFnSticky());  // the cards are hidden all the same
     }
     const QrdConfig& config = CZelConfig::getQrdConfig();
     m_pZelHideDlg->show(!config.bDisable && config.bEnableHover);

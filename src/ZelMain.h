@@ -35,16 +35,16 @@ class CZelMainApp : public CWinApp {
     // Switches between the card strip and the hover strip. E_FAIL while either is missing.
     HRESULT showMainDlg(BOOL bShow, BOOL bCancelSticky);
     // A second start while "ShowQrdAtLaunch" is set: shows the strip for five seconds, or hides it if it is visible.
-    HRESULT showMainDlgAlt();
+    [[nodiscard]] HRESULT showMainDlgAlt();
     // Hides the cards and lays them out again; with bReinitialize they are rebuilt. S_FALSE: cards are in use; it will
     // be done when they are free.
-    HRESULT refreshCards(BOOL bReinitialize);
+    [[nodiscard]] HRESULT refreshCards(BOOL bReinitialize);
     // The session ends, and the process with it: does the same as ExitInstance(), at once, and closes the log. During a
     // plug-in call its card cannot be destroyed; the program then ends as soon as the call returns.
     void endSession();
 
     // One hotkey event, called on any thread: wakes the display, ends a screen saver and posts kMsgHotkey to the strip.
-    HRESULT handleHotkey(DWORD code, BOOL bBreak);
+    [[nodiscard]] HRESULT handleHotkey(DWORD code, BOOL bBreak);
     // Callable on any thread.
     static void cancelScreenSaver();
     // Callable on any thread: ends message handling of the frame through WM_CLOSE, or asks it to reload.
@@ -58,16 +58,16 @@ class CZelMainApp : public CWinApp {
  private:
     friend struct ZelMainSeam;  // unit tests access single parts of the application through it
 
-    HRESULT _startServices();
-    HRESULT _createStrips();
-    HRESULT checkMultiInstance();
-    HRESULT _claimMutex(bool& rbExists);
+    [[nodiscard]] HRESULT _startServices();
+    [[nodiscard]] HRESULT _createStrips();
+    [[nodiscard]] HRESULT checkMultiInstance();
+    [[nodiscard]] HRESULT _claimMutex(bool& rbExists);
     static void _signalFirstInstance(HWND hFrame);
-    HRESULT installPrtscHook();
-    HRESULT _setWndClsName() const;
-    HRESULT createSysMsgHandlerFrame();
-    HRESULT _cancelFnSticky() const;
-    HRESULT _makeTopmost() const;
+    [[nodiscard]] HRESULT installPrtscHook();
+    [[nodiscard]] HRESULT _setWndClsName() const;
+    [[nodiscard]] HRESULT createSysMsgHandlerFrame();
+    [[nodiscard]] HRESULT _cancelFnSticky() const;
+    [[nodiscard]] HRESULT _makeTopmost() const;
     static LONG WINAPI hideQrdWhenPrtsc() noexcept;
     [[nodiscard]] static bool _screenSaverRunning();
 

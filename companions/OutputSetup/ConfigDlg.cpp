@@ -41,23 +41,23 @@ bool CConfigDlg::OnInitDialog() {
     showDisplays();
     setColumns(control(IDC_FAVOURITES),
                {{IDS_COLUMN_NAME, 26}, {IDS_COLUMN_ARRANGEMENT, 46}, {IDS_COLUMN_DISPLAYS, 28}});
-    showFavourites();
+    _showFavourites();
     selectRow(control(IDC_FAVOURITES), 0);
     return true;
 }
 
-void CConfigDlg::showFavourites() {
+void CConfigDlg::_showFavourites() {
     m_vecFavourites = favourites::load();
     Rows rows;
     for (const favourites::Favourite& favourite : m_vecFavourites) {
         rows.push_back({favourite.text, modeText(favourite.mode), connectorsOf(favourite)});
     }
     setRows(control(IDC_FAVOURITES), rows);
-    enableButtons();
+    _enableButtons();
 }
 
 // A disabled button must not keep the focus: it moves to the list.
-void CConfigDlg::enableButtons() const {
+void CConfigDlg::_enableButtons() const {
     const BOOL any = selectedRow(control(IDC_FAVOURITES)) >= 0 ? TRUE : FALSE;
     for (const int id : {IDC_RENAME, IDC_DELETE}) {
         if (any == FALSE && ::GetFocus() == control(id)) {
@@ -72,7 +72,7 @@ void CConfigDlg::onControl(UINT id, UINT code) {
         ::SetFocus(control(IDC_FAVOURITES));
         ListView_EditLabel(control(IDC_FAVOURITES), selectedRow(control(IDC_FAVOURITES)));
     } else if (id == IDC_DELETE) {
-        deleteSelected();
+        _deleteSelected();
     } else {
         CSetupDlg::onControl(id, code);
     }
@@ -85,14 +85,14 @@ LRESULT CConfigDlg::OnNotify(WPARAM /*wParam*/, LPARAM lParam) {
     }
     switch (header->code) {
         case LVN_ITEMCHANGED:
-            enableButtons();
+            _enableButtons();
             return 0;
         case LVN_KEYDOWN:
-            onListKey(reinterpret_cast<const NMLVKEYDOWN*>(lParam)->wVKey);
+            _onListKey(reinterpret_cast<const NMLVKEYDOWN*>(lParam)->wVKey);
             return 0;
         case LVN_ENDLABELEDITW: {
             const auto* edit = reinterpret_cast<const NMLVDISPINFOW*>(lParam);
-            rename(edit->item.iItem, edit->item.pszText);
+            _rename(edit->item.iItem, edit->item.pszText);
             return FALSE;  // the list is filled again with what was really stored
         }
         default:
@@ -100,15 +100,15 @@ LRESULT CConfigDlg::OnNotify(WPARAM /*wParam*/, LPARAM lParam) {
     }
 }
 
-void CConfigDlg::onListKey(WORD key) {
+void CConfigDlg::_onListKey(WORD key) {
     if (key == VK_F2) {
         onControl(IDC_RENAME, BN_CLICKED);
     } else if (key == VK_DELETE) {
-        deleteSelected();
+        _deleteSelected();
     }
 }
 
-void CConfigDlg::rename(int row, const wchar_t* typed) {
+void CConfigDlg::_rename(int row, const wchar_t* typed) {
     if (typed == nullptr || row < 0 || static_cast<std::size_t>(row) >= m_vecFavourites.size()) {
         return;
     }
@@ -123,11 +123,11 @@ void CConfigDlg::rename(int row, const wchar_t* typed) {
         return;
     }
     const LSTATUS error = renameFavourite(index, old, name);
-    showFavourites();
+    _showFavourites();
     tellStoreError(error);
 }
 
-void CConfigDlg::deleteSelected() {
+void CConfigDlg::_deleteSelected() {
     const int row = selectedRow(control(IDC_FAVOURITES));
     if (row < 0 || static_cast<std::size_t>(row) >= m_vecFavourites.size()) {
         return;
@@ -139,7 +139,7 @@ void CConfigDlg::deleteSelected() {
         return;
     }
     const LSTATUS error = deleteFavourite(index, name);
-    showFavourites();
+    _showFavourites();
     tellStoreError(error);
 }
 

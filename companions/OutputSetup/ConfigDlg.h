@@ -17,12 +17,12 @@ class CConfigDlg : public CSetupDlg {
 
  private:
     LRESULT OnNotify(WPARAM wParam, LPARAM lParam);
-    void onListKey(WORD key);
+    void _onListKey(WORD key);
     // The user has entered a new name; null if they cancelled.
-    void rename(int row, const wchar_t* typed);
-    void deleteSelected();
-    void showFavourites();
-    void enableButtons() const;
+    void _rename(int row, const wchar_t* typed);
+    void _deleteSelected();
+    void _showFavourites();
+    void _enableButtons() const;
 
     Favourites m_vecFavourites;  // as shown
 };

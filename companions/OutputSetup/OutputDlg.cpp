@@ -24,12 +24,12 @@ bool COutputDlg::OnInitDialog() {
               {IDCANCEL, IDS_CANCEL}});
     prepareDisplayList();
     showDisplays();
-    showModes();
+    _showModes();
     return true;
 }
 
 // One line per arrangement of the mask; each line stores its arrangement.
-void COutputDlg::showModes() {
+void COutputDlg::_showModes() {
     const HWND list = control(IDC_MODES);
     ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
     for (int mode = 0; mode < kMaskBits; ++mode) {
@@ -48,14 +48,14 @@ void COutputDlg::showModes() {
 void COutputDlg::onControl(UINT id, UINT code) {
     const bool chosen = id == IDC_MODES && code == LBN_DBLCLK;
     if (id == IDOK || chosen) {
-        apply();
+        _apply();
     } else {
         CSetupDlg::onControl(id, code);
     }
 }
 
 // Closes the window if the displays were set up as chosen.
-void COutputDlg::apply() {
+void COutputDlg::_apply() {
     const LRESULT line = ::SendMessageW(control(IDC_MODES), LB_GETCURSEL, 0, 0);
     if (line == LB_ERR) {
         return;
@@ -80,7 +80,7 @@ LRESULT COutputDlg::OnRequest(WPARAM mask, LPARAM mode) {
     }
     m_request.mask = static_cast<unsigned>(mask);
     m_request.mode = static_cast<int>(mode);
-    showModes();
+    _showModes();
     return TRUE;
 }
 

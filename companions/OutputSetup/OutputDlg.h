@@ -20,8 +20,8 @@ class COutputDlg : public CSetupDlg {
 
  private:
     LRESULT OnRequest(WPARAM mask, LPARAM mode);
-    void showModes();
-    void apply();
+    void _showModes();
+    void _apply();
 
     Request m_request;
 };

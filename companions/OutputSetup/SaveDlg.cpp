@@ -31,17 +31,17 @@ void CSaveDlg::showDisplays() {
 
 void CSaveDlg::onControl(UINT id, UINT code) {
     if (id == IDOK) {
-        save();
+        _save();
     } else {
         CSetupDlg::onControl(id, code);
     }
 }
 
 // Closes the window if the favourite was stored.
-void CSaveDlg::save() {
+void CSaveDlg::_save() {
     const std::wstring name = cleanName(controlText(control(IDC_NAME)));
     if (const UINT message = nameMessage(judgeName(name, favourites::load(), kNewFavourite)); message != 0) {
-        askForAnotherName(message);
+        _askForAnotherName(message);
         return;
     }
     if (m_vecDisplays.empty()) {
@@ -55,7 +55,7 @@ void CSaveDlg::save() {
     DestroyWindow();
 }
 
-void CSaveDlg::askForAnotherName(UINT message) {
+void CSaveDlg::_askForAnotherName(UINT message) {
     tell(text(message));
     ::SetFocus(control(IDC_NAME));
     ::SendMessageW(control(IDC_NAME), EM_SETSEL, 0, -1);

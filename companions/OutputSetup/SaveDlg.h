@@ -15,8 +15,8 @@ class CSaveDlg : public CSetupDlg {
     void onControl(UINT id, UINT code) override;
 
  private:
-    void save();
-    void askForAnotherName(UINT message);
+    void _save();
+    void _askForAnotherName(UINT message);
 };
 
 }  // namespace setup

@@ -49,19 +49,19 @@ bool CSetupApp::InitInstance() {
     ::InitCommonControlsEx(&classes);
     const std::optional<Request> request = parseCommandLine(m_lpCmdLine);
     if (!request) {
-        return fail(text(IDS_ERROR_COMMAND_LINE));
+        return _fail(text(IDS_ERROR_COMMAND_LINE));
     }
     m_pDlg = makeWindow(*request, m_surroundings);
-    if (isSecondStart(m_pDlg->className(), *request)) {
+    if (_isSecondStart(m_pDlg->className(), *request)) {
         return false;
     }
     // Favourites can be managed without any display.
     if (request->task != Task::Config && m_surroundings.displays().empty()) {
-        return fail(text(IDS_ERROR_NO_DISPLAY));
+        return _fail(text(IDS_ERROR_NO_DISPLAY));
     }
     m_pMainWnd = m_pDlg.get();
     if (!m_pDlg->open()) {
-        return fail(text(IDS_ERROR_WINDOW, systemErrorText(::GetLastError())));
+        return _fail(text(IDS_ERROR_WINDOW, systemErrorText(::GetLastError())));
     }
     return true;
 }
@@ -71,14 +71,14 @@ int CSetupApp::ExitInstance() {
     return m_bFailed ? 1 : code;
 }
 
-bool CSetupApp::fail(const std::wstring& message) {
+bool CSetupApp::_fail(const std::wstring& message) {
     m_bFailed = true;
     m_surroundings.tell(nullptr, message);
     return false;
 }
 
 // The mutex decides who is first when two start at the same time; the window is found by its class.
-bool CSetupApp::isSecondStart(const wchar_t* className, const Request& request) {
+bool CSetupApp::_isSecondStart(const wchar_t* className, const Request& request) {
     m_mutex.reset(::CreateMutexW(nullptr, FALSE, className));
     if (::GetLastError() != ERROR_ALREADY_EXISTS) {
         return false;

@@ -23,8 +23,8 @@ class CSetupApp : public CWinApp {
     void exceptionCaught() noexcept override { m_bFailed = true; }
 
  private:
-    bool fail(const std::wstring& message);
-    bool isSecondStart(const wchar_t* className, const Request& request);
+    bool _fail(const std::wstring& message);
+    bool _isSecondStart(const wchar_t* className, const Request& request);
 
     Surroundings m_surroundings;
     std::unique_ptr<CSetupDlg> m_pDlg;

@@ -31,17 +31,17 @@ HRESULT CHotkeySession::start() {
         return E_OUTOFMEMORY;
     }
     _readSettings();
-    HRESULT hr = m_hook.start(m_watcher, shared_from_this());
-    if (SUCCEEDED(hr)) {
-        hr = common::statusOf([this] {
+    HRESULT status = m_hook.start(m_watcher, shared_from_this());
+    if (SUCCEEDED(status)) {
+        status = common::statusOf([this] {
             return m_deliveryThread.start([self = shared_from_this()]() noexcept { self->m_delivery.run(); });
         });
     }
-    if (FAILED(hr)) {
+    if (FAILED(status)) {
         m_hook.requestStop();
         static_cast<void>(m_hook.wait(kStopTimeout));
     }
-    return hr;
+    return status;
 }
 
 HRESULT CHotkeySession::stop() noexcept {

@@ -32,11 +32,11 @@ extern "C" __declspec(dllexport) LONG WINAPI
     }
     try {
         auto started = std::make_shared<hotkey::CHotkeySession>(hotkeyCallback, configCallback);
-        const HRESULT hr = started->start();
-        if (SUCCEEDED(hr)) {
+        const HRESULT status = started->start();
+        if (SUCCEEDED(status)) {
             session() = std::move(started);
         }
-        return hr;
+        return status;
     } catch (...) {
         return common::caughtStatus();
     }
@@ -59,7 +59,7 @@ extern "C" __declspec(dllexport) LONG WINAPI Stop() noexcept {
     if (session()->isDelivering()) {
         return HRESULT_FROM_WIN32(ERROR_POSSIBLE_DEADLOCK);
     }
-    const HRESULT hr = session()->stop();
+    const HRESULT status = session()->stop();
     session().reset();
-    return hr;
+    return status;
 }

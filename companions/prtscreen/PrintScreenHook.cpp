@@ -22,15 +22,15 @@ HRESULT CPrintScreenHook::start() {
     if (!m_hPressed || !m_hDone) {
         return E_OUTOFMEMORY;
     }
-    HRESULT hr =
+    HRESULT status =
         common::statusOf([this] { return m_helper.start([self = shared_from_this()]() noexcept { self->_help(); }); });
-    if (SUCCEEDED(hr)) {
-        hr = m_hook.start(*this, shared_from_this());
+    if (SUCCEEDED(status)) {
+        status = m_hook.start(*this, shared_from_this());
     }
-    if (FAILED(hr)) {
+    if (FAILED(status)) {
         static_cast<void>(stop());
     }
-    return hr;
+    return status;
 }
 
 bool CPrintScreenHook::stop() noexcept {

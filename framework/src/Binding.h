@@ -25,15 +25,15 @@ struct Binding {
 };
 
 // Marks a message as the current one, to which CWnd::Default refers.
-class DispatchScope {
+class CDispatchScope {
  public:
-    DispatchScope(std::shared_ptr<Binding> binding, UINT message, WPARAM wParam, LPARAM lParam)
+    CDispatchScope(std::shared_ptr<Binding> binding, UINT message, WPARAM wParam, LPARAM lParam)
         : m_pBinding(std::move(binding)), m_dispatch{message, wParam, lParam, m_pBinding->current} {
         m_pBinding->current = &m_dispatch;
     }
-    ~DispatchScope() { m_pBinding->current = m_dispatch.outer; }
-    DispatchScope(const DispatchScope&) = delete;
-    DispatchScope& operator=(const DispatchScope&) = delete;
+    ~CDispatchScope() { m_pBinding->current = m_dispatch.outer; }
+    CDispatchScope(const CDispatchScope&) = delete;
+    CDispatchScope& operator=(const CDispatchScope&) = delete;
 
  private:
     const std::shared_ptr<Binding> m_pBinding;  // the handler may delete the object and destroy the window

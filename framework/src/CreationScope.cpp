@@ -4,7 +4,7 @@
 
 namespace {
 
-thread_local CreationScope* g_pCurrentScope = nullptr;
+thread_local CCreationScope* g_pCurrentScope = nullptr;
 
 // An input method may create its own window during the creation of ours. Its second class is "MSCTFIME UI"; seven
 // characters identify it.
@@ -16,14 +16,14 @@ bool isInputMethodWindow(HWND window) {
 
 }  // namespace
 
-CreationScope::CreationScope(CWnd& object)
+CCreationScope::CCreationScope(CWnd& object)
     : m_pObject(&object),
       m_pOuter(g_pCurrentScope),
-      m_hHook(::SetWindowsHookExW(WH_CBT, &CreationScope::hook, nullptr, ::GetCurrentThreadId())) {
+      m_hHook(::SetWindowsHookExW(WH_CBT, &CCreationScope::_hook, nullptr, ::GetCurrentThreadId())) {
     g_pCurrentScope = this;
 }
 
-CreationScope::~CreationScope() {
+CCreationScope::~CCreationScope() {
     const DWORD error = ::GetLastError();
     g_pCurrentScope = m_pOuter;
     if (m_hHook != nullptr) {
@@ -31,12 +31,12 @@ CreationScope::~CreationScope() {
     }
     // Another hook may have refused the window after we bound it, without notifying the window.
     if (m_hBound != nullptr && ::IsWindow(m_hBound) == FALSE) {
-        CWnd::unbind(m_hBound);
+        CWnd::_unbind(m_hBound);
     }
     ::SetLastError(error);
 }
 
-bool CreationScope::confirm(HWND window) const {
+bool CCreationScope::confirm(HWND window) const {
     if (window == nullptr || ::IsWindow(window) == FALSE) {
         return false;
     }
@@ -48,12 +48,12 @@ bool CreationScope::confirm(HWND window) const {
     return true;
 }
 
-LRESULT CALLBACK CreationScope::hook(int code, WPARAM wParam, LPARAM lParam) noexcept {
+LRESULT CALLBACK CCreationScope::_hook(int code, WPARAM wParam, LPARAM lParam) noexcept {
     const auto window = reinterpret_cast<HWND>(wParam);
     if (code == HCBT_CREATEWND && g_pCurrentScope != nullptr && !isInputMethodWindow(window)) {
         // Only the first window is ours, not those that its creation handlers create.
-        CreationScope* scope = std::exchange(g_pCurrentScope, nullptr);
-        if (scope->m_pObject->bind(window, true)) {
+        CCreationScope* scope = std::exchange(g_pCurrentScope, nullptr);
+        if (scope->m_pObject->_bind(window, true)) {
             scope->m_hBound = window;
         }
     }

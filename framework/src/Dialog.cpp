@@ -8,14 +8,14 @@ bool CDialog::Create(HWND parent) {
         return false;
     }
     m_bInitFailed = false;
-    const CreationScope scope(*this);
+    const CCreationScope scope(*this);
     return scope.confirm(::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(m_uTemplateId), parent,
-                                              &CDialog::dialogProcedure, 0)) &&
-           initialized();
+                                              &CDialog::_dialogProcedure, 0)) &&
+           _initialized();
 }
 
 // No result of WM_INITDIALOG refuses the dialog, so a partially initialised one is destroyed here.
-bool CDialog::initialized() {
+bool CDialog::_initialized() {
     if (!m_bInitFailed) {
         return true;
     }
@@ -31,7 +31,7 @@ bool CDialog::PreTranslateMessage(MSG& message) {
 }
 
 // Everything else goes through the object's message map before the system's dialog procedure calls this.
-INT_PTR CALLBACK CDialog::dialogProcedure(HWND dialog, UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) noexcept {
+INT_PTR CALLBACK CDialog::_dialogProcedure(HWND dialog, UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) noexcept {
     if (message != WM_INITDIALOG) {
         return FALSE;
     }

@@ -59,7 +59,7 @@ void CWinApp::reportException() noexcept {
 void CWinApp::Run() {
     MSG message{};
     while (_nextMessage(message)) {
-        handle(message);
+        _handle(message);
     }
     m_nExitCode = message.message == WM_QUIT ? static_cast<int>(message.wParam) : 0;
 }
@@ -89,9 +89,9 @@ void CWinApp::windowGone(const CWnd& window) {
 }
 
 // A message that fails does not end the loop.
-void CWinApp::handle(MSG& message) noexcept {
+void CWinApp::_handle(MSG& message) noexcept {
     try {
-        if (!preTranslate(message)) {
+        if (!_preTranslate(message)) {
             ::TranslateMessage(&message);
             ::DispatchMessageW(&message);
         }
@@ -100,7 +100,7 @@ void CWinApp::handle(MSG& message) noexcept {
     }
 }
 
-bool CWinApp::preTranslate(MSG& message) {
+bool CWinApp::_preTranslate(MSG& message) {
     for (HWND window = message.hwnd; window != nullptr; window = ::GetAncestor(window, GA_PARENT)) {
         CWnd* object = CWnd::fromHandle(window);
         if (object != nullptr && object->PreTranslateMessage(message)) {

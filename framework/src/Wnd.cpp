@@ -6,8 +6,8 @@
 #include "framework/WinApp.h"
 
 using framework::Binding;
+using framework::CDispatchScope;
 using framework::Dispatch;
-using framework::DispatchScope;
 
 CWnd::CWnd() = default;
 
@@ -29,7 +29,7 @@ CWnd* CWnd::fromHandle(HWND window) {
 }
 
 // Called by a hook of the system: no exception leaves it.
-bool CWnd::bind(HWND window, bool ownsWindow) noexcept {
+bool CWnd::_bind(HWND window, bool ownsWindow) noexcept {
     if (m_pBinding != nullptr || framework::findBinding(window) != nullptr) {
         return false;
     }
@@ -41,7 +41,7 @@ bool CWnd::bind(HWND window, bool ownsWindow) noexcept {
         CWinApp::reportException();
         return false;
     }
-    const LONG_PTR super = ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CWnd::procedure));
+    const LONG_PTR super = ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CWnd::_procedure));
     if (super == 0) {
         framework::removeBinding(window);
         return false;
@@ -53,12 +53,12 @@ bool CWnd::bind(HWND window, bool ownsWindow) noexcept {
 }
 
 // Detaches the object, if it still exists, from a window that is destroyed or being destroyed.
-void CWnd::unbind(HWND window) {
+void CWnd::_unbind(HWND window) {
     const std::shared_ptr<Binding> binding = framework::findBinding(window);
     if (binding == nullptr) {
         return;
     }
-    if (reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(window, GWLP_WNDPROC)) == &CWnd::procedure) {
+    if (reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(window, GWLP_WNDPROC)) == &CWnd::_procedure) {
         ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(binding->superProcedure));
     }
     if (binding->object != nullptr) {
@@ -70,7 +70,7 @@ void CWnd::unbind(HWND window) {
 
 bool CWnd::SubclassWindow(HWND window) {
     return window != nullptr && ::GetWindowThreadProcessId(window, nullptr) == ::GetCurrentThreadId() &&
-           bind(window, false);
+           _bind(window, false);
 }
 
 bool CWnd::CreateEx(DWORD exStyle, const wchar_t* className, const wchar_t* title, DWORD style, const RECT& place,
@@ -79,7 +79,7 @@ bool CWnd::CreateEx(DWORD exStyle, const wchar_t* className, const wchar_t* titl
         ::SetLastError(ERROR_ALREADY_EXISTS);
         return false;
     }
-    const CreationScope scope(*this);
+    const CCreationScope scope(*this);
     const bool anywhere = place.left == CW_USEDEFAULT;
     const int width = anywhere ? CW_USEDEFAULT : place.right - place.left;
     const int height = anywhere ? CW_USEDEFAULT : place.bottom - place.top;
@@ -116,7 +116,7 @@ const MessageMap& CWnd::messageMap() const {
     return kMap;
 }
 
-const MessageEntry* CWnd::findEntry(UINT message, UINT notifyCode, bool reflected) const {
+const MessageEntry* CWnd::_findEntry(UINT message, UINT notifyCode, bool reflected) const {
     for (const MessageMap* map = &messageMap(); map != nullptr; map = map->base) {
         for (const MessageEntry& entry : map->entries) {
             if (entry.message == message && entry.notifyCode == notifyCode && entry.reflected == reflected) {
@@ -129,23 +129,23 @@ const MessageEntry* CWnd::findEntry(UINT message, UINT notifyCode, bool reflecte
 
 LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     LRESULT result = 0;
-    if (message == WM_NOTIFY && reflectNotify(wParam, lParam, result)) {
+    if (message == WM_NOTIFY && _reflectNotify(wParam, lParam, result)) {
         return result;
     }
-    const MessageEntry* entry = findEntry(message, 0, false);
+    const MessageEntry* entry = _findEntry(message, 0, false);
     return entry == nullptr ? DefWindowProc(message, wParam, lParam) : entry->invoke(*this, wParam, lParam);
 }
 
 // Offers a control's notification to the control's own object.
-bool CWnd::reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result) {
+bool CWnd::_reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result) {
     const auto* header = reinterpret_cast<const NMHDR*>(lParam);
     CWnd* sender = header == nullptr ? nullptr : fromHandle(header->hwndFrom);
-    const MessageEntry* entry = sender == nullptr ? nullptr : sender->findEntry(WM_NOTIFY, header->code, true);
+    const MessageEntry* entry = sender == nullptr ? nullptr : sender->_findEntry(WM_NOTIFY, header->code, true);
     if (entry == nullptr) {
         return false;
     }
     // The control may be handling another message, such as painting: Default() must not refer to that one.
-    const DispatchScope scope(sender->m_pBinding, WM_NOTIFY, wParam, lParam);
+    const CDispatchScope scope(sender->m_pBinding, WM_NOTIFY, wParam, lParam);
     result = entry->invoke(*sender, wParam, lParam);
     return true;
 }
@@ -159,7 +159,7 @@ LRESULT CWnd::Default() {
     return current == nullptr ? 0 : DefWindowProc(current->message, current->wParam, current->lParam);
 }
 
-LRESULT CALLBACK CWnd::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+LRESULT CALLBACK CWnd::_procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     const std::shared_ptr<Binding> binding = framework::findBinding(window);
     if (binding == nullptr) {
         return ::DefWindowProcW(window, message, wParam, lParam);
@@ -167,28 +167,28 @@ LRESULT CALLBACK CWnd::procedure(HWND window, UINT message, WPARAM wParam, LPARA
     binding->destroying |= message == WM_DESTROY || message == WM_NCDESTROY;
     LRESULT result = 0;
     try {
-        result = dispatch(binding, window, {message, wParam, lParam});
+        result = _dispatch(binding, window, {message, wParam, lParam});
     } catch (...) {
         CWinApp::reportException();
-        result = afterException(window, message);
+        result = _afterException(window, message);
     }
     if (message == WM_NCDESTROY) {
-        windowDestroyed(window);
+        _windowDestroyed(window);
     }
     return result;
 }
 
-LRESULT CWnd::dispatch(const std::shared_ptr<Binding>& binding, HWND window, const Received& received) {
+LRESULT CWnd::_dispatch(const std::shared_ptr<Binding>& binding, HWND window, const Received& received) {
     if (binding->object == nullptr) {
         return ::CallWindowProcW(binding->superProcedure, window, received.message, received.wParam, received.lParam);
     }
     // The handler may delete the object: only the binding is safe to use then.
-    const DispatchScope scope(binding, received.message, received.wParam, received.lParam);
+    const CDispatchScope scope(binding, received.message, received.wParam, received.lParam);
     return binding->object->WindowProc(received.message, received.wParam, received.lParam);
 }
 
 // The result of a message whose handler failed.
-LRESULT CWnd::afterException(HWND window, UINT message) noexcept {
+LRESULT CWnd::_afterException(HWND window, UINT message) noexcept {
     switch (message) {
         case WM_PAINT:
             ::ValidateRect(window, nullptr);  // otherwise the system would ask for it again at once, endlessly
@@ -202,10 +202,10 @@ LRESULT CWnd::afterException(HWND window, UINT message) noexcept {
     }
 }
 
-void CWnd::windowDestroyed(HWND window) noexcept {
+void CWnd::_windowDestroyed(HWND window) noexcept {
     const std::shared_ptr<Binding> binding = framework::findBinding(window);
     CWnd* object = binding == nullptr ? nullptr : binding->object;
-    unbind(window);
+    _unbind(window);
     if (object == nullptr) {
         return;
     }

@@ -15,19 +15,19 @@ constexpr DWORD kMutexPatience = 1000;  // ms
 
 // Holds the record's mutex for a scope. Continues without it if another holds it too long: a line out of order is
 // better than a plug-in that hangs.
-class RecordLock {
+class CRecordLock {
  public:
-    RecordLock() : m_hMutex(CreateMutexW(nullptr, FALSE, kMutexName)) {
+    CRecordLock() : m_hMutex(CreateMutexW(nullptr, FALSE, kMutexName)) {
         const DWORD wait = m_hMutex ? WaitForSingleObject(m_hMutex.get(), kMutexPatience) : WAIT_FAILED;
         m_bOwned = wait == WAIT_OBJECT_0 || wait == WAIT_ABANDONED;
     }
-    ~RecordLock() {
+    ~CRecordLock() {
         if (m_bOwned) {
             ReleaseMutex(m_hMutex.get());
         }
     }
-    RecordLock(const RecordLock&) = delete;
-    RecordLock& operator=(const RecordLock&) = delete;
+    CRecordLock(const CRecordLock&) = delete;
+    CRecordLock& operator=(const CRecordLock&) = delete;
 
  private:
     common::UniqueHandle m_hMutex;
@@ -87,7 +87,7 @@ void recordCall(const Call& call) {
 
 void appendCall(const std::wstring& file, const Call& call) {
     const std::string line = utf8Of(lineOf(call));
-    const RecordLock lock;
+    const CRecordLock lock;
     const common::UniqueFile handle = openForAppend(file);
     DWORD written = 0;
     if (handle) {

@@ -53,7 +53,8 @@ HRESULT CHotkeyConfig::enumHotkeyConfigs(IEnumHotkeyConfigs* pEnum) {
         info.strFuncName = list.substr(start, end - start);
         RegConfigAccess subKey;  // closed only after the callback
         if (SUCCEEDED(readHotkeyInfo(key.key(), subKey, info))) {
-            pEnum->processHotkeyInfo(&info);
+            // A function that cannot be used takes no other one with it.
+            static_cast<void>(pEnum->processHotkeyInfo(&info));
         }
         start = end + 1;
     }

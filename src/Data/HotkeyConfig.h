@@ -20,7 +20,7 @@ class IEnumHotkeyConfigs {
 
     // Called once per function, in the order of the list, on the enumerating thread. The record is valid during the
     // call only; the result is ignored.
-    virtual HRESULT processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) = 0;
+    [[nodiscard]] virtual HRESULT processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) = 0;
 };
 
 class CHotkeyConfig {

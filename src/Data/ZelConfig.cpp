@@ -10,7 +10,7 @@ enum class Scope { UserElseMachine, Machine };
 
 struct Setting {
     const wchar_t* name;
-    ConfigValue QrdConfig::*member;
+    CConfigValue QrdConfig::*member;
     DWORD defaultValue;
     Scope scope;
 };
@@ -58,7 +58,7 @@ QrdConfig::QrdConfig() noexcept {
 QrdConfig& CZelConfig::getQrdConfig() {
     static QrdConfig config;
     if (!config.bLoaded) {
-        _initQrdConfig(config);
+        static_cast<void>(_initQrdConfig(config));  // what could not be read is a default, and is logged
     }
     return config;
 }

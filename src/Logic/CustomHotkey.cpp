@@ -69,7 +69,8 @@ void CCustomHotkey::_readButton(const Storage& button, const Storage& userSettin
     LOG_INFO(L"Hotkey is customized.");
     DWORD makeValue = 0;
     if (button.getDword(regpath::kMakeValue, makeValue)) {
-        readCustomHotkeyInfo(makeValue & kCodeBits, userSetting);
+        // A record that cannot be kept is left out, and the others stay.
+        static_cast<void>(readCustomHotkeyInfo(makeValue & kCodeBits, userSetting));
     }
 }
 

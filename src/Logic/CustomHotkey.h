@@ -14,17 +14,17 @@ class CCustomHotkey {
  public:
     // Rebuilds the list from the button utility's keys. E_FAIL, with an unchanged list, if its buttons cannot be
     // listed; a button with a missing key or value is skipped.
-    HRESULT getCustomizedHotkeys();
+    [[nodiscard]] HRESULT getCustomizedHotkeys();
 
     [[nodiscard]] bool isHotkeyCustomized(DWORD code) const;
 
     // Starts the program of the first record with that code: 0 if it was started, otherwise the shell's error (1..32,
     // which is no failure status); E_FAIL if the code is not customised.
-    HRESULT handleHotkey(DWORD code);
+    [[nodiscard]] HRESULT handleHotkey(DWORD code);
 
     // Appends a record for that code from the button's key below UserSetting; S_OK without a record if one of its two
     // texts is missing, E_POINTER without memory.
-    HRESULT readCustomHotkeyInfo(DWORD code, const storage::Storage& userSetting);
+    [[nodiscard]] HRESULT readCustomHotkeyInfo(DWORD code, const storage::Storage& userSetting);
 
  private:
     struct CustomHotkeyInfo {

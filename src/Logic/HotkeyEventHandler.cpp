@@ -73,7 +73,8 @@ void WINAPI CHotkeyEventHandler::_hotkeyNotify(DWORD code, DWORD modifier) noexc
         return;
     }
     try {
-        theApp.handleHotkey(code, modifier != ZEL_MAKE);
+        // The library has no use for the status, which is in the log.
+        static_cast<void>(theApp.handleHotkey(code, modifier != ZEL_MAKE));
     } catch (...) {
         LOG_STATUS(common::caughtStatus());
     }

@@ -58,8 +58,9 @@ LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
 }
 
 LRESULT CSysMsgHandlerFrame::OnReloadConfig(WPARAM /*wParam*/, LPARAM /*lParam*/) {
-    CZelConfig::_initQrdConfig(CZelConfig::getQrdConfig());
-    theApp.refreshCards(FALSE);
+    // Whoever asked waits for no answer, and what failed is in the log.
+    static_cast<void>(CZelConfig::_initQrdConfig(CZelConfig::getQrdConfig()));
+    static_cast<void>(theApp.refreshCards(FALSE));
     return Default();
 }
 
@@ -78,7 +79,7 @@ LRESULT CSysMsgHandlerFrame::OnHideStrip(WPARAM wParam, LPARAM /*lParam*/) {
 
 void CSysMsgHandlerFrame::OnDisplayChange() {
     LOG_ENTER_LEAVE();
-    theApp.refreshCards(FALSE);
+    static_cast<void>(theApp.refreshCards(FALSE));
     Default();
 }
 
@@ -102,7 +103,7 @@ LRESULT CSysMsgHandlerFrame::OnSettingChange(WPARAM wParam, LPARAM /*lParam*/) {
     const LRESULT result = Default();
     if (wParam == kSettingWorkArea) {
         LOG_INFO(L"Workarea change event.");
-        theApp.refreshCards(FALSE);
+        static_cast<void>(theApp.refreshCards(FALSE));
     }
     return result;
 }

@@ -60,8 +60,8 @@ HRESULT composeImage(IFrameSurface& surface, Gdiplus::Image* image, DWORD alpha,
     return surface.drawImage(*image, source, target, alphaMatrix(alpha));
 }
 
-HRESULT CPixelSurface::drawImage(Gdiplus::Image& image, const Gdiplus::RectF& source, const Gdiplus::RectF& destination,
-                                 const Gdiplus::ColorMatrix& colours) {
+HRESULT PixelSurface::drawImage(Gdiplus::Image& image, const Gdiplus::RectF& source, const Gdiplus::RectF& destination,
+                                const Gdiplus::ColorMatrix& colours) {
     if (!inReach(source) || !inReach(destination)) {
         return E_FAIL;
     }
@@ -69,7 +69,7 @@ HRESULT CPixelSurface::drawImage(Gdiplus::Image& image, const Gdiplus::RectF& so
     const RECT place = toRect(destination);
     const SIZE size{place.right - place.left, place.bottom - place.top};
     const DWORD opacity = toOpacity(colours);
-    if (auto* const stored = dynamic_cast<CStoredImage*>(&image); stored != nullptr) {
+    if (auto* const stored = dynamic_cast<StoredImage*>(&image); stored != nullptr) {
         blendPicture(m_frame, stored->master().scaled(part, size), place.left, place.top, opacity);
         return S_OK;
     }

@@ -31,9 +31,9 @@ struct SourceSlice {
 // A surface on the pixels of a frame, which must outlive it. Pictures are scaled only here: those of the image library
 // once for each size, and cached. Of the colour matrix it applies the opacity; the rest must be the identity's. E_FAIL,
 // unlogged: the image was not decoded, or the rectangle is too large for any screen.
-class CPixelSurface final : public IFrameSurface {
+class PixelSurface final : public IFrameSurface {
  public:
-    explicit CPixelSurface(const FramePixels& frame) noexcept : m_frame(frame) {}
+    explicit PixelSurface(const FramePixels& frame) noexcept : m_frame(frame) {}
 
     [[nodiscard]] HRESULT drawImage(Gdiplus::Image& image, const Gdiplus::RectF& source,
                                     const Gdiplus::RectF& destination, const Gdiplus::ColorMatrix& colours) override;

@@ -56,13 +56,13 @@ CLayeredWnd::CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter)
 }
 
 CLayeredWnd::~CLayeredWnd() {
-    destroyWnd();
+    static_cast<void>(destroyWnd());  // nobody is left to tell
 }
 
 HRESULT CLayeredWnd::createWnd() {
-    const HRESULT destroyed = destroyWnd();
-    if (FAILED(destroyed)) {
-        RETURN_LOGGED(destroyed);
+    const HRESULT status = destroyWnd();
+    if (FAILED(status)) {
+        RETURN_LOGGED(status);
     }
     m_shown.reset();
     registerWndClass(m_strClassName);
@@ -72,7 +72,7 @@ HRESULT CLayeredWnd::createWnd() {
     if (m_hWnd == nullptr) {
         RETURN_LOGGED(E_FAIL);
     }
-    return destroyed;
+    return status;
 }
 
 HRESULT CLayeredWnd::destroyWnd() {
@@ -111,18 +111,18 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
             RETURN_LOGGED(E_POINTER);
         }
         graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
-        m_pTextPainter->drawText(graphics);
+        static_cast<void>(m_pTextPainter->drawText(graphics));  // a frame without its text is shown all the same
     }
     if (::IsWindowVisible(m_hWnd) == FALSE) {
         m_shown.reset();
     }
     const common::WindowDc screenDc(nullptr);
     ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
-    const HRESULT updated = updateLyrWnd(screenDc.get(), m_pFrame->dc(), pPosition);
-    if (FAILED(updated)) {
-        LOG_STATUS(updated);
+    const HRESULT status = updateLyrWnd(screenDc.get(), m_pFrame->dc(), pPosition);
+    if (FAILED(status)) {
+        LOG_STATUS(status);
     }
-    return updated;
+    return status;
 } catch (...) {
     RETURN_LOGGED(common::caughtStatus());
 }
@@ -161,12 +161,12 @@ HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourc
     } else {
         ::GetClientRect(m_hWnd, &destination);
     }
-    CPixelSurface surface(m_pFrame->pixels());
-    const HRESULT drawn = composeImage(surface, pImage, dwAlpha, {nSourceTop, nSourceHeight}, destination);
-    if (FAILED(drawn)) {
-        LOG_STATUS(drawn);
+    PixelSurface surface(m_pFrame->pixels());
+    const HRESULT status = composeImage(surface, pImage, dwAlpha, {nSourceTop, nSourceHeight}, destination);
+    if (FAILED(status)) {
+        LOG_STATUS(status);
     }
-    return drawn;
+    return status;
 }
 
 // Shows what has been composed in the memory device context. If the same frame is already on the screen at the same

@@ -17,7 +17,7 @@ class IDrawTextOnLayeredWnd {
 
     // Called once per frame, after all images and before the frame is shown. The graphics draws into the frame, in
     // pixels from its top-left corner, and is valid during the call only. The status does not stop the frame.
-    virtual HRESULT drawText(Gdiplus::Graphics& graphics) = 0;
+    [[nodiscard]] virtual HRESULT drawText(Gdiplus::Graphics& graphics) = 0;
 };
 
 class CLayeredWnd {
@@ -29,9 +29,9 @@ class CLayeredWnd {
     CLayeredWnd& operator=(const CLayeredWnd&) = delete;
 
     // Creates the popup, hidden, over the shadowed window, which owns it; an existing popup is destroyed first.
-    HRESULT createWnd();
+    [[nodiscard]] HRESULT createWnd();
     // Destroys the popup and its class. S_OK if there was none.
-    HRESULT destroyWnd();
+    [[nodiscard]] HRESULT destroyWnd();
 
     // Composes the images in order, the first at the bottom, and shows the frame over the shadowed window; creates the
     // popup if there is none. One opacity (0..255) and one rectangle (client pixels; null: the whole window) belong to
@@ -61,7 +61,7 @@ class CLayeredWnd {
         bool operator==(const Shown&) const = default;
     };
 
-    HRESULT _placeWnd();
+    [[nodiscard]] HRESULT _placeWnd();
     [[nodiscard]] HRESULT drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
                                     const RECT* pDrawRect) const;
     [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition);

@@ -82,7 +82,7 @@ std::size_t MasterPicture::bytes() const {
     return count * sizeof(DWORD);
 }
 
-CStoredImage::CStoredImage(std::shared_ptr<MasterPicture> pMaster)
+StoredImage::StoredImage(std::shared_ptr<MasterPicture> pMaster)
     : MasterPictureHolder(std::move(pMaster)),
       Gdiplus::Bitmap(m_pMaster->pixels().width, m_pMaster->pixels().height,
                       m_pMaster->pixels().width * static_cast<INT>(sizeof(DWORD)), PixelFormat32bppPARGB,
@@ -108,7 +108,7 @@ void picturestore::keep(std::span<const std::byte> bytes, std::shared_ptr<Master
 }
 
 Picture pixelsOf(Gdiplus::Image& image) {
-    if (const auto* const stored = dynamic_cast<CStoredImage*>(&image); stored != nullptr) {
+    if (const auto* const stored = dynamic_cast<StoredImage*>(&image); stored != nullptr) {
         return stored->master().pixels();
     }
     const UINT width = image.GetWidth();

@@ -44,9 +44,9 @@ class MasterPictureHolder {
 };
 
 // A GDI+ image over a master picture's pixels. Images of one picture share it.
-class CStoredImage final : private MasterPictureHolder, public Gdiplus::Bitmap {
+class StoredImage final : private MasterPictureHolder, public Gdiplus::Bitmap {
  public:
-    explicit CStoredImage(std::shared_ptr<MasterPicture> pMaster);
+    explicit StoredImage(std::shared_ptr<MasterPicture> pMaster);
 
     [[nodiscard]] MasterPicture& master() const { return *m_pMaster; }
 };

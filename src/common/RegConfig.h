@@ -18,13 +18,13 @@ class RegConfigAccess {
     // E_HANDLE if a key is open already (it stays open), E_POINTER for a null path, otherwise the system's error as a
     // status.
     [[nodiscard]] HRESULT Open(HKEY hRoot, const wchar_t* pszSubKey, REGSAM access);
-    HRESULT Close();
+    [[nodiscard]] HRESULT Close();
 
     // The stored type is never checked: a value is its bytes, read as 32-bit numbers (a remainder below four bytes is
     // dropped). `out` is replaced on success and unchanged on failure.
     [[nodiscard]] HRESULT GetValue(const wchar_t* pszName, std::vector<DWORD>& out) const;
     // The first number of the value; without one, `out` keeps the caller's value.
-    HRESULT GetValue(const wchar_t* pszName, DWORD& out) const;
+    [[nodiscard]] HRESULT GetValue(const wchar_t* pszName, DWORD& out) const;
     // All stored UTF-16 units, including a stored terminator: make it a string and use that as NUL-terminated text.
     [[nodiscard]] HRESULT GetValue(const wchar_t* pszName, std::vector<wchar_t>& out) const;
 

@@ -51,7 +51,7 @@ HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>
 }
 
 HRESULT storedImage(std::shared_ptr<MasterPicture> master, std::unique_ptr<Gdiplus::Image>& outImage) {
-    outImage = tryMakeGdiPlus<CStoredImage>(std::move(master));
+    outImage = tryMakeGdiPlus<StoredImage>(std::move(master));
     return outImage != nullptr ? S_OK : E_POINTER;
 }
 

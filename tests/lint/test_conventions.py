@@ -1,11 +1,44 @@
-"""The conventions of CONTRIBUTING.md that a compiler does not hold."""
+"""The conventions of CONTRIBUTING.md that a compiler does not check."""
 import posixpath
 import re
 
+import cpp
 import pytest
 import tree
 
 UNIT = "tests/unit/"
+CODE = ("src/", "framework/", "companions/", "plugins/")
+# Not yet up to the rules of names and statuses.
+UNCHECKED = ("src/UI/",)
+# Statuses that callers there still ignore.
+IGNORED_THERE = {"showMainDlg", "paint"}
+
+# Private methods with names that the design gives them.
+DESIGN_METHODS = {
+    "CFxOutput": ["getCircleItemRatio"],
+    "CFxOutput_2": ["getItemCount", "getAvailableItems", "filterFavItems", "getDefaultItemName", "getImageIDInRes",
+                    "showOutputConfDlg"],
+    "CFxPowerPlan": ["addItem", "getPowerPlanItemName"],
+    "CFxWireless": ["addItem", "addErrorItem"],
+    "CLayeredWnd": ["drawImage", "updateLyrWnd"],
+    "CZelMainApp": ["checkMultiInstance", "createSysMsgHandlerFrame", "hideQrdWhenPrtsc", "installPrtscHook"],
+}
+# And the one that is not private although it is named as if.
+DESIGN_UNDERSCORES = {"CZelConfig": ["_initQrdConfig"]}
+# Classes of src/common and interfaces that the design names otherwise.
+DESIGN_CLASSES = {"CLayeredWnd", "StorageInterface"}
+
+
+def code_files(*suffixes):
+    return [path for path in tree.files(*suffixes) if path.startswith(CODE) and not path.startswith(UNCHECKED)]
+
+
+def functions_of(path, text):
+    """(declaration, what stands before the name, name) of every function that a source declares."""
+    for declaration in cpp.parse(text)[1]:
+        function = declaration.function()
+        if function is not None and "::" not in function[1]:
+            yield (declaration, *function)
 
 
 def unknown_test_folders(paths):
@@ -42,7 +75,148 @@ def test_the_rule_of_the_folders_sees_a_wrong_one(test, wrong):
     assert unknown_test_folders(["src/UI/ItemDlg/A.h", "companions/hotkey/A.h", test]) == wrong
 
 
-FOLDERS = ("src/", "framework/", "companions/", "plugins/")
+def statuses_to_ignore(path, text):
+    """Functions of a header whose status the compiler lets a caller ignore."""
+    return [f"{path}:{declaration.line}: {name}" for declaration, before, name in functions_of(path, text)
+            if re.search(r"\bHRESULT\b(?!\s*[*&])", before) and "[[nodiscard]]" not in before]
+
+
+def test_no_status_is_ignored_unseen():
+    found = [hit for path in code_files(".h") for hit in statuses_to_ignore(path, tree.text(path))
+             if hit.split()[-1] not in IGNORED_THERE]
+    assert not found, "write [[nodiscard]] before:\n" + "\n".join(found)
+
+
+@pytest.mark.parametrize(
+    "text, wrong",
+    [
+        ("HRESULT a();", True),
+        ("class C {\n    virtual HRESULT a(int b = f({1})) = 0;\n};", True),
+        ("namespace n {\nstatic HRESULT WINAPI a(\n    int b);\n}", True),
+        ("struct C {\n    C() : m_a{1} {}\n    HRESULT a() const override { return S_OK; }\n};", True),
+        ("template <typename T>\ninline HRESULT a(T b) {\n    return b();\n}", True),
+        ('extern "C" {\nHRESULT a();\n}', True),
+        ("[[nodiscard]] HRESULT a();", False),
+        ("class C {\n    [[nodiscard]] virtual HRESULT a(const HRESULT& b) = 0;\n};", False),
+        ("void a(HRESULT b);\nHRESULT* c();\n// HRESULT d();\nusing E = HRESULT (*)(int);", False),
+        ("HRESULT g_a = b();\nstd::function<HRESULT(int)> g_b;\nHRESULT (*g_c)(int);", False),
+        ("inline void a() {\n    HRESULT b();\n}", False),
+        ('[[nodiscard]] HRESULT a(const char* b = "HRESULT c();");', False),
+    ],
+)
+def test_the_rule_of_the_statuses_sees_one_that_may_be_ignored(text, wrong):
+    assert bool(statuses_to_ignore("a.h", text)) == wrong
+
+
+def misnamed_methods(path, text):
+    """Private methods without an underscore, and others with one."""
+    found = []
+    for declaration, before, name in functions_of(path, text):
+        if not declaration.owner or name.startswith("~"):
+            continue
+        private = declaration.access == "private"
+        owner = declaration.owner[-1]
+        # What overrides has its base's name, what handles a message that of the message.
+        free = re.search(r"\boverride\b", declaration.text) or re.match(r"On[A-Z]", name) or name == owner
+        listed = DESIGN_METHODS if private else DESIGN_UNDERSCORES
+        if private != name.startswith("_") and not free and name not in listed.get(owner, ()):
+            found.append(f"{path}:{declaration.line}: {owner}::{name}")
+    return found
+
+
+def test_private_methods_begin_with_an_underscore_and_no_others():
+    found = [hit for path in code_files(".h", ".cpp") for hit in misnamed_methods(path, tree.text(path))]
+    assert not found, "\n" + "\n".join(found)
+
+
+def test_every_method_that_the_design_names_is_there():
+    there = {(declaration.owner[-1], name) for path in code_files(".h")
+             for declaration, _, name in functions_of(path, tree.text(path)) if declaration.owner}
+    listed = {(owner, name) for names in (DESIGN_METHODS, DESIGN_UNDERSCORES) for owner in names for name in names[owner]}
+    assert listed <= there, sorted(listed - there)
+
+
+@pytest.mark.parametrize(
+    "text, wrong",
+    [
+        ("class CA {\n    void b();\n};", ["CA::b"]),
+        ("class CA {\n public:\n    int b() const { return {}; }\n\n private:\n    [[nodiscard]] static int c();\n};", ["CA::c"]),
+        ("class CA {\n public:\n    void _b();\n};", ["CA::_b"]),
+        ("class CA {\n protected:\n    void _b();\n    void c();\n};", ["CA::_b"]),
+        ("class CA {\n    class CB {\n        void c();\n    };\n    void _d();\n};", ["CB::c"]),
+        ("class CFxPowerPlan {\n    void addItem();\n    void addItems();\n};", ["CFxPowerPlan::addItems"]),
+        ("class CA : public CB<int> {\n    explicit CA(int b);\n    ~CA();\n    CA& operator=(const CA&) = delete;\n};", []),
+        ("class CA {\n    void OnTimer();\n    void b() override;\n    void _c();\n    friend void d();\n};", []),
+        ("class CA {\n    std::function<void(int)> m_b;\n    void (*m_c)(int) = nullptr;\n    int m_d = f(1);\n};", []),
+        ("struct A {\n    void b();\n};\nclass CB;\nvoid c();", []),
+    ],
+)
+def test_the_rule_of_the_methods_sees_a_wrong_name(text, wrong):
+    assert [hit.split(": ")[1] for hit in misnamed_methods("a.h", text)] == wrong
+
+
+def misnamed_classes(path, text):
+    """Classes with a prefix that the kind of class, or its place, does not have."""
+    found = []
+    for declared in cpp.parse(text)[0]:
+        if declared.kind != "class" or declared.outer or declared.name in DESIGN_CLASSES:
+            continue
+        prefix = re.match(r"[CI](?=[A-Z])", declared.name)
+        if prefix is None if not path.startswith("src/common/") else prefix is not None and prefix[0] == "C":
+            found.append(f"{path}: {declared.name}")
+    return found
+
+
+def test_classes_carry_the_prefix_of_their_place():
+    found = [hit for path in code_files(".h", ".cpp") for hit in misnamed_classes(path, tree.text(path))]
+    assert not found, "\n" + "\n".join(found)
+
+
+@pytest.mark.parametrize(
+    "path, text, wrong",
+    [
+        ("src/Logic/A.h", "class A {\n};", True),
+        ("src/Logic/A.h", "namespace n {\nclass Cut final : public IA {\n};\n}", True),
+        ("src/Logic/A.h", "class CA final : public IA {\n    class Scope {\n    };\n};", False),
+        ("src/Logic/A.h", "class A;\nenum class B { C };\nstruct D {\n};\nclass IE {\n};", False),
+        ("src/common/A.h", "class CA {\n};", True),
+        ("src/common/A.h", "template <typename T, typename U = std::less<T>>\nclass CA {\n};", True),
+        ("src/common/A.h", "class Caught {\n};\nclass ILineSink {\n};\nclass CLayeredWnd {\n};", False),
+    ],
+)
+def test_the_rule_of_the_classes_sees_a_wrong_prefix(path, text, wrong):
+    assert bool(misnamed_classes(path, text)) == wrong
+
+
+def misnamed_statuses(path, text):
+    """Statuses that are not called so."""
+    named = re.compile(r"\bHRESULT\s+(?:const\s+)?(\w+)\s*[=;{,)]")
+    return [f"{path}:{number}: {name}" for number, line in enumerate(cpp.code(text).splitlines(), 1)
+            for name in named.findall(line) + re.findall(r"\bauto\s+(hr)\b", line)
+            if not re.search(r"(?:^|m_)status$|Status$|^k[A-Z]|^[A-Z_]+$", name)]
+
+
+def test_a_status_is_called_status():
+    found = [hit for path in code_files(".h", ".cpp") for hit in misnamed_statuses(path, tree.text(path))]
+    assert not found, "\n" + "\n".join(found)
+
+
+@pytest.mark.parametrize(
+    "text, wrong",
+    [
+        ("HRESULT hr = a();", True),
+        ("const HRESULT result{a()};", True),
+        ("auto hr = a();", True),
+        ("void a(int b, HRESULT hr);", True),
+        ("HRESULT m_hr;", True),
+        ("const HRESULT status = a();\nHRESULT m_status = S_OK;\nHRESULT functionStatus;", False),
+        ("constexpr HRESULT kNone = 1;\nconstexpr HRESULT FUNCX_S_OK = S_OK;\nHRESULT a(HRESULT* pStatus);", False),
+        ("// HRESULT hr = a();\n", False),
+    ],
+)
+def test_the_rule_of_the_statuses_sees_another_name(text, wrong):
+    assert bool(misnamed_statuses("a.cpp", text)) == wrong
+
 
 # A message table, and how a header declares that its class has one.
 MESSAGE_TABLE = re.compile(
@@ -60,7 +234,7 @@ MESSAGE_MAP_ITSELF = {"framework/include/framework/MessageMap.h", "framework/inc
 
 
 def sources():
-    return [name for name in tree.files(".h", ".cpp") if name.startswith(FOLDERS)]
+    return [name for name in tree.files(".h", ".cpp") if name.startswith(CODE)]
 
 
 def other_message_tables(source):

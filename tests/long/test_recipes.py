@@ -84,7 +84,7 @@ def add_function():
 
 
 def add_setting():
-    insert("src/Data/ZelConfig.h", "    ConfigValue bLoaded;", "    ConfigValue uExample;  // a value that nothing uses\n\n")
+    insert("src/Data/ZelConfig.h", "    CConfigValue bLoaded;", "    CConfigValue uExample;  // a value that nothing uses\n\n")
     insert("src/Data/ZelConfig.cpp", "};\n\nvoid readSettings",
            '    {L"ExampleSetting", &QrdConfig::uExample, 17, Scope::Machine},\n')
     insert("docs/configuration.md", "| `HideMainUIWhenLostFocus`", "| `ExampleSetting` | `REG_DWORD` | 17 | none |\n")

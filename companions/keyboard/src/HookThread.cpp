@@ -47,17 +47,17 @@ HRESULT CHookThread::start(IHookClient& client, std::shared_ptr<void> keepAlive)
     if (!s_pClient.compare_exchange_strong(expected, &client)) {
         return E_UNEXPECTED;
     }
-    const HRESULT hr = common::statusOf(
+    const HRESULT status = common::statusOf(
         [&] { return m_thread.start([this, &client, alive = std::move(keepAlive)]() noexcept { _run(client); }); });
-    if (FAILED(hr)) {
+    if (FAILED(status)) {
         s_pClient = nullptr;
-        return hr;
+        return status;
     }
     if (::WaitForSingleObject(m_hReady.get(), kInstallTimeout) != WAIT_OBJECT_0) {
         requestStop();
         return HRESULT_FROM_WIN32(ERROR_TIMEOUT);
     }
-    return m_hrInstalled;
+    return m_installStatus;
 }
 
 void CHookThread::_run(IHookClient& client) noexcept {
@@ -66,7 +66,7 @@ void CHookThread::_run(IHookClient& client) noexcept {
     {
         const common::UniqueHook hook(::SetWindowsHookExW(WH_KEYBOARD_LL, &CHookThread::_hookProc, ownModule(), 0));
         const bool bInstalled = static_cast<bool>(hook);
-        m_hrInstalled = bInstalled ? S_OK : HRESULT_FROM_WIN32(::GetLastError());
+        m_installStatus = bInstalled ? S_OK : HRESULT_FROM_WIN32(::GetLastError());
         if (bInstalled) {
             client.handleWake();
         }

@@ -18,8 +18,8 @@ class CDialog : public CWnd {
     virtual bool OnInitDialog() { return true; }
 
  private:
-    static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-    [[nodiscard]] bool initialized();
+    static INT_PTR CALLBACK _dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    [[nodiscard]] bool _initialized();
 
     UINT m_uTemplateId;
     bool m_bInitFailed = false;

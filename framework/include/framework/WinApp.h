@@ -44,8 +44,8 @@ class CWinApp {
     void _run() noexcept;
     [[nodiscard]] int _end() noexcept;
     [[nodiscard]] bool _nextMessage(MSG& message) const;
-    static void handle(MSG& message) noexcept;
-    static bool preTranslate(MSG& message);
+    static void _handle(MSG& message) noexcept;
+    static bool _preTranslate(MSG& message);
 
     static CWinApp* s_pCurrent;
     int m_nExitCode = 0;

@@ -62,7 +62,7 @@ class CWnd {
     virtual void PostNcDestroy() {}
 
  private:
-    friend class CreationScope;
+    friend class CCreationScope;
 
     struct Received {
         UINT message;
@@ -70,36 +70,36 @@ class CWnd {
         LPARAM lParam;
     };
 
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-    static LRESULT dispatch(const std::shared_ptr<framework::Binding>& binding, HWND window, const Received& received);
-    static LRESULT afterException(HWND window, UINT message) noexcept;
-    bool bind(HWND window, bool ownsWindow) noexcept;
-    static void unbind(HWND window);
-    static void windowDestroyed(HWND window) noexcept;
-    [[nodiscard]] const MessageEntry* findEntry(UINT message, UINT notifyCode, bool reflected) const;
-    static bool reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result);
+    static LRESULT CALLBACK _procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    static LRESULT _dispatch(const std::shared_ptr<framework::Binding>& binding, HWND window, const Received& received);
+    static LRESULT _afterException(HWND window, UINT message) noexcept;
+    bool _bind(HWND window, bool ownsWindow) noexcept;
+    static void _unbind(HWND window);
+    static void _windowDestroyed(HWND window) noexcept;
+    [[nodiscard]] const MessageEntry* _findEntry(UINT message, UINT notifyCode, bool reflected) const;
+    static bool _reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result);
 
     std::shared_ptr<framework::Binding> m_pBinding;
 };
 
 // During its lifetime, the next window that this thread creates is bound to the object. CWnd::CreateEx and CDialog use
 // it; it is public for code that calls a creating function of the system itself.
-class CreationScope {
+class CCreationScope {
  public:
-    explicit CreationScope(CWnd& object);
-    ~CreationScope();
-    CreationScope(const CreationScope&) = delete;
-    CreationScope& operator=(const CreationScope&) = delete;
+    explicit CCreationScope(CWnd& object);
+    ~CCreationScope();
+    CCreationScope(const CCreationScope&) = delete;
+    CCreationScope& operator=(const CCreationScope&) = delete;
 
     // Takes the result of the creating function. True: the window exists and is bound to the object. A window that
     // could not be bound is destroyed. Safe after the object was deleted by its own creation handlers.
     [[nodiscard]] bool confirm(HWND window) const;
 
  private:
-    static LRESULT CALLBACK hook(int code, WPARAM wParam, LPARAM lParam) noexcept;
+    static LRESULT CALLBACK _hook(int code, WPARAM wParam, LPARAM lParam) noexcept;
 
     CWnd* m_pObject;
-    CreationScope* m_pOuter;
+    CCreationScope* m_pOuter;
     HHOOK m_hHook;
     HWND m_hBound = nullptr;
 };

@@ -45,23 +45,23 @@ class COutputChecker {
     COutputChecker(CPluginLibrary& library, CReport& report) : m_library(library), m_report(report) {}
 
     void run(std::optional<long> item) {
-        if (!initialize()) {
+        if (!_initialize()) {
             return;
         }
-        const LONG count = entryCount();
+        const LONG count = _entryCount();
         for (LONG i = 0; i < std::min(count, kManyEntries); ++i) {
-            checkEntry(static_cast<ULONG>(i));
+            _checkEntry(static_cast<ULONG>(i));
         }
-        currentItem(count);
+        _currentItem(count);
         if (item) {
-            choose(*item);
+            _choose(*item);
         }
     }
 
  private:
-    bool initialize() {
+    bool _initialize() {
         g_blocks.clear();
-        Guarded<ULONG> reserved(0);
+        CGuarded<ULONG> reserved(0);
         const LONG result =
             m_library.call<FenwynFnF5InitializeHotkeyDll>(FENWYN_FNF5_INITIALIZE, 0L, reserved.out(), &allocate);
         reserved.checkGuard(m_report, FENWYN_FNF5_INITIALIZE, L"reserved");
@@ -71,9 +71,9 @@ class COutputChecker {
         return result == FENWYN_OK;
     }
 
-    LONG entryCount() {
-        Guarded<LONG> count(0);
-        Guarded<ULONG> reserved(0);
+    LONG _entryCount() {
+        CGuarded<LONG> count(0);
+        CGuarded<ULONG> reserved(0);
         const LONG result = m_library.call<FenwynFnF5GetDisplayItemCount>(FENWYN_FNF5_GET_DISPLAY_ITEM_COUNT,
                                                                           count.out(), reserved.out());
         count.checkGuard(m_report, FENWYN_FNF5_GET_DISPLAY_ITEM_COUNT, L"count");
@@ -96,14 +96,14 @@ class COutputChecker {
         return count.value();
     }
 
-    void checkEntry(ULONG index) {
+    void _checkEntry(ULONG index) {
         m_strEntry = L"Entry " + std::to_wstring(index);
-        Guarded<LONG> mode(-1);
-        Guarded<WCHAR*> text(nullptr);
-        Guarded<ULONG> recordCount(0);
-        Guarded<ULONGLONG> records(0);
-        Guarded<ULONG> flags(0);
-        Guarded<ULONG> reserved(0);
+        CGuarded<LONG> mode(-1);
+        CGuarded<WCHAR*> text(nullptr);
+        CGuarded<ULONG> recordCount(0);
+        CGuarded<ULONGLONG> records(0);
+        CGuarded<ULONG> flags(0);
+        CGuarded<ULONG> reserved(0);
         const LONG result = m_library.call<FenwynFnF5GetDisplayItemInfo>(FENWYN_FNF5_GET_DISPLAY_ITEM_INFO, index,
                                                                          mode.out(), text.out(), recordCount.out(),
                                                                          records.out(), flags.out(), reserved.out());
@@ -116,13 +116,13 @@ class COutputChecker {
             m_report.error(m_strEntry + L": FnF5_GetDisplayItemInfo failed (" + std::to_wstring(result) +
                            L"): the whole card shows no items.");
         } else {
-            checkMode(entry);
-            checkRecords(entry);
+            _checkMode(entry);
+            _checkRecords(entry);
         }
-        checkText(entry);
+        _checkText(entry);
     }
 
-    void checkMode(const Entry& entry) {
+    void _checkMode(const Entry& entry) {
         if (entry.mode < FENWYN_MODE_INTERNAL || entry.mode > FENWYN_MODE_SAVE) {
             m_report.error(m_strEntry + L": there is no mode " + std::to_wstring(entry.mode) + L".");
         }
@@ -132,7 +132,7 @@ class COutputChecker {
     }
 
     // Frees the text as Fenwyn would.
-    void checkText(const Entry& entry) {
+    void _checkText(const Entry& entry) {
         const bool custom = (entry.flags & FENWYN_ENTRY_CUSTOM) != 0;
         if (entry.text == nullptr) {
             if (custom) {
@@ -154,7 +154,7 @@ class COutputChecker {
         HeapFree(GetProcessHeap(), 0, entry.text);
     }
 
-    void checkRecords(const Entry& entry) {
+    void _checkRecords(const Entry& entry) {
         if (entry.recordCount > FENWYN_MAX_RECORDS) {
             m_report.error(m_strEntry + L": it claims " + std::to_wstring(entry.recordCount) +
                            L" displays; the preview shows " + std::to_wstring(FENWYN_MAX_RECORDS) + L" at most.");
@@ -167,11 +167,11 @@ class COutputChecker {
                                L"the given address.");
                 return;
             }
-            checkRecord(record, i);
+            _checkRecord(record, i);
         }
     }
 
-    void checkRecord(const FenwynDisplayRecord& record, ULONG number) {
+    void _checkRecord(const FenwynDisplayRecord& record, ULONG number) {
         const std::wstring which = m_strEntry + L", display record " + std::to_wstring(number);
         const WCHAR* const end = std::find(record.szConnector, record.szConnector + FENWYN_CONNECTOR_CHARS, L'\0');
         const std::wstring_view name(record.szConnector, static_cast<std::size_t>(end - record.szConnector));
@@ -190,9 +190,9 @@ class COutputChecker {
         }
     }
 
-    void currentItem(LONG count) {
-        Guarded<LONG> item(-1);
-        Guarded<ULONG> reserved(0);
+    void _currentItem(LONG count) {
+        CGuarded<LONG> item(-1);
+        CGuarded<ULONG> reserved(0);
         const LONG result = m_library.call<FenwynGetCurrentItem>(FENWYN_GET_CURRENT_ITEM, item.out(), reserved.out());
         item.checkGuard(m_report, FENWYN_GET_CURRENT_ITEM, L"item");
         if (result != FENWYN_OK) {
@@ -204,8 +204,8 @@ class COutputChecker {
         }
     }
 
-    void choose(long item) {
-        Guarded<ULONG> reserved(0);
+    void _choose(long item) {
+        CGuarded<ULONG> reserved(0);
         const LONG result =
             m_library.call<FenwynSelectItem>(FENWYN_SELECT_ITEM, static_cast<LONG>(item), reserved.out());
         const std::wstring call = L"SelectItem(" + std::to_wstring(item) + L")";

@@ -23,27 +23,27 @@ class CBasicChecker {
         : m_rule(rule), m_library(library), m_report(report) {}
 
     void run(std::optional<long> item) {
-        if (!initialize()) {
+        if (!_initialize()) {
             return;
         }
-        const bool offers = itemInfo();
+        const bool offers = _itemInfo();
         if (m_library.has(FENWYN_IS_DUAL_BRT_CTRL) && m_rule.infoRule == InfoRule::Levels) {
-            dualControl();
+            _dualControl();
         }
         if (offers && m_rule.currentRule != CurrentRule::NotAsked) {
-            currentItem();
+            _currentItem();
         }
         if (offers && m_rule.currentRule == CurrentRule::BitOf && m_library.has(FENWYN_GET_CUSTOM_ITEM_TEXT)) {
-            planNames();
+            _planNames();
         }
         if (item) {
-            choose(*item);
+            _choose(*item);
         }
     }
 
  private:
-    bool initialize() {
-        Guarded<ULONG> reserved(0);
+    bool _initialize() {
+        CGuarded<ULONG> reserved(0);
         const LONG result = m_library.call<FenwynInitializeHotkeyDll>(FENWYN_INITIALIZE, 0L, reserved.out());
         reserved.checkGuard(m_report, FENWYN_INITIALIZE, L"reserved");
         if (result != FENWYN_OK) {
@@ -52,10 +52,10 @@ class CBasicChecker {
         return result == FENWYN_OK;
     }
 
-    bool itemInfo() {
-        Guarded<ULONG> info(0);
-        Guarded<ULONG> info2(0);
-        Guarded<ULONG> reserved(0);
+    bool _itemInfo() {
+        CGuarded<ULONG> info(0);
+        CGuarded<ULONG> info2(0);
+        CGuarded<ULONG> reserved(0);
         const LONG result = m_library.call<FenwynGetDisplayItemInfo>(FENWYN_GET_DISPLAY_ITEM_INFO, info.out(),
                                                                      info2.out(), reserved.out());
         info.checkGuard(m_report, FENWYN_GET_DISPLAY_ITEM_INFO, L"info");
@@ -64,13 +64,13 @@ class CBasicChecker {
         m_uInfo = info.value();
         m_uInfo2 = info2.value();
         if (result < 0) {
-            infoFailed(result);
+            _infoFailed(result);
             return false;
         }
-        return checkInfo();
+        return _checkInfo();
     }
 
-    void infoFailed(LONG result) {
+    void _infoFailed(LONG result) {
         const std::wstring number = L"GetDisplayItemInfo failed (" + std::to_wstring(result) + L"): ";
         if (std::wstring_view(m_rule.name) == L"Wireless") {
             m_report.warning(number + L"the card shows its error notice.");
@@ -79,21 +79,21 @@ class CBasicChecker {
         }
     }
 
-    bool checkInfo() {
+    bool _checkInfo() {
         switch (m_rule.infoRule) {
             case InfoRule::Exact:
-                return checkExactInfo();
+                return _checkExactInfo();
             case InfoRule::Levels:
-                return checkLevels();
+                return _checkLevels();
             case InfoRule::Mask:
             case InfoRule::TwoMasks:
             case InfoRule::Entries:
                 break;
         }
-        return checkMasks();
+        return _checkMasks();
     }
 
-    bool checkExactInfo() {
+    bool _checkExactInfo() {
         if (m_uInfo == m_rule.info) {
             return true;
         }
@@ -102,7 +102,7 @@ class CBasicChecker {
         return false;
     }
 
-    bool checkLevels() {
+    bool _checkLevels() {
         if (m_uInfo == 0 || m_uInfo > static_cast<ULONG>(MAXLONG)) {
             m_report.error(L"GetDisplayItemInfo gives " + std::to_wstring(m_uInfo) +
                            L" brightness levels; it needs 1 at least.");
@@ -115,10 +115,10 @@ class CBasicChecker {
         return true;
     }
 
-    bool checkMasks() {
-        warnOfExtraBits(m_uInfo & ~m_rule.info, L"info");
+    bool _checkMasks() {
+        _warnOfExtraBits(m_uInfo & ~m_rule.info, L"info");
         if (m_rule.infoRule == InfoRule::TwoMasks) {
-            warnOfExtraBits(m_uInfo2 & ~m_rule.info2, L"info 2");
+            _warnOfExtraBits(m_uInfo2 & ~m_rule.info2, L"info 2");
         }
         const DWORD offered = m_uInfo & m_rule.info;
         const DWORD offered2 = m_uInfo2 & m_rule.info2;
@@ -135,15 +135,15 @@ class CBasicChecker {
         return true;
     }
 
-    void warnOfExtraBits(DWORD extra, const wchar_t* value) {
+    void _warnOfExtraBits(DWORD extra, const wchar_t* value) {
         if (extra != 0) {
             m_report.warning(std::wstring(L"Bits ") + hex(extra) + L" of \"" + value +
                              L"\" mean nothing and are ignored.");
         }
     }
 
-    void dualControl() {
-        Guarded<BYTE> dual(0);
+    void _dualControl() {
+        CGuarded<BYTE> dual(0);
         const LONG result = m_library.call<FenwynIsDualBrtCtrl>(FENWYN_IS_DUAL_BRT_CTRL, dual.out());
         dual.checkGuard(m_report, FENWYN_IS_DUAL_BRT_CTRL, L"dual");
         m_bDual = dual.value() != 0;
@@ -154,16 +154,16 @@ class CBasicChecker {
         }
     }
 
-    void currentItem() {
-        Guarded<LONG> item(-1);
-        Guarded<ULONG> reserved(0);
+    void _currentItem() {
+        CGuarded<LONG> item(-1);
+        CGuarded<ULONG> reserved(0);
         const LONG result = m_library.call<FenwynGetCurrentItem>(FENWYN_GET_CURRENT_ITEM, item.out(), reserved.out());
         item.checkGuard(m_report, FENWYN_GET_CURRENT_ITEM, L"item");
         reserved.checkGuard(m_report, FENWYN_GET_CURRENT_ITEM, L"reserved");
         if (result != FENWYN_OK) {
             m_report.error(L"GetCurrentItem failed (" + std::to_wstring(result) +
                            L"): any result but 0 is a failure, and the card shows no items.");
-        } else if (!itemMakesSense(item.value())) {
+        } else if (!_itemMakesSense(item.value())) {
             m_report.error(L"GetCurrentItem gives " + std::to_wstring(item.value()) +
                            L", which is none of this function's items.");
         } else {
@@ -177,7 +177,7 @@ class CBasicChecker {
         }
     }
 
-    [[nodiscard]] bool itemMakesSense(LONG item) const {
+    [[nodiscard]] bool _itemMakesSense(LONG item) const {
         const LONG levels = static_cast<LONG>(m_uInfo);
         switch (m_rule.currentRule) {
             case CurrentRule::NotAsked:
@@ -198,17 +198,17 @@ class CBasicChecker {
         return false;
     }
 
-    void planNames() {
+    void _planNames() {
         for (LONG plan = 0; plan < 4; ++plan) {
             if (hasBit(m_uInfo, plan)) {
-                planName(static_cast<ULONG>(plan));
+                _planName(static_cast<ULONG>(plan));
             }
         }
     }
 
-    void planName(ULONG plan) {
-        Guarded<BSTR> text(nullptr);
-        Guarded<ULONGLONG> reserved(0);
+    void _planName(ULONG plan) {
+        CGuarded<BSTR> text(nullptr);
+        CGuarded<ULONGLONG> reserved(0);
         const LONG result =
             m_library.call<FenwynGetCustomItemText>(FENWYN_GET_CUSTOM_ITEM_TEXT, plan, text.out(), reserved.out());
         reserved.checkGuard(m_report, FENWYN_GET_CUSTOM_ITEM_TEXT, L"reserved");
@@ -223,10 +223,10 @@ class CBasicChecker {
         SysFreeString(text.value());
     }
 
-    void choose(long item) {
+    void _choose(long item) {
         const bool slider = m_rule.infoRule == InfoRule::Levels;
         const char* const name = slider ? FENWYN_FOCUS_ITEM : FENWYN_SELECT_ITEM;
-        Guarded<ULONG> reserved(0);
+        CGuarded<ULONG> reserved(0);
         const LONG result = m_library.call<FenwynSelectItem>(name, static_cast<LONG>(item), reserved.out());
         reserved.checkGuard(m_report, name, L"reserved");
         const std::wstring call = wide(name) + L"(" + std::to_wstring(item) + L")";

@@ -73,7 +73,7 @@ bool CPluginLibrary::requireExports(const std::array<const char*, fenwyn::kMaxEx
             continue;
         }
         complete = false;
-        const std::wstring similar = similarName(name);
+        const std::wstring similar = _similarName(name);
         m_report.error(L"The export " + wide(name) + L" is missing." +
                        (similar.empty() ? L""
                                         : L" There is \"" + similar +
@@ -89,8 +89,8 @@ void CPluginLibrary::reportUnsupported(const char* initializeName, LONG result) 
     if (!has(FENWYN_GET_UNSUPPORTED_REASON)) {
         return;
     }
-    Guarded<BSTR> text(nullptr);
-    Guarded<ULONG> reserved(0);
+    CGuarded<BSTR> text(nullptr);
+    CGuarded<ULONG> reserved(0);
     const LONG answer = call<FenwynGetUnsupportedReason>(FENWYN_GET_UNSUPPORTED_REASON, text.out(), reserved.out());
     text.checkGuard(m_report, FENWYN_GET_UNSUPPORTED_REASON, L"text");
     reserved.checkGuard(m_report, FENWYN_GET_UNSUPPORTED_REASON, L"reserved");
@@ -105,8 +105,8 @@ void CPluginLibrary::reportUnsupported(const char* initializeName, LONG result) 
     SysFreeString(text.value());
 }
 
-std::wstring CPluginLibrary::similarName(const char* exportName) const {
-    for (const std::string& name : exportedNames()) {
+std::wstring CPluginLibrary::_similarName(const char* exportName) const {
+    for (const std::string& name : _exportedNames()) {
         if (isDecorated(name, exportName)) {
             return wide(name.c_str());
         }
@@ -115,7 +115,7 @@ std::wstring CPluginLibrary::similarName(const char* exportName) const {
 }
 
 // Reads the export directory of the loaded image, whose addresses the loader has checked.
-std::vector<std::string> CPluginLibrary::exportedNames() const {
+std::vector<std::string> CPluginLibrary::_exportedNames() const {
     const auto* const base = reinterpret_cast<const BYTE*>(m_hModule.get());
     const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* const nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);

@@ -26,7 +26,7 @@ class CPluginLibrary {
     bool load(const std::wstring& path);
     void unload();
 
-    [[nodiscard]] bool has(const char* exportName) const { return address(exportName) != nullptr; }
+    [[nodiscard]] bool has(const char* exportName) const { return _address(exportName) != nullptr; }
 
     // Reports each missing export, with a similar name if there is one. False if any is missing.
     bool requireExports(const std::array<const char*, fenwyn::kMaxExports>& names);
@@ -38,7 +38,7 @@ class CPluginLibrary {
     template <typename Function, typename... Arguments>
     LONG call(const char* exportName, Arguments... arguments) {
         const CallScope scope(*this, exportName);
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(address(exportName)))(arguments...);
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(_address(exportName)))(arguments...);
     }
 
  private:
@@ -56,9 +56,9 @@ class CPluginLibrary {
         ULONGLONG m_ullStart;
     };
 
-    [[nodiscard]] FARPROC address(const char* exportName) const { return GetProcAddress(m_hModule.get(), exportName); }
-    [[nodiscard]] std::vector<std::string> exportedNames() const;
-    [[nodiscard]] std::wstring similarName(const char* exportName) const;
+    [[nodiscard]] FARPROC _address(const char* exportName) const { return GetProcAddress(m_hModule.get(), exportName); }
+    [[nodiscard]] std::vector<std::string> _exportedNames() const;
+    [[nodiscard]] std::wstring _similarName(const char* exportName) const;
 
     CReport& m_report;
     common::UniqueModule m_hModule;
@@ -66,9 +66,9 @@ class CPluginLibrary {
 
 // An out argument between guard bytes.
 template <typename Value>
-class Guarded {
+class CGuarded {
  public:
-    explicit Guarded(Value preset) : m_value(preset) { std::memset(m_after, kGuard, sizeof m_after); }
+    explicit CGuarded(Value preset) : m_value(preset) { std::memset(m_after, kGuard, sizeof m_after); }
 
     [[nodiscard]] Value* out() { return &m_value; }
     [[nodiscard]] Value value() const { return m_value; }

@@ -106,77 +106,78 @@ NotebookModel readNotebook(const NotebookModel& previous) {
 
 CNotebookView::CNotebookView(int dpi)
     : m_nDpi(dpi),
-      m_font(fontOf(scaled(kTextHeight), FW_NORMAL)),
-      m_boldFont(fontOf(scaled(kTextHeight), FW_BOLD)),
-      m_titleFont(fontOf(scaled(kTitleHeight), FW_NORMAL)) {}
+      m_font(fontOf(_scaled(kTextHeight), FW_NORMAL)),
+      m_boldFont(fontOf(_scaled(kTextHeight), FW_BOLD)),
+      m_titleFont(fontOf(_scaled(kTitleHeight), FW_NORMAL)) {}
 
 SIZE CNotebookView::size() const {
-    return {scaled(kWidth), scaled(kHeaderHeight + kRowsPerColumn * kRowHeight + kFooterHeight + kMargin / 2)};
+    return {_scaled(kWidth), _scaled(kHeaderHeight + kRowsPerColumn * kRowHeight + kFooterHeight + kMargin / 2)};
 }
 
 void CNotebookView::draw(HDC dc, const NotebookModel& model) const {
     const SIZE whole = size();
     fill(dc, {0, 0, whole.cx, whole.cy}, kPaper);
     SetBkMode(dc, TRANSPARENT);
-    drawHeader(dc, model);
+    _drawHeader(dc, model);
     const int columnWidth = (kWidth - 2 * kMargin - (kColumns - 1) * kColumnGap) / kColumns;
     for (std::size_t i = 0; i < model.rows.size(); ++i) {
         const int left = kMargin + static_cast<int>(i) / kRowsPerColumn * (columnWidth + kColumnGap);
         const int top = kHeaderHeight + static_cast<int>(i) % kRowsPerColumn * kRowHeight;
-        drawRow(dc, model.rows[i], {scaled(left), scaled(top), scaled(left + columnWidth), scaled(top + kRowHeight)});
+        _drawRow(dc, model.rows[i],
+                 {_scaled(left), _scaled(top), _scaled(left + columnWidth), _scaled(top + kRowHeight)});
     }
-    drawFooter(dc, model);
+    _drawFooter(dc, model);
 }
 
-void CNotebookView::drawHeader(HDC dc, const NotebookModel& model) const {
-    const RECT place{scaled(kMargin), scaled(8), scaled(kWidth - kMargin), scaled(kHeaderHeight - 8)};
-    drawText(dc, m_titleFont.get(), kInk, L"Simulated notebook", place, DT_LEFT);
+void CNotebookView::_drawHeader(HDC dc, const NotebookModel& model) const {
+    const RECT place{_scaled(kMargin), _scaled(8), _scaled(kWidth - kMargin), _scaled(kHeaderHeight - 8)};
+    _drawText(dc, m_titleFont.get(), kInk, L"Simulated notebook", place, DT_LEFT);
     if (model.latched) {
-        drawText(dc, m_boldFont.get(), kLatched, L"Modifier latched", place, DT_RIGHT);
+        _drawText(dc, m_boldFont.get(), kLatched, L"Modifier latched", place, DT_RIGHT);
     } else {
-        drawText(dc, m_font.get(), kQuiet, model.hint, place, DT_RIGHT);
+        _drawText(dc, m_font.get(), kQuiet, model.hint, place, DT_RIGHT);
     }
 }
 
-void CNotebookView::drawRow(HDC dc, const NotebookRow& row, const RECT& place) const {
+void CNotebookView::_drawRow(HDC dc, const NotebookRow& row, const RECT& place) const {
     fill(dc, {place.left, place.bottom - 1, place.right, place.bottom}, kLine);
     if (row.changed) {
-        const int left = place.left - scaled(3 * kMarkWidth);
-        fill(dc, {left, place.top + scaled(6), left + scaled(kMarkWidth), place.bottom - scaled(6)}, kAccent);
+        const int left = place.left - _scaled(3 * kMarkWidth);
+        fill(dc, {left, place.top + _scaled(6), left + _scaled(kMarkWidth), place.bottom - _scaled(6)}, kAccent);
     }
-    const int inset = scaled(4);
-    drawKey(dc, row.keys, {place.left, place.top + inset, place.left + scaled(kKeyWidth), place.bottom - inset - 1});
-    drawText(dc, m_font.get(), kInk, row.caption,
-             {place.left + scaled(kCaptionLeft), place.top, place.left + scaled(kStateLeft - 8), place.bottom},
-             DT_LEFT);
-    drawText(dc, m_boldFont.get(), row.changed ? kAccent : kInk, row.state,
-             {place.left + scaled(kStateLeft), place.top, place.right, place.bottom}, DT_LEFT);
+    const int inset = _scaled(4);
+    _drawKey(dc, row.keys, {place.left, place.top + inset, place.left + _scaled(kKeyWidth), place.bottom - inset - 1});
+    _drawText(dc, m_font.get(), kInk, row.caption,
+              {place.left + _scaled(kCaptionLeft), place.top, place.left + _scaled(kStateLeft - 8), place.bottom},
+              DT_LEFT);
+    _drawText(dc, m_boldFont.get(), row.changed ? kAccent : kInk, row.state,
+              {place.left + _scaled(kStateLeft), place.top, place.right, place.bottom}, DT_LEFT);
 }
 
-void CNotebookView::drawFooter(HDC dc, const NotebookModel& model) const {
+void CNotebookView::_drawFooter(HDC dc, const NotebookModel& model) const {
     const int top = kHeaderHeight + kRowsPerColumn * kRowHeight + kMargin / 4;
-    const RECT place{scaled(kMargin), scaled(top), scaled(kWidth - kMargin), scaled(top + kFooterHeight)};
+    const RECT place{_scaled(kMargin), _scaled(top), _scaled(kWidth - kMargin), _scaled(top + kFooterHeight)};
     RECT calls = place;
-    calls.right = scaled(kWidth * 2 / 3);
+    calls.right = _scaled(kWidth * 2 / 3);
     RECT keys = place;
     keys.left = calls.right;
-    drawText(dc, m_font.get(), kQuiet, model.lastCall.empty() ? L"No call yet" : L"Last call: " + model.lastCall, calls,
-             DT_LEFT);
-    drawText(dc, m_font.get(), kQuiet, model.lastKey.empty() ? L"" : L"Key that came through: " + model.lastKey, keys,
-             DT_RIGHT);
+    _drawText(dc, m_font.get(), kQuiet, model.lastCall.empty() ? L"No call yet" : L"Last call: " + model.lastCall,
+              calls, DT_LEFT);
+    _drawText(dc, m_font.get(), kQuiet, model.lastKey.empty() ? L"" : L"Key that came through: " + model.lastKey, keys,
+              DT_RIGHT);
 }
 
-void CNotebookView::drawKey(HDC dc, const std::wstring& label, const RECT& place) const {
+void CNotebookView::_drawKey(HDC dc, const std::wstring& label, const RECT& place) const {
     const common::UniqueBrush face(CreateSolidBrush(kKeyFace));
     const common::UniquePen edge(CreatePen(PS_SOLID, 1, kKeyEdge));
     const common::SelectScope selectFace(dc, face.get());
     const common::SelectScope selectEdge(dc, edge.get());
-    RoundRect(dc, place.left, place.top, place.right, place.bottom, scaled(6), scaled(6));
-    drawText(dc, m_font.get(), kInk, label, place, DT_CENTER);
+    RoundRect(dc, place.left, place.top, place.right, place.bottom, _scaled(6), _scaled(6));
+    _drawText(dc, m_font.get(), kInk, label, place, DT_CENTER);
 }
 
-void CNotebookView::drawText(HDC dc, HFONT font, COLORREF color, const std::wstring& text, RECT place,
-                             UINT format) const {
+void CNotebookView::_drawText(HDC dc, HFONT font, COLORREF color, const std::wstring& text, RECT place,
+                              UINT format) const {
     const common::SelectScope selectFont(dc, font);
     SetTextColor(dc, color);
     DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &place,

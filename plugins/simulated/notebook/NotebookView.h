@@ -42,12 +42,12 @@ class CNotebookView {
     void draw(HDC dc, const NotebookModel& model) const;
 
  private:
-    [[nodiscard]] int scaled(int length) const { return MulDiv(length, m_nDpi, USER_DEFAULT_SCREEN_DPI); }
-    void drawHeader(HDC dc, const NotebookModel& model) const;
-    void drawRow(HDC dc, const NotebookRow& row, const RECT& place) const;
-    void drawFooter(HDC dc, const NotebookModel& model) const;
-    void drawKey(HDC dc, const std::wstring& label, const RECT& place) const;
-    void drawText(HDC dc, HFONT font, COLORREF color, const std::wstring& text, RECT place, UINT format) const;
+    [[nodiscard]] int _scaled(int length) const { return MulDiv(length, m_nDpi, USER_DEFAULT_SCREEN_DPI); }
+    void _drawHeader(HDC dc, const NotebookModel& model) const;
+    void _drawRow(HDC dc, const NotebookRow& row, const RECT& place) const;
+    void _drawFooter(HDC dc, const NotebookModel& model) const;
+    void _drawKey(HDC dc, const std::wstring& label, const RECT& place) const;
+    void _drawText(HDC dc, HFONT font, COLORREF color, const std::wstring& text, RECT place, UINT format) const;
 
     int m_nDpi;
     common::UniqueFont m_font;

@@ -87,7 +87,7 @@ bool CNotebookWnd::create() {
     if (!registerClass() || !Create(kClassName, kTitle, kStyle, placeOf(m_view.size()))) {
         return false;
     }
-    show(readNotebook({}));
+    _show(readNotebook({}));
     m_watch.start(m_hWnd, kChanged);
     ShowWindow(m_hWnd, SW_SHOW);
     SetForegroundWindow(m_hWnd);
@@ -95,7 +95,7 @@ bool CNotebookWnd::create() {
     return true;
 }
 
-void CNotebookWnd::show(NotebookModel model) {
+void CNotebookWnd::_show(NotebookModel model) {
     if (model != m_model) {
         m_model = std::move(model);
         InvalidateRect(m_hWnd, nullptr, FALSE);
@@ -121,7 +121,7 @@ LRESULT CNotebookWnd::OnChanged(WPARAM, LPARAM) {
     MSG message;
     while (PeekMessageW(&message, m_hWnd, kChanged, kChanged, PM_REMOVE) != FALSE) {
     }
-    show(readNotebook(m_model));
+    _show(readNotebook(m_model));
     return 0;
 }
 
@@ -129,7 +129,7 @@ LRESULT CNotebookWnd::OnKeyDown(WPARAM wParam, LPARAM lParam) {
     NotebookModel model = m_model;
     model.lastKey = keyName(lParam);
     recordCall({L"Notebook", L"KeyDown", std::to_wstring(wParam), 0});
-    show(std::move(model));
+    _show(std::move(model));
     return Default();
 }
 

@@ -28,7 +28,7 @@ class CNotebookWnd : public CFrameWnd {
     void OnTakeFocus();
     void OnClose();
 
-    void show(NotebookModel model);
+    void _show(NotebookModel model);
 
     CNotebookView m_view;
     NotebookModel m_model;

@@ -18,7 +18,7 @@ bool CRegistryWatch::start(HWND window, UINT message) {
         return false;
     }
     try {
-        m_thread = std::thread([this, window, message] { watch(window, message); });
+        m_thread = std::thread([this, window, message] { _watch(window, message); });
         return true;
     } catch (...) {
         return false;  // no memory, or no thread
@@ -32,7 +32,7 @@ void CRegistryWatch::stop() {
     }
 }
 
-void CRegistryWatch::watch(HWND window, UINT message) const noexcept {
+void CRegistryWatch::_watch(HWND window, UINT message) const noexcept {
     const HANDLE handles[] = {m_hStop.get(), m_hChanged.get()};
     for (;;) {
         // Opened each time, because the key may have been deleted meanwhile.

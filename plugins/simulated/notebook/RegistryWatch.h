@@ -22,7 +22,7 @@ class CRegistryWatch {
     void stop();
 
  private:
-    void watch(HWND window, UINT message) const noexcept;
+    void _watch(HWND window, UINT message) const noexcept;
 
     common::UniqueHandle m_hStop;
     common::UniqueHandle m_hChanged;

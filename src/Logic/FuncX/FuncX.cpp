@@ -109,7 +109,7 @@ HRESULT CFuncX::getCurrentItem() {
     return S_OK;
 }
 
-FARPROC CFuncX::findExport(const char* pszName) const {
+FARPROC CFuncX::_findExport(const char* pszName) const {
     // A null module would name the program itself.
     if (!m_hFuncDll) {
         ::SetLastError(ERROR_INVALID_HANDLE);
@@ -169,13 +169,13 @@ HRESULT CFuncX::appendItem(std::unique_ptr<CQrdItem> pItem, CDialog* pWindow, It
     }
     pItem->setPlacement(placement());
     const bool bWindowFirst = order == ItemOrder::WindowThenInitialize;
-    HRESULT hr = bWindowFirst && !pWindow->Create(nullptr) ? E_FAIL : pItem->initialize();
-    if (SUCCEEDED(hr) && !bWindowFirst && !pWindow->Create(nullptr)) {
-        hr = E_FAIL;
+    HRESULT status = bWindowFirst && !pWindow->Create(nullptr) ? E_FAIL : pItem->initialize();
+    if (SUCCEEDED(status) && !bWindowFirst && !pWindow->Create(nullptr)) {
+        status = E_FAIL;
     }
-    if (FAILED(hr)) {
+    if (FAILED(status)) {
         static_cast<void>(pItem->destroyItem());
-        return hr;
+        return status;
     }
     rVecItems.push_back(pItem.get());
     static_cast<void>(pItem.release());

@@ -64,7 +64,7 @@ class CFuncX {
     // plug-in is loaded.
     template <typename Function>
     [[nodiscard]] Function getExport(const char* pszName) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(findExport(pszName)));
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(_findExport(pszName)));
     }
     // Asks a plug-in that declined for its reason, and logs it at information level. The export is optional.
     void logUnsupportedReason() const;
@@ -117,5 +117,5 @@ class CFuncX {
 
  private:
     const Placement* m_pPlacement = &kUnplaced;
-    [[nodiscard]] FARPROC findExport(const char* pszName) const;
+    [[nodiscard]] FARPROC _findExport(const char* pszName) const;
 };

@@ -36,9 +36,9 @@ std::wstring CFxBrightness::getCurrentStatus() {
     RETURN_UNLESS(m_lCurrentItem != INVALID_CURRENT_ITEM, L"INVALID_CURRENT_ITEM != m_lCurrentItem", std::wstring());
     const std::wstring strLabel = loadResString(IDS_BRIGHTNESS_LEVEL) + L" ";
     bool bDual = false;
-    const HRESULT hr = isDualBrtCtrl(bDual);
-    if (FAILED(hr)) {
-        LOG_STATUS(hr);
+    const HRESULT status = isDualBrtCtrl(bDual);
+    if (FAILED(status)) {
+        LOG_STATUS(status);
         return {};
     }
     if (!bDual) {

@@ -108,9 +108,9 @@ HRESULT CFxOutput::_shrinkToFit(const std::vector<CQrdItem*>& rVecItems) const {
     double ratio = 1.0;
     bool bShrink = false;
     const CQrdItem* const pFirst = rVecItems.front();
-    const HRESULT hr = getCircleItemRatio(pFirst != nullptr ? pFirst->descOverhang() : 0, &ratio, &bShrink);
-    if (FAILED(hr) || !bShrink) {
-        return hr;
+    const HRESULT status = getCircleItemRatio(pFirst != nullptr ? pFirst->descOverhang() : 0, &ratio, &bShrink);
+    if (FAILED(status) || !bShrink) {
+        return status;
     }
     for (CQrdItem* const pItem : rVecItems) {
         if (auto* const pCircle = dynamic_cast<CCircleItemDlg*>(pItem)) {

@@ -34,8 +34,8 @@ class CFxOutput final : public CFuncXUseCircleItem, private CPanicThread::IActio
     };
 
     // Both out values are unchanged on failure; the ratio also if nothing has to shrink.
-    HRESULT getCircleItemRatio(int extraWidth, double* pRatio, bool* pbShrink) const;
-    HRESULT _shrinkToFit(const std::vector<CQrdItem*>& rVecItems) const;
+    [[nodiscard]] HRESULT getCircleItemRatio(int extraWidth, double* pRatio, bool* pbShrink) const;
+    [[nodiscard]] HRESULT _shrinkToFit(const std::vector<CQrdItem*>& rVecItems) const;
     [[nodiscard]] const Monitor* _currentMonitor() const;
     [[nodiscard]] HRESULT panic() override;
 

@@ -31,8 +31,8 @@ void CALLBACK _fnF5PanicTimerProc_2(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTime
 
 // The status of a missing export; always a failure, whatever the system's last error is.
 HRESULT missingExportStatus() {
-    const HRESULT hr = common::statusFromLastError();
-    return FAILED(hr) ? hr : E_FAIL;
+    const HRESULT status = common::statusFromLastError();
+    return FAILED(status) ? status : E_FAIL;
 }
 
 // The end of the readable pages that contain `address`; `address` if its page is not readable.
@@ -67,9 +67,9 @@ HRESULT CFxOutput_2::initHotkeyDll(const wchar_t* pszFuncDll) {
     RETURN_IF_FAILED(loadPlugin(strPath));
     const auto pfInitialize = getExport<FenwynFnF5InitializeHotkeyDll>(FENWYN_FNF5_INITIALIZE);
     if (pfInitialize == nullptr) {
-        const HRESULT hr = missingExportStatus();
+        const HRESULT status = missingExportStatus();
         m_hFuncDll.reset();
-        RETURN_LOGGED(hr);
+        RETURN_LOGGED(status);
     }
     ULONG uReserved = 0;
     m_bFuncSupported = pfInitialize(0, &uReserved, &fnf5::allocate) == FENWYN_OK;
@@ -165,17 +165,17 @@ void CFxOutput_2::startOutputSetup(const std::wstring& strProgram, const wchar_t
 HRESULT CFxOutput_2::_readSetupPath() {
     RegConfigAccess config;
     std::vector<wchar_t> path;
-    HRESULT hr = config.Open(CHotkeyConfig::listRoot(), regpath::kProgramKey, KEY_READ);
-    if (SUCCEEDED(hr)) {
-        hr = config.GetValue(regpath::kInstallPath, path);
+    HRESULT status = config.Open(CHotkeyConfig::listRoot(), regpath::kProgramKey, KEY_READ);
+    if (SUCCEEDED(status)) {
+        status = config.GetValue(regpath::kInstallPath, path);
     }
-    if (SUCCEEDED(hr)) {
+    if (SUCCEEDED(status)) {
         path.push_back(L'\0');
         const std::wstring folder = expandPath(path.data());
         // Without a folder the program would be searched for in the root of some drive.
         m_strOutputSetupPath = folder.empty() ? std::wstring() : folder + L"\\" OUTPUT_SETUP_PROGRAM;
     }
-    return hr;
+    return status;
 }
 
 HRESULT CFxOutput_2::getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaximum) const {
@@ -209,10 +209,10 @@ HRESULT CFxOutput_2::getAvailableItems(LONG lCount) {
     for (LONG lIndex = 0; lIndex < lCount; ++lIndex) {
         std::unique_ptr<FnF5ItemInfo> pInfo;
         fnf5::UniqueText text;
-        const HRESULT hr = _askForItem(static_cast<DWORD>(lIndex), pInfo, text);
-        if (FAILED(hr)) {
+        const HRESULT status = _askForItem(static_cast<DWORD>(lIndex), pInfo, text);
+        if (FAILED(status)) {
             m_vecAvailableItems.clear();
-            RETURN_LOGGED(hr);
+            RETURN_LOGGED(status);
         }
         if (pInfo->dwCustom != 0 && !text) {
             LOG_ASSERT(L"NULL != pszItemText");
@@ -277,9 +277,10 @@ HRESULT CFxOutput_2::filterFavItems(DWORD uMaxItemCnt) {
 HRESULT CFxOutput_2::_addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdItem*>& rVecItems) const {
     UINT uIdSmallIcon = 0;
     UINT uIdLargeIcon = 0;
-    const HRESULT hr = getImageIDInRes(rInfo.lMode, rInfo.dwCustom, rInfo.dwNeedsSetup, &uIdSmallIcon, &uIdLargeIcon);
-    if (FAILED(hr)) {
-        return hr;
+    const HRESULT status =
+        getImageIDInRes(rInfo.lMode, rInfo.dwCustom, rInfo.dwNeedsSetup, &uIdSmallIcon, &uIdLargeIcon);
+    if (FAILED(status)) {
+        return status;
     }
     const auto* const pRecords =
         reinterpret_cast<const FenwynDisplayRecord*>(static_cast<std::uintptr_t>(rInfo.ullRecords));

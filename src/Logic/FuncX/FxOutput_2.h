@@ -42,21 +42,22 @@ class CFxOutput_2 : public CFuncXUseCircleItem, private CPanicThread::IAction {
  private:
     friend struct FxOutput2Seam;
 
-    HRESULT _readSetupPath();
+    [[nodiscard]] HRESULT _readSetupPath();
     // E_FAIL in the log, and no other effect, if the install folder is unknown.
     void _startOutputSetup(const wchar_t* pszParameters);
     // `rbLimited` and `rdwMaximum`: not all entries fit the screen, and how many do.
-    HRESULT getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaximum) const;
-    HRESULT getAvailableItems(LONG lCount);
+    [[nodiscard]] HRESULT getItemCount(LONG& rlCount, bool& rbLimited, DWORD& rdwMaximum) const;
+    [[nodiscard]] HRESULT getAvailableItems(LONG lCount);
     // Everything but the text of one entry; a text from the plug-in belongs to the caller, even after a failure.
-    HRESULT _askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& rpInfo, fnf5::UniqueText& rText) const;
-    HRESULT filterFavItems(DWORD uMaxItemCnt);
-    HRESULT _addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdItem*>& rVecItems) const;
+    [[nodiscard]] HRESULT _askForItem(DWORD dwIndex, std::unique_ptr<FnF5ItemInfo>& rpInfo,
+                                      fnf5::UniqueText& rText) const;
+    [[nodiscard]] HRESULT filterFavItems(DWORD uMaxItemCnt);
+    [[nodiscard]] HRESULT _addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdItem*>& rVecItems) const;
     static std::wstring getDefaultItemName(LONG lMode);
     // An unknown mode does not change the ids.
-    static HRESULT getImageIDInRes(LONG lMode, DWORD dwCustom, DWORD dwNeedsSetup, UINT* puIdSmallIcon,
-                                   UINT* puIdLargeIcon);
-    HRESULT showOutputConfDlg(LONG lMode);
+    [[nodiscard]] static HRESULT getImageIDInRes(LONG lMode, DWORD dwCustom, DWORD dwNeedsSetup, UINT* puIdSmallIcon,
+                                                 UINT* puIdLargeIcon);
+    [[nodiscard]] HRESULT showOutputConfDlg(LONG lMode);
 
     [[nodiscard]] HRESULT preparePanic() override;
     [[nodiscard]] HRESULT panic() override;

@@ -41,9 +41,9 @@ HRESULT CFxPowerPlan::selectItem(LONG lItem, LONG /*lParam*/) {
 std::wstring CFxPowerPlan::getCurrentStatus() {
     RETURN_UNLESS(m_lCurrentItem != INVALID_CURRENT_ITEM, L"INVALID_CURRENT_ITEM != m_lCurrentItem", std::wstring());
     std::wstring strName;
-    const HRESULT hr = getPowerPlanItemName(static_cast<DWORD>(m_lCurrentItem), &strName);
-    if (FAILED(hr)) {
-        LOG_STATUS(hr);
+    const HRESULT status = getPowerPlanItemName(static_cast<DWORD>(m_lCurrentItem), &strName);
+    if (FAILED(status)) {
+        LOG_STATUS(status);
     }
     return strName;
 }

@@ -20,9 +20,9 @@ class CFxPowerPlan final : public CFuncXUseCircleItem {
  private:
     friend struct FxPowerPlanSeam;
 
-    HRESULT addItem(DWORD dwPlan, UINT uImageId1, UINT uImageId2, std::vector<CQrdItem*>& rVecItems);
+    [[nodiscard]] HRESULT addItem(DWORD dwPlan, UINT uImageId1, UINT uImageId2, std::vector<CQrdItem*>& rVecItems);
     // Asks the plug-in. E_POINTER also for a null out pointer; the value is unchanged on failure.
-    HRESULT getPowerPlanItemName(DWORD dwPlan, std::wstring* pstrName) const;
+    [[nodiscard]] HRESULT getPowerPlanItemName(DWORD dwPlan, std::wstring* pstrName) const;
 
     std::vector<DWORD> m_vecUsedPowerPlans;  // plan numbers in the order of the items on the card
 };

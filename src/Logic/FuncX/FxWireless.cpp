@@ -32,10 +32,10 @@ HRESULT CFxWireless::initItems(std::vector<CQrdItem*>& rVecItems) {
     DWORD dwStates = 0;
     DWORD dwIgnored = 0;
     const bool bErrorMode = FAILED(getDisplayItemInfo(&dwStates, &dwIgnored));
-    const HRESULT hr = bErrorMode ? addErrorItem(rVecItems) : _addStates(dwStates, rVecItems);
-    if (FAILED(hr)) {
+    const HRESULT status = bErrorMode ? addErrorItem(rVecItems) : _addStates(dwStates, rVecItems);
+    if (FAILED(status)) {
         m_vecWirelessItems.clear();
-        RETURN_LOGGED(hr);
+        RETURN_LOGGED(status);
     }
     m_bErrorMode = bErrorMode;
     guard.keep();
@@ -65,9 +65,9 @@ HRESULT CFxWireless::_addStates(DWORD dwStates, std::vector<CQrdItem*>& rVecItem
         if ((dwStates & state.dwBit) == 0) {
             continue;
         }
-        const HRESULT hr = addItem(state.dwState, state.uImageId1, state.uImageId2, rVecItems);
-        if (FAILED(hr)) {
-            return hr;
+        const HRESULT status = addItem(state.dwState, state.uImageId1, state.uImageId2, rVecItems);
+        if (FAILED(status)) {
+            return status;
         }
         m_vecWirelessItems.push_back(state.dwState);
     }

@@ -22,9 +22,9 @@ class CFxWireless final : public CFuncXUseCircleItem {
  private:
     friend struct FxWirelessSeam;
 
-    HRESULT addItem(DWORD dwState, UINT uImageId1, UINT uImageId2, std::vector<CQrdItem*>& rVecItems);
-    HRESULT addErrorItem(std::vector<CQrdItem*>& rVecItems) const;
-    HRESULT _addStates(DWORD dwStates, std::vector<CQrdItem*>& rVecItems);
+    [[nodiscard]] HRESULT addItem(DWORD dwState, UINT uImageId1, UINT uImageId2, std::vector<CQrdItem*>& rVecItems);
+    [[nodiscard]] HRESULT addErrorItem(std::vector<CQrdItem*>& rVecItems) const;
+    [[nodiscard]] HRESULT _addStates(DWORD dwStates, std::vector<CQrdItem*>& rVecItems);
 
     bool m_bErrorMode = false;
     std::vector<DWORD> m_vecWirelessItems;  // states in the order of the items on the card

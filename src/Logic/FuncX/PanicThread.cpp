@@ -144,9 +144,9 @@ DWORD CPanicThread::_run() {
         LOG_STATUS(E_POINTER);
         return static_cast<DWORD>(E_POINTER);
     }
-    const HRESULT hr = common::statusOf([this] { return m_rAction.preparePanic(); });
-    if (FAILED(hr)) {
-        LOG_STATUS(hr);
+    const HRESULT status = common::statusOf([this] { return m_rAction.preparePanic(); });
+    if (FAILED(status)) {
+        LOG_STATUS(status);
     } else {
         _waitForPanic();
     }
@@ -196,8 +196,8 @@ bool CPanicThread::_isMeant() {
 }
 
 void CPanicThread::_panicOnce() {
-    const HRESULT hr = common::statusOf([this] { return m_rAction.panic(); });
-    if (SUCCEEDED(hr)) {
+    const HRESULT status = common::statusOf([this] { return m_rAction.panic(); });
+    if (SUCCEEDED(status)) {
         return;
     }
     if (m_rules.pszFailureText != nullptr) {

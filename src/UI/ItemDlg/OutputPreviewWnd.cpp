@@ -161,6 +161,6 @@ void COutputPreviewWnd::_drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Fon
 // Its own square at the right end of the band. A picture that cannot be drawn is omitted.
 void COutputPreviewWnd::_drawConnector(const FramePixels& frame, const PreviewDisplayRow& row, const RECT& band) {
     const RECT place{band.right - kImageSize - 4, band.top + 4, band.right - 4, band.top + 4 + kImageSize};
-    CPixelSurface surface(frame);
+    PixelSurface surface(frame);
     static_cast<void>(composeImage(surface, row.pConnectorImage.get(), 255, {}, place));
 }

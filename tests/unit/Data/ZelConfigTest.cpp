@@ -22,7 +22,7 @@ constexpr wchar_t kLoad[] = L"(CZelConfig::_initQrdConfig)";
 
 struct Field {
     const wchar_t* name;
-    ConfigValue QrdConfig::*member;
+    CConfigValue QrdConfig::*member;
     DWORD defaultValue;
     bool perUser;
 };
@@ -90,24 +90,24 @@ TEST_F(ZelConfig, FieldsLieInTheOrderOfTheRecord) {
     };
     static_assert(sizeof(QrdConfig) == sizeof(Raw));
     QrdConfig config;
-    ConfigValue* const expected[] = {&config.bDisable,
-                                     &config.uPosition,
-                                     &config.bEnableHover,
-                                     &config.uMouseEnterIdle,
-                                     &config.bTopmost,
-                                     &config.bHideMainDlg,
-                                     &config.bIgnoreFnKey,
-                                     &config.bAutoHide,
-                                     &config.uAutoHideDelayTime,
-                                     &config.bProgrammable,
-                                     &config.bHideCaption,
-                                     &config.bShowQrdAtLaunch,
-                                     &config.bAlwaysShowItemsCaption,
-                                     &config.uItemDescMaxWidth,
-                                     &config.uSliderThumbSize,
-                                     &config.bHideMainUIWhenLostFocus,
-                                     &config.bLoaded,
-                                     &config.bMonitorOfActiveWindow};
+    CConfigValue* const expected[] = {&config.bDisable,
+                                      &config.uPosition,
+                                      &config.bEnableHover,
+                                      &config.uMouseEnterIdle,
+                                      &config.bTopmost,
+                                      &config.bHideMainDlg,
+                                      &config.bIgnoreFnKey,
+                                      &config.bAutoHide,
+                                      &config.uAutoHideDelayTime,
+                                      &config.bProgrammable,
+                                      &config.bHideCaption,
+                                      &config.bShowQrdAtLaunch,
+                                      &config.bAlwaysShowItemsCaption,
+                                      &config.uItemDescMaxWidth,
+                                      &config.uSliderThumbSize,
+                                      &config.bHideMainUIWhenLostFocus,
+                                      &config.bLoaded,
+                                      &config.bMonitorOfActiveWindow};
     EXPECT_TRUE(std::ranges::is_sorted(expected));
 }
 

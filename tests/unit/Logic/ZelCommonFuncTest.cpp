@@ -162,12 +162,12 @@ TEST_F(WndFontTest, WindowsWithoutAFontOrWithoutAWindowEnd) {
 
 TEST_F(WndFontTest, WithoutMemoryForTheFontItIsMissing) {
     std::unique_ptr<Gdiplus::Font> font;
-    HRESULT hr = S_OK;
+    HRESULT status = S_OK;
     {
         const support::FailingAllocation failing(1);
-        hr = getNormalDPIWndFont(&m_wnd, m_graphics, font);
+        status = getNormalDPIWndFont(&m_wnd, m_graphics, font);
     }
-    EXPECT_EQ(hr, E_POINTER);
+    EXPECT_EQ(status, E_POINTER);
     EXPECT_EQ(font, nullptr);
     EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (getNormalDPIWndFont): Error Code: 0x80004003"));
 }

@@ -99,7 +99,7 @@ TEST(ComposeImage, TakesAbsurdNumbersWithoutOverflow) {
 class PixelSurfaceTest : public testing::Test {
  protected:
     Canvas m_canvas{40, 20};
-    CPixelSurface m_surface{m_canvas.frame()};
+    PixelSurface m_surface{m_canvas.frame()};
 };
 
 TEST_F(PixelSurfaceTest, FullOpacityKeepsTheImagesOwnAlpha) {

@@ -135,24 +135,24 @@ TEST_F(FontFitTest, NoPlaceForTheFontIsReported) {
 
 TEST_F(FontFitTest, WithoutMemoryForAFontThereIsNone) {
     FontPtr font;
-    HRESULT hr = S_OK;
+    HRESULT status = S_OK;
     {
         const support::FailingAllocation failing(1);
-        hr = measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), &font);
+        status = measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 50), &font);
     }
-    EXPECT_EQ(hr, E_POINTER);
+    EXPECT_EQ(status, E_POINTER);
     EXPECT_THAT(m_log.errors(), ElementsAre(L"[ERR] (measureTextFont): Error Code: 0x80004003"));
 }
 
 TEST_F(FontFitTest, WithoutMemoryForASmallerFontTheLargerOneStays) {
     FontPtr font = fontOf(-40);
     const Gdiplus::Font* const before = font.get();
-    HRESULT hr = E_FAIL;
+    HRESULT status = E_FAIL;
     {
         const support::FailingAllocation failing(1);
-        hr = measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 10), &font);
+        status = measureTextFont(m_graphics, L"Mute", RectF(0, 0, 100, 10), &font);
     }
-    EXPECT_EQ(hr, S_OK);
+    EXPECT_EQ(status, S_OK);
     EXPECT_EQ(font.get(), before);
 }
 

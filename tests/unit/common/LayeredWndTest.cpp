@@ -242,17 +242,18 @@ TEST_F(LayeredWndTest, WithoutMemoryForTheFrameOrTheGraphicsNothingIsPainted) {
     const Images images{m_pRed.get()};
     const Alphas alphas{255};
     Rects rects{nullptr};
-    HRESULT hr = S_OK;
+    HRESULT status = S_OK;
     std::set<HRESULT> statuses;
     ASSERT_EQ(m_layered.createWnd(), S_OK);
     m_log.clear();
     support::forEachFailure(
-        support::FailingAllocation::Extent::Once, [&] { hr = m_layered.paint(images, alphas, rects, nullptr, 0, 0); },
+        support::FailingAllocation::Extent::Once,
+        [&] { status = m_layered.paint(images, alphas, rects, nullptr, 0, 0); },
         [&] {
-            statuses.insert(hr);
-            EXPECT_EQ(::IsWindowVisible(m_layered.m_hWnd) != FALSE, SUCCEEDED(hr)) << std::hex << hr;
-            EXPECT_EQ(m_log.errors().empty(), SUCCEEDED(hr));
-            m_layered.destroyWnd();
+            statuses.insert(status);
+            EXPECT_EQ(::IsWindowVisible(m_layered.m_hWnd) != FALSE, SUCCEEDED(status)) << std::hex << status;
+            EXPECT_EQ(m_log.errors().empty(), SUCCEEDED(status));
+            EXPECT_EQ(m_layered.destroyWnd(), S_OK);
             EXPECT_EQ(m_layered.createWnd(), S_OK);
             m_log.clear();
         });

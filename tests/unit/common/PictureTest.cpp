@@ -148,7 +148,7 @@ TEST(MasterPictureTest, ForgetsTheSizesThatAreShownNoMore) {
 
 TEST(StoredImage, IsAnImageOfItsPixels) {
     const auto master = std::make_shared<MasterPicture>(plain(12, 7, 0x80402000U));
-    CStoredImage image(master);
+    StoredImage image(master);
     EXPECT_EQ(image.GetWidth(), 12U);
     EXPECT_EQ(image.GetHeight(), 7U);
     Gdiplus::Color colour;
@@ -161,9 +161,9 @@ TEST(StoredImage, IsAnImageOfItsPixels) {
 TEST(StoredImage, IsScaledOnceForAllFrames) {
     const auto master = std::make_shared<MasterPicture>(plain(96, 65, 0xFF102030U));
     Canvas canvas(100, 60);
-    CPixelSurface surface(canvas.frame());
+    PixelSurface surface(canvas.frame());
     for (int frame = 0; frame < 5; ++frame) {
-        CStoredImage image(master);
+        StoredImage image(master);
         EXPECT_EQ(composeImage(surface, &image, 220, {0, 59}, RECT{10, 10, 82, 54}), S_OK);
     }
     EXPECT_EQ(master->scalings(), 1);

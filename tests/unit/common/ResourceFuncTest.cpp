@@ -48,18 +48,18 @@ TEST_F(ImageResourceTest, LoadsAPicture) {
 }
 
 TEST_F(ImageResourceTest, WithoutMemoryForThePictureItIsMissing) {
-    HRESULT hr = S_OK;
+    HRESULT status = S_OK;
     std::unique_ptr<Gdiplus::Image> image;
     const long failures = support::forEachFailure(
-        support::FailingAllocation::Extent::Once, [&] { hr = load(kGoodPicture, image); },
+        support::FailingAllocation::Extent::Once, [&] { status = load(kGoodPicture, image); },
         [&] {
-            EXPECT_EQ(hr, image != nullptr ? S_OK : E_POINTER);
+            EXPECT_EQ(status, image != nullptr ? S_OK : E_POINTER);
             EXPECT_EQ(m_log.errors().empty(), image != nullptr);
             m_log.clear();
             image.reset();
         });
     EXPECT_GE(failures, 1);
-    EXPECT_EQ(hr, S_OK) << "with memory";
+    EXPECT_EQ(status, S_OK) << "with memory";
 }
 
 TEST_F(ImageResourceTest, APictureOutlivesItsLibrary) {

@@ -168,7 +168,7 @@ TEST(Creation, ObjectWhoseWindowIsGoneAgainIsNotGivenTheNextOne) {
 TEST(Creation, ScopeWaitsWhileAnotherObjectIsCreated) {
     ScriptedWnd waiting;
     ScriptedWnd other;
-    const CreationScope scope(waiting);
+    const CCreationScope scope(waiting);
     ASSERT_TRUE(create(other));
     const HWND window =
         ::CreateWindowExW(0, test::kClassName, L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
@@ -214,7 +214,7 @@ TEST_P(LaterHook, LeavesNothingBehind) {
     const UINT before = test::threadWindows();
     ScriptedWnd window;
     {
-        const CreationScope scope(window);
+        const CCreationScope scope(window);
         const HHOOK hook = install(GetParam());
         EXPECT_FALSE(scope.confirm(
             ::CreateWindowExW(0, test::kClassName, L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr)));

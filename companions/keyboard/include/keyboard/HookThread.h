@@ -47,7 +47,7 @@ class CHookThread {
     common::UniqueHandle m_hReady;
     common::UniqueHandle m_hWake;
     common::UniqueHandle m_hStop;
-    HRESULT m_hrInstalled = E_PENDING;
+    HRESULT m_installStatus = E_PENDING;
 };
 
 }  // namespace keyboard

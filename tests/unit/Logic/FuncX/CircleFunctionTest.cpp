@@ -262,7 +262,7 @@ namespace {
 struct DefaultCase {
     const wchar_t* pszName;
     LONG lCurrent;
-    HRESULT hr;
+    HRESULT status;
     LONG lExpected;  // 77: unchanged
     const wchar_t* pszAssertion;
 };
@@ -303,7 +303,7 @@ TEST_F(CircleDefault, FollowsTheRuleOfItsFunction) {
         ASSERT_EQ(pFunction->getCurrentItem(), S_OK);
         m_log.clear();
         LONG lItem = 77;
-        EXPECT_EQ(pFunction->getDefaultSelectItem(lItem), test.hr);
+        EXPECT_EQ(pFunction->getDefaultSelectItem(lItem), test.status);
         EXPECT_EQ(lItem, test.lExpected);
         if (test.pszAssertion != nullptr) {
             EXPECT_THAT(errors(), ElementsAre(L"[ERR] (" + std::wstring(test.pszAssertion) +

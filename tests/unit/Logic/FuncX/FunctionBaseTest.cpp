@@ -159,12 +159,12 @@ TEST_F(FunctionBase, NullEmptyAndEndlessPathsAreMissingLibraries) {
 TEST_F(FunctionBase, ARoundItemThatCannotBeAllocatedHasAStatus) {
     Items items;
     const std::wstring text(100, L'x');
-    HRESULT hr = S_OK;
+    HRESULT status = S_OK;
     {
         const support::FailingAllocation failing(1);
-        hr = m_function.addCircleItem(text, 113, 112, items.vec());
+        status = m_function.addCircleItem(text, 113, 112, items.vec());
     }
-    EXPECT_EQ(hr, E_OUTOFMEMORY);
+    EXPECT_EQ(status, E_OUTOFMEMORY);
     EXPECT_TRUE(items.vec().empty());
     EXPECT_THAT(errors(), ElementsAre(L"[ERR] (CFuncXUseCircleItem::addCircleItem): Error Code: 0x8007000e"));
 }
@@ -360,12 +360,12 @@ TEST_F(FunctionBase, CircleItemTakesTextAndPicturesInTheGivenOrder) {
 
 TEST_F(FunctionBase, CircleItemWithoutPictureIsNotAppended) {
     Items items;
-    const HRESULT hr = m_function.addCircleItem(L"A text", 65000, 112, items.vec());
-    EXPECT_TRUE(FAILED(hr));
+    const HRESULT status = m_function.addCircleItem(L"A text", 65000, 112, items.vec());
+    EXPECT_TRUE(FAILED(status));
     EXPECT_EQ(items.size(), 0U);
     wchar_t line[128];
     ::swprintf(line, std::size(line), L"[ERR] (CFuncXUseCircleItem::addCircleItem): Error Code: 0x%x",
-               static_cast<unsigned>(hr));
+               static_cast<unsigned>(status));
     EXPECT_TRUE(logged(line));
 }
 

@@ -22,7 +22,7 @@ class CTestAction final : public CPanicThread::IAction {
  public:
     HRESULT preparePanic() override {
         ++m_nPrepared;
-        return m_hrPrepare;
+        return m_prepareStatus;
     }
     HRESULT panic() override {
         m_dwThread = ::GetCurrentThreadId();
@@ -33,11 +33,11 @@ class CTestAction final : public CPanicThread::IAction {
         if (m_bThrow) {
             throw std::bad_alloc();
         }
-        return m_hrPanic;
+        return m_panicStatus;
     }
 
-    HRESULT m_hrPrepare = S_OK;
-    HRESULT m_hrPanic = S_OK;
+    HRESULT m_prepareStatus = S_OK;
+    HRESULT m_panicStatus = S_OK;
     HANDLE m_hGate = nullptr;
     bool m_bThrow = false;
     std::atomic<int> m_nPrepared = 0;
@@ -137,7 +137,7 @@ TEST_F(PanicThread, TheObjectsEndEndsTheThread) {
 }
 
 TEST_F(PanicThread, AFailedActionIsLoggedAndTheThreadGoesOn) {
-    m_action.m_hrPanic = E_ABORT;
+    m_action.m_panicStatus = E_ABORT;
     CPanicThread thread(m_action, kQuiet);
     thread.start();
     ASSERT_TRUE(setEvent());
@@ -150,7 +150,7 @@ TEST_F(PanicThread, AFailedActionIsLoggedAndTheThreadGoesOn) {
 }
 
 TEST_F(PanicThread, WakeUpsAreLoggedWhereTheRulesSaySo) {
-    m_action.m_hrPanic = E_ABORT;
+    m_action.m_panicStatus = E_ABORT;
     CPanicThread thread(m_action, kLogging);
     thread.start();
     ASSERT_TRUE(setEvent());
@@ -162,7 +162,7 @@ TEST_F(PanicThread, WakeUpsAreLoggedWhereTheRulesSaySo) {
 }
 
 TEST_F(PanicThread, AFailedPreparationEndsTheThread) {
-    m_action.m_hrPrepare = E_POINTER;
+    m_action.m_prepareStatus = E_POINTER;
     CPanicThread thread(m_action, kQuiet);
     thread.start();
     EXPECT_TRUE(eventually([] { return !openEvent(); }));
@@ -255,7 +255,7 @@ TEST_F(PanicThread, TheSignalToEndIsNotLeftBehind) {
     ASSERT_TRUE(hEvent);
     thread.end();
     EXPECT_FALSE(isSet(hEvent));
-    m_action.m_hrPrepare = E_FAIL;
+    m_action.m_prepareStatus = E_FAIL;
     thread.start();
     EXPECT_TRUE(eventually([this] { return lines().size() == 1; }));
     thread.end();  // no thread waited any more
