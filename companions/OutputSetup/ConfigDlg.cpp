@@ -31,6 +31,7 @@ CConfigDlg::CConfigDlg(const Surroundings& surroundings)
     : CSetupDlg(IDD_CONFIG, OUTPUT_SETUP_CLASS_CONFIG, surroundings) {}
 
 bool CConfigDlg::OnInitDialog() {
+    CSetupDlg::OnInitDialog();
     setTexts({{0, IDS_CONFIG_TITLE},
               {IDC_DISPLAYS_LABEL, IDS_DISPLAYS_LABEL},
               {IDC_FAVOURITES_LABEL, IDS_FAVOURITES_LABEL},
@@ -43,7 +44,8 @@ bool CConfigDlg::OnInitDialog() {
                {{IDS_COLUMN_NAME, 26}, {IDS_COLUMN_ARRANGEMENT, 46}, {IDS_COLUMN_DISPLAYS, 28}});
     _showFavourites();
     selectRow(control(IDC_FAVOURITES), 0);
-    return true;
+    ::SetFocus(control(IDC_FAVOURITES));  // what can be changed here
+    return false;
 }
 
 void CConfigDlg::_showFavourites() {

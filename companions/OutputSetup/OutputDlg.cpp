@@ -17,6 +17,7 @@ COutputDlg::COutputDlg(const Request& request, const Surroundings& surroundings)
     : CSetupDlg(IDD_OUTPUT, OUTPUT_SETUP_CLASS_OUTPUT, surroundings), m_request(request) {}
 
 bool COutputDlg::OnInitDialog() {
+    CSetupDlg::OnInitDialog();
     setTexts({{0, IDS_OUTPUT_TITLE},
               {IDC_MODES_LABEL, IDS_MODES_LABEL},
               {IDC_DISPLAYS_LABEL, IDS_DISPLAYS_LABEL},
@@ -62,12 +63,9 @@ void COutputDlg::_apply() {
     }
     const auto mode =
         static_cast<int>(::SendMessageW(control(IDC_MODES), LB_GETITEMDATA, static_cast<WPARAM>(line), 0));
-    if (!topologyOf(mode)) {
-        tell(text(IDS_ERROR_CANNOT_APPLY));
-        return;
-    }
     if (const LONG error = surroundings().apply(mode); error != ERROR_SUCCESS) {
-        tell(text(IDS_ERROR_APPLY, systemErrorText(static_cast<DWORD>(error))));
+        tell(error == ERROR_NOT_SUPPORTED ? text(IDS_ERROR_CANNOT_APPLY)
+                                          : text(IDS_ERROR_APPLY, systemErrorText(static_cast<DWORD>(error))));
         return;
     }
     DestroyWindow();

@@ -11,6 +11,7 @@ namespace setup {
 CSaveDlg::CSaveDlg(const Surroundings& surroundings) : CSetupDlg(IDD_SAVE, OUTPUT_SETUP_CLASS_SAVE, surroundings) {}
 
 bool CSaveDlg::OnInitDialog() {
+    CSetupDlg::OnInitDialog();
     setTexts({{0, IDS_SAVE_TITLE},
               {IDC_NAME_LABEL, IDS_NAME_LABEL},
               {IDC_DISPLAYS_LABEL, IDS_DISPLAYS_LABEL},

@@ -55,6 +55,9 @@ bool CSetupApp::InitInstance() {
     if (_isSecondStart(m_pDlg->className(), *request)) {
         return false;
     }
+    if (!m_surroundings.warning.empty()) {
+        m_surroundings.tell(nullptr, m_surroundings.warning);
+    }
     // Favourites can be managed without any display.
     if (request->task != Task::Config && m_surroundings.displays().empty()) {
         return _fail(text(IDS_ERROR_NO_DISPLAY));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "DialogFont.h"
 #include "Favourites.h"
 #include "OutputSetup.h"
 #include "SetupIds.h"
@@ -47,7 +48,34 @@ void setColumns(HWND list, std::initializer_list<Column> columns) {
     ListView_SetColumnWidth(list, index - 1, LVSCW_AUTOSIZE_USEHEADER);
 }
 
+namespace {
+
+std::wstring cellText(HWND list, int row, int column) {
+    wchar_t buffer[260] = L"";
+    ListView_GetItemText(list, row, column, buffer, static_cast<int>(std::size(buffer)));
+    return buffer;
+}
+
+bool shows(HWND list, const Rows& rows) {
+    if (ListView_GetItemCount(list) != static_cast<int>(rows.size())) {
+        return false;
+    }
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        for (std::size_t column = 0; column < rows[row].size(); ++column) {
+            if (cellText(list, static_cast<int>(row), static_cast<int>(column)) != rows[row][column]) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
 void setRows(HWND list, const Rows& rows) {
+    if (shows(list, rows)) {
+        return;
+    }
     const int selected = selectedRow(list);
     ListView_DeleteAllItems(list);
     int row = 0;
@@ -80,6 +108,7 @@ const MessageMap& CSetupDlg::messageMap() const {
         onEvent<&CSetupDlg::OnClose>(WM_CLOSE),
         onEvent<&CSetupDlg::OnClose>(OUTPUT_SETUP_MESSAGE_CLOSE),
         onEvent<&CSetupDlg::OnDisplayChange>(WM_DISPLAYCHANGE),
+        onMessage<&CSetupDlg::OnActivate>(WM_ACTIVATE),
     };
     static const MessageMap kMap{&CDialog::messageMap(), kEntries};
     return kMap;
@@ -93,6 +122,15 @@ bool CSetupDlg::open() {
     ::SendMessageW(m_hWnd, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(programIcon(SM_CXSMICON, SM_CYSMICON)));
     ::ShowWindow(m_hWnd, SW_SHOW);
     ::SetForegroundWindow(m_hWnd);
+    return true;
+}
+
+bool CSetupDlg::OnInitDialog() {
+    const LOGFONTW font = m_surroundings.font();
+    m_font.reset(::CreateFontIndirectW(&font));
+    if (m_font) {
+        setDialogFont(m_hWnd, m_font.get());
+    }
     return true;
 }
 
@@ -145,6 +183,16 @@ LRESULT CSetupDlg::OnControl(WPARAM wParam, LPARAM /*lParam*/) {
 void CSetupDlg::OnDisplayChange() {
     showDisplays();
     Default();
+}
+
+LRESULT CSetupDlg::OnActivate(WPARAM wParam, LPARAM /*lParam*/) {
+    const bool active = LOWORD(wParam) != WA_INACTIVE;
+    const LRESULT result = Default();  // the focus first: keys may be on their way
+    if (active && m_bLeft && isWindow()) {
+        showDisplays();
+    }
+    m_bLeft = !active;
+    return result;
 }
 
 }  // namespace setup

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Surroundings.h"
+#include "common/Handle.h"
 #include "framework/Dialog.h"
 
 namespace setup {
@@ -45,11 +46,15 @@ class CSetupDlg : public CDialog {
  protected:
     [[nodiscard]] const MessageMap& messageMap() const override;
 
+    // Before everything else that a window does: its font and sizes.
+    bool OnInitDialog() override;
+
     // Texts of the window itself and of its controls; control 0 is the window.
     void setTexts(std::initializer_list<ControlText> texts) const;
     [[nodiscard]] HWND control(int id) const { return ::GetDlgItem(m_hWnd, id); }
 
-    // The current displays, in the list with the standard columns.
+    // The current displays, in the list with the standard columns. They are read again when they change and when the
+    // user returns to the window, because the system does not report changes by a display source.
     void prepareDisplayList() const;
     virtual void showDisplays();
 
@@ -66,9 +71,12 @@ class CSetupDlg : public CDialog {
     LRESULT OnControl(WPARAM wParam, LPARAM lParam);
     void OnClose() { DestroyWindow(); }
     void OnDisplayChange();
+    LRESULT OnActivate(WPARAM wParam, LPARAM lParam);
 
     const wchar_t* m_pszClass;
     const Surroundings& m_surroundings;
+    common::UniqueFont m_font;
+    bool m_bLeft = false;  // another window is or was active since the displays were read
 };
 
 }  // namespace setup

@@ -57,3 +57,4 @@
 #define IDS_ERROR_NAME_LONG 68
 #define IDS_ERROR_NAME_TAKEN 69
 #define IDS_ERROR_WINDOW 70  // one argument: the system's error
+#define IDS_ERROR_SOURCE 71  // one argument: the library and the system's error

@@ -1,5 +1,5 @@
 // The simulated notebook's functions: the table for the sample settings and the notebook's window. Its rows are in
-// Functions.inc; a new function needs only a new row there.
+// Functions.inc; a new function needs only a new row there, and its words.
 #pragma once
 
 #include <windows.h>
@@ -49,9 +49,11 @@ struct Function {
 #define FUNCTION(name, caption, code, key, code2, key2, kind, items, items2, first, sample, ...)          \
     {L"" #name,   L"" caption,  {{{code, L"" key}, {code2, L"" key2}}}, Kind::kind, items, items2, first, \
      sample != 0, {__VA_ARGS__}},
+#define WORD_ROW(english, german)
 inline constexpr Function kFunctions[] = {
 #include "Functions.inc"
 };
+#undef WORD_ROW
 #undef FUNCTION
 
 // Null if no row has that name. Exact match.

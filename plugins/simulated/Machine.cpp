@@ -2,6 +2,7 @@
 
 #include "OutputEntries.h"
 #include "State.h"
+#include "Words.h"
 
 namespace sim {
 
@@ -92,7 +93,7 @@ bool selectRadios(const Function& function, DWORD state) {
 
 bool selectEntry(const Function& function, DWORD index) {
     const std::vector<OutputEntry> entries = outputEntries();
-    return index < entries.size() && isArrangement(entries[index]) && storeItem(function, index);
+    return index < entries.size() && canBeChosen(entries[index]) && storeItem(function, index);
 }
 
 bool selectPosition(const Function& function, LONG position) {
@@ -110,38 +111,39 @@ bool selectAction(const Function& function, DWORD item) {
 
 std::wstring itemName(const Function& function, DWORD item) {
     const bool known = item < kMaxItemNames && function.itemNames[item] != nullptr;
-    return known ? function.itemNames[item] : L"item " + std::to_wstring(item);
+    return known ? word(function.itemNames[item]) : word(L"item %1", {std::to_wstring(item)});
 }
 
 std::wstring radiosText(const Function& function) {
     if (readNumber(function.name, L"ErrorMode", 0) != 0) {
-        return L"states unknown";
+        return word(L"states unknown");
     }
     const DWORD radios = readNumber(function.name, L"Radios", kDefaultRadios);
     const DWORD fitted = readNumber(function.name, L"Fitted", kFittedRadios);
     std::wstring text;
     for (DWORD radio = 0; radio < std::size(kRadioNames); ++radio) {
         if (hasBit(fitted, radio)) {
-            text += std::wstring(text.empty() ? L"" : L", ") + kRadioNames[radio] +
-                    (hasBit(radios, radio) ? L" on" : L" off");
+            text += (text.empty() ? L"" : L", ") +
+                    word(hasBit(radios, radio) ? L"%1 on" : L"%1 off", {word(kRadioNames[radio])});
         }
     }
-    return text.empty() ? L"no radio" : text;
+    return text.empty() ? word(L"no radio") : text;
 }
 
 std::wstring levelText(const Function& function) {
-    const std::wstring levels = L" of " + std::to_wstring(items(function));
-    const std::wstring first = L"level " + std::to_wstring(storedItem(function));
+    const std::wstring levels = std::to_wstring(items(function));
+    const std::wstring first = std::to_wstring(storedItem(function));
     if (!dualControl(function)) {
-        return first + levels;
+        return word(L"level %1 of %2", {first, levels});
     }
-    return first + L" and " + std::to_wstring(readNumber(function.name, L"Item2", function.firstItem)) + levels;
+    const DWORD second = readNumber(function.name, L"Item2", function.firstItem);
+    return word(L"level %1 and %2 of %3", {first, std::to_wstring(second), levels});
 }
 
 std::wstring backlightText(const Function& function) {
     const std::wstring name = itemName(function, storedItem(function));
     const DWORD seconds = readNumber(function.name, L"Timer", kDefaultTimer);
-    return storedItem(function) == 0 ? name + L", " + std::to_wstring(seconds) + L" s" : name;
+    return storedItem(function) == 0 ? word(L"%1, %2 s", {name, std::to_wstring(seconds)}) : name;
 }
 
 std::wstring entryText() {
@@ -151,7 +153,53 @@ std::wstring entryText() {
 
 std::wstring countText(const Function& function) {
     const DWORD count = readNumber(function.name, L"Count", 0);
-    return count == 0 ? L"not yet" : std::to_wstring(count) + (count == 1 ? L" time" : L" times");
+    if (count == 0) {
+        return word(L"not yet");
+    }
+    return count == 1 ? word(L"1 time") : word(L"%1 times", {std::to_wstring(count)});
+}
+
+// The older output: what its numbers mean. A plus sign is the same picture on both, an arrow a desktop that goes on.
+std::wstring arrangementText(DWORD number) {
+    static constexpr const wchar_t* kFirstMaskTexts[] = {
+        L"LCD",       L"CRT",        L"DVI",       L"HDMI",       L"DP",        L"TV",        L"LCD + CRT",
+        L"LCD + DVI", L"LCD + HDMI", L"LCD + DP",  L"LCD + TV",   L"LCD › CRT", L"LCD › DVI", L"LCD › HDMI",
+        L"LCD › DP",  L"LCD › TV",   L"CRT + DVI", L"CRT + HDMI", L"DVI + HDMI"};
+    static constexpr const wchar_t* kSecondMaskTexts[] = {L"CRT › LCD",
+                                                          L"DVI › LCD",
+                                                          L"HDMI › LCD",
+                                                          L"DP › LCD",
+                                                          L"TV › LCD",
+                                                          L"CRT + DP",
+                                                          L"DVI + DP",
+                                                          L"HDMI + DP",
+                                                          L"CRT + TV",
+                                                          L"CRT › DVI",
+                                                          L"CRT › HDMI",
+                                                          L"DVI › HDMI",
+                                                          L"CRT › DP",
+                                                          L"DVI › DP",
+                                                          L"HDMI › DP",
+                                                          L"CRT › TV",
+                                                          L"DVI › CRT",
+                                                          L"HDMI › CRT",
+                                                          L"HDMI › DVI",
+                                                          L"DP › CRT",
+                                                          L"DP › DVI",
+                                                          L"DP › HDMI",
+                                                          L"TV › CRT",
+                                                          L"all displays, same picture",
+                                                          L"all displays, extended",
+                                                          L"automatic"};
+    static_assert(std::size(kFirstMaskTexts) == kLastOfFirstMask + 1);
+    static_assert(std::size(kSecondMaskTexts) == kLastOfSecondMask - kSecondMask + 1);
+    if (number <= kLastOfFirstMask) {
+        return kFirstMaskTexts[number];
+    }
+    if (number >= kSecondMask && number <= kLastOfSecondMask) {
+        return word(kSecondMaskTexts[number - kSecondMask]);
+    }
+    return number == kSecondMaskTopBit ? word(L"swapped") : word(L"item %1", {std::to_wstring(number)});
 }
 
 }  // namespace
@@ -208,7 +256,7 @@ bool selectItem(const Function& function, LONG item) {
 }
 
 bool focusItem(const Function& function, LONG level) {
-    if (level == -1) {
+    if (level == kNoChoice) {
         return true;
     }
     const auto number = static_cast<DWORD>(level);
@@ -240,7 +288,7 @@ std::wstring stateText(const Function& function) {
         case Kind::Slider:
             return levelText(function);
         case Kind::Masks:
-            return L"arrangement " + std::to_wstring(storedItem(function));
+            return arrangementText(storedItem(function));
         case Kind::Favourites:
             return entryText();
         default:

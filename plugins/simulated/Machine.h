@@ -24,14 +24,15 @@ struct ItemInfo {
 // The user's choice as SelectItem gets it. False if the function has no such item; nothing changes then.
 [[nodiscard]] bool selectItem(const Function& function, LONG item);
 
-// Brightness: sets the level of the screen, or of both. -1 is no choice and a success; false for levels out of range.
+// Brightness: sets the level of the screen, or of both. kNoChoice is a success; false for levels out of range.
+inline constexpr LONG kNoChoice = -1;
 [[nodiscard]] bool focusItem(const Function& function, LONG level);
 [[nodiscard]] bool dualControl(const Function& function);
 
 // Name of a power plan.
 [[nodiscard]] std::wstring planName(const Function& function, DWORD plan);
 
-// The state in words, for people.
+// The state in words, for people, in the language of the user interface.
 [[nodiscard]] std::wstring stateText(const Function& function);
 
 }  // namespace sim

@@ -1,6 +1,7 @@
 #include "State.h"
 
 #include "OutputSetup.h"
+#include "common/Handle.h"
 
 namespace sim {
 
@@ -46,6 +47,16 @@ bool writeNumber(const std::wstring& function, const wchar_t* value, DWORD numbe
 bool writeText(const std::wstring& function, const wchar_t* value, const std::wstring& text) {
     const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
     return writeValue(function, value, REG_SZ, text.c_str(), bytes);
+}
+
+bool isNewMachine() {
+    common::UniqueRegKey key;
+    DWORD functions = 0;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, kStateKey, 0, KEY_READ, key.put()) == ERROR_SUCCESS) {
+        RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &functions, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr);
+    }
+    return functions == 0;
 }
 
 bool resetState() {

@@ -1,6 +1,9 @@
 """Display output with favourites: entries, the preview under the chosen one, and the display-configuration program."""
+import subprocess
+
 import pytest
-from harness import geometry
+from harness import geometry, places
+from harness.desktop import PRODUCT
 from harness.functions import sample
 from harness.probe import WM_CLOSE, WM_USER, Rect
 from harness.waiting import stays, wait_until
@@ -42,6 +45,15 @@ def expect_setup(program, window_class):
 
 def expect_no_setup(program):
     wait_until(lambda: not setup_windows(program), lambda: f"its window goes: {setup_windows(program)}")
+
+
+def expect_focus(program, window):
+    """Keys reach the window: the screen gives it the focus a moment after the system does."""
+    def focused():
+        name = subprocess.run(["xdotool", "getwindowfocus", "getwindowname"], env=program.desktop.environment, check=False,
+                              capture_output=True, text=True, timeout=10).stdout.strip()
+        return program.probe.foreground() == window.hwnd and name == window.title
+    wait_until(focused, f"{window.title!r} has the focus")
 
 
 def items(program, count=ENTRIES):
@@ -209,7 +221,7 @@ def test_a_favourite_that_is_saved_is_offered_from_then_on(machine):
     step_to(machine, SAVE)
     machine.let_go()
     window = expect_setup(machine, SAVE_CLASS)
-    wait_until(lambda: machine.probe.foreground() == window.hwnd, "the program's window has the focus")
+    expect_focus(machine, window)
     machine.keyboard.press("Control_L+a")
     machine.keyboard.type("Kitchen")
     machine.keyboard.press("Return")
@@ -234,6 +246,65 @@ def test_a_favourite_that_is_saved_is_offered_from_then_on(machine):
     machine.press("Output_2")
     expect_card(machine, "Output_2")
     assert state_text(machine, "Output_2") != before, "its name stands on the card"
+    machine.let_go()
+
+
+@pytest.fixture
+def with_source(machine):
+    """The display-configuration program asks the simulated notebook for the displays, as in the sample settings."""
+    machine.probe.set_text("HKLM", PRODUCT, "DisplaySource",
+                           places.windows_path(machine.stage / "plugins" / "SimDisplays.dll"))
+    return machine
+
+
+def displays_of(data):
+    """(connector, width, height) of the display records of a favourite."""
+    return [(data[at:at + 64].decode("utf-16-le").rstrip("\0"), *(int.from_bytes(data[at + i:at + i + 4], "little")
+             for i in (68, 72))) for at in range(0, len(data), 76)]
+
+
+def test_a_favourite_has_the_displays_that_the_card_has_set_up(with_source):
+    machine = with_source
+    machine.machine("Output_2", Item=EXTEND)
+    machine.start()
+    machine.hold()
+    machine.press("Output_2")
+    expect_card(machine, "Output_2")
+    for _ in range(SAVE - EXTEND):
+        machine.press("Output_2")
+    wait_until(lambda: selected(machine) == SAVE, "saving is selected")
+    machine.let_go()
+    window = expect_setup(machine, SAVE_CLASS)
+    expect_focus(machine, window)
+    machine.keyboard.press("Return")
+    expect_no_setup(machine)
+    displays = machine.probe.get_value("HKCU", f"{FAVOURITES}\\1", "Displays")
+    assert displays_of(displays) == [("LCD", 1920, 1080), ("HDMI 1", 2560, 1440)]
+    assert int.from_bytes(machine.probe.get_value("HKCU", f"{FAVOURITES}\\1", "Mode"), "little") == 4
+
+
+def test_what_the_program_sets_up_is_current_on_the_card(with_source):
+    machine = with_source
+    machine.start()
+    machine.hold()
+    step_to(machine, NEEDS_SETUP)
+    machine.let_go()
+    window = expect_setup(machine, OUTPUT_CLASS)
+    expect_focus(machine, window)
+    machine.keyboard.press("Return")
+    expect_no_setup(machine)
+    assert machine.machine_item("Output_2") == NEEDS_SETUP
+    # The card is still there: away with it, and up again.
+    machine.hold()
+    machine.press("Mute")
+    expect_card(machine, "Output_2", shown=False)
+    machine.let_go()
+    machine.hold()
+    machine.press("Output_2")
+    expect_card(machine, "Output_2")
+    wait_until(lambda: selected(machine) == NEEDS_SETUP, lambda: f"it is current: {machine.shown_layered()}")
+    machine.press("Mute")
+    expect_card(machine, "Output_2", shown=False)
     machine.let_go()
 
 

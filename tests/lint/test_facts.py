@@ -13,6 +13,7 @@ FACTS = {
     r'L"InstallPath"': REGISTRY,
     r'"_DCWNDCLS_': OUTPUT_SETUP,
     r'L"OutputSetup\.exe"': OUTPUT_SETUP,
+    r'L"DisplaySource"': "companions/OutputSetup/include/DisplaySource.h",
     r'L"\\\\OutputConf': OUTPUT_SETUP,
     r"WM_USER \+ 101|0x0?465": None,  # see below
 }

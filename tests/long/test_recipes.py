@@ -54,7 +54,9 @@ def add_function():
     insert("plugins/sdk/FenwynFunctions.h", "};\n// clang-format on",
            f'    {{L"{NAME}", {{FENWYN_EXPORTS_STATE}}, InfoRule::Mask, 0x7, 0, CurrentRule::State, 3}},\n')
     append("plugins/simulated/Functions.inc",
-           f'FUNCTION({NAME}, "{NAME}", {KEY[0]}, "{KEY[1]}", 0, "", Positions, 0x7, 0, 0, 1, L"one", L"two", L"three")\n')
+           f'FUNCTION({NAME}, "{NAME}", {KEY[0]}, "{KEY[1]}", 0, "", Positions, 0x7, 0, 0, 1, L"one", L"two", L"three")\n'
+           f'WORD_ROW("{NAME}", "Beispiel")\n' +
+           "".join(f'WORD_ROW("{item.lower()}", "{item} (de)")\n' for item in ITEMS))
     table = "src/Logic/FuncX/FunctionTables.h"
     rows = "".join(f"    {{0x{1 << i:x}, {i}, IDS_EXAMPLE_{item.upper()}, {PICTURES['item'] + 2 * i}, "
                    f"{PICTURES['large-item'] + 2 * i}}},\n" for i, item in enumerate(ITEMS))

@@ -32,11 +32,11 @@ ExitCode onRegister(const Arguments& arguments, std::wstring& answer) {
     const ListState list = keep ? listState(HKEY_LOCAL_MACHINE, programFolder()) : ListState::None;
     if (list == ListState::Other) {
         answer = L"The function list is not the sample any more: it stays as it is.\n";
-    }
-    if (list != ListState::None) {
         return kDone;
     }
-    const LSTATUS error = registerSample(HKEY_LOCAL_MACHINE, programFolder(), all);
+    // A sample that is there already is written again: of an older version, or in another language.
+    const LSTATUS error =
+        registerSample(HKEY_LOCAL_MACHINE, programFolder(), all || list == ListState::WholeSample, uiLanguage());
     return error == ERROR_SUCCESS ? kDone : refused(error, answer);
 }
 
@@ -99,8 +99,8 @@ struct Command {
 
 constexpr Command kCommands[] = {
     {L"/register", onRegister,
-     L"/register [/all|/keep]: make Fenwyn show this notebook's functions; /all: the older output too; /keep: only "
-     L"where there is no function list"},
+     L"/register [/all|/keep]: make Fenwyn show this notebook's functions; /all: the older output too; /keep: not "
+     L"in place of a list that somebody changed"},
     {L"/unregister", onUnregister, L"/unregister: take these settings out again"},
     {L"/end", onEnd, L"/end: end Fenwyn and wait until it is gone"},
     {L"/reset", onReset, L"/reset: a new machine"},

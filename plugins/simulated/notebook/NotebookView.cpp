@@ -1,10 +1,6 @@
 #include "NotebookView.h"
 
-#include "Functions.h"
-#include "Machine.h"
-#include "State.h"
-#include "ZelHotkey.h"
-#include "ZelModifier.h"
+#include "Words.h"
 
 namespace sim {
 
@@ -17,7 +13,6 @@ constexpr int kHeaderHeight = 62;
 constexpr int kRowHeight = 34;
 constexpr int kFooterHeight = 44;
 constexpr int kColumns = 2;
-constexpr int kRowsPerColumn = static_cast<int>((std::size(kFunctions) + kColumns - 1) / kColumns);
 constexpr int kColumnGap = 28;
 constexpr int kKeyWidth = 72;
 constexpr int kCaptionLeft = 88;
@@ -50,59 +45,11 @@ void fill(HDC dc, const RECT& place, COLORREF color) {
     FillRect(dc, &place, brush.get());
 }
 
-// 0 if there is none.
-DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
-    DWORD number = 0;
-    DWORD bytes = sizeof number;
-    RegGetValueW(root, key, name, RRF_RT_REG_DWORD, nullptr, &number, &bytes);
-    return number;
-}
-
-// The name on the key, as far as the keyboard layout knows it.
-std::wstring modifierName() {
-    const DWORD key = zelModifierKey(numberOf(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY));
-    if (key == VK_RCONTROL) {
-        return L"right Ctrl";
-    }
-    const UINT scan = MapVirtualKeyW(key, MAPVK_VK_TO_VSC_EX);
-    const LONG place = static_cast<LONG>((scan & 0xFFU) << 16U | ((scan & 0xFF00U) != 0 ? 1U << 24U : 0U));
-    wchar_t name[64] = L"";
-    return scan != 0 && GetKeyNameTextW(place, name, static_cast<int>(std::size(name))) > 0 ? name : L"another key";
-}
-
-std::wstring hintText() {
-    const bool sticky = numberOf(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_STICKY_MODIFIER) != 0;
-    return (sticky ? L"Tap the modifier (" : L"Hold the modifier (") + modifierName() + L") and press a key";
-}
-
-std::wstring keysOf(const Function& function) {
-    std::wstring keys = function.keys[0].name;
-    for (std::size_t i = 1; i < function.keyCount(); ++i) {
-        keys += std::wstring(L" / ") + function.keys[i].name;
-    }
-    return keys;
+int rowsPerColumn(const NotebookModel& model) {
+    return (static_cast<int>(model.rows.size()) + kColumns - 1) / kColumns;
 }
 
 }  // namespace
-
-NotebookModel readNotebook(const NotebookModel& previous) {
-    NotebookModel model;
-    bool anyChanged = false;
-    for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
-        NotebookRow row{keysOf(kFunctions[i]), kFunctions[i].caption, stateText(kFunctions[i])};
-        row.changed = i < previous.rows.size() && previous.rows[i].state != row.state;
-        anyChanged |= row.changed;
-        model.rows.push_back(std::move(row));
-    }
-    for (std::size_t i = 0; !anyChanged && i < previous.rows.size(); ++i) {
-        model.rows[i].changed = previous.rows[i].changed;
-    }
-    model.latched = numberOf(HKEY_CURRENT_USER, ZEL_REG_STATE, ZEL_VALUE_LATCHED) != 0;
-    model.hint = hintText();
-    model.lastCall = readText({}, L"LastCall", {});
-    model.lastKey = previous.lastKey;
-    return model;
-}
 
 CNotebookView::CNotebookView(int dpi)
     : m_nDpi(dpi),
@@ -110,19 +57,19 @@ CNotebookView::CNotebookView(int dpi)
       m_boldFont(fontOf(_scaled(kTextHeight), FW_BOLD)),
       m_titleFont(fontOf(_scaled(kTitleHeight), FW_NORMAL)) {}
 
-SIZE CNotebookView::size() const {
-    return {_scaled(kWidth), _scaled(kHeaderHeight + kRowsPerColumn * kRowHeight + kFooterHeight + kMargin / 2)};
+SIZE CNotebookView::sizeFor(const NotebookModel& model) const {
+    return {_scaled(kWidth), _scaled(kHeaderHeight + rowsPerColumn(model) * kRowHeight + kFooterHeight + kMargin / 2)};
 }
 
 void CNotebookView::draw(HDC dc, const NotebookModel& model) const {
-    const SIZE whole = size();
+    const SIZE whole = sizeFor(model);
     fill(dc, {0, 0, whole.cx, whole.cy}, kPaper);
     SetBkMode(dc, TRANSPARENT);
     _drawHeader(dc, model);
     const int columnWidth = (kWidth - 2 * kMargin - (kColumns - 1) * kColumnGap) / kColumns;
     for (std::size_t i = 0; i < model.rows.size(); ++i) {
-        const int left = kMargin + static_cast<int>(i) / kRowsPerColumn * (columnWidth + kColumnGap);
-        const int top = kHeaderHeight + static_cast<int>(i) % kRowsPerColumn * kRowHeight;
+        const int left = kMargin + static_cast<int>(i) / rowsPerColumn(model) * (columnWidth + kColumnGap);
+        const int top = kHeaderHeight + static_cast<int>(i) % rowsPerColumn(model) * kRowHeight;
         _drawRow(dc, model.rows[i],
                  {_scaled(left), _scaled(top), _scaled(left + columnWidth), _scaled(top + kRowHeight)});
     }
@@ -131,12 +78,9 @@ void CNotebookView::draw(HDC dc, const NotebookModel& model) const {
 
 void CNotebookView::_drawHeader(HDC dc, const NotebookModel& model) const {
     const RECT place{_scaled(kMargin), _scaled(8), _scaled(kWidth - kMargin), _scaled(kHeaderHeight - 8)};
-    _drawText(dc, m_titleFont.get(), kInk, L"Simulated notebook", place, DT_LEFT);
-    if (model.latched) {
-        _drawText(dc, m_boldFont.get(), kLatched, L"Modifier latched", place, DT_RIGHT);
-    } else {
-        _drawText(dc, m_font.get(), kQuiet, model.hint, place, DT_RIGHT);
-    }
+    _drawText(dc, m_titleFont.get(), kInk, word(L"Simulated notebook"), place, DT_LEFT);
+    _drawText(dc, model.latched ? m_boldFont.get() : m_font.get(), model.latched ? kLatched : kQuiet, model.hint, place,
+              DT_RIGHT);
 }
 
 void CNotebookView::_drawRow(HDC dc, const NotebookRow& row, const RECT& place) const {
@@ -155,16 +99,16 @@ void CNotebookView::_drawRow(HDC dc, const NotebookRow& row, const RECT& place) 
 }
 
 void CNotebookView::_drawFooter(HDC dc, const NotebookModel& model) const {
-    const int top = kHeaderHeight + kRowsPerColumn * kRowHeight + kMargin / 4;
+    const int top = kHeaderHeight + rowsPerColumn(model) * kRowHeight + kMargin / 4;
     const RECT place{_scaled(kMargin), _scaled(top), _scaled(kWidth - kMargin), _scaled(top + kFooterHeight)};
-    RECT calls = place;
-    calls.right = _scaled(kWidth * 2 / 3);
-    RECT keys = place;
-    keys.left = calls.right;
-    _drawText(dc, m_font.get(), kQuiet, model.lastCall.empty() ? L"No call yet" : L"Last call: " + model.lastCall,
-              calls, DT_LEFT);
-    _drawText(dc, m_font.get(), kQuiet, model.lastKey.empty() ? L"" : L"Key that came through: " + model.lastKey, keys,
-              DT_RIGHT);
+    RECT choice = place;
+    choice.right = _scaled(kWidth * 2 / 3);
+    RECT typed = place;
+    typed.left = choice.right;
+    _drawText(dc, m_font.get(), kQuiet, model.lastChoice, choice, DT_LEFT);
+    if (!model.typed.empty()) {
+        _drawText(dc, m_font.get(), kQuiet, word(L"Typed here: %1", {model.typed}), typed, DT_RIGHT);
+    }
 }
 
 void CNotebookView::_drawKey(HDC dc, const std::wstring& label, const RECT& place) const {

@@ -2,6 +2,7 @@
 
 #include "CallRecord.h"
 #include "Session.h"
+#include "Words.h"
 #include "ZelHotkey.h"
 
 namespace sim {
@@ -9,7 +10,6 @@ namespace sim {
 namespace {
 
 constexpr wchar_t kClassName[] = L"KestovaSimulatedNotebook";
-constexpr wchar_t kTitle[] = L"Simulated notebook";
 constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
 
 constexpr UINT kChanged = WM_APP + 1;
@@ -84,10 +84,11 @@ const MessageMap& CNotebookWnd::messageMap() const {
 CNotebookWnd::CNotebookWnd() : m_view(screenDpi()) {}
 
 bool CNotebookWnd::create() {
-    if (!registerClass() || !Create(kClassName, kTitle, kStyle, placeOf(m_view.size()))) {
+    m_model = readNotebook({});
+    if (!registerClass() ||
+        !Create(kClassName, word(L"Simulated notebook").c_str(), kStyle, placeOf(m_view.sizeFor(m_model)))) {
         return false;
     }
-    _show(readNotebook({}));
     m_watch.start(m_hWnd, kChanged);
     ShowWindow(m_hWnd, SW_SHOW);
     SetForegroundWindow(m_hWnd);
@@ -96,15 +97,22 @@ bool CNotebookWnd::create() {
 }
 
 void CNotebookWnd::_show(NotebookModel model) {
-    if (model != m_model) {
-        m_model = std::move(model);
-        InvalidateRect(m_hWnd, nullptr, FALSE);
+    if (model == m_model) {
+        return;
     }
+    const bool otherSize = model.rows.size() != m_model.rows.size();
+    m_model = std::move(model);
+    if (otherSize) {
+        const RECT place = placeOf(m_view.sizeFor(m_model));
+        SetWindowPos(m_hWnd, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    InvalidateRect(m_hWnd, nullptr, FALSE);
 }
 
 void CNotebookWnd::OnPaint() {
     const common::PaintDc dc(m_hWnd);
-    const SIZE size = m_view.size();
+    const SIZE size = m_view.sizeFor(m_model);
     const common::UniqueMemoryDc memory(CreateCompatibleDC(dc.get()));
     const common::UniqueBitmap bitmap(CreateCompatibleBitmap(dc.get(), size.cx, size.cy));
     const common::SelectScope select(memory.get(), bitmap.get());
@@ -127,7 +135,7 @@ LRESULT CNotebookWnd::OnChanged(WPARAM, LPARAM) {
 
 LRESULT CNotebookWnd::OnKeyDown(WPARAM wParam, LPARAM lParam) {
     NotebookModel model = m_model;
-    model.lastKey = keyName(lParam);
+    model.typed = keyName(lParam);
     recordCall({L"Notebook", L"KeyDown", std::to_wstring(wParam), 0});
     _show(std::move(model));
     return Default();

@@ -6,8 +6,14 @@ namespace sim {
 
 namespace {
 
-// Above both watched keys, so that a key that is deleted and created again is still noticed.
+// Above all watched keys, so that a key that is deleted and created again is still noticed.
 constexpr wchar_t kWatchedKey[] = FENWYN_REG_MAKER;
+
+// Asks for one report of the next change. False: the system refused.
+bool reportChange(const common::UniqueRegKey& key, HANDLE event) {
+    return RegNotifyChangeKeyValue(key.get(), TRUE, REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_LAST_SET, event, TRUE) ==
+           ERROR_SUCCESS;
+}
 
 }  // namespace
 
@@ -35,13 +41,15 @@ void CRegistryWatch::stop() {
 void CRegistryWatch::_watch(HWND window, UINT message) const noexcept {
     const HANDLE handles[] = {m_hStop.get(), m_hChanged.get()};
     for (;;) {
-        // Opened each time, because the key may have been deleted meanwhile.
-        common::UniqueRegKey key;
-        const bool watching =
-            RegCreateKeyExW(HKEY_CURRENT_USER, kWatchedKey, 0, nullptr, 0, KEY_NOTIFY, nullptr, key.put(), nullptr) ==
-                ERROR_SUCCESS &&
-            RegNotifyChangeKeyValue(key.get(), TRUE, REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_LAST_SET,
-                                    m_hChanged.get(), TRUE) == ERROR_SUCCESS;
+        // Opened each time, because the keys may have been deleted meanwhile.
+        common::UniqueRegKey user;
+        common::UniqueRegKey machine;  // only an administrator can create it: without it there is no list to watch
+        const bool watching = RegCreateKeyExW(HKEY_CURRENT_USER, kWatchedKey, 0, nullptr, 0, KEY_NOTIFY, nullptr,
+                                              user.put(), nullptr) == ERROR_SUCCESS &&
+                              reportChange(user, m_hChanged.get());
+        if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kWatchedKey, 0, KEY_NOTIFY, machine.put()) == ERROR_SUCCESS) {
+            reportChange(machine, m_hChanged.get());
+        }
         // Only once the watch is in place: earlier changes are read now, later ones reported.
         PostMessageW(window, message, 0, 0);
         if (!watching || WaitForMultipleObjects(2, handles, FALSE, INFINITE) != WAIT_OBJECT_0 + 1) {

@@ -1,4 +1,4 @@
-// Notifies a window when the simulated machine or Fenwyn's published state changed, without polling.
+// Notifies a window when the simulated machine, Fenwyn's published state or the function list changed, without polling.
 #pragma once
 
 #include <windows.h>
@@ -16,8 +16,9 @@ class CRegistryWatch {
     CRegistryWatch(const CRegistryWatch&) = delete;
     CRegistryWatch& operator=(const CRegistryWatch&) = delete;
 
-    // Posts `message` to `window` after every change of a value or key below HKCU\SOFTWARE\KESTOVA, until stop().
-    // Simultaneous changes may cause one message. False: the system provided no event or no thread.
+    // Posts `message` to `window` after every change of a value or key below SOFTWARE\KESTOVA of the user and of the
+    // machine, until stop(). Simultaneous changes may cause one message. False: the system provided no event or no
+    // thread.
     bool start(HWND window, UINT message);
     void stop();
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "DisplaySource.h"
 #include "FenwynRegistry.h"
 #include "Functions.h"
 #include "ZelHotkey.h"
@@ -28,14 +29,15 @@ Setting textSetting(const std::wstring& key, const wchar_t* name, const std::wst
     return {key, name, REG_SZ, bytesOf(text.c_str(), (text.size() + 1) * sizeof(wchar_t))};
 }
 
-void appendFunction(std::vector<Setting>& settings, const Function& function, const std::wstring& folder) {
+void appendFunction(std::vector<Setting>& settings, const Function& function, const std::wstring& folder,
+                    Language language) {
     const std::wstring key = std::wstring(ZEL_REG_HOTKEY) + L"\\" + function.name;
     std::vector<BYTE> codes;
     for (std::size_t i = 0; i < function.keyCount(); ++i) {
         const std::vector<BYTE> code = bytesOf(&function.keys[i].code, sizeof(DWORD));
         codes.insert(codes.end(), code.begin(), code.end());
     }
-    settings.push_back(textSetting(key, L"Caption", function.caption));
+    settings.push_back(textSetting(key, kCaptionValue, word(function.caption, language)));
     settings.push_back({key, ZEL_VALUE_CODE, REG_BINARY, std::move(codes)});
     settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, folder + L"\\plugins\\Sim" + function.name + L".dll"));
 }
@@ -61,6 +63,18 @@ bool stillAsWritten(HKEY root, const Setting& setting) {
     return error == ERROR_SUCCESS && type == setting.type && size == stored.size() && stored == setting.data;
 }
 
+// The settings that the sample may have been written as.
+struct Variant {
+    bool all;
+    Language language;
+};
+constexpr Variant kVariants[] = {
+    {false, Language::English}, {false, Language::German}, {true, Language::English}, {true, Language::German}};
+
+bool isOfTheList(const Setting& setting) {
+    return setting.key.starts_with(ZEL_REG_HOTKEY);
+}
+
 // ERROR_SUCCESS also if there is no such key, or if it is not empty and therefore kept.
 LSTATUS removeIfEmpty(HKEY root, const std::wstring& path) {
     common::UniqueRegKey key;
@@ -78,8 +92,10 @@ LSTATUS removeIfEmpty(HKEY root, const std::wstring& path) {
 
 }  // namespace
 
-std::vector<Setting> sampleSettings(const std::wstring& folder, bool all) {
-    std::vector<Setting> settings{textSetting(FENWYN_REG_PRODUCT, FENWYN_VALUE_INSTALL_PATH, folder)};
+std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, Language language) {
+    std::vector<Setting> settings{
+        textSetting(FENWYN_REG_PRODUCT, FENWYN_VALUE_INSTALL_PATH, folder),
+        textSetting(FENWYN_REG_PRODUCT, DISPLAY_SOURCE_VALUE, folder + L"\\plugins\\SimDisplays.dll")};
     for (const ConfigValue& row : kConfig) {
         settings.push_back({ZEL_REG_CONFIG, row.name, REG_DWORD, bytesOf(&row.value, sizeof row.value), true});
     }
@@ -87,7 +103,7 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, bool all) {
     for (const Function& function : kFunctions) {
         if (function.inSample || all) {
             list += std::wstring(function.name) + L";";
-            appendFunction(settings, function, folder);
+            appendFunction(settings, function, folder, language);
         }
     }
     // Last, so that everything that the list names already exists.
@@ -95,8 +111,8 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, bool all) {
     return settings;
 }
 
-LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all) {
-    for (const Setting& setting : sampleSettings(folder, all)) {
+LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all, Language language) {
+    for (const Setting& setting : sampleSettings(folder, all, language)) {
         if (const LSTATUS error = write(root, setting); error != ERROR_SUCCESS) {
             return error;
         }
@@ -109,12 +125,12 @@ ListState listState(HKEY root, const std::wstring& folder) {
         ERROR_SUCCESS) {
         return ListState::None;
     }
-    for (const bool all : {false, true}) {
-        const std::vector<Setting> settings = sampleSettings(folder, all);
+    for (const auto& [all, language] : kVariants) {
+        const std::vector<Setting> settings = sampleSettings(folder, all, language);
         if (std::ranges::all_of(settings, [root](const Setting& setting) {
-                return setting.keepExisting || stillAsWritten(root, setting);
+                return !isOfTheList(setting) || stillAsWritten(root, setting);
             })) {
-            return ListState::Sample;
+            return all ? ListState::WholeSample : ListState::Sample;
         }
     }
     return ListState::Other;
@@ -127,8 +143,8 @@ LSTATUS unregisterSample(HKEY root, const std::wstring& folder) {
     };
     std::set<std::wstring, std::greater<>> keys{FENWYN_REG_MAKER, FENWYN_REG_PRODUCT, ZEL_REG_CONFIG,
                                                 ZEL_REG_HOTKEY};  // deepest first
-    for (const bool all : {false, true}) {
-        for (const Setting& setting : sampleSettings(folder, all)) {
+    for (const auto& [all, language] : kVariants) {
+        for (const Setting& setting : sampleSettings(folder, all, language)) {
             keys.insert(setting.key);
             if (stillAsWritten(root, setting)) {
                 note(RegDeleteKeyValueW(root, setting.key.c_str(), setting.name.c_str()));

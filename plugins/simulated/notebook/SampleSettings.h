@@ -7,7 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "Words.h"
+
 namespace sim {
+
+// What stands on a function's card, below its key in the function list.
+inline constexpr wchar_t kCaptionValue[] = L"Caption";
 
 struct Setting {
     std::wstring key;  // below the root
@@ -18,16 +23,16 @@ struct Setting {
 };
 
 // `folder` is that of this program and Fenwyn, without a trailing backslash; the plug-ins are in its "plugins". `all`
-// adds the functions that are not in the sample list.
-[[nodiscard]] std::vector<Setting> sampleSettings(const std::wstring& folder, bool all);
+// adds the functions that are not in the sample list. The captions are in `language`.
+[[nodiscard]] std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, Language language);
 
 // Writes them below `root` (normally HKEY_LOCAL_MACHINE). Returns a system error code; ERROR_ACCESS_DENIED without the
 // right to write there.
-[[nodiscard]] LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all);
+[[nodiscard]] LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all, Language language);
 
-// Whether there is a function list below `root`, and whether it is the sample's (with or without the functions that are
-// not in the sample list).
-enum class ListState { None, Sample, Other };
+// Whether there is a function list below `root`, and whether it is the sample's in one of the languages, with or
+// without the functions that are not in the sample list. Settings beside the list say nothing about it.
+enum class ListState { None, Sample, WholeSample, Other };
 [[nodiscard]] ListState listState(HKEY root, const std::wstring& folder);
 
 // Removes each value that is unchanged since registerSample wrote it, and the keys that became empty. What others wrote

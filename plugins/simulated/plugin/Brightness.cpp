@@ -6,7 +6,8 @@
 using namespace sim;
 
 LONG WINAPI FocusItem(LONG lParameter, ULONG*) {
-    return perform(L"FocusItem", Effect::Change, {lParameter}, [&]() -> Outcome {
+    const Effect effect = lParameter == kNoChoice ? Effect::Question : Effect::Change;
+    return perform(L"FocusItem", effect, {lParameter}, [&]() -> Outcome {
         return {focusItem(self(), lParameter) ? FENWYN_OK : kFailed, joined({lParameter})};
     });
 }

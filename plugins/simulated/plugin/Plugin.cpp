@@ -25,9 +25,8 @@ LONG configuredResult(const wchar_t* exportName) {
 void finishCall(const wchar_t* exportName, Effect effect, const Outcome& outcome) {
     recordCall({self().name, exportName, outcome.arguments, outcome.result});
     if (effect == Effect::Change) {
-        writeText({}, L"LastCall",
-                  std::wstring(self().name) + L" " + exportName + L"(" + outcome.arguments + L") = " +
-                      std::to_wstring(outcome.result));
+        writeText({}, kLastFunction, self().name);
+        writeNumber({}, kLastResult, static_cast<DWORD>(outcome.result));
     }
 }
 

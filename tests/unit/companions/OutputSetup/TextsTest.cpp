@@ -5,6 +5,7 @@
 #include <cwctype>
 #include <set>
 
+#include "LanguageTexts.h"
 #include "SetupIds.h"
 #include "Texts.h"
 
@@ -13,20 +14,7 @@ namespace {
 constexpr WORD kLanguages[] = {TEXT_LANGUAGES};
 
 constexpr std::pair<UINT, UINT> kRanges[] = {
-    {IDS_PROGRAM, IDS_ASK_DELETE}, {IDS_MODE, IDS_MODE_OTHER}, {IDS_ERROR_COMMAND_LINE, IDS_ERROR_WINDOW}};
-
-// A string of one language: tables hold sixteen, each preceded by its length.
-std::wstring textOf(UINT id, WORD language) {
-    const HRSRC table = ::FindResourceExW(nullptr, RT_STRING, MAKEINTRESOURCEW(id / 16 + 1), language);
-    const auto* place = static_cast<const wchar_t*>(::LockResource(::LoadResource(nullptr, table)));
-    if (place == nullptr) {
-        return {};
-    }
-    for (UINT i = 0; i < id % 16; ++i) {
-        place += 1 + *place;
-    }
-    return {place + 1, *place};
-}
+    {IDS_PROGRAM, IDS_ASK_DELETE}, {IDS_MODE, IDS_MODE_OTHER}, {IDS_ERROR_COMMAND_LINE, IDS_ERROR_SOURCE}};
 
 template <typename Check>
 void forEachId(Check check) {

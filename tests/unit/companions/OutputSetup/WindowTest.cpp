@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "ConfigDlg.h"
+#include "DialogFont.h"
 #include "NameMessage.h"
 #include "OutputDlg.h"
 #include "SaveDlg.h"
@@ -29,6 +30,7 @@ class Window : public testing::Test {
             m_applied.push_back(arrangement);
             return m_applyResult;
         };
+        m_surroundings.font = &setup::messageFont;
         m_surroundings.tell = [this](HWND, const std::wstring& message) {
             m_told.push_back(message);
             if (m_whileTelling) {
@@ -155,6 +157,15 @@ TEST_F(OutputWindow, ListFollowsTheDisplays) {
     EXPECT_EQ(ListView_GetItemCount(control(m_dlg, IDC_DISPLAYS)), 1);
 }
 
+TEST_F(OutputWindow, ListIsReadAgainWhenThePersonComesBack) {
+    ASSERT_TRUE(m_dlg.open());
+    m_displays.pop_back();
+    ::SendMessageW(m_dlg.m_hWnd, WM_ACTIVATE, WA_INACTIVE, 0);
+    EXPECT_EQ(ListView_GetItemCount(control(m_dlg, IDC_DISPLAYS)), 2);
+    ::SendMessageW(m_dlg.m_hWnd, WM_ACTIVATE, WA_ACTIVE, 0);
+    EXPECT_EQ(ListView_GetItemCount(control(m_dlg, IDC_DISPLAYS)), 1);
+}
+
 TEST_F(OutputWindow, ApplySetsTheChosenArrangementAndCloses) {
     ASSERT_TRUE(m_dlg.open());
     select(2);
@@ -182,10 +193,10 @@ TEST_F(OutputWindow, RefusedArrangementIsToldAndTheWindowStays) {
 
 TEST_F(OutputWindow, ArrangementWithoutSettingsIsTold) {
     ASSERT_TRUE(m_dlg.open());
-    select(4);
+    m_applyResult = ERROR_NOT_SUPPORTED;
     press(m_dlg, IDOK);
-    EXPECT_TRUE(m_applied.empty());
     EXPECT_EQ(m_told, Names{text(IDS_ERROR_CANNOT_APPLY)});
+    EXPECT_TRUE(m_dlg.isWindow());
 }
 
 TEST_F(OutputWindow, WithoutAChoiceNothingHappens) {
@@ -301,6 +312,12 @@ TEST_F(ConfigWindow, ListsDisplaysAndFavourites) {
     EXPECT_EQ(cell(list(), 1, 1), setup::modeText(FENWYN_MODE_CLONE));
     EXPECT_EQ(cell(list(), 1, 2), L"LCD");
     EXPECT_EQ(setup::selectedRow(list()), 0);
+}
+
+TEST_F(ConfigWindow, OpensWithTheFocusOnTheFavourites) {
+    favourites({L"One"});
+    ASSERT_TRUE(m_dlg.open());
+    EXPECT_EQ(::GetFocus(), list());
 }
 
 TEST_F(ConfigWindow, WithoutFavouritesThereIsNothingToRenameOrDelete) {
@@ -457,4 +474,10 @@ TEST_F(App, WithoutDisplaysOnlyTheFavouritesAreThere) {
     EXPECT_EQ(runApp(m_surroundings, L"\\OutputConf 131078", OUTPUT_SETUP_CLASS_OUTPUT), 1);
     EXPECT_EQ(m_told, (Names{text(IDS_ERROR_NO_DISPLAY), text(IDS_ERROR_NO_DISPLAY)}));
     EXPECT_EQ(runApp(m_surroundings, L"\\Config", OUTPUT_SETUP_CLASS_CONFIG), 100);
+}
+
+TEST_F(App, WarningIsToldBeforeTheWindowOpens) {
+    m_surroundings.warning = L"beware";
+    EXPECT_EQ(runApp(m_surroundings, L"\\Config", OUTPUT_SETUP_CLASS_CONFIG), 100);
+    EXPECT_EQ(m_told, Names{L"beware"});
 }

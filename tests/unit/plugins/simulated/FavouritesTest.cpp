@@ -4,10 +4,12 @@
 #include <set>
 #include <thread>
 
+#include "DisplaySource.h"
 #include "OutputEntries.h"
 #include "OutputFavourites.h"
 #include "Plugin.h"
 #include "State.h"
+#include "common/Handle.h"
 #include "plugins/simulated/Sandbox.h"
 
 namespace plugintest {
@@ -199,6 +201,84 @@ TEST_F(OutputWithFavourites, StoredConnectorWithoutAnEndGetsOneAndAHalfRecordIsD
     const std::wstring second = std::wstring(OUTPUT_SETUP_REG_FAVOURITES) + L"\\1";
     RegSetKeyValueW(HKEY_CURRENT_USER, second.c_str(), L"Displays", REG_BINARY, &favourite.displays[0], 75);
     EXPECT_TRUE(favourites::load()[1].displays.empty());
+}
+
+// The display source that the display-configuration program asks.
+class SimulatedDisplays : public testing::Test {
+ protected:
+    [[nodiscard]] std::vector<DisplaySourceDisplay> displays() const {
+        const auto get = find<DisplaySourceGetDisplays>(DISPLAY_SOURCE_GET_DISPLAYS);
+        std::vector<DisplaySourceDisplay> list(8);
+        ULONG count = 0;
+        EXPECT_EQ(get(list.data(), 8, &count), ERROR_SUCCESS);
+        list.resize(count);
+        return list;
+    }
+    [[nodiscard]] LONG set(LONG mode) const {
+        return find<DisplaySourceSetArrangement>(DISPLAY_SOURCE_SET_ARRANGEMENT)(mode);
+    }
+    template <typename Function>
+    [[nodiscard]] Function find(const char* name) const {
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(m_module.get(), name)));
+    }
+
+    Sandbox m_sandbox;
+    common::UniqueModule m_module{LoadLibraryW(STAGE_DIR L"\\plugins\\SimDisplays.dll")};
+};
+
+TEST_F(SimulatedDisplays, AreThoseOfTheCardsCurrentEntry) {
+    const Plugin card(L"Output_2");
+    std::vector<DisplaySourceDisplay> list = displays();
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_STREQ(list[0].szConnector, L"LCD");
+    EXPECT_NE(list[0].bBuiltIn, 0);
+    EXPECT_EQ(list[0].lWidth, 1920);
+    EXPECT_EQ(card.select(2), FENWYN_OK);
+    list = displays();
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_STREQ(list[1].szConnector, L"HDMI 1");
+    EXPECT_EQ(list[1].bBuiltIn, 0);
+    EXPECT_EQ(list[1].lLeft, 1920);
+    EXPECT_EQ(list[1].lTop, 0);
+    EXPECT_EQ(card.select(1), FENWYN_OK);
+    list = displays();
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_EQ(list[1].lLeft, 0) << "the same picture lies at the same place";
+    EXPECT_EQ(card.select(5), FENWYN_OK);
+    EXPECT_STREQ(displays()[1].szConnector, L"DisplayPort 1") << "a favourite's own displays";
+}
+
+TEST_F(SimulatedDisplays, ArrangementThatNeedsSetupBecomesTheCardsCurrentEntry) {
+    const Plugin card(L"Output_2");
+    EXPECT_NE(card.select(4), FENWYN_OK);
+    EXPECT_EQ(set(FENWYN_MODE_EXTEND_ABOVE), ERROR_SUCCESS);
+    EXPECT_EQ(card.currentItem(), 4);
+    ASSERT_EQ(displays().size(), 2U);
+    EXPECT_EQ(displays()[1].lTop, -1440);
+    EXPECT_EQ(sim::readText({}, sim::kLastFunction, {}), L"Output_2");
+}
+
+TEST_F(SimulatedDisplays, ArrangementThatThereIsNotIsRefusedAndNothingChanges) {
+    const Plugin card(L"Output_2");
+    EXPECT_EQ(card.select(1), FENWYN_OK);
+    for (const LONG mode : {LONG{FENWYN_MODE_EXTEND_LEFT}, LONG{FENWYN_MODE_SEVERAL}, LONG{FENWYN_MODE_SAVE}, -1L}) {
+        EXPECT_EQ(set(mode), ERROR_NOT_SUPPORTED) << mode;
+    }
+    EXPECT_EQ(card.currentItem(), 1);
+    EXPECT_EQ(set(FENWYN_MODE_PROJECTOR), ERROR_SUCCESS) << "the other screen, whatever it is";
+    EXPECT_EQ(card.currentItem(), 3);
+}
+
+TEST_F(SimulatedDisplays, RoomAndPlacesAreMinded) {
+    EXPECT_EQ(Plugin(L"Output_2").select(2), FENWYN_OK);
+    const auto get = find<DisplaySourceGetDisplays>(DISPLAY_SOURCE_GET_DISPLAYS);
+    DisplaySourceDisplay two[2] = {};
+    ULONG count = 9;
+    EXPECT_EQ(get(two, 1, &count), ERROR_SUCCESS);
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(two[1].lWidth, 0);
+    EXPECT_EQ(get(nullptr, 1, &count), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(get(two, 1, nullptr), ERROR_INVALID_PARAMETER);
 }
 
 }  // namespace

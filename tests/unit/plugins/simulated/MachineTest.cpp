@@ -150,6 +150,42 @@ TEST_F(Machine, OlderOutputTakesTheArrangementsOfBothMasks) {
     }
 }
 
+TEST_F(Machine, OlderOutputNamesWhatItShows) {
+    const std::pair<DWORD, const wchar_t*> arrangements[] = {
+        {0, L"LCD"},        {3, L"HDMI"},       {11, L"LCD › CRT"}, {18, L"DVI + HDMI"},
+        {32, L"CRT › LCD"}, {33, L"DVI › LCD"}, {57, L"automatic"}, {63, L"swapped"}};
+    for (const auto& [number, words] : arrangements) {
+        sim::writeNumber(L"Output", L"Item", number);
+        EXPECT_EQ(textOf(L"Output"), words);
+    }
+    sim::writeNumber(L"Output", L"Item", 20);
+    EXPECT_EQ(textOf(L"Output"), L"item 20");
+}
+
+TEST_F(Machine, RememberedCallIsTheLastThatWasToChangeSomething) {
+    const auto last = [] {
+        return std::pair(sim::readText({}, sim::kLastFunction, {}), sim::readNumber({}, sim::kLastResult, 99));
+    };
+    EXPECT_EQ(Plugin(L"Mute").select(0), FENWYN_OK);
+    EXPECT_EQ(last(), std::pair(std::wstring(L"Mute"), DWORD{0}));
+    EXPECT_NE(Plugin(L"Zoom").select(7), FENWYN_OK);
+    EXPECT_EQ(last(), std::pair(std::wstring(L"Zoom"), DWORD{1}));
+    EXPECT_EQ(Plugin(L"Brightness").focus(3), FENWYN_OK);
+    EXPECT_EQ(Plugin(L"Mute").currentItem(), 0);
+    EXPECT_EQ(last(), std::pair(std::wstring(L"Brightness"), DWORD{0}));
+    EXPECT_EQ(Plugin(L"Mute").select(1), FENWYN_OK);
+    EXPECT_EQ(Plugin(L"Brightness").focus(-1), FENWYN_OK) << "no choice";
+    EXPECT_EQ(last(), std::pair(std::wstring(L"Mute"), DWORD{0}));
+}
+
+TEST_F(Machine, IsNewUntilAFunctionHasAState) {
+    EXPECT_TRUE(sim::isNewMachine());
+    sim::writeNumber(L"Mute", L"Item", 1);
+    EXPECT_FALSE(sim::isNewMachine());
+    EXPECT_TRUE(sim::resetState());
+    EXPECT_TRUE(sim::isNewMachine());
+}
+
 TEST_F(Machine, ValuesOfAnotherTypeCountAsMissing) {
     sim::writeText(L"Mute", L"Item", L"zero");
     EXPECT_EQ(Plugin(L"Mute").currentItem(), 1);

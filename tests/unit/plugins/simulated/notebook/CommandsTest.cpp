@@ -4,6 +4,7 @@
 
 #include <thread>
 
+#include "SampleSettings.h"
 #include "Session.h"
 #include "State.h"
 #include "ZelHotkey.h"
@@ -57,7 +58,7 @@ TEST_F(Commands, StateTellsEveryFunction) {
     EXPECT_EQ(run({L"/set", L"Touchpad", L"Item", L"1"}), sim::kDone);
     EXPECT_EQ(run({L"/state"}), sim::kDone);
     EXPECT_NE(m_strAnswer.find(L"Touchpad\toff\n"), std::wstring::npos);
-    EXPECT_NE(m_strAnswer.find(L"Output\tarrangement 0\n"), std::wstring::npos);
+    EXPECT_NE(m_strAnswer.find(L"Output\tLCD\n"), std::wstring::npos);
 }
 
 TEST_F(Commands, RegisterKeepsAListThatSomebodyChanged) {
@@ -76,6 +77,19 @@ TEST_F(Commands, RegisterKeepsAListThatSomebodyChanged) {
     EXPECT_NE(m_strAnswer.find(L"stays as it is"), std::wstring::npos);
     EXPECT_EQ(run({L"/register"}), sim::kDone);
     EXPECT_TRUE(list().starts_with(L"Mute;Lock;"));
+}
+
+TEST_F(Commands, RegisterBringsASampleOfAnotherLanguageUpToDateAsWholeAsItIs) {
+    ASSERT_EQ(sim::registerSample(HKEY_LOCAL_MACHINE, sim::programFolder(), true, sim::Language::German),
+              ERROR_SUCCESS);
+    EXPECT_EQ(run({L"/register", L"/keep"}), sim::kDone);
+    EXPECT_TRUE(m_strAnswer.empty());
+    wchar_t caption[64] = L"";
+    DWORD bytes = sizeof caption;
+    RegGetValueW(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY L"\\Output", sim::kCaptionValue, RRF_RT_REG_SZ, nullptr, caption,
+                 &bytes);
+    EXPECT_EQ(caption, sim::word(L"Older output"));
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, sim::programFolder()), sim::ListState::WholeSample);
 }
 
 TEST_F(Commands, RegisterAndUnregisterWorkOnTheMachinesSettings) {

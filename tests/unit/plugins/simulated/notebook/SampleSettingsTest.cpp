@@ -40,7 +40,9 @@ bool keyExists(const std::wstring& path) {
 
 class SampleSettings : public testing::Test {
  protected:
-    static LSTATUS add(bool all) { return sim::registerSample(HKEY_LOCAL_MACHINE, kFolder, all); }
+    static LSTATUS add(bool all, sim::Language language = sim::Language::English) {
+        return sim::registerSample(HKEY_LOCAL_MACHINE, kFolder, all, language);
+    }
     static LSTATUS remove() { return sim::unregisterSample(HKEY_LOCAL_MACHINE, kFolder); }
 
     Sandbox m_sandbox;
@@ -69,6 +71,24 @@ TEST_F(SampleSettings, EachFunctionGetsCaptionCodesAndTheAbsolutePathOfItsPlugin
     const std::vector<BYTE> expected{0x40, 0, 0, 0, 0x41, 0, 0, 0};
     EXPECT_EQ(std::vector<BYTE>(codes, codes + bytes), expected);
     EXPECT_EQ(text(kProduct, L"InstallPath"), kFolder);
+    EXPECT_EQ(text(kProduct, L"DisplaySource"), L"C:\\Program Files\\Fenwyn\\plugins\\SimDisplays.dll");
+}
+
+TEST_F(SampleSettings, CaptionsAreInTheLanguageThatIsAskedFor) {
+    const std::wstring key = std::wstring(kHotKey) + L"\\Brightness";
+    ASSERT_EQ(add(false, sim::Language::German), ERROR_SUCCESS);
+    EXPECT_EQ(text(key, L"Caption"), L"Helligkeit");
+    ASSERT_EQ(add(false, sim::Language::English), ERROR_SUCCESS);
+    EXPECT_EQ(text(key, L"Caption"), L"Brightness");
+}
+
+TEST_F(SampleSettings, SampleIsKnownAndRemovedInEveryLanguage) {
+    for (const sim::Language language : {sim::Language::English, sim::Language::German}) {
+        ASSERT_EQ(add(false, language), ERROR_SUCCESS);
+        EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::Sample);
+        ASSERT_EQ(remove(), ERROR_SUCCESS);
+        EXPECT_FALSE(keyExists(L"SOFTWARE\\KESTOVA"));
+    }
 }
 
 TEST_F(SampleSettings, ConfigurationValueOfTheUserStays) {
@@ -80,12 +100,13 @@ TEST_F(SampleSettings, ConfigurationValueOfTheUserStays) {
 
 TEST_F(SampleSettings, ListThatSomebodyChangedIsToldFromTheSample) {
     EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::None);
-    for (const bool all : {false, true}) {
-        ASSERT_EQ(add(all), ERROR_SUCCESS);
-        EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::Sample);
-    }
+    ASSERT_EQ(add(false), ERROR_SUCCESS);
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::Sample);
+    ASSERT_EQ(add(true), ERROR_SUCCESS);
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::WholeSample);
     setNumber(kConfig, L"MouseEnterIdle", 900);
-    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::Sample) << "a setting is no list";
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kProduct, L"InstallPath");
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, kFolder), sim::ListState::WholeSample) << "settings are no list";
     const wchar_t other[] = L"C:\\Mine.dll";
     RegSetKeyValueW(HKEY_LOCAL_MACHINE, (std::wstring(kHotKey) + L"\\Mute").c_str(), L"FuncDll", REG_SZ, other,
                     sizeof other);
@@ -119,7 +140,7 @@ TEST_F(SampleSettings, RegistryThatRefusesIsReported) {
               ERROR_SUCCESS);
     const HKEY invalid = closed.get();
     closed.reset();
-    EXPECT_NE(sim::registerSample(invalid, kFolder, false), ERROR_SUCCESS);
+    EXPECT_NE(sim::registerSample(invalid, kFolder, false, sim::Language::English), ERROR_SUCCESS);
 }
 
 }  // namespace

@@ -1,0 +1,46 @@
+// The simulated notebook's words in both languages.
+#include "Words.h"
+
+#include <gtest/gtest.h>
+
+#include "Functions.h"
+
+namespace plugintest {
+namespace {
+
+using sim::Language;
+
+// A word that has no German counterpart stays English; only these are the same in both.
+bool isKnown(const std::wstring& english) {
+    const bool same = english == L"Touchpad" || english == L"Zoom" || english == L"normal";
+    return same || sim::word(english, Language::German) != english;
+}
+
+TEST(Words, EveryCaptionAndItemHasAGermanWord) {
+    for (const sim::Function& function : sim::kFunctions) {
+        EXPECT_TRUE(isKnown(function.caption)) << function.name;
+        for (const wchar_t* const item : function.itemNames) {
+            EXPECT_TRUE(item == nullptr || isKnown(item)) << function.name << ": " << item;
+        }
+    }
+}
+
+TEST(Words, AreThoseOfTheLanguage) {
+    EXPECT_EQ(sim::word(L"Brightness", Language::English), L"Brightness");
+    EXPECT_EQ(sim::word(L"Brightness", Language::German), L"Helligkeit");
+    EXPECT_EQ(sim::word(L"Balanced", Language::German), L"Ausbalanciert");
+}
+
+TEST(Words, NamesOfThePersonStay) {
+    EXPECT_EQ(sim::word(L"My plan", Language::German), L"My plan");
+}
+
+TEST(Words, ArgumentsAreFilledInOnce) {
+    EXPECT_EQ(sim::word(L"level %1 of %2", {L"%2", L"10"}),
+              sim::uiLanguage() == Language::German ? L"Stufe %2 von 10" : L"level %2 of 10");
+    EXPECT_EQ(sim::word(L"%1 times", {}).front(), sim::word(L"%1 times")[2]) << "a missing one is empty";
+    EXPECT_EQ(sim::word(L"100 %", {L"x"}), L"100 %");
+}
+
+}  // namespace
+}  // namespace plugintest
