@@ -55,7 +55,7 @@ bool CZelMainApp::InitInstance() {
         show = !equalIgnoringCase(m_lpCmdLine, kHideSwitch);
     }
     showMainDlg(show, FALSE);
-    // Cards that lie lower than they should are better than none.
+    // Cards below other windows are better than none.
     static_cast<void>(_makeTopmost());
     return true;
 }
@@ -71,7 +71,7 @@ HRESULT CZelMainApp::_startServices() {
     if (!m_hPngDll) {
         return E_FAIL;
     }
-    // Without the hook, the picture that the user takes has the cards in it; that is no reason not to start.
+    // Without the hook, the user's screenshots contain the cards; that is no reason not to start.
     static_cast<void>(installPrtscHook());
     status = CHotkeyEventHandler::startHotkeyEventLoop();
     if (FAILED(status)) {
@@ -81,7 +81,7 @@ HRESULT CZelMainApp::_startServices() {
     if (FAILED(status)) {
         return status;
     }
-    static_cast<void>(_setWndClsName());  // without its class the strip cannot be made, and the start ends there
+    static_cast<void>(_setWndClsName());  // without its class, creating the strip fails later
     return S_OK;
 }
 
@@ -260,7 +260,7 @@ HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
     m_pZelMainDlg->show(false);
     m_pZelMainDlg->hideLargeCards();
     if (bCancelSticky) {
-        static_cast<void>(_cancelFnSticky());  // the cards are hidden all the same
+        static_cast<void>(_cancelFnSticky());  // the cards are hidden anyway
     }
     const QrdConfig& config = CZelConfig::getQrdConfig();
     m_pZelHideDlg->show(!config.bDisable && config.bEnableHover);

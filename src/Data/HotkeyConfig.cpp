@@ -53,7 +53,7 @@ HRESULT CHotkeyConfig::enumHotkeyConfigs(IEnumHotkeyConfigs* pEnum) {
         info.strFuncName = list.substr(start, end - start);
         RegConfigAccess subKey;  // closed only after the callback
         if (SUCCEEDED(readHotkeyInfo(key.key(), subKey, info))) {
-            // A function that cannot be used takes no other one with it.
+            // A function that fails does not affect the others.
             static_cast<void>(pEnum->processHotkeyInfo(&info));
         }
         start = end + 1;

@@ -58,7 +58,7 @@ QrdConfig::QrdConfig() noexcept {
 QrdConfig& CZelConfig::getQrdConfig() {
     static QrdConfig config;
     if (!config.bLoaded) {
-        static_cast<void>(_initQrdConfig(config));  // what could not be read is a default, and is logged
+        static_cast<void>(_initQrdConfig(config));  // unreadable values keep their defaults, and are logged
     }
     return config;
 }

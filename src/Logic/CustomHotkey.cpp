@@ -69,7 +69,7 @@ void CCustomHotkey::_readButton(const Storage& button, const Storage& userSettin
     LOG_INFO(L"Hotkey is customized.");
     DWORD makeValue = 0;
     if (button.getDword(regpath::kMakeValue, makeValue)) {
-        // A record that cannot be kept is left out, and the others stay.
+        // A record that cannot be stored is omitted; the others are kept.
         static_cast<void>(readCustomHotkeyInfo(makeValue & kCodeBits, userSetting));
     }
 }

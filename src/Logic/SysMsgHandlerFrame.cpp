@@ -58,7 +58,7 @@ LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
 }
 
 LRESULT CSysMsgHandlerFrame::OnReloadConfig(WPARAM /*wParam*/, LPARAM /*lParam*/) {
-    // Whoever asked waits for no answer, and what failed is in the log.
+    // The sender expects no answer, and failures are in the log.
     static_cast<void>(CZelConfig::_initQrdConfig(CZelConfig::getQrdConfig()));
     static_cast<void>(theApp.refreshCards(FALSE));
     return Default();

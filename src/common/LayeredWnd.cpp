@@ -56,7 +56,7 @@ CLayeredWnd::CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter)
 }
 
 CLayeredWnd::~CLayeredWnd() {
-    static_cast<void>(destroyWnd());  // nobody is left to tell
+    static_cast<void>(destroyWnd());  // nobody is left to report to
 }
 
 HRESULT CLayeredWnd::createWnd() {
@@ -111,7 +111,7 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
             RETURN_LOGGED(E_POINTER);
         }
         graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
-        static_cast<void>(m_pTextPainter->drawText(graphics));  // a frame without its text is shown all the same
+        static_cast<void>(m_pTextPainter->drawText(graphics));  // a frame without its text is shown anyway
     }
     if (::IsWindowVisible(m_hWnd) == FALSE) {
         m_shown.reset();

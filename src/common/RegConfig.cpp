@@ -23,7 +23,7 @@ HRESULT readUnits(HKEY key, const wchar_t* name, std::vector<Unit>& out) {
 }  // namespace
 
 RegConfigAccess::~RegConfigAccess() {
-    static_cast<void>(Close());  // nobody is left to tell
+    static_cast<void>(Close());  // nobody is left to report to
 }
 
 HRESULT RegConfigAccess::Open(HKEY hRoot, const wchar_t* pszSubKey, REGSAM access) {

@@ -232,7 +232,7 @@ class CKeyboardOverlay final : public IOverlay {
     void _endThread() {
         if (m_pState != nullptr) {
             ::SetEvent(m_pState->hEnd.get());
-            static_cast<void>(m_thread.wait(kEndWaitMs));  // one that hangs ends by itself
+            static_cast<void>(m_thread.wait(kEndWaitMs));  // a hanging one ends later
             m_thread = {};
         }
     }

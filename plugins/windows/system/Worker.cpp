@@ -29,7 +29,7 @@ CWorker::CWorker(std::function<void()> turn) : m_pShared(std::make_shared<Shared
 CWorker::~CWorker() {
     m_pShared->bEnd = true;
     ::SetEvent(m_pShared->hWake.get());
-    static_cast<void>(m_thread.wait(kEndWaitMs));  // one that hangs ends by itself
+    static_cast<void>(m_thread.wait(kEndWaitMs));  // a hanging one ends later
 }
 
 bool CWorker::wake() {
