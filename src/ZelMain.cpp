@@ -54,7 +54,7 @@ bool CZelMainApp::InitInstance() {
         LOG_TRACE(L"%s = %s", L"m_lpCmdLine", m_lpCmdLine);
         show = !equalIgnoringCase(m_lpCmdLine, kHideSwitch);
     }
-    showMainDlg(show, FALSE);
+    static_cast<void>(showMainDlg(show, FALSE));
     // Cards below other windows are better than none.
     static_cast<void>(_makeTopmost());
     return true;
@@ -382,7 +382,7 @@ LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() noexcept {
 }
 
 void CZelMainApp::endSession() {
-    if (CardsInUse::any()) {
+    if (CCardsInUse::any()) {
         CHotkeyEventHandler::stopHotkeyEventLoop();
         m_pFrame->DestroyWindow();  // the message loop ends on that
     } else {

@@ -33,7 +33,7 @@ class CZelMainApp : public CWinApp {
     [[nodiscard]] BOOL& mouseOperating();
 
     // Switches between the card strip and the hover strip. E_FAIL while either is missing.
-    HRESULT showMainDlg(BOOL bShow, BOOL bCancelSticky);
+    [[nodiscard]] HRESULT showMainDlg(BOOL bShow, BOOL bCancelSticky);
     // A second start while "ShowQrdAtLaunch" is set: shows the strip for five seconds, or hides it if it is visible.
     [[nodiscard]] HRESULT showMainDlgAlt();
     // Hides the cards and lays them out again; with bReinitialize they are rebuilt. S_FALSE: cards are in use; it will

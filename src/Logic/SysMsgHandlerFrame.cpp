@@ -73,7 +73,7 @@ LRESULT CSysMsgHandlerFrame::OnSecondInstance(WPARAM /*wParam*/, LPARAM /*lParam
 }
 
 LRESULT CSysMsgHandlerFrame::OnHideStrip(WPARAM wParam, LPARAM /*lParam*/) {
-    theApp.showMainDlg(FALSE, wParam == 1);
+    static_cast<void>(theApp.showMainDlg(FALSE, wParam == 1));
     return Default();
 }
 
@@ -124,24 +124,24 @@ LRESULT CSysMsgHandlerFrame::OnEndSession(WPARAM wParam, LPARAM /*lParam*/) {
 
 void CSysMsgHandlerFrame::OnResume() {
     LOG_ENTER_LEAVE();
-    theApp.showMainDlg(FALSE, TRUE);
+    static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
 }
 
 void CSysMsgHandlerFrame::OnSessionConnect() {
     LOG_ENTER_LEAVE();
-    theApp.showMainDlg(FALSE, TRUE);
+    static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
 }
 
 void CSysMsgHandlerFrame::OnSessionUnlock() {
     LOG_ENTER_LEAVE();
-    theApp.showMainDlg(FALSE, TRUE);
+    static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
 }
 
 // Shows the strip for half a second; a second flash restarts that time.
 void CSysMsgHandlerFrame::flashMainDlg() {
     LOG_ENTER_LEAVE();
-    theApp.showMainDlg(FALSE, TRUE);
-    theApp.showMainDlg(TRUE, TRUE);
+    static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
+    static_cast<void>(theApp.showMainDlg(TRUE, TRUE));
     ::SetTimer(m_hWnd, kTimerFlash, kFlashMs, nullptr);
 }
 
@@ -152,5 +152,5 @@ void CSysMsgHandlerFrame::OnTimer(UINT_PTR uId) {
     }
     ::KillTimer(m_hWnd, kTimerFlash);
     theApp.mouseOperating() = FALSE;
-    theApp.showMainDlg(FALSE, TRUE);
+    static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
 }

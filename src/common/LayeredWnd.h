@@ -38,10 +38,11 @@ class CLayeredWnd {
     // each image; an empty rectangle sequence is filled with nulls. Null images are skipped. `pPosition` (screen
     // pixels, may be null) moves the frame. `nSourceTop` and `nSourceHeight` choose the rows taken from every image; a
     // height below 1 means all from the top row on.
-    HRESULT paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
-                  std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop, int nSourceHeight);
+    [[nodiscard]] HRESULT paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
+                                std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
+                                int nSourceHeight);
     // One image; S_FALSE and no effect while the shadowed window is hidden.
-    HRESULT paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect);
+    [[nodiscard]] HRESULT paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect);
 
     // Removes the picture from the screen until the next paint.
     void hide() const;

@@ -61,7 +61,7 @@ TEST_P(OutOfMemory, AKeyPressCostsNoMoreThanItself) {
     ASSERT_TRUE(start());
     const long failures = send(stripWindow(), kMsgHotkey, kMuteKey, kMake, [] {
         ASSERT_TRUE(::IsWindow(stripWindow()));
-        theApp.showMainDlg(FALSE, TRUE);
+        static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     });
     EXPECT_GT(failures, 10);
     ::SendMessageW(stripWindow(), kMsgHotkey, kMuteKey, kMake);

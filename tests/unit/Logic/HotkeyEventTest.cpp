@@ -168,11 +168,11 @@ TEST_F(HotkeyEvents, MissingUtilityIsLogged) {
 
 TEST_F(HotkeyEvents, OnlyHidingWithTheFlagCancelsALatchedModifier) {
     const MessageCounter utility(L"Dravik", L"Dravik Window", kCancelSticky);
-    theApp.showMainDlg(TRUE, TRUE);
-    theApp.showMainDlg(FALSE, FALSE);
+    EXPECT_EQ(theApp.showMainDlg(TRUE, TRUE), S_OK);
+    EXPECT_EQ(theApp.showMainDlg(FALSE, FALSE), S_OK);
     pump();
     EXPECT_EQ(utility.count(), 0);
-    theApp.showMainDlg(FALSE, TRUE);
+    EXPECT_EQ(theApp.showMainDlg(FALSE, TRUE), S_OK);
     pump();
     EXPECT_EQ(utility.count(), 1);
 }

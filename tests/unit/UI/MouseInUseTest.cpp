@@ -17,7 +17,7 @@ class MouseInUseTest : public InUseTest {
     }
     // A card opened by the mouse; its first item.
     static HWND open(std::size_t index) {
-        theApp.showMainDlg(TRUE, FALSE);
+        EXPECT_EQ(theApp.showMainDlg(TRUE, FALSE), S_OK);
         click(stripWindow(), static_cast<int>(index) * 96 + 10, 10);
         return BlackCardSeam::items(card(index)).front()->windowHandle();
     }
@@ -90,7 +90,7 @@ TEST_F(MouseInUseTest, DragThatEndsWhileThePluginTakesALevelIsOver) {
 
 TEST_F(MouseInUseTest, ClickOnTheStripWhileAPluginIsAskedOpensNoCard) {
     brightnessCard();
-    theApp.showMainDlg(TRUE, FALSE);
+    EXPECT_EQ(theApp.showMainDlg(TRUE, FALSE), S_OK);
     postClick(stripWindow(), 10, 10);
     ::SendMessageW(sliderControl(), WM_KEYDOWN, VK_RIGHT, 0);
     EXPECT_EQ(m_plugin.count(instr::FocusItemId), 1);
@@ -127,7 +127,7 @@ TEST_F(MouseInUseTest, HoverStripCallsNoCardsWhileAPluginIsAtWork) {
 TEST_F(MouseInUseTest, StripIsPaintedWithoutAskingAPluginThatIsAtWork) {
     listFunction(L"CursorOverlay", {kSleepKey});
     brightnessCard();
-    theApp.showMainDlg(TRUE, FALSE);
+    EXPECT_EQ(theApp.showMainDlg(TRUE, FALSE), S_OK);
     ::UpdateWindow(stripWindow());
     const LONG before = m_plugin.count(instr::GetCurrentItemId);
     LONG inside = -1;

@@ -90,7 +90,7 @@ class StormTest : public testing::Test {
         }
         ::SendMessageW(m_hFrame, hbqNotifyMessage(), 0, 0);
         // Both strips have a picture then, whatever was painted last.
-        theApp.showMainDlg(TRUE, TRUE);
+        EXPECT_EQ(theApp.showMainDlg(TRUE, TRUE), S_OK);
         ::UpdateWindow(m_room.stripWindow());
         ::SendMessageW(m_hFrame, kMsgHideStrip, 1, 0);
         ::UpdateWindow(m_room.hoverWindow());
