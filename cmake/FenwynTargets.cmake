@@ -122,6 +122,10 @@ function(fenwyn_unit_test name)
     get_filename_component(folder "${file}" DIRECTORY)
     set_property(SOURCE "${ARG_RESOURCES}" APPEND PROPERTY
                  INCLUDE_DIRECTORIES "${folder}" "${CMAKE_SOURCE_DIR}/src/res")
+    # A changed text is compiled into the tests too.
+    file(GLOB texts CONFIGURE_DEPENDS "${folder}/*" "${folder}/strings/*" "${CMAKE_SOURCE_DIR}/src/res/strings/*")
+    list(FILTER texts INCLUDE REGEX "\\.(rc|h|ico|manifest)$")
+    set_property(SOURCE "${ARG_RESOURCES}" APPEND PROPERTY OBJECT_DEPENDS ${texts})
   endif()
   add_executable(${name} ${ARG_SOURCES} ${ARG_RESOURCES})
   fenwyn_warnings(${name})

@@ -328,6 +328,12 @@ void CZelMainApp::postToFrame(UINT message) const {
     ::PostMessageW(m_hFrameWnd, message, 0, 0);
 }
 
+void CZelMainApp::postLatch(bool bLatched) const {
+    if (const HWND strip = m_hStripWnd; strip != nullptr) {
+        ::PostMessageW(strip, kMsgLatch, bLatched ? 1 : 0, 0);
+    }
+}
+
 bool CZelMainApp::_screenSaverRunning() {
     BOOL running = FALSE;  // not every system writes it
     ::SystemParametersInfoW(SPI_GETSCREENSAVERRUNNING, 0, &running, 0);

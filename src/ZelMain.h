@@ -49,6 +49,8 @@ class CZelMainApp : public CWinApp {
     static void cancelScreenSaver();
     // Callable on any thread: ends message handling of the frame through WM_CLOSE, or asks it to reload.
     void postToFrame(UINT message) const;
+    // Tells the strip whether the modifier is latched. Any thread.
+    void postLatch(bool bLatched) const;
 
  protected:
     bool InitInstance() override;

@@ -61,6 +61,7 @@ void CDelivery::_deliverKeys() noexcept {
         const std::optional<Notification> next = m_queue.pop();
         if (const std::optional<bool> latch = m_queue.takeLatchChange()) {
             publishLatch(*latch);
+            _sendConfig(*latch ? ZEL_CONFIG_LATCHED : ZEL_CONFIG_UNLATCHED);
         }
         if (!next) {
             return;

@@ -82,6 +82,10 @@ void WINAPI CHotkeyEventHandler::_hotkeyNotify(DWORD code, DWORD modifier) noexc
 
 void WINAPI CHotkeyEventHandler::_changeConfigNotify(DWORD code) noexcept {
     LOG_ENTER_LEAVE();
+    if (code == ZEL_CONFIG_LATCHED || code == ZEL_CONFIG_UNLATCHED) {
+        theApp.postLatch(code == ZEL_CONFIG_LATCHED);
+        return;
+    }
     if (theApp.m_pMainWnd == nullptr) {
         LOG_ASSERT(L"NULL != theApp.m_pMainWnd");
         return;

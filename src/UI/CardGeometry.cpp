@@ -91,6 +91,14 @@ Card cardParts(const RECT& card, double ratio, bool bottom) {
     return parts;
 }
 
+RECT latchMark(const RECT& lastImage, double ratio) {
+    const int size = trunc(ratio * 16.0);
+    const int margin = trunc(ratio * 5.0);
+    const int right = lastImage.right - margin;
+    const int bottom = lastImage.bottom - margin;
+    return {right - size, bottom - size, right, bottom};
+}
+
 RECT largeCard(const RECT& cardOnScreen, double ratio, bool bottom) {
     const int x = cardOnScreen.left;
     const int y = bottom ? cardOnScreen.bottom - trunc(ratio * 300.0) : cardOnScreen.top;

@@ -49,6 +49,9 @@ struct Card {
 };
 [[nodiscard]] Card cardParts(const RECT& card, double ratio, bool bottom);
 
+// The mark of a latched modifier in the lower outer corner of the last card's picture, away from caption and glyph.
+[[nodiscard]] RECT latchMark(const RECT& lastImage, double ratio);
+
 // The enlarged card over its card, whose corners are in screen coordinates.
 [[nodiscard]] RECT largeCard(const RECT& cardOnScreen, double ratio, bool bottom);
 

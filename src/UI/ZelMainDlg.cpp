@@ -11,8 +11,11 @@
 #include "UI/CardsInUse.h"
 #include "ZelMain.h"
 #include "common/Handle.h"
+#include "common/PictureStore.h"
+#include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
+#include "res/Pictures.h"
 
 namespace {
 
@@ -32,6 +35,7 @@ const MessageMap& CZelMainDlg::messageMap() const {
         onMessage<&CZelMainDlg::OnHotkeyMessage>(kMsgHotkey),
         onMessage<&CZelMainDlg::OnCardsFree>(kMsgCardsFree),
         onMessage<&CZelMainDlg::OnPrintScreen>(kMsgPrintScreen),
+        onMessage<&CZelMainDlg::OnLatch>(kMsgLatch),
         onTimer<&CZelMainDlg::OnTimer>(),
         onFocus<&CZelMainDlg::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CZelMainDlg::OnKillFocus>(WM_KILLFOCUS),
@@ -227,6 +231,18 @@ HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
     for (const auto& card : m_vecCards) {
         static_cast<void>(card->drawText(graphics));
     }
+    if (m_bLatched && !m_vecCards.empty()) {
+        RETURN_IF_FAILED(_drawLatchMark(graphics));
+    }
+    return S_OK;
+}
+
+HRESULT CZelMainDlg::_drawLatchMark(Gdiplus::Graphics& graphics) {
+    if (m_pLatchMark == nullptr) {
+        RETURN_IF_FAILED(getImageFromRes(theApp.getPngDll(), kLatchMarkImageId, kPngResourceType, m_pLatchMark));
+    }
+    RETURN_IF_FAILED(drawStoredImage(graphics, *m_pLatchMark,
+                                     geometry::latchMark(m_vecCards.back()->imageRect(), m_placement.ratio)));
     return S_OK;
 }
 
@@ -286,6 +302,14 @@ HRESULT CZelMainDlg::_handlePostponed() {
 
 bool CZelMainDlg::_keyWaits() const {
     return std::any_of(m_postponed.begin(), m_postponed.end(), [](const Postponed& what) { return !what.bRebuild; });
+}
+
+LRESULT CZelMainDlg::OnLatch(WPARAM wParam, LPARAM /*lParam*/) {
+    m_bLatched = wParam != 0;
+    if (isVisible()) {
+        invalidate();
+    }
+    return 0;
 }
 
 LRESULT CZelMainDlg::OnPrintScreen(WPARAM /*wParam*/, LPARAM /*lParam*/) {

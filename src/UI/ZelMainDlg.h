@@ -76,6 +76,8 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     LRESULT OnHotkeyMessage(WPARAM wParam, LPARAM lParam);
     LRESULT OnCardsFree(WPARAM wParam, LPARAM lParam);
     LRESULT OnPrintScreen(WPARAM wParam, LPARAM lParam);
+    LRESULT OnLatch(WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] HRESULT _drawLatchMark(Gdiplus::Graphics& graphics);
     void OnPaint() override;
     void OnTimer(UINT_PTR uId);
     void OnShowWindow(bool bShow) override;
@@ -91,6 +93,8 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     std::vector<std::unique_ptr<CBlackCard>> m_vecCards;
     CCustomHotkey m_customHotkey;
     int m_nHoveredCard = -1;
+    bool m_bLatched = false;                       // the modifier is active without being held
+    std::unique_ptr<Gdiplus::Image> m_pLatchMark;  // loaded when it is shown first
     std::deque<Postponed> m_postponed;
     bool m_bPaintLater = false;  // painted during a plug-in call, with the existing pictures
 };

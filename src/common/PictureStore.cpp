@@ -107,6 +107,23 @@ void picturestore::keep(std::span<const std::byte> bytes, std::shared_ptr<Master
     dropUnused();
 }
 
+HRESULT drawStoredImage(Gdiplus::Graphics& graphics, Gdiplus::Image& image, const RECT& place) {
+    const auto* const stored = dynamic_cast<StoredImage*>(&image);
+    if (stored == nullptr) {
+        return E_FAIL;
+    }
+    const Picture& whole = stored->master().pixels();
+    const Picture& scaled = stored->master().scaled({0, 0, whole.width, whole.height},
+                                                    {place.right - place.left, place.bottom - place.top});
+    // GDI+ asks for bytes that it may write to; it only reads them.
+    Gdiplus::Bitmap bitmap(scaled.width, scaled.height, scaled.width * static_cast<INT>(sizeof(DWORD)),
+                           PixelFormat32bppPARGB, reinterpret_cast<BYTE*>(const_cast<DWORD*>(scaled.pixels.data())));
+    return graphics.DrawImage(&bitmap, static_cast<INT>(place.left), static_cast<INT>(place.top), scaled.width,
+                              scaled.height) == Gdiplus::Ok
+               ? S_OK
+               : E_FAIL;
+}
+
 Picture pixelsOf(Gdiplus::Image& image) {
     if (const auto* const stored = dynamic_cast<StoredImage*>(&image); stored != nullptr) {
         return stored->master().pixels();

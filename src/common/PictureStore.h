@@ -60,5 +60,9 @@ void keep(std::span<const std::byte> bytes, std::shared_ptr<MasterPicture> pMast
 
 }  // namespace picturestore
 
+// Draws a stored image at another size: reduced as all pictures are, and kept, so that the graphics itself scales
+// nothing. E_FAIL, unlogged: the image is none of the store, or the graphics fails.
+[[nodiscard]] HRESULT drawStoredImage(Gdiplus::Graphics& graphics, Gdiplus::Image& image, const RECT& place);
+
 // The pixels of any image; empty (0 x 0) if it was not decoded or there is no memory.
 [[nodiscard]] Picture pixelsOf(Gdiplus::Image& image);

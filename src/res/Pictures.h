@@ -4,6 +4,7 @@
 #include <windows.h>
 
 // PNG resources. The pictures of the functions are in Logic/FuncX/FunctionTables.h.
+inline constexpr WORD kLatchMarkImageId = 60;
 inline constexpr WORD kHoverBorderImageId = 131;
 inline constexpr UINT kConnectorPanelImageId = 296;
 inline constexpr UINT kConnectorAnalogImageId = 297;

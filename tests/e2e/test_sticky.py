@@ -1,10 +1,12 @@
 """A modifier that a tap latches, for people who cannot hold two keys."""
 import subprocess
+from math import trunc
 
 import pytest
-from harness import mouse, places
+from harness import geometry, mouse, places
 from harness.desktop import LIST
 from harness.keyboard import MODIFIER
+from harness.probe import Rect
 from harness.waiting import stays, wait_until
 from test_keys import expect_card, expect_selected, item_rects
 
@@ -166,6 +168,46 @@ def test_the_end_of_the_program_releases_the_latch(latching):
     expect_latch(program)
     program.end()
     assert not latched(program) and not utility(program)
+
+
+def latch_mark(program):
+    """The place of the mark: the lower right corner of the last card's picture."""
+    work, count = program.desktop.work_area(), 3
+    picture, scale = geometry.card_picture(work, count, count - 1), geometry.ratio(work, count)
+    size, margin = trunc(scale * 16.0), trunc(scale * 5.0)
+    return Rect(picture.right - margin - size, picture.bottom - margin - size, picture.right - margin,
+                picture.bottom - margin)
+
+
+def test_a_latched_modifier_is_told_from_a_held_one(latching):
+    program = latching
+    program.start()
+    mark = latch_mark(program)
+
+    def blue():
+        return program.desktop.screen.picture(mark).share_of(mark, lambda rgb: rgb[2] > 0x90 and rgb[2] > rgb[0] + 0x50)
+    program.hold()
+    program.expect_strip()
+    program.expect_strip_stays(True, 0.2)
+    assert blue() == 0, "a held modifier shows the mark"
+    # Another key in between, so that letting go latches nothing.
+    program.press("Zoom")
+    program.let_go()
+    program.expect_strip(shown=False)
+    tap(program)
+    expect_latch(program)
+    program.expect_strip()
+    wait_until(lambda: blue() > 0.1, "the latched modifier shows no mark")
+    program.desktop.screen.save(program.folder / "latched-strip.png")
+    tap(program)
+    expect_latch(program, False)
+    program.expect_strip(shown=False)
+    # Held once more: the mark is gone.
+    program.hold()
+    program.expect_strip()
+    program.expect_strip_stays(True, 0.2)
+    assert blue() == 0, "the mark stays after the latch"
+    program.let_go()
 
 
 def test_the_simulated_notebook_shows_the_latch(latching):

@@ -44,6 +44,36 @@ def test_named_files_exist():
     assert not broken, "\n" + "\n".join(broken)
 
 
+def listed_pictures():
+    done = subprocess.run([str(tree.ROOT / "tools" / "pictures"), "--list"], capture_output=True, text=True, check=True)
+    return done.stdout.split()
+
+
+def test_every_picture_of_the_list_exists_and_every_screen_and_card_is_in_the_list():
+    there = {name.removeprefix("docs/pictures/") for name in tree.files(".png") if name.startswith("docs/pictures/")}
+    comparisons = {name for name in there if name.startswith("looks/") or name.endswith("before-after.png")}
+    assert there - comparisons == set(listed_pictures())
+
+
+def chunks_of(data):
+    """(type, content) of each chunk of a PNG."""
+    at = 8
+    while at < len(data):
+        length = int.from_bytes(data[at:at + 4], "big")
+        yield data[at + 4:at + 8], data[at + 8:at + 8 + length]
+        at += 12 + length
+
+
+def frames_of(data):
+    return next((int.from_bytes(content[:4], "big") for kind, content in chunks_of(data) if kind == b"acTL"), 1)
+
+
+def test_the_animation_has_its_frames_and_is_small():
+    data = (tree.ROOT / "docs/pictures/hold-step-let-go.png").read_bytes()
+    assert frames_of(data) == 5
+    assert len(data) < 500_000
+
+
 def test_no_picture_is_empty():
     empty = [name for name in tree.files(".png") if name.startswith("docs/") and colours_of(name) < 64]
     assert not empty, empty

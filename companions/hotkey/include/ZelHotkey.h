@@ -44,8 +44,14 @@ extern "C" {
 #define ZEL_BREAK 1u
 
 /* Argument of the configuration callback. A receiver treats ZEL_CONFIG_CHANGED_ALT like ZEL_CONFIG_CHANGED and ignores
- * what it does not know. This library sends the first and the last. */
+ * what it does not know. This library sends all but ZEL_CONFIG_CHANGED_ALT.
+ *
+ * ZEL_CONFIG_LATCHED and ZEL_CONFIG_UNLATCHED are optional: a library whose modifier can be latched tells with them
+ * that it is active without being held, and that it no longer is. The program shows a mark on the strip meanwhile. A
+ * library that never sends them works as well; nothing else depends on them. */
 #define ZEL_CONFIG_CHANGED 8u
+#define ZEL_CONFIG_LATCHED 0x10u
+#define ZEL_CONFIG_UNLATCHED 0x11u
 #define ZEL_CONFIG_CHANGED_ALT 0x40000000u
 #define ZEL_CONFIG_END 0x80000000u
 

@@ -133,6 +133,15 @@ INSTANTIATE_TEST_SUITE_P(Codes, ConfigNotification,
                                          Notification{0x80000000U, WM_CLOSE}, Notification{0, 0}, Notification{9, 0},
                                          Notification{0x80000008U, 0}, Notification{0xFFFFFFFFU, 0}));
 
+TEST_F(HotkeyEvents, LatchIsPostedToTheStripAndNeedsNoFrame) {
+    HotkeyEventSeam::config(0x10);
+    HotkeyEventSeam::config(0x11);
+    EXPECT_EQ(waiting(stripWindow(), kMsgLatch).size(), 2U);
+    ZelMainSeam::stripWnd() = nullptr;
+    HotkeyEventSeam::config(0x10);
+    EXPECT_TRUE(errors().empty());
+}
+
 TEST_F(HotkeyEvents, ConfigurationChangeBeforeTheFrameIsAnAssertion) {
     HotkeyEventSeam::config(8);
     EXPECT_EQ(errors(), std::vector<std::wstring>{

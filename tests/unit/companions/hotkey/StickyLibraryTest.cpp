@@ -56,6 +56,16 @@ TEST_F(StickyLibrary, TapLatchesKeysWorkAndTheNextTapReleases) {
     EXPECT_TRUE(waitForLatch(0));
 }
 
+TEST_F(StickyLibrary, TellsThroughTheConfigurationCallbackWhatTheLatchIs) {
+    startAndEnable();
+    pressKey(VK_RCONTROL);
+    EXPECT_TRUE(waitUntil([this] { return m_record.configCount(ZEL_CONFIG_LATCHED) == 1; }));
+    EXPECT_EQ(m_record.configCount(ZEL_CONFIG_UNLATCHED), 0);
+    pressKey(VK_RCONTROL);
+    EXPECT_TRUE(waitUntil([this] { return m_record.configCount(ZEL_CONFIG_UNLATCHED) == 1; }));
+    EXPECT_EQ(m_record.configCount(ZEL_CONFIG_LATCHED), 1);
+}
+
 TEST_F(StickyLibrary, CancelMessageReleasesTheLatch) {
     startAndEnable();
     pressKey(VK_RCONTROL);
@@ -95,7 +105,7 @@ TEST_F(StickyLibrary, LatchIsNoChangeOfTheConfiguration) {
     pressKey(VK_RCONTROL);
     EXPECT_TRUE(waitForLatch(0));
     waitUntil([] { return false; }, 400);
-    EXPECT_EQ(m_record.configTotal(), 0);
+    EXPECT_EQ(m_record.configCount(ZEL_CONFIG_CHANGED), 0);
 }
 
 TEST_F(StickyLibrary, LatchIsNotTakenForALostKey) {

@@ -1,0 +1,261 @@
+// What can be checked of the looks by number, in every state, at every ratio, on every backdrop.
+#include <algorithm>
+#include <cmath>
+
+#include "Messages.h"
+#include "common/PictureStore.h"
+#include "looks/LooksFixture.h"
+
+namespace looks {
+namespace {
+
+class States : public LooksTest, public testing::WithParamInterface<double> {
+ protected:
+    [[nodiscard]] static double ratio() { return GetParam(); }
+};
+INSTANTIATE_TEST_SUITE_P(Ratios, States, testing::ValuesIn(kRatios));
+
+// How much lighter the lightest pixels of the area are than its middle ones: letters on their ground.
+double letterContrast(const Picture& seen, const RECT& area) {
+    std::vector<double> lights;
+    for (int y = std::max<int>(area.top, 0); y < std::min<int>(area.bottom, seen.height); ++y) {
+        for (int x = std::max<int>(area.left, 0); x < std::min<int>(area.right, seen.width); ++x) {
+            lights.push_back(luminance(seen.row(y)[x]));
+        }
+    }
+    if (lights.empty()) {
+        return 0.0;
+    }
+    std::sort(lights.begin(), lights.end());
+    return contrast(lights[lights.size() - 1 - lights.size() / 50], lights[lights.size() / 3]);
+}
+
+TEST_P(States, StripKeepsEveryCardsTextInItsOwnColumns) {
+    for (const bool bottom : {false, true}) {
+        showStrip(ratio(), bottom, {kMute, kPlans, kBrightness, kMute});
+        const Layer strip = stripLayer();
+        const RECT place = items::windowRect(m_room.stripWindow());
+        EXPECT_EQ(strip.place.x, place.left);
+        EXPECT_EQ(strip.place.y, place.top);
+        EXPECT_EQ(strip.picture.width, place.right - place.left);
+        EXPECT_EQ(strip.picture.height, place.bottom - place.top);
+        for (std::size_t i = 1; i < 4; ++i) {
+            const geometry::Card& parts = BlackCardSeam::parts(card(i));
+            for (int y = parts.desc.top; y < parts.desc.bottom; ++y) {
+                for (const int x : {static_cast<int>(parts.desc.left) - 1, static_cast<int>(parts.desc.left)}) {
+                    EXPECT_EQ(strip.picture.row(y)[x] >> 24U, 0U) << "card " << i << " at " << x << ", " << y;
+                }
+            }
+        }
+    }
+}
+
+TEST_P(States, CaptionsStandOutFromTheirCards) {
+    showStrip(ratio(), false, {kMute, kPlans, kBrightness});
+    const Picture strip = stripLayer().picture;
+    for (const Backdrop backdrop : kBackdrops) {
+        const Picture seen = onBackdrop(strip, backdrop);
+        for (std::size_t i = 0; i < 3; ++i) {
+            const double found = letterContrast(seen, BlackCardSeam::parts(card(i)).caption);
+            EXPECT_GE(found, 4.5) << "card " << i << " on " << nameOf(backdrop);
+        }
+    }
+}
+
+TEST_P(States, TextsOfTheEnlargedCardStandOutAndKeepInside) {
+    for (const bool bottom : {false, true}) {
+        CBlackCard& middle = openCard(ratio(), bottom, kMute);
+        CLargeCardDlg& enlarged = *BlackCardSeam::largeCard(middle);
+        const Layer layer = layerOf(LargeCardSeam::layered(enlarged)->m_hWnd);
+        const RECT place = items::windowRect(enlarged.m_hWnd);
+        ASSERT_EQ(layer.picture.width, place.right - place.left);
+        ASSERT_EQ(layer.picture.height, place.bottom - place.top);
+        const geometry::LargeCardTexts& texts = LargeCardSeam::rects(enlarged);
+        RECT status = texts.text;
+        status.bottom = status.top + static_cast<int>(16 * ratio());  // its first line
+        for (const Backdrop backdrop : kBackdrops) {
+            const Picture seen = onBackdrop(layer.picture, backdrop);
+            EXPECT_GE(letterContrast(seen, texts.caption), 4.5) << nameOf(backdrop);
+            EXPECT_GE(letterContrast(seen, texts.desc), 4.5) << nameOf(backdrop);
+            EXPECT_GE(letterContrast(seen, status), 4.5) << nameOf(backdrop);
+        }
+    }
+}
+
+// The lightest and the darkest pixel of an item's rim: the outer tenth of its radius, all around.
+struct Rim {
+    double lightest = 0.0;
+    double darkest = 1.0;
+    double ground = 0.0;     // the median of the backdrop right outside
+    double strongest = 1.0;  // contrast of the rim against that
+};
+Rim rimOf(const Layer& item, Backdrop backdrop) {
+    const int size = item.picture.width;
+    const Picture seen = onBackdrop(item.picture, backdrop);
+    const Picture ground = backdropPicture(backdrop, size, item.picture.height);
+    std::vector<double> lights;
+    std::vector<double> grounds;
+    for (int y = 0; y < item.picture.height; ++y) {
+        for (int x = 0; x < size; ++x) {
+            const double away = std::hypot(x + 0.5 - size / 2.0, y + 0.5 - size / 2.0) / (size / 2.0);
+            if (away <= 1.0 && away >= 0.82) {
+                lights.push_back(luminance(seen.row(y)[x]));
+                grounds.push_back(luminance(ground.row(y)[x]));
+            }
+        }
+    }
+    std::sort(lights.begin(), lights.end());
+    std::sort(grounds.begin(), grounds.end());
+    Rim rim;
+    rim.lightest = lights[lights.size() * 9 / 10];
+    rim.darkest = lights[lights.size() / 10];
+    rim.ground = grounds[grounds.size() / 2];
+    rim.strongest = std::max(contrast(rim.lightest, rim.ground), contrast(rim.darkest, rim.ground));
+    return rim;
+}
+
+TEST_P(States, ChosenItemIsSeenOnEveryBackdropAndDiffersFromTheOthers) {
+    CBlackCard& middle = openCard(ratio(), false, kMute);
+    const auto items = BlackCardSeam::items(middle);
+    ASSERT_EQ(items.size(), 2U);
+    auto& chosen = dynamic_cast<CCircleItemDlg&>(*items[static_cast<std::size_t>(BlackCardSeam::selected(middle))]);
+    auto& other = dynamic_cast<CCircleItemDlg&>(*items[static_cast<std::size_t>(1 - BlackCardSeam::selected(middle))]);
+    const Layer large = layerOf(CircleItemSeam::largeWnd(chosen));
+    ASSERT_EQ(large.picture.width, items[0]->width());
+    const Layer smallWnd = layerOf(CircleItemSeam::smallWnd(other));
+    Layer small = smallWnd;
+    // The small picture lies in a frame as large as the item, in its upper left corner.
+    const int inner = std::max(items[0]->width() - 22, 0);
+    small.picture = scalePicture(smallWnd.picture, {0, 0, inner, inner}, {inner, inner});
+    for (const Backdrop backdrop : kBackdrops) {
+        const Rim rim = rimOf(large, backdrop);
+        std::printf(
+            "ratio %.2f on %-5s chosen: light %.2f dark %.2f ground %.2f, rim to ground %.1f, light to dark %.1f",
+            ratio(), nameOf(backdrop), rim.lightest, rim.darkest, rim.ground, rim.strongest,
+            contrast(rim.lightest, rim.darkest));
+        EXPECT_GE(rim.strongest, 3.0) << nameOf(backdrop);
+        EXPECT_GE(contrast(rim.lightest, rim.darkest), 3.0) << nameOf(backdrop);
+        if (inner > 0) {
+            const Rim plain = rimOf(small, backdrop);
+            std::printf("; other: light %.2f dark %.2f, light to dark %.1f\n", plain.lightest, plain.darkest,
+                        contrast(plain.lightest, plain.darkest));
+        }
+    }
+}
+
+TEST_P(States, LatchedModifierShowsItsMarkAndNothingElseChanges) {
+    for (const bool bottom : {false, true}) {
+        showStrip(ratio(), bottom, {kMute, kPlans, kMute});
+        const Picture held = stripLayer().picture;
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 1, 0);
+        paintAll();
+        const Picture latched = stripLayer().picture;
+        const RECT place = geometry::latchMark(card(2).imageRect(), ratio());
+        int changed = 0;
+        for (int y = 0; y < held.height; ++y) {
+            for (int x = 0; x < held.width; ++x) {
+                if (held.row(y)[x] != latched.row(y)[x]) {
+                    ++changed;
+                    EXPECT_TRUE(::PtInRect(&place, {x, y})) << x << ", " << y;
+                }
+            }
+        }
+        const int size = place.right - place.left;
+        EXPECT_GE(changed, size * size / 4);
+        for (const Backdrop backdrop : kBackdrops) {
+            EXPECT_GE(letterContrast(onBackdrop(latched, backdrop), place), 3.0) << nameOf(backdrop);
+        }
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 0, 0);
+        paintAll();
+        EXPECT_EQ(stripLayer().picture.pixels, held.pixels) << "the mark goes with the latch";
+    }
+}
+
+TEST_P(States, NothingIsScaledWhenItIsPaintedAgain) {
+    showStrip(ratio(), false, {kMute, kPlans, kBrightness});
+    const auto scalings = [this] {
+        int count = 0;
+        for (std::size_t i = 0; i < 3; ++i) {
+            const auto* const stored = dynamic_cast<StoredImage*>(card(i).image());
+            EXPECT_NE(stored, nullptr);
+            count += stored != nullptr ? stored->master().scalings() : 0;
+        }
+        return count;
+    };
+    const int before = scalings();
+    for (int i = 0; i < 5; ++i) {
+        m_room.strip().invalidate();
+        paintAll();
+    }
+    EXPECT_EQ(scalings(), before);
+}
+
+TEST_P(States, SliderHasNoBlackEdgesAndShowsItsThumb) {
+    CBlackCard& middle = openCard(ratio(), false, kBrightness);
+    ASSERT_EQ(BlackCardSeam::items(middle).size(), 1U);
+    const HWND slider = BlackCardSeam::items(middle)[0]->windowHandle();
+    for (const Layer& layer : visibleLayers()) {
+        if (layer.window != slider) {
+            continue;
+        }
+        int thumb = 0;
+        for (int x = 0; x < layer.picture.width; ++x) {
+            for (const int y : {0, layer.picture.height - 1}) {
+                const bool corner = x < layer.picture.height / 4 || x >= layer.picture.width - layer.picture.height / 4;
+                EXPECT_TRUE(corner || luminance(layer.picture.row(y)[x]) > 0.15) << x << ", " << y;
+            }
+            // Beside the channel. The smallest thumb is all frame.
+            const DWORD pixel = layer.picture.row(layer.picture.height / 4)[x];
+            thumb += pixel == 0xFFFFFFFFU || pixel == 0xFF696969U ? 1 : 0;
+        }
+        EXPECT_GE(thumb, 2) << "no thumb";
+        return;
+    }
+    ADD_FAILURE() << "no slider";
+}
+
+// ---- pictures for people: tools/looks ----
+
+class Sheets : public LooksTest {};
+
+TEST_F(Sheets, Strip) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    Sheet sheet;
+    for (const double ratio : kRatios) {
+        showStrip(ratio, false, {kMute, kPlans, kBrightness});
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 1, 0);
+        paintAll();
+        for (const Backdrop backdrop : kBackdrops) {
+            sheet.add(shot(backdrop));
+        }
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 0, 0);
+        sheet.newRow();
+    }
+    EXPECT_TRUE(sheet.write("strip"));
+}
+
+TEST_F(Sheets, Cards) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    for (const Offer& offer : {kMute, kBrightness, kRadios}) {
+        Sheet sheet;
+        for (const double ratio : kRatios) {
+            openCard(ratio, false, offer);
+            for (const Backdrop backdrop : kBackdrops) {
+                sheet.add(shot(backdrop));
+            }
+            sheet.newRow();
+        }
+        std::string name;
+        for (const wchar_t* letter = offer.function; *letter != L'\0'; ++letter) {
+            name += static_cast<char>(*letter | 0x20);
+        }
+        EXPECT_TRUE(sheet.write("card-" + name));
+    }
+}
+
+}  // namespace
+}  // namespace looks
