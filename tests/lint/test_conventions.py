@@ -11,22 +11,22 @@ CODE = ("src/", "framework/", "companions/", "plugins/")
 
 # Private methods with names that the design gives them.
 DESIGN_METHODS = {
-    "CBlackCard": ["createLargeCardDlg", "setLargeCardDlgPos", "createItemDlgs", "setItemDlgPos", "clearItems",
-                   "handleHotkeyFirstTime", "refreshItemDlgs"],
+    "CBlackCard": ["clearItems", "createItemDlgs", "createLargeCardDlg", "handleHotkeyFirstTime", "refreshItemDlgs",
+                   "setItemDlgPos", "setLargeCardDlgPos"],
     "CCircleItemDlg": ["showFakeWnd"],
     "CErrorItemDlg": ["getErrStringRect"],
-    "CFxOutputItemDlg": ["showPreviewWnd"],
-    "CItemDescDlg": ["measureDescRect", "drawDescString"],
-    "CSliderItemDlg": ["updateBrightness", "updateStatus"],
-    "CZelMainDlg": ["createBlackCards", "initHotKeyDll", "calcRatioForPng", "setBlackCardsPos", "showBlackCards",
-                    "isHotkeyDesired", "showOnModifier"],
     "CFxOutput": ["getCircleItemRatio"],
     "CFxOutput_2": ["getItemCount", "getAvailableItems", "filterFavItems", "getDefaultItemName", "getImageIDInRes",
                     "showOutputConfDlg"],
+    "CFxOutputItemDlg": ["showPreviewWnd"],
     "CFxPowerPlan": ["addItem", "getPowerPlanItemName"],
     "CFxWireless": ["addItem", "addErrorItem"],
+    "CItemDescDlg": ["drawDescString", "measureDescRect"],
     "CLayeredWnd": ["drawImage", "updateLyrWnd"],
+    "CSliderItemDlg": ["updateBrightness", "updateStatus"],
     "CZelMainApp": ["checkMultiInstance", "createSysMsgHandlerFrame", "hideQrdWhenPrtsc", "installPrtscHook"],
+    "CZelMainDlg": ["calcRatioForPng", "createBlackCards", "initHotKeyDll", "isHotkeyDesired", "setBlackCardsPos",
+                    "showBlackCards", "showOnModifier"],
 }
 # And the one that is not private although it is named as if.
 DESIGN_UNDERSCORES = {"CZelConfig": ["_initQrdConfig"]}
