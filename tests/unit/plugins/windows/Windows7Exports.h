@@ -18,6 +18,8 @@ inline constexpr Windows7Row kWindows7Exports[] = {
      "RegCloseKey RegCopyTreeW RegCreateKeyExW RegDeleteTreeW RegOpenKeyExW RegSetKeyValueW"},
     {"advapi32.dll", "the privilege that SetSuspendState asks for",
      "AdjustTokenPrivileges LookupPrivilegeValueW OpenProcessToken"},
+    {"advapi32.dll", "the runtime of the compiler: a random number for the stack protector",
+     "CryptAcquireContextA CryptGenRandom CryptReleaseContext"},
     {"gdi32.dll", "the question's headline and colours",
      "CreateFontIndirectW DeleteObject GetObjectW SetBkColor SetTextColor"},
     {"gdi32.dll", "the resolution of the screen",
@@ -51,8 +53,8 @@ inline constexpr Windows7Row kWindows7Exports[] = {
      "VirtualQuery WaitForMultipleObjects WaitForSingleObject WideCharToMultiByte __C_specific_handler"},
     {"msvcrt.dll", "the runtime of the compiler: memory, texts, its own error messages",
      "___lc_codepage_func ___mb_cur_max_func __iob_func _amsg_exit _beginthreadex _close _endthreadex "
-     "_errno _initterm _lock _read _setjmp _strdup _ultoa _unlock abort calloc exit fprintf fputc fputwc "
-     "fputs free fwprintf fwrite localeconv longjmp malloc memchr memcmp memcpy memmove memset printf realloc "
+     "_errno _exit _initterm _lock _open _read _setjmp _strdup _ultoa _unlock _write abort calloc exit fprintf fputc "
+     "fputs fputwc free fwprintf fwrite localeconv longjmp malloc memchr memcmp memcpy memmove memset printf realloc "
      "signal strcmp strerror strlen strncmp vfprintf wcslen wcstol"},
     {"ole32.dll", "COM",
      "CoCreateInstance CoInitializeEx CoSetProxyBlanket CoUninitialize"},
