@@ -94,6 +94,7 @@ def keep(program):
         program.keyboard.press("k")
         return not question(program)
     wait_until(answered, "the question is answered")
+    program.desktop.focus(program.desktop.window)
 
 
 def relaid(program):

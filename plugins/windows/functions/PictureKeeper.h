@@ -20,7 +20,7 @@ struct PictureTools {
     std::shared_ptr<IDisplays> pDisplays;
     std::unique_ptr<IPictureQuestion> pQuestion;
     std::unique_ptr<ILastGood> pLastGood;
-    DWORD dwSettleMs = 3000;
+    DWORD dwSettleMs = 5000;
 };
 
 // An arrangement (FENWYN_MODE_...), or certain screens at certain places.

@@ -75,6 +75,7 @@ class CWindowsPictureQuestion final : public IPictureQuestion {
  private:
     bool _open(bool bQuestion) {
         _close();
+        _dropInput();
         m_bQuestion = bQuestion;
         m_bBattery = onBattery();
         m_ullEnd = ::GetTickCount64() + kQuestionMs;
@@ -104,6 +105,14 @@ class CWindowsPictureQuestion final : public IPictureQuestion {
         }
         m_hWnd.reset();
         m_hHeadlineFont.reset();
+    }
+
+    // Keys that were pressed for an earlier question must not answer the next one: the system keeps them for whichever
+    // window of the thread has the focus when they are fetched.
+    static void _dropInput() {
+        MSG message;
+        while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_INPUT) != FALSE) {
+        }
     }
 
     void _handleMessages() {

@@ -90,6 +90,29 @@ TEST_F(PictureQuestion, KeepIsReachedWithKeys) {
     presser.join();
 }
 
+// A key that is pressed twice answers one question only.
+TEST_F(PictureQuestion, KeysForAnEarlierQuestionDoNotAnswerTheNext) {
+    ASSERT_TRUE(m_pQuestion->ask());
+    for (int i = 0; i < 2; ++i) {
+        INPUT press[2]{};
+        for (INPUT& rInput : press) {
+            rInput.type = INPUT_KEYBOARD;
+            rInput.ki.wVk = 'K';
+        }
+        press[1].ki.dwFlags = KEYEVENTF_KEYUP;
+        ASSERT_EQ(::SendInput(2, press, sizeof(INPUT)), 2U);
+    }
+    ASSERT_EQ(m_pQuestion->wait(m_hWake.get()), Event::Keep);
+    ASSERT_TRUE(m_pQuestion->ask());
+    EXPECT_EQ(answerTo([this](HWND hWnd) {
+                  for (int i = 0; i < 20; ++i) {
+                      ::SendMessageW(hWnd, WM_NULL, 0, 0);
+                  }
+                  ::SetEvent(m_hWake.get());
+              }),
+              Event::Woken);
+}
+
 TEST_F(PictureQuestion, LostPowerAndTheEndOfTheSessionGoBack) {
     struct Row {
         UINT uMessage;
