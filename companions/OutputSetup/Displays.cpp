@@ -6,30 +6,12 @@
 namespace setup {
 namespace {
 
-struct TechnologyRow {
-    DWORD technology;
-    Connection connection;
-};
-
-// The words that the display preview of the strip looks for.
-constexpr Connection kBuiltIn{L"LCD", true};
-constexpr Connection kUnknownExternal{L"RGB", false};
-constexpr TechnologyRow kTechnologies[] = {
-    {static_cast<DWORD>(DISPLAYCONFIG_OUTPUT_TECHNOLOGY_INTERNAL), kBuiltIn},
-    {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_LVDS, kBuiltIn},
-    {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_DISPLAYPORT_EMBEDDED, kBuiltIn},
-    {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_UDI_EMBEDDED, kBuiltIn},
-    {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_HD15, {L"RGB", false}},
-    {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_DVI, {L"DVI", false}},
-    {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_HDMI, {L"HDMI", false}},
-    {DISPLAYCONFIG_OUTPUT_TECHNOLOGY_DISPLAYPORT_EXTERNAL, {L"DisplayPort", false}},
-};
-
 // The system's configuration data of one display.
 struct Target {
     std::wstring device;
     std::wstring name;
     DWORD technology;
+    std::wstring path;
 };
 
 template <typename Name>
@@ -49,7 +31,7 @@ Target targetOf(const DISPLAYCONFIG_PATH_INFO& path) {
     const auto target = deviceInfo<DISPLAYCONFIG_TARGET_DEVICE_NAME>(DISPLAYCONFIG_DEVICE_INFO_GET_TARGET_NAME,
                                                                      path.targetInfo.adapterId, path.targetInfo.id);
     return {source.viewGdiDeviceName, target.monitorFriendlyDeviceName,
-            static_cast<DWORD>(path.targetInfo.outputTechnology)};
+            static_cast<DWORD>(path.targetInfo.outputTechnology), target.monitorDevicePath};
 }
 
 // Empty if the system cannot tell, for instance because a display was added or removed meanwhile.
@@ -72,12 +54,12 @@ std::vector<Target> activeTargets() {
     return targets;
 }
 
-// The adapters' outputs on the desktop, each with its monitors.
+// The adapters' outputs on the desktop, or the monitors of an output. The DeviceID of a monitor is its path.
 std::vector<DISPLAY_DEVICEW> deviceList(const wchar_t* parent, DWORD wanted) {
     std::vector<DISPLAY_DEVICEW> devices;
     DISPLAY_DEVICEW device{};
     device.cb = sizeof(device);
-    for (DWORD i = 0; ::EnumDisplayDevicesW(parent, i, &device, 0) != FALSE; ++i) {
+    for (DWORD i = 0; ::EnumDisplayDevicesW(parent, i, &device, EDD_GET_DEVICE_INTERFACE_NAME) != FALSE; ++i) {
         if ((device.StateFlags & wanted) != 0 && (device.StateFlags & DISPLAY_DEVICE_MIRRORING_DRIVER) == 0) {
             devices.push_back(device);
         }
@@ -97,11 +79,13 @@ RECT placeOf(const wchar_t* device) {
 }
 
 // The n-th display of an output, combined from the two sources.
-void addDisplay(std::vector<Display>& displays, const std::wstring& device, const std::wstring& monitor,
+void addDisplay(std::vector<Display>& displays, const std::wstring& device, const DISPLAY_DEVICEW& monitor,
                 const Target* target) {
     Display display;
     display.device = device;
-    display.name = target != nullptr && !target->name.empty() ? target->name : monitor;
+    display.name = target != nullptr && !target->name.empty() ? target->name : monitor.DeviceString;
+    // Only a monitor has a path; an output may stand here for one that the system does not name.
+    display.path = target != nullptr ? target->path : device == monitor.DeviceName ? L"" : monitor.DeviceID;
     display.place = placeOf(device.c_str());
     const DWORD technology = target == nullptr ? kUnknownTechnology : target->technology;
     nameConnector(displays, display, connectionOf(technology, displays.empty()));
@@ -118,7 +102,7 @@ void addDisplays(std::vector<Display>& displays, const DISPLAY_DEVICEW& output, 
     }
     const std::size_t count = std::max<std::size_t>({monitors.size(), own.size(), 1});
     for (std::size_t i = 0; i < count; ++i) {
-        addDisplay(displays, output.DeviceName, i < monitors.size() ? monitors[i].DeviceString : output.DeviceString,
+        addDisplay(displays, output.DeviceName, i < monitors.size() ? monitors[i] : output,
                    i < own.size() ? own[i] : nullptr);
     }
 }
@@ -132,34 +116,6 @@ std::vector<Display> attachedDisplays() {
         addDisplays(displays, output, targets);
     }
     return displays;
-}
-
-Connection connectionOf(DWORD technology, bool first) {
-    for (const TechnologyRow& row : kTechnologies) {
-        if (row.technology == technology) {
-            return row.connection;
-        }
-    }
-    return first ? kBuiltIn : kUnknownExternal;
-}
-
-void nameConnector(std::span<const Display> displays, Display& display, Connection connection) {
-    const std::wstring word = connection.word;
-    const auto ofItsKind = std::count_if(displays.begin(), displays.end(),
-                                         [&](const Display& other) { return other.connector.starts_with(word); });
-    display.builtIn = connection.builtIn;
-    display.connector = connection.builtIn && ofItsKind == 0 ? word : word + L" " + std::to_wstring(ofItsKind + 1);
-}
-
-favourites::Favourite favouriteOf(std::wstring text, std::span<const Display> displays) {
-    favourites::Favourite favourite{std::move(text), arrangementOf(displays), {}};
-    ULONG index = 0;
-    for (const Display& display : displays) {
-        favourite.displays.push_back(favourites::displayRecord(
-            display.connector, index++, static_cast<ULONG>(display.place.right - display.place.left),
-            static_cast<ULONG>(display.place.bottom - display.place.top)));
-    }
-    return favourite;
 }
 
 std::wstring resolutionText(LONG width, LONG height) {

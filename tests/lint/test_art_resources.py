@@ -17,7 +17,7 @@ DEFINE = re.compile(r"^#define (\w+)\s+(\d+)\b", re.M)
 LANGUAGES = {language: int(number, 16) for language, number in re.findall(
     r"^#include <strings/(\w+)\.rc> +// (0x[0-9a-fA-F]+)$", (RES / "Languages.rc").read_text(encoding="utf-8"), re.M)}
 # Every program with texts: the folder of its resources.
-TEXT_FOLDERS = ["src/res", "companions/OutputSetup"]
+TEXT_FOLDERS = ["src/res", "companions/OutputSetup", "plugins/windows/question"]
 # Under a card 96 pixels wide a description fits on three lines at most.
 LONGEST_DESCRIPTION = 28
 # Texts that are the same in both languages; any other identical text was forgotten by a translator.
@@ -66,8 +66,9 @@ def program():
 @pytest.mark.parametrize("folder", TEXT_FOLDERS)
 def test_every_language_has_its_file_and_every_file_its_language(folder):
     assert sorted(path.stem for path in (ROOT / folder / "strings").glob("*.rc")) == sorted(LANGUAGES)
-    resources, = [path for path in (ROOT / folder).glob("*.rc") if "ICON" in path.read_text(encoding="utf-8")]
-    assert '#include "Languages.rc"' in resources.read_text(encoding="utf-8")
+    including = [path.name for path in (ROOT / folder).glob("*.rc")
+                 if '#include "Languages.rc"' in path.read_text(encoding="utf-8")]
+    assert len(including) == 1, including
 
 
 def test_text_numbers_are_unique():

@@ -38,7 +38,7 @@ PARTS = {
     "plugins/simulated": ["plugins/sdk", "companions/include", "companions/hotkey/include",
                           "companions/OutputSetup/include", "framework", "src/common"],
     "plugins/windows": ["plugins/sdk", "companions/include", "companions/keyboard", "companions/OutputSetup/include",
-                        "framework", "src/common"],
+                        "framework", "src/common", "src/res"],
     "settings": ["companions/include", "companions/hotkey/include", "framework", "src/common", "src/res"],
     "installer": ["companions/include", "src/res"],
 }

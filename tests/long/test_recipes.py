@@ -96,7 +96,7 @@ def add_setting():
 
 
 def add_language():
-    for folder in ("src/res/strings", "companions/OutputSetup/strings"):
+    for folder in ("src/res/strings", "companions/OutputSetup/strings", "plugins/windows/question/strings"):
         english = (COPY / folder / "en.rc").read_text(encoding="utf-8")
         french, count = re.subn(r"^LANGUAGE .*$", "LANGUAGE LANG_FRENCH, SUBLANG_FRENCH", english, flags=re.M)
         assert count == 1

@@ -15,10 +15,18 @@ inline constexpr std::size_t kMost = OUTPUT_SETUP_FAVOURITES;
 inline constexpr std::size_t kMostTextChars = OUTPUT_SETUP_FAVOURITE_TEXT_CHARS;
 inline constexpr std::size_t kMostDisplays = OUTPUT_SETUP_FAVOURITE_DISPLAYS;
 
+// Which monitor a record of a favourite is about, and where its upper left corner lies on the desktop.
+struct Position {
+    std::wstring path;  // of the monitor's device
+    POINT corner{};
+};
+
 struct Favourite {
     std::wstring text;
     LONG mode = FENWYN_MODE_INTERNAL;
     std::vector<FenwynDisplayRecord> displays;
+    // One for each record; empty where they were not kept, and then only the mode says what to set up.
+    std::vector<Position> positions{};
 };
 
 // The connector name is cut to fit.

@@ -37,12 +37,17 @@
  *   Text      REG_SZ      its name, at most OUTPUT_SETUP_FAVOURITE_TEXT_CHARS characters
  *   Mode      REG_DWORD   its arrangement, FENWYN_MODE_INTERNAL .. FENWYN_MODE_SEVERAL
  *   Displays  REG_BINARY  its FenwynDisplayRecords, one after the other
+ *   Monitors  REG_MULTI_SZ  the device path of each record's monitor, in their order: paths stay the same when the
+ *                         system starts anew, which the numbers of adapters and outputs do not. May be missing
+ *   Corners   REG_BINARY  the upper left corner of each, two signed 32-bit numbers of pixels. May be missing
  *
  * While the key does not exist, no favourite has ever been stored. OutputFavourites.h reads and writes them. */
 #define OUTPUT_SETUP_REG_FAVOURITES FENWYN_REG_PRODUCT L"\\Favourites"
 #define OUTPUT_SETUP_VALUE_TEXT L"Text"
 #define OUTPUT_SETUP_VALUE_MODE L"Mode"
 #define OUTPUT_SETUP_VALUE_DISPLAYS L"Displays"
+#define OUTPUT_SETUP_VALUE_MONITORS L"Monitors"
+#define OUTPUT_SETUP_VALUE_CORNERS L"Corners"
 #define OUTPUT_SETUP_FAVOURITES 32
 #define OUTPUT_SETUP_FAVOURITE_TEXT_CHARS 63
 #define OUTPUT_SETUP_FAVOURITE_DISPLAYS 8

@@ -40,6 +40,43 @@ void moveOldList() {
     }
 }
 
+// Texts as REG_MULTI_SZ keeps them: each ended by a zero, the list by one more.
+std::vector<wchar_t> joinedTexts(const std::vector<Position>& positions, std::size_t count) {
+    std::vector<wchar_t> joined;
+    for (std::size_t i = 0; i < count; ++i) {
+        joined.insert(joined.end(), positions[i].path.begin(), positions[i].path.end());
+        joined.push_back(L'\0');
+    }
+    joined.push_back(L'\0');
+    return joined;
+}
+
+// Empty unless there is a path and a corner for each of the displays.
+std::vector<Position> readPositions(HKEY parent, const wchar_t* key, std::size_t count) {
+    DWORD bytes = 0;
+    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MONITORS, RRF_RT_REG_MULTI_SZ, nullptr, nullptr, &bytes) !=
+        ERROR_SUCCESS) {
+        return {};
+    }
+    std::vector<wchar_t> paths(bytes / sizeof(wchar_t) + 2);
+    bytes = static_cast<DWORD>(paths.size() * sizeof(wchar_t));
+    std::vector<POINT> corners(count + 1);
+    auto cornerBytes = static_cast<DWORD>(corners.size() * sizeof(POINT));
+    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MONITORS, RRF_RT_REG_MULTI_SZ, nullptr, paths.data(), &bytes) !=
+            ERROR_SUCCESS ||
+        RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_CORNERS, RRF_RT_REG_BINARY, nullptr, corners.data(),
+                     &cornerBytes) != ERROR_SUCCESS ||
+        cornerBytes != count * sizeof(POINT)) {
+        return {};
+    }
+    std::vector<Position> positions;
+    for (const wchar_t* path = paths.data(); *path != L'\0' && positions.size() < count;
+         path += positions.back().path.size() + 1) {
+        positions.push_back({path, corners[positions.size()]});
+    }
+    return positions.size() == count ? positions : std::vector<Position>();
+}
+
 // False for a missing or invalid favourite; `favourite` is unchanged then.
 bool readOne(HKEY parent, const std::wstring& name, Favourite& favourite) {
     wchar_t text[kMostTextChars + 1];
@@ -61,8 +98,21 @@ bool readOne(HKEY parent, const std::wstring& name, Favourite& favourite) {
     for (FenwynDisplayRecord& record : records) {
         record.szConnector[FENWYN_CONNECTOR_CHARS - 1] = L'\0';
     }
-    favourite = {text, static_cast<LONG>(mode), std::move(records)};
+    favourite = {text, static_cast<LONG>(mode), std::move(records), {}};
+    favourite.positions = readPositions(parent, key, favourite.displays.size());
     return true;
+}
+
+LSTATUS writePositions(HKEY parent, const wchar_t* key, const std::vector<Position>& positions, std::size_t count) {
+    const std::vector<wchar_t> paths = joinedTexts(positions, count);
+    std::vector<POINT> corners(count);
+    std::transform(positions.begin(), positions.begin() + static_cast<std::ptrdiff_t>(count), corners.begin(),
+                   [](const Position& position) { return position.corner; });
+    const LSTATUS error = RegSetKeyValueW(parent, key, OUTPUT_SETUP_VALUE_MONITORS, REG_MULTI_SZ, paths.data(),
+                                          static_cast<DWORD>(paths.size() * sizeof(wchar_t)));
+    return error != ERROR_SUCCESS ? error
+                                  : RegSetKeyValueW(parent, key, OUTPUT_SETUP_VALUE_CORNERS, REG_BINARY, corners.data(),
+                                                    static_cast<DWORD>(count * sizeof(POINT)));
 }
 
 LSTATUS writeOne(HKEY parent, const std::wstring& name, const Favourite& favourite) {
@@ -78,6 +128,9 @@ LSTATUS writeOne(HKEY parent, const std::wstring& name, const Favourite& favouri
     if (error == ERROR_SUCCESS) {
         error = RegSetKeyValueW(parent, key, OUTPUT_SETUP_VALUE_DISPLAYS, REG_BINARY, favourite.displays.data(),
                                 static_cast<DWORD>(count * sizeof(FenwynDisplayRecord)));
+    }
+    if (error == ERROR_SUCCESS && favourite.positions.size() == favourite.displays.size()) {
+        error = writePositions(parent, key, favourite.positions, count);
     }
     return error;
 }

@@ -1,57 +1,11 @@
-// Exports of every function.
+// Exports of every function but the display output with favourites.
 #define FENWYN_PLUGIN
 #include "plugin/Exports.h"
-
-namespace win {
-
-namespace {
-
-// A plain pointer: if the process ends without FinalizeHotkeyDll, an owner would destroy the function under the
-// loader's lock, and the function would wait for a thread that needs the same lock to end.
-IFunction* g_pFunction = nullptr;
-std::wstring* g_pReason = nullptr;
-
-void forget() noexcept {
-    delete std::exchange(g_pFunction, nullptr);
-    delete std::exchange(g_pReason, nullptr);
-}
-
-LONG initialize() {
-    forget();
-    std::unique_ptr<IFunction> pFunction = makeFunction();
-    auto pReason = std::make_unique<std::wstring>(pFunction->initialize());
-    if (!pReason->empty()) {
-        g_pReason = pReason.release();
-        return kFailed;
-    }
-    g_pFunction = pFunction.release();
-    return FENWYN_OK;
-}
-
-}  // namespace
-
-IFunction* function() noexcept {
-    return g_pFunction;
-}
-
-}  // namespace win
 
 using namespace win;
 
 LONG WINAPI InitializeHotkeyDll(LONG /*lZero*/, ULONG* /*pReserved*/) {
-    try {
-        return initialize();
-    } catch (...) {
-        return kFailed;
-    }
-}
-
-LONG WINAPI GetUnsupportedReason(BSTR* pbstrText, ULONG* /*pReserved*/) {
-    if (pbstrText == nullptr || g_pReason == nullptr) {
-        return kFailed;
-    }
-    *pbstrText = SysAllocStringLen(g_pReason->c_str(), static_cast<UINT>(g_pReason->size()));
-    return *pbstrText != nullptr ? FENWYN_OK : kFailed;
+    return initialize();
 }
 
 LONG WINAPI GetDisplayItemInfo(ULONG* puInfo, ULONG* puInfo2, ULONG* /*pReserved*/) {
@@ -64,9 +18,4 @@ LONG WINAPI GetDisplayItemInfo(ULONG* puInfo, ULONG* puInfo2, ULONG* /*pReserved
         *puInfo2 = 0;
         return true;
     });
-}
-
-LONG WINAPI FinalizeHotkeyDll() {
-    forget();
-    return FENWYN_OK;
 }

@@ -10,7 +10,10 @@ namespace win {
 
 inline constexpr LONG kFailed = 1;
 
-// Null before InitializeHotkeyDll and after FinalizeHotkeyDll.
+// Makes the library's function. FENWYN_OK: the machine has it.
+[[nodiscard]] LONG initialize() noexcept;
+
+// Null before the initialisation and after FinalizeHotkeyDll.
 [[nodiscard]] IFunction* function() noexcept;
 
 // If there is a function, runs `body`, which returns whether it succeeded.

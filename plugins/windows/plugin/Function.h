@@ -7,10 +7,19 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "FenwynPlugin.h"
 
 namespace win {
+
+// An entry of the display output with favourites; FenwynPlugin.h says what the numbers mean.
+struct OutputEntry {
+    LONG lMode = 0;
+    ULONG uFlags = 0;
+    std::wstring text;  // of a custom entry
+    std::vector<FenwynDisplayRecord> records;
+};
 
 // All calls come on one thread, Fenwyn's user-interface thread, and none of them may take noticeably long. The
 // destructor ends every thread, hook and window; it returns within a second.
@@ -26,6 +35,11 @@ class IFunction {
     [[nodiscard]] virtual std::optional<LONG> currentItem() { return std::nullopt; }
     // SelectItem, and FocusItem of brightness. False: failed.
     [[nodiscard]] virtual bool select(LONG lItem) = 0;
+    // The entries of the display output with favourites, each number of an item being a place in it.
+    [[nodiscard]] virtual std::vector<OutputEntry> entries() { return {}; }
+    // Brings back a picture that can be seen. Comes on another thread, at any time between the initialisation and the
+    // destructor, and may take long.
+    [[nodiscard]] virtual bool bringPictureBack() { return false; }
     // The name of an item that has its own.
     [[nodiscard]] virtual std::optional<std::wstring> itemText(ULONG /*uItem*/) { return std::nullopt; }
 };

@@ -147,6 +147,18 @@ TEST(Favourite, CarriesOneRecordPerDisplay) {
     EXPECT_EQ(favourite.displays[1].uDisplayIndex, 1U);
     EXPECT_EQ(favourite.displays[1].uWidth, 2560U);
     EXPECT_EQ(favourite.displays[1].uHeight, 1440U);
+    EXPECT_TRUE(favourite.positions.empty()) << "these monitors have no paths";
+}
+
+TEST(Favourite, CarriesWhichMonitorsItMeansWhenAllHaveAPath) {
+    std::vector displays{own(kOwn), other({1920, 40, 4480, 1480})};
+    displays[0].path = L"a";
+    displays[1].path = L"b";
+    const favourites::Favourite favourite = setup::favouriteOf(L"Desk", displays);
+    ASSERT_EQ(favourite.positions.size(), 2U);
+    EXPECT_EQ(favourite.positions[1].path, L"b");
+    EXPECT_EQ(favourite.positions[1].corner.x, 1920);
+    EXPECT_EQ(favourite.positions[1].corner.y, 40);
 }
 
 TEST(Machine, ListsTheDisplaysOfThisComputer) {
@@ -154,6 +166,7 @@ TEST(Machine, ListsTheDisplaysOfThisComputer) {
     ASSERT_FALSE(displays.empty());
     EXPECT_FALSE(displays[0].name.empty());
     EXPECT_FALSE(displays[0].connector.empty());
+    EXPECT_TRUE(displays[0].path.starts_with(L"\\\\?\\DISPLAY#"));
     EXPECT_EQ(displays[0].place.right - displays[0].place.left, ::GetSystemMetrics(SM_CXSCREEN));
     EXPECT_EQ(displays[0].place.bottom - displays[0].place.top, ::GetSystemMetrics(SM_CYSCREEN));
 }

@@ -76,3 +76,32 @@ TEST_F(KeptFavourites, OldPlaceIsNotLookedAtOnceThereIsANewList) {
     EXPECT_EQ(storedNames(), Names{L"New"});
     EXPECT_TRUE(hasKey(OUTPUT_SETUP_REG_OLD_FAVOURITES));
 }
+
+TEST_F(KeptFavourites, KeepWhichMonitorIsMeantAndWhereItLies) {
+    favourites::Favourite desk{L"Desk", FENWYN_MODE_EXTEND_LEFT, {}, {}};
+    desk.displays = {favourites::displayRecord(L"LCD", 0, 800, 600),
+                     favourites::displayRecord(L"HDMI 1", 1, 1024, 768)};
+    desk.positions = {{L"\\\\?\\DISPLAY#A", {0, 0}}, {L"\\\\?\\DISPLAY#B", {-1024, 5}}};
+    ASSERT_EQ(favourites::store({desk}), ERROR_SUCCESS);
+    const std::vector<favourites::Favourite> kept = favourites::load();
+    ASSERT_EQ(kept.size(), 1U);
+    ASSERT_EQ(kept[0].positions.size(), 2U);
+    EXPECT_EQ(kept[0].positions[0].path, L"\\\\?\\DISPLAY#A");
+    EXPECT_EQ(kept[0].positions[1].path, L"\\\\?\\DISPLAY#B");
+    EXPECT_EQ(kept[0].positions[1].corner.x, -1024);
+    EXPECT_EQ(kept[0].positions[1].corner.y, 5);
+}
+
+// Favourites of earlier versions, and values that do not belong together.
+TEST_F(KeptFavourites, WithoutAMonitorForEachDisplayOnlyTheModeCounts) {
+    favourites::Favourite desk{L"Desk", FENWYN_MODE_CLONE, {favourites::displayRecord(L"LCD", 0, 800, 600)}, {}};
+    ASSERT_EQ(favourites::store({desk}), ERROR_SUCCESS);
+    EXPECT_TRUE(favourites::load()[0].positions.empty());
+    desk.positions = {{L"\\\\?\\DISPLAY#A", {0, 0}}};
+    ASSERT_EQ(favourites::store({desk}), ERROR_SUCCESS);
+    ASSERT_EQ(favourites::load()[0].positions.size(), 1U);
+    const LONG corners[4]{};
+    ::RegSetKeyValueW(HKEY_CURRENT_USER, OUTPUT_SETUP_REG_FAVOURITES L"\\0", OUTPUT_SETUP_VALUE_CORNERS, REG_BINARY,
+                      corners, sizeof corners);
+    EXPECT_TRUE(favourites::load()[0].positions.empty());
+}

@@ -43,6 +43,8 @@ constexpr Shipped kShipped[] = {
     {L"Touchpad", L"There is no precision touchpad.", false},
     {L"Wireless", L"There is no radio that the system lets programs switch.", false},
     {L"PowerPlan", L"There are not two power plans to choose between.", false},
+    {L"Output", L"There are not two screens or connectors for screens.", false},
+    {L"Output_2", L"There are not two screens or connectors for screens.", false},
 };
 // clang-format on
 
@@ -52,6 +54,21 @@ std::string narrow(const std::wstring& text) {
 
 std::wstring pathOf(const wchar_t* function) {
     return std::wstring(STAGE_DIR) + L"\\plugins\\Win" + function + L".dll";
+}
+
+void* WINAPI noMemory(LONG /*byteCount*/) {
+    return nullptr;
+}
+
+// By whichever of the two exports the library has.
+LONG initialized(const common::UniqueModule& rLibrary) {
+    const auto find = [&rLibrary](const char* name) {
+        return reinterpret_cast<void*>(::GetProcAddress(rLibrary.get(), name));
+    };
+    ULONG reserved = 0;
+    void* const favourites = find(FENWYN_FNF5_INITIALIZE);
+    return favourites != nullptr ? reinterpret_cast<FenwynFnF5InitializeHotkeyDll>(favourites)(0, &reserved, &noMemory)
+                                 : reinterpret_cast<FenwynInitializeHotkeyDll>(find(FENWYN_INITIALIZE))(0, &reserved);
 }
 
 class EachShippedPlugin : public testing::TestWithParam<Shipped> {};
@@ -93,13 +110,23 @@ TEST_P(EachShippedPlugin, SurvivesWrongUse) {
             EXPECT_NE(reinterpret_cast<FenwynSelectItem>(choose)(-5, nullptr), FENWYN_OK);
             EXPECT_NE(reinterpret_cast<FenwynSelectItem>(choose)(1000, nullptr), FENWYN_OK);
         }
+        if (void* const count = find(FENWYN_FNF5_GET_DISPLAY_ITEM_COUNT)) {
+            EXPECT_NE(reinterpret_cast<FenwynFnF5GetDisplayItemCount>(count)(nullptr, nullptr), FENWYN_OK);
+        }
+        if (void* const entry = find(FENWYN_FNF5_GET_DISPLAY_ITEM_INFO)) {
+            EXPECT_NE(reinterpret_cast<FenwynFnF5GetDisplayItemInfo>(entry)(0, nullptr, nullptr, nullptr, nullptr,
+                                                                            nullptr, nullptr),
+                      FENWYN_OK);
+        }
         EXPECT_NE(reinterpret_cast<FenwynGetUnsupportedReason>(find(FENWYN_GET_UNSUPPORTED_REASON))(nullptr, nullptr),
                   FENWYN_OK);
     };
     misuse();
-    if (void* const initialize = find(FENWYN_INITIALIZE)) {
-        reinterpret_cast<FenwynInitializeHotkeyDll>(initialize)(0, nullptr);
-        misuse();
+    initialized(hModule);
+    misuse();
+    if (void* const panic = find(FENWYN_FNF5_SET_CURRENT_FOR_PANIC);
+        panic != nullptr && initialized(hModule) != FENWYN_OK) {
+        EXPECT_NE(reinterpret_cast<FenwynFnF5SetCurrentForPanic>(panic)(), FENWYN_OK) << "there is nothing to set up";
     }
     const auto finalize = reinterpret_cast<FenwynFinalizeHotkeyDll>(find(FENWYN_FINALIZE));
     finalize();
@@ -114,8 +141,7 @@ TEST_P(EachShippedPlugin, EndsWithinASecondAndLeavesNothingBehind) {
         const auto find = [&hModule](const char* name) {
             return reinterpret_cast<void*>(::GetProcAddress(hModule.get(), name));
         };
-        ULONG reserved = 0;
-        reinterpret_cast<FenwynInitializeHotkeyDll>(find(FENWYN_INITIALIZE))(0, &reserved);
+        initialized(hModule);
         const ULONGLONG start = ::GetTickCount64();
         reinterpret_cast<FenwynFinalizeHotkeyDll>(find(FENWYN_FINALIZE))();
         EXPECT_LT(::GetTickCount64() - start, 1000U);

@@ -14,8 +14,14 @@ struct Windows7Row {
 inline constexpr Windows7Row kWindows7Exports[] = {
     {"advapi32.dll", "reading settings and policies",
      "RegGetValueW"},
+    {"advapi32.dll", "favourites, and the arrangement of the screens to which one can go back",
+     "RegCloseKey RegCopyTreeW RegCreateKeyExW RegDeleteTreeW RegOpenKeyExW RegSetKeyValueW"},
     {"advapi32.dll", "the privilege that SetSuspendState asks for",
      "AdjustTokenPrivileges LookupPrivilegeValueW OpenProcessToken"},
+    {"advapi32.dll", "the runtime of the compiler: a random number for the stack protector",
+     "CryptAcquireContextA CryptGenRandom CryptReleaseContext"},
+    {"gdi32.dll", "the question's headline and colours",
+     "CreateFontIndirectW DeleteObject GetObjectW SetBkColor SetTextColor"},
     {"gdi32.dll", "the resolution of the screen",
      "GetDeviceCaps"},
     {"kernel32.dll", "the state that reader and worker share",
@@ -24,6 +30,8 @@ inline constexpr Windows7Row kWindows7Exports[] = {
      "CreateEventW CreateThread FreeLibrary FreeLibraryAndExitThread GetModuleHandleExW ResetEvent"},
     {"kernel32.dll", "the word that the overlays of a session share",
      "CreateFileMappingW MapViewOfFile OpenProcess UnmapViewOfFile"},
+    {"kernel32.dll", "whether somebody is asking about the screens, and whether the power is lost",
+     "GetSystemPowerStatus OpenEventW"},
     {"kernel32.dll", "what PowerGetActiveScheme hands out",
      "LocalFree"},
     {"kernel32.dll", "the size of the display, scaled",
@@ -45,9 +53,9 @@ inline constexpr Windows7Row kWindows7Exports[] = {
      "VirtualQuery WaitForMultipleObjects WaitForSingleObject WideCharToMultiByte __C_specific_handler"},
     {"msvcrt.dll", "the runtime of the compiler: memory, texts, its own error messages",
      "___lc_codepage_func ___mb_cur_max_func __iob_func _amsg_exit _beginthreadex _close _endthreadex "
-     "_errno _initterm _lock _read _setjmp _strdup _ultoa _unlock abort calloc exit fprintf fputc "
-     "fputs free fwrite localeconv longjmp malloc memchr memcmp memcpy memmove memset printf realloc "
-     "signal strcmp strerror strlen strncmp vfprintf wcslen"},
+     "_errno _exit _initterm _lock _open _read _setjmp _strdup _ultoa _unlock _write abort calloc exit fprintf fputc "
+     "fputs fputwc free fwprintf fwrite localeconv longjmp malloc memchr memcmp memcpy memmove memset printf realloc "
+     "signal strcmp strerror strlen strncmp vfprintf wcslen wcstol"},
     {"ole32.dll", "COM",
      "CoCreateInstance CoInitializeEx CoSetProxyBlanket CoUninitialize"},
     {"oleaut32.dll", "texts that Fenwyn frees",
@@ -64,6 +72,14 @@ inline constexpr Windows7Row kWindows7Exports[] = {
     {"user32.dll", "windows that are never shown: they hear of log-off and lock, and take the command for the display",
      "CreateWindowExW DefWindowProcW DestroyWindow DispatchMessageW MsgWaitForMultipleObjects "
      "PeekMessageW RegisterClassW UnregisterClassW"},
+    {"user32.dll", "the screens by their older settings",
+     "ChangeDisplaySettingsExW EnumDisplayDevicesW EnumDisplaySettingsExW EqualRect GetSystemMetrics IsRectEmpty "
+     "OffsetRect"},
+    {"user32.dll", "the question about them",
+     "CreateDialogParamW FillRect GetDlgItem GetForegroundWindow GetMonitorInfoW GetSysColor GetSysColorBrush "
+     "GetWindowLongPtrW GetWindowRect InvalidateRect IsDialogMessageW LoadStringW MonitorFromPoint RegisterHotKey "
+     "SendDlgItemMessageW SendMessageW SetDlgItemTextW SetFocus SetForegroundWindow SetTimer SetWindowLongPtrW "
+     "SetWindowPos SetWindowTextW ShowWindow TranslateMessage UnregisterHotKey"},
     {"user32.dll", "locking",
      "LockWorkStation"},
     {"user32.dll", "the size of icons",
