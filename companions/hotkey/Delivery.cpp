@@ -62,6 +62,9 @@ void CDelivery::_deliverKeys() noexcept {
         if (const std::optional<bool> latch = m_queue.takeLatchChange()) {
             publishLatch(*latch);
         }
+        if (const std::optional<DWORD> why = m_queue.takeHookNews()) {
+            _sendConfig(*why);
+        }
         if (!next) {
             return;
         }
