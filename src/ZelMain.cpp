@@ -394,7 +394,7 @@ LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() noexcept {
 }
 
 void CZelMainApp::endSession() {
-    if (CardsInUse::any()) {
+    if (CCardsInUse::any()) {
         CHotkeyEventHandler::stopHotkeyEventLoop();
         m_pFrame->DestroyWindow();  // the message loop ends on that
     } else {

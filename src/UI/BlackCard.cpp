@@ -87,12 +87,12 @@ std::wstring CBlackCard::getDesc() const {
 }
 
 HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
-    const DescFormat format(m_placement.bottom ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
+    const CDescFormat format(m_placement.bottom ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
 
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(m_pParentWnd, graphics, font));
 
-    const CaptionFormat captionFormat(format.GetLineAlignment());
+    const CCaptionFormat captionFormat(format.GetLineAlignment());
     Gdiplus::RectF caption = toRectF(m_parts.caption);
     caption.Inflate(-static_cast<float>(m_placement.ratio * kCaptionMargin), 0.0F);
     m_captionText.draw(graphics, caption, getCaption().c_str(), *font, &captionFormat, 0.0, kWhite, kWhite);
@@ -187,7 +187,7 @@ bool CBlackCard::hasValidSelection() const {
 
 HRESULT CBlackCard::executeFunx(int nItem, LONG lParam, bool bHideAfter, HRESULT* pFunctionStatus) {
     LOG_ENTER_LEAVE();
-    const CardsInUse inUse;
+    const CCardsInUse inUse;
     if (nItem < 0) {
         const bool shown = m_pLargeCardDlg != nullptr && m_pLargeCardDlg->isVisible();
         return shown ? theApp.showMainDlg(FALSE, TRUE) : S_FALSE;

@@ -5,17 +5,17 @@
 #include "common/FrameBitmap.h"
 #include "common/Handle.h"
 
-class BufferedPaint {
+class CBufferedPaint {
  public:
     // Covers the client area. Draw onto get() or pixels(); the end of the scope shows the result.
-    BufferedPaint(HWND hWnd, const RECT& client)
+    CBufferedPaint(HWND hWnd, const RECT& client)
         : m_paint(hWnd),
           m_width(client.right - client.left),
           m_height(client.bottom - client.top),
           m_buffer(m_width, m_height) {}
-    ~BufferedPaint() { ::BitBlt(m_paint.get(), 0, 0, m_width, m_height, m_buffer.dc(), 0, 0, SRCCOPY); }
-    BufferedPaint(const BufferedPaint&) = delete;
-    BufferedPaint& operator=(const BufferedPaint&) = delete;
+    ~CBufferedPaint() { ::BitBlt(m_paint.get(), 0, 0, m_width, m_height, m_buffer.dc(), 0, 0, SRCCOPY); }
+    CBufferedPaint(const CBufferedPaint&) = delete;
+    CBufferedPaint& operator=(const CBufferedPaint&) = delete;
 
     [[nodiscard]] HDC get() const noexcept { return m_buffer.dc(); }
     [[nodiscard]] const FramePixels& pixels() const noexcept { return m_buffer.pixels(); }

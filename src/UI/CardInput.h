@@ -34,7 +34,7 @@ class CCardInput : public Window {
 
  protected:
     LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
-        return CardsInUse::any() && undoneWhileInUse(nMessage, wParam) ? 0
-                                                                       : Window::WindowProc(nMessage, wParam, lParam);
+        return CCardsInUse::any() && undoneWhileInUse(nMessage, wParam) ? 0
+                                                                        : Window::WindowProc(nMessage, wParam, lParam);
     }
 };

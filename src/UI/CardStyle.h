@@ -17,26 +17,26 @@ inline constexpr double kOutlineWidth = 3.0;   // pixels, of white text with a b
 }
 
 // A format for texts centred horizontally.
-class CentredFormat : public Gdiplus::StringFormat {
+class CCentredFormat : public Gdiplus::StringFormat {
  public:
-    explicit CentredFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) {
+    explicit CCentredFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) {
         SetAlignment(Gdiplus::StringAlignmentCenter);
         SetLineAlignment(line);
     }
 };
 
 // Centred, and cut with an ellipsis if the text does not fit.
-class DescFormat : public CentredFormat {
+class CDescFormat : public CCentredFormat {
  public:
-    explicit DescFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) : CentredFormat(line) {
+    explicit CDescFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) : CCentredFormat(line) {
         SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter);
     }
 };
 
 // The same in one line.
-class CaptionFormat : public DescFormat {
+class CCaptionFormat : public CDescFormat {
  public:
-    explicit CaptionFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) : DescFormat(line) {
+    explicit CCaptionFormat(Gdiplus::StringAlignment line = Gdiplus::StringAlignmentNear) : CDescFormat(line) {
         SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap);
     }
 };

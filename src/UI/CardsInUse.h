@@ -6,15 +6,15 @@
 // A plug-in may run a message loop of its own (a message box, a COM call, the shell), and anything may arrive in it:
 // the next key, or the order to rebuild all cards. Code that walks the cards or calls a plug-in holds one of these
 // objects; anything that would destroy cards or items waits until the last one is gone. User-interface thread only.
-class CardsInUse {
+class CCardsInUse {
  public:
-    CardsInUse() noexcept { ++s_depth; }
-    ~CardsInUse() {
+    CCardsInUse() noexcept { ++s_depth; }
+    ~CCardsInUse() {
         --s_depth;
         _postIfOver();
     }
-    CardsInUse(const CardsInUse&) = delete;
-    CardsInUse& operator=(const CardsInUse&) = delete;
+    CCardsInUse(const CCardsInUse&) = delete;
+    CCardsInUse& operator=(const CCardsInUse&) = delete;
 
     [[nodiscard]] static bool any() noexcept { return s_depth > 0; }
 

@@ -79,11 +79,11 @@ void CLargeCardDlg::OnKillFocus(HWND hNewWnd) {
 }
 
 HRESULT CLargeCardDlg::drawText(Gdiplus::Graphics& graphics) {
-    DescFormat format;
+    CDescFormat format;
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
 
-    const CaptionFormat captionFormat;
+    const CCaptionFormat captionFormat;
     m_captionText.draw(graphics, toRectF(m_rects.caption), m_strCaption.c_str(), *font, &captionFormat, 0.0, kWhite,
                        kWhite);
 

@@ -57,7 +57,7 @@ HRESULT CZelMainDlg::initialize() {
 
 HRESULT CZelMainDlg::createBlackCards() {
     LOG_ENTER_LEAVE();
-    const CardsInUse inUse;
+    const CCardsInUse inUse;
     // Removed from the list first: code that is called when a card ends must not find half-destroyed neighbours.
     std::exchange(m_vecCards, {}).clear();
     m_nHoveredCard = -1;
@@ -124,7 +124,7 @@ bool CZelMainDlg::OnInitDialog() {
     static_cast<void>(setBlackCardsPos());
     if (!m_postponed.empty()) {
         // An order to rebuild the cards that arrived during the first build, before there was a window.
-        CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+        CCardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
     }
     return true;
 }
@@ -179,12 +179,12 @@ void CZelMainDlg::OnPaint() {
 // Asks the plug-ins whether their states changed before the pictures are collected, because one of them may let the
 // strip be painted in between. During a plug-in call none is asked; the strip is painted again afterwards.
 void CZelMainDlg::_refreshImages() {
-    if (CardsInUse::any()) {
+    if (CCardsInUse::any()) {
         m_bPaintLater = true;
-        CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+        CCardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
         return;
     }
-    const CardsInUse inUse;
+    const CCardsInUse inUse;
     for (const auto& card : m_vecCards) {
         static_cast<void>(card->getImage());
     }
@@ -207,7 +207,7 @@ HRESULT CZelMainDlg::showBlackCards() {
     LOG_TRACE(L"The mouse is %s operating.", theApp.mouseOperating() ? L"" : L"not");
 
     _refreshImages();
-    const CardsInUse inUse;
+    const CCardsInUse inUse;
     std::vector<Gdiplus::Image*> images;
     std::vector<DWORD> opacities;
     std::vector<const RECT*> places;
@@ -235,7 +235,7 @@ LRESULT CZelMainDlg::OnHotkeyMessage(WPARAM wParam, LPARAM lParam) {
     // Whatever happens with the event: the watched key is no longer held, or no longer alone.
     ::KillTimer(m_hWnd, kTimerPanic);
     const Postponed event{false, static_cast<DWORD>(wParam), static_cast<BOOL>(lParam)};
-    if (CardsInUse::any()) {
+    if (CCardsInUse::any()) {
         _postpone(event);
         return S_FALSE;
     }
@@ -251,11 +251,11 @@ void CZelMainDlg::_postpone(const Postponed& what) {
         LOG_INFO(L"The cards are in use: hotkey 0x%x waits.", static_cast<unsigned>(what.dwHotkey));
     }
     m_postponed.push_back(what);
-    CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+    CCardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
 }
 
 bool CZelMainDlg::postponeRebuild() {
-    if (!CardsInUse::any()) {
+    if (!CCardsInUse::any()) {
         return false;
     }
     _postpone({true, 0, FALSE});
@@ -274,8 +274,8 @@ LRESULT CZelMainDlg::OnCardsFree(WPARAM /*wParam*/, LPARAM /*lParam*/) {
 HRESULT CZelMainDlg::_handlePostponed() {
     HRESULT status = S_FALSE;
     for (std::size_t count = m_postponed.size(); count > 0 && !m_postponed.empty(); --count) {
-        if (CardsInUse::any()) {  // a plug-in's message loop took the message
-            CardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
+        if (CCardsInUse::any()) {  // a plug-in's message loop took the message
+            CCardsInUse::postWhenOver(m_hWnd, kMsgCardsFree);
             break;
         }
         const Postponed next = m_postponed.front();
@@ -295,7 +295,7 @@ LRESULT CZelMainDlg::OnPrintScreen(WPARAM /*wParam*/, LPARAM /*lParam*/) {
 
 HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
     LOG_ENTER_LEAVE();
-    const CardsInUse inUse;
+    const CCardsInUse inUse;
     ::KillTimer(m_hWnd, kTimerPanic);
     if (CZelConfig::getQrdConfig().bProgrammable && m_customHotkey.isHotkeyCustomized(dwHotkey)) {
         return bBreak ? S_FALSE : m_customHotkey.handleHotkey(dwHotkey);
@@ -386,7 +386,7 @@ void CZelMainDlg::_autoHide(BOOL bBreak) {
 void CZelMainDlg::OnTimer(UINT_PTR uId) {
     LOG_ENTER_LEAVE();
     if (uId == kTimerAutoHide) {
-        const CardsInUse inUse;
+        const CCardsInUse inUse;
         ::KillTimer(m_hWnd, uId);
         for (const auto& card : m_vecCards) {
             static_cast<void>(card->executeSelection());
@@ -451,7 +451,7 @@ LRESULT CZelMainDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
 
 void CZelMainDlg::OnLButtonDown(POINT point) {
     LOG_ENTER_LEAVE();
-    const CardsInUse inUse;
+    const CCardsInUse inUse;
     show(false);
     ::KillTimer(m_hWnd, kTimerLaunchHide);
     for (const auto& card : m_vecCards) {

@@ -47,8 +47,8 @@ HRESULT CCircleItemDlg::initialize() {
             getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_uLargeImageId), kPngResourceType, m_pImageLarge);
     }
     if (FAILED(status)) {
-        const HRESULT lastError = common::statusFromLastError();
-        status = FAILED(lastError) ? lastError : status;
+        const HRESULT systemStatus = common::statusFromLastError();
+        status = FAILED(systemStatus) ? systemStatus : status;
         LOG_STATUS(status);
         m_pImageSmall.reset();
         m_pImageLarge.reset();

@@ -37,7 +37,7 @@ HRESULT CErrorItemDlg::getErrStringRect() {
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
 
-    const CentredFormat format;
+    const CCentredFormat format;
     const Gdiplus::RectF layout(0.0F, 0.0F, static_cast<float>(placement().ratio) * kTextWidth, 0.0F);
     if (graphics.MeasureString(m_strError.c_str(), -1, font.get(), layout, &format, &m_textRect) != Gdiplus::Ok) {
         RETURN_LOGGED(E_FAIL);
@@ -65,7 +65,7 @@ void CErrorItemDlg::OnPaint() {
 HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
-    const CentredFormat format;
+    const CCentredFormat format;
     m_errorText.draw(graphics, toRectF(clientRect()), m_strError.c_str(), *font, &format, kOutlineWidth, kWhite,
                      kBlack);
     return S_OK;

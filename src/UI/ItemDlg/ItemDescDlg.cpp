@@ -47,7 +47,7 @@ HRESULT CItemDescDlg::measureDescRect(Gdiplus::RectF& outRect) const {
     Gdiplus::Graphics graphics(dc.get());
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
-    const DescFormat format;
+    const CDescFormat format;
     if (graphics.MeasureString(m_strDesc.c_str(), -1, font.get(), toRectF(clientRect()), &format, &outRect) !=
         Gdiplus::Ok) {
         RETURN_LOGGED(E_FAIL);
@@ -61,14 +61,14 @@ HRESULT CItemDescDlg::drawDescString(HDC hDc) const {
     layout.top += 1;
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
-    const DescFormat format;
+    const CDescFormat format;
     OutlineText().draw(graphics, toRectF(layout), m_strDesc.c_str(), *font, &format, 0.0, kBlack, kBlack);
     return S_OK;
 }
 
 void CItemDescDlg::OnPaint() {
     const RECT box = clientRect();
-    const BufferedPaint paint(m_hWnd, box);
+    const CBufferedPaint paint(m_hWnd, box);
     const common::UniqueBrush face(::CreateSolidBrush(kBoxFace));
     const common::UniqueBrush frame(::CreateSolidBrush(kBoxFrame));
     ::FillRect(paint.get(), &box, face.get());

@@ -112,7 +112,7 @@ HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect, const Placement& pla
 
 void COutputPreviewWnd::OnPaint() {
     const RECT client = clientRect();
-    const BufferedPaint paint(m_hWnd, client);
+    const CBufferedPaint paint(m_hWnd, client);
     Gdiplus::Graphics graphics(paint.get());
     graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
     const Gdiplus::SolidBrush face(Gdiplus::Color{kFace});

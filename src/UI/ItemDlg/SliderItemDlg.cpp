@@ -200,7 +200,7 @@ HRESULT CSliderItemDlg::_applyLevel(LONG lLevel) {
 }
 
 LRESULT CSliderItemDlg::OnHScroll(WPARAM wParam, LPARAM /*lParam*/) {
-    const CardsInUse inUse;  // the slider is handling its own message
+    const CCardsInUse inUse;  // the slider is handling its own message
     Default();
     // The end of a movement is no movement: every level reaches the plug-in once. A thumb position that ends no drag
     // comes from the mouse wheel.

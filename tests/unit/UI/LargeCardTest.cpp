@@ -248,7 +248,7 @@ TEST_P(LargeCardTexts, DescriptionsOfAllFunctionsKeepOffThePicture) {
     Gdiplus::Graphics graphics(canvas.dc());
     std::unique_ptr<Gdiplus::Font> font;
     ASSERT_EQ(getNormalDPIWndFont(m_pCard.get(), graphics, font), S_OK);
-    const CentredFormat format;
+    const CCentredFormat format;
     const auto height = [&](const std::wstring& text) {
         const Gdiplus::RectF place = toRectF(LargeCardSeam::rects(*m_pCard).desc);
         const Gdiplus::RectF layout(0.0F, 0.0F, place.Width, 0.0F);

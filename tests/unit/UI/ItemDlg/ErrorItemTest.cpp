@@ -33,7 +33,7 @@ class ErrorItem : public ItemTest {
         std::unique_ptr<Gdiplus::Font> font;
         EXPECT_EQ(getNormalDPIWndFont(m_pItem.get(), graphics, font), S_OK);
         const Gdiplus::RectF layout(0.0F, 0.0F, static_cast<float>(theApp.getPngRatio() * 288.0), 0.0F);
-        const CentredFormat format;
+        const CCentredFormat format;
         Gdiplus::RectF result;
         graphics.MeasureString(text, -1, font.get(), layout, &format, &result);
         return result;
