@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Data/ZelConfig.h"
+#include "Logic/FullScreen.h"
 #include "Logic/HbqNotify.h"
 #include "Logic/HotkeyEventHandler.h"
 #include "Logic/SysMsgHandlerFrame.h"
@@ -245,6 +246,14 @@ BOOL& CZelMainApp::mouseOperating() {
     return m_bMouseOperating;
 }
 
+bool CZelMainApp::cardsStayHidden() {
+    if (!CZelConfig::getQrdConfig().bHideInFullScreen || !fullScreenProgramRuns()) {
+        return false;
+    }
+    LOG_INFO(L"A full-screen program runs: the cards stay hidden.");
+    return true;
+}
+
 HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
     LOG_ENTER_LEAVE();
     if (m_pZelMainDlg == nullptr || !m_pZelMainDlg->isWindow() || m_pZelHideDlg == nullptr ||
@@ -252,6 +261,9 @@ HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
         RETURN_LOGGED(E_FAIL);
     }
     if (bShow) {
+        if (cardsStayHidden()) {
+            return S_FALSE;
+        }
         renewPlacement();
         m_pZelHideDlg->show(false);
         m_pZelMainDlg->show(true);

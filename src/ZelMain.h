@@ -32,6 +32,9 @@ class CZelMainApp : public CWinApp {
     // Whether the user is operating the cards with the mouse. Logged at trace level.
     [[nodiscard]] BOOL& mouseOperating();
 
+    // Whether no cards may be shown now, because a full-screen program runs. Keys work all the same.
+    [[nodiscard]] static bool cardsStayHidden();
+
     // Switches between the card strip and the hover strip. E_FAIL while either is missing.
     [[nodiscard]] HRESULT showMainDlg(BOOL bShow, BOOL bCancelSticky);
     // A second start while "ShowQrdAtLaunch" is set: shows the strip for five seconds, or hides it if it is visible.

@@ -63,6 +63,9 @@ void CDelivery::_deliverKeys() noexcept {
             publishLatch(*latch);
             _sendConfig(*latch ? ZEL_CONFIG_LATCHED : ZEL_CONFIG_UNLATCHED);
         }
+        if (const std::optional<DWORD> why = m_queue.takeHookNews()) {
+            _sendConfig(*why);
+        }
         if (!next) {
             return;
         }

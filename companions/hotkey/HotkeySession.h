@@ -20,7 +20,10 @@ class CHotkeySession : public std::enable_shared_from_this<CHotkeySession> {
 
     // Once. After a failure nothing keeps running. Throws std::bad_alloc.
     [[nodiscard]] HRESULT start();
-    void enable() noexcept { m_watcher.enable(); }
+    void enable() noexcept {
+        m_watcher.enable();
+        m_hook.wake();
+    }
     // HRESULT_FROM_WIN32(ERROR_TIMEOUT) if a thread still runs after a second.
     [[nodiscard]] HRESULT stop() noexcept;
     // True on the thread that calls back.

@@ -1,5 +1,6 @@
 #include "HotkeySettings.h"
 
+#include <algorithm>
 #include <string>
 
 #include "FunctionListRoot.h"
@@ -13,7 +14,15 @@ namespace {
 // A list with more functions than a keyboard has keys is a mistake, and must not take much time.
 constexpr unsigned kMaxFunctions = keyboard::kKeySlots;
 
-void addCodesOf(HKEY hotkeyKey, const std::wstring& function, keyboard::KeySet& listed) {
+// More than a minute is a mistake.
+constexpr DWORD kLongestReleaseDelay = 60000;
+
+void addCode(DWORD code, TrackerSettings& settings) {
+    const bool bAlone = (code & ZEL_CODE_ALONE) != 0;
+    (bAlone ? settings.alone : settings.listed).set(keyboard::slotOfCode(code & ~ZEL_CODE_ALONE));
+}
+
+void addCodesOf(HKEY hotkeyKey, const std::wstring& function, TrackerSettings& settings) {
     const common::UniqueRegKey key = openKey(hotkeyKey, function.c_str());
     if (!key || !readBytes(key.get(), ZEL_VALUE_FUNC_DLL)) {
         return;
@@ -23,12 +32,11 @@ void addCodesOf(HKEY hotkeyKey, const std::wstring& function, keyboard::KeySet& 
         return;
     }
     for (const DWORD code : *codes) {
-        listed.set(keyboard::slotOfCode(code));
+        addCode(code, settings);
     }
 }
 
-keyboard::KeySet readListed(HKEY hotkeyKey) {
-    keyboard::KeySet listed;
+void readListed(HKEY hotkeyKey, TrackerSettings& settings) {
     const std::wstring list = readText(hotkeyKey, ZEL_VALUE_FUNC_LIST).value_or(std::wstring());
     std::size_t start = 0;
     for (unsigned n = 0; n < kMaxFunctions; ++n) {
@@ -36,11 +44,20 @@ keyboard::KeySet readListed(HKEY hotkeyKey) {
         if (end == std::wstring::npos) {
             break;
         }
-        addCodesOf(hotkeyKey, list.substr(start, end - start), listed);
+        addCodesOf(hotkeyKey, list.substr(start, end - start), settings);
         start = end + 1;
     }
-    listed.reset(0);  // codes that no key can send, and the modifier itself, are never swallowed
-    return listed;
+    settings.listed.reset(0);  // codes that no key can send, and the modifier itself, are never swallowed
+    settings.alone.reset(0);
+}
+
+// As the program reads it: the user's key, where there is one, hides the machine's.
+bool isDisabled() {
+    common::UniqueRegKey key = openKey(HKEY_CURRENT_USER, ZEL_REG_CONFIG);
+    if (!key) {
+        key = openKey(HKEY_LOCAL_MACHINE, ZEL_REG_CONFIG);
+    }
+    return key && readNumber(key.get(), ZEL_VALUE_DISABLE, 0) != 0;
 }
 
 }  // namespace
@@ -53,7 +70,12 @@ TrackerSettings readTrackerSettings() {
     }
     settings.modifierKey = zelModifierKey(readNumber(key.get(), ZEL_VALUE_MODIFIER_KEY, 0));
     settings.sticky = readNumber(key.get(), ZEL_VALUE_STICKY_MODIFIER, 0) != 0;
-    settings.listed = readListed(key.get());
+    settings.releaseDelay =
+        std::min(readNumber(key.get(), ZEL_VALUE_RELEASE_DELAY, settings.releaseDelay), kLongestReleaseDelay);
+    readListed(key.get(), settings);
+    if (isDisabled()) {
+        settings.alone.reset();  // keys that mean something by themselves go on meaning it
+    }
     return settings;
 }
 

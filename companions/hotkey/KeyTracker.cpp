@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ModifierUse.h"
+#include "include/ZelHotkey.h"
 #include "keyboard/OwnInput.h"
 
 namespace hotkey {
@@ -101,7 +102,8 @@ void CKeyTracker::_modifierDown(DWORD time) noexcept {
     }
     m_bTapAlone = !m_bActive;
     if (!m_bActive) {
-        m_bActive = m_sink.make(0);
+        _deactivate();  // what a key without the modifier has chosen
+        m_bActive = m_sink.make(ZEL_CODE_MODIFIER);
     }
 }
 
@@ -115,20 +117,42 @@ void CKeyTracker::_modifierUp() noexcept {
     _deactivate();
 }
 
+std::size_t CKeyTracker::_namedSlot(const keyboard::KeyEvent& event) const noexcept {
+    const std::size_t byVirtualKey = keyboard::slotOfVirtualKey(event.virtualKey);
+    const bool bNamed = m_settings.listed.test(event.slot) || m_settings.alone.test(event.slot);
+    const bool bNamedSo = m_settings.listed.test(byVirtualKey) || m_settings.alone.test(byVirtualKey);
+    return !bNamed && bNamedSo ? byVirtualKey : event.slot;
+}
+
 void CKeyTracker::_press(Key& key, const keyboard::KeyEvent& event) noexcept {
     ++m_nDown;
-    key = Key{State::Alone, false, event.virtualKey, event.time, ++m_nPresses};
+    const std::size_t named = _namedSlot(event);
+    key = Key{State::Alone, false, event.virtualKey, event.time, ++m_nPresses, keyboard::codeOfSlot(named)};
+    const bool bAlone = m_settings.alone.test(named);
+    const bool bListed = m_settings.listed.test(named);
+    if (bAlone && !bListed) {
+        key.code |= ZEL_CODE_ALONE;  // its card comes with the modifier as well
+    }
     if (!m_bActive) {
+        if (bAlone && m_bEnabled) {
+            _pressAlone(key);
+        }
         return;
     }
     m_bTapAlone = false;
-    const bool bReported = m_sink.make(keyboard::codeOfSlot(event.slot));
-    if (m_settings.listed.test(event.slot)) {
+    const bool bReported = m_sink.make(key.code);
+    if (bListed || bAlone) {
         key.state = bReported ? State::Swallowed : State::Muted;
         _mask();
     } else if (bReported) {
         key.state = State::Reported;
     }
+}
+
+void CKeyTracker::_pressAlone(Key& key) noexcept {
+    key.code |= ZEL_CODE_ALONE;
+    m_bAlone = m_bAlone || m_sink.promiseBreak();
+    key.state = m_bAlone && m_sink.make(key.code) ? State::Swallowed : State::Muted;
 }
 
 void CKeyTracker::_release(std::size_t slot) noexcept {
@@ -137,25 +161,39 @@ void CKeyTracker::_release(std::size_t slot) noexcept {
         return;
     }
     if (key.state == State::Reported || key.state == State::Swallowed) {
-        m_sink.breakOf(keyboard::codeOfSlot(slot));
+        m_sink.breakOf(key.code);
     }
     key = Key{};
     --m_nDown;
 }
 
 void CKeyTracker::_deactivate() noexcept {
-    if (!m_bActive) {
+    if (!m_bActive && !m_bAlone) {
         return;
     }
     for (std::size_t slot = _oldestDue(); slot != 0; slot = _oldestDue()) {
         Key& key = m_keys[slot];
-        m_sink.breakOf(keyboard::codeOfSlot(slot));
+        m_sink.breakOf(key.code);
         key.state = key.state == State::Swallowed ? State::Muted : State::Alone;
     }
     m_bActive = false;
+    m_bAlone = false;
     m_bTapAlone = false;
     _setLatched(false);
-    m_sink.breakOf(0);
+    m_sink.breakOf(ZEL_CODE_MODIFIER);
+}
+
+CKeyTracker::Alone CKeyTracker::alone() const noexcept {
+    if (!m_bAlone) {
+        return Alone::None;
+    }
+    return _oldestDue() != 0 ? Alone::Held : Alone::Released;
+}
+
+void CKeyTracker::endAlone() noexcept {
+    if (alone() == Alone::Released) {
+        _deactivate();
+    }
 }
 
 std::size_t CKeyTracker::_oldestDue() const noexcept {
@@ -180,6 +218,30 @@ void CKeyTracker::cancelLatch() noexcept {
         return;
     }
     _setLatched(false);  // while the key is held, the modifier stays active
+}
+
+void CKeyTracker::handleUnhooked(const keyboard::KeyEvent& event) noexcept {
+    if (event.slot == 0 || event.slot >= keyboard::kKeySlots || m_keys[event.slot].state != State::Up) {
+        return;
+    }
+    Key& key = m_keys[event.slot];
+    _press(key, event);
+    if (key.state == State::Swallowed || key.state == State::Muted) {
+        key.state = key.state == State::Swallowed ? State::Reported : State::Alone;
+    }
+}
+
+void CKeyTracker::releaseHidden() noexcept {
+    for (std::size_t slot = 1; slot < keyboard::kKeySlots; ++slot) {
+        if (m_keys[slot].state == State::Swallowed || m_keys[slot].state == State::Muted) {
+            _release(slot);
+        }
+    }
+    if (m_nWithheld != 0) {
+        m_nWithheld = 0;
+        m_bTapAlone = false;
+        _modifierUp();
+    }
 }
 
 void CKeyTracker::releaseAll() noexcept {

@@ -14,7 +14,9 @@ namespace hotkey {
 struct TrackerSettings {
     DWORD modifierKey = VK_RCONTROL;
     bool sticky = false;
-    keyboard::KeySet listed;  // slots in the function list
+    keyboard::KeySet listed;    // slots that the function list names for use with the modifier
+    keyboard::KeySet alone;     // those that it names for use without
+    DWORD releaseDelay = 1000;  // ms from the last release of a key without the modifier to the modifier's break
 };
 
 class INotificationSink {
@@ -22,9 +24,13 @@ class INotificationSink {
     virtual ~INotificationSink() = default;
     // False if there is no space: the press is then not reported, and no break may follow.
     [[nodiscard]] virtual bool make(DWORD code) noexcept = 0;
-    // There is always space for the break of an accepted make.
+    // Keeps room for a break that no make announces. False when there is none: the break must not follow.
+    [[nodiscard]] virtual bool promiseBreak() noexcept = 0;
+    // Always has room for the break of a make that was taken, and for one that was promised.
     virtual void breakOf(DWORD code) noexcept = 0;
     virtual void latchChanged(bool bLatched) noexcept = 0;
+    // The hook was installed anew. `why`: ZEL_CONFIG_HOOK_LOST or ZEL_CONFIG_HOOK_RENEWED.
+    virtual void hookRenewed(DWORD why) noexcept = 0;
 };
 
 class IKeyPresser {
@@ -50,16 +56,29 @@ class CKeyTracker {
     // True if the event must not reach any other program.
     [[nodiscard]] bool handle(const keyboard::KeyEvent& event) noexcept;
 
-    // To be called at intervals while anythingDown(). `isDown` maps a virtual-key code to its current state; the
-    // release of a key that is up at two consecutive calls was lost. Swallowed keys and a withheld modifier are not
-    // checked, because the system never saw them.
+    // A press that the hook was not called for, of a key that acts without the modifier. The system knows of it, so
+    // that its release is noticed by checkLostKeys(), if no hook is called for that either.
+    void handleUnhooked(const keyboard::KeyEvent& event) noexcept;
+
+    // To be called now and then while anythingDown(). `isDown` maps a virtual-key code to its state now; a key found up
+    // at two calls in a row lost its release. Swallowed keys and a withheld modifier are not asked about: the system
+    // never saw them.
     template <typename Predicate>
     void checkLostKeys(Predicate isDown) noexcept;
 
     // Another program releases the latch.
     void cancelLatch() noexcept;
-    // Reports every outstanding break and forgets which keys are down: another desktop or session has the keyboard.
+    // No hook was called for some time: a key that was hidden from the system may be up long since, and nobody knows.
+    void releaseHidden() noexcept;
+    // Reports every break that is due and forgets what is down: the keyboard has gone elsewhere.
     void releaseAll() noexcept;
+
+    // Keys without the modifier. From the first press of one on, the modifier's break is due: its place is taken by
+    // endAlone(), to be called TrackerSettings::releaseDelay after the last of them was released.
+    enum class Alone { None, Held, Released };
+    [[nodiscard]] Alone alone() const noexcept;
+    // Nothing happens unless alone() says Released.
+    void endAlone() noexcept;
 
     [[nodiscard]] bool anythingDown() const noexcept { return m_bModifierDown || m_bActive || m_nDown != 0; }
     [[nodiscard]] bool latched() const noexcept { return m_bLatched; }
@@ -78,6 +97,7 @@ class CKeyTracker {
         DWORD virtualKey = 0;
         DWORD lastEvent = 0;
         unsigned order = 0;  // counts presses, so that breaks can follow in the order of the makes
+        DWORD code = 0;      // as it was reported
     };
 
     // True if the event must not reach any other program.
@@ -86,8 +106,12 @@ class CKeyTracker {
     void _modifierUp() noexcept;
     void _giveTapItsMeaning(DWORD time) noexcept;
     void _mask() noexcept;
+    // The slot under which the function list names the key: its own, or that of its virtual key. Else its own.
+    [[nodiscard]] std::size_t _namedSlot(const keyboard::KeyEvent& event) const noexcept;
     void _press(Key& key, const keyboard::KeyEvent& event) noexcept;
+    void _pressAlone(Key& key) noexcept;
     void _release(std::size_t slot) noexcept;
+    // The breaks of all keys that are due, and the modifier's, if that is due.
     void _deactivate() noexcept;
     void _setLatched(bool bLatched) noexcept;
     [[nodiscard]] std::size_t _oldestDue() const noexcept;
@@ -107,6 +131,7 @@ class CKeyTracker {
     bool m_bModifierDown = false;
     bool m_bModifierMissing = false;
     bool m_bActive = false;    // the modifier's make was reported, its break is outstanding
+    bool m_bAlone = false;     // its break is outstanding without a make, because of a key that needs no modifier
     bool m_bLatched = false;   // active without being held
     bool m_bTapAlone = false;  // nothing else happened since the modifier went down
     bool m_bMasked = false;    // the system has been shown a key since then

@@ -1,7 +1,9 @@
 #include "KeyWatcher.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "include/ZelHotkey.h"
 #include "keyboard/Lock.h"
 #include "keyboard/OwnInput.h"
 
@@ -10,6 +12,11 @@ namespace {
 
 bool isDownNow(DWORD virtualKey) noexcept {
     return ::GetAsyncKeyState(static_cast<int>(virtualKey)) < 0;
+}
+
+DWORD lastInputTime() noexcept {
+    LASTINPUTINFO info{sizeof(info), 0};
+    return ::GetLastInputInfo(&info) ? info.dwTime : ::GetTickCount();
 }
 
 // While the secure desktop or another session has the keyboard, releases do not arrive here.
@@ -25,11 +32,18 @@ bool keyboardIsElsewhere() noexcept {
 }  // namespace
 
 CKeyWatcher::CKeyWatcher(INotificationSink& sink)
-    : m_tracker(sink, *this), m_stickyWindow([this]() noexcept { m_tracker.cancelLatch(); }) {}
+    : m_sink(sink),
+      m_tracker(sink, *this),
+      m_stickyWindow([this]() noexcept { m_tracker.cancelLatch(); }),
+      m_newsWindow(*this) {}
 
 void CKeyWatcher::setSettings(const TrackerSettings& settings) noexcept {
     const keyboard::CExclusiveLock lock(m_lock);
     m_pending = settings;
+}
+
+void CKeyWatcher::handleCall() noexcept {
+    m_watchdog.hookCalled(::GetTickCount64());
 }
 
 bool CKeyWatcher::handleKey(const keyboard::KeyEvent& event) noexcept {
@@ -38,7 +52,27 @@ bool CKeyWatcher::handleKey(const keyboard::KeyEvent& event) noexcept {
     }
     m_rhythm.keyCame(event.slot == m_nLastSlot && event.down);
     m_nLastSlot = event.down ? event.slot : 0;
-    return m_tracker.handle(event);
+    m_secondRoad.hookSaw(event, ::GetTickCount64());
+    const CKeyTracker::Alone before = m_tracker.alone();
+    const bool bSwallow = m_tracker.handle(event);
+    _setAlarms(before);
+    return bSwallow;
+}
+
+// By our own clock: what a key says of its time is its sender's.
+void CKeyWatcher::_setAlarms(CKeyTracker::Alone before) noexcept {
+    const ULONGLONG now = ::GetTickCount64();
+    if (!m_tracker.anythingDown()) {
+        m_look.cancel();
+    } else if (!m_look.isSet() || m_look.timeLeft(now) > m_rhythm.interval()) {
+        m_look.set(now + m_rhythm.interval());
+    }
+    const CKeyTracker::Alone alone = m_tracker.alone();
+    if (alone != CKeyTracker::Alone::Released) {
+        m_aloneEnd.cancel();
+    } else if (before != alone) {
+        m_aloneEnd.set(now + m_nReleaseDelay);
+    }
 }
 
 void CKeyWatcher::handleWake() noexcept {
@@ -47,18 +81,76 @@ void CKeyWatcher::handleWake() noexcept {
         const keyboard::CExclusiveLock lock(m_lock);
         settings = std::exchange(m_pending, std::nullopt);
     }
-    if (!settings) {
-        return;
+    m_newsWindow.open();
+    if (settings) {
+        _takeSettings(*settings);
     }
-    m_tracker.setSettings(*settings);
-    if (settings->sticky) {
+    if (m_bEnabled.load(std::memory_order_relaxed)) {
+        m_tracker.enable();
+        m_secondRoad.set(m_newsWindow.handle(), m_alone);
+    }
+}
+
+void CKeyWatcher::_takeSettings(const TrackerSettings& settings) noexcept {
+    m_nReleaseDelay = settings.releaseDelay;
+    m_alone = settings.alone;
+    m_tracker.setSettings(settings);
+    if (settings.sticky) {
         m_stickyWindow.open();
     } else {
         m_stickyWindow.close();
     }
 }
 
+void CKeyWatcher::keyboardUsed() noexcept {
+    m_watchdog.keyboardUsed(::GetTickCount64());
+}
+
+void CKeyWatcher::registeredKeyPressed(DWORD id) noexcept {
+    const ULONGLONG now = ::GetTickCount64();
+    const keyboard::KeyEvent event = m_secondRoad.pressed(id, now);
+    if (event.slot == 0) {
+        return;
+    }
+    m_watchdog.keyboardUsed(now);
+    m_rhythm.keyCame(false);
+    const CKeyTracker::Alone before = m_tracker.alone();
+    m_tracker.handleUnhooked(event);
+    _setAlarms(before);
+}
+
+void CKeyWatcher::keyboardChangedHands() noexcept {
+    m_nWhyNewHook = ZEL_CONFIG_HOOK_RENEWED;
+    m_tracker.releaseAll();
+}
+
+bool CKeyWatcher::wantsNewHook() noexcept {
+    return m_nWhyNewHook != 0;
+}
+
+void CKeyWatcher::handleNewHook() noexcept {
+    m_sink.hookRenewed(std::exchange(m_nWhyNewHook, 0));
+}
+
 void CKeyWatcher::handleTick() noexcept {
+    const ULONGLONG now = ::GetTickCount64();
+    if (m_aloneEnd.takeIfDue(now)) {
+        m_tracker.endAlone();
+    }
+    if (m_watchdog.takeIfLost(now, lastInputTime())) {
+        m_nWhyNewHook = ZEL_CONFIG_HOOK_LOST;
+        const CKeyTracker::Alone before = m_tracker.alone();
+        m_tracker.releaseHidden();
+        _setAlarms(before);
+    }
+    if (m_look.takeIfDue(now)) {
+        const CKeyTracker::Alone before = m_tracker.alone();
+        _lookForLostKeys();
+        _setAlarms(before);
+    }
+}
+
+void CKeyWatcher::_lookForLostKeys() noexcept {
     if (keyboardIsElsewhere()) {
         m_tracker.releaseAll();
         return;
@@ -72,8 +164,9 @@ void CKeyWatcher::handleTick() noexcept {
     m_rhythm.looked(bMissing);
 }
 
-DWORD CKeyWatcher::tickInterval() const noexcept {
-    return m_tracker.anythingDown() ? m_rhythm.interval() : INFINITE;
+DWORD CKeyWatcher::timeToTick() const noexcept {
+    const ULONGLONG now = ::GetTickCount64();
+    return std::min({m_look.timeLeft(now), m_aloneEnd.timeLeft(now), m_watchdog.timeLeft(now)});
 }
 
 void CKeyWatcher::tap(DWORD virtualKey) noexcept {
@@ -82,6 +175,8 @@ void CKeyWatcher::tap(DWORD virtualKey) noexcept {
 
 void CKeyWatcher::handleEnd() noexcept {
     m_tracker.releaseAll();
+    m_secondRoad.set(m_newsWindow.handle(), {});
+    m_newsWindow.close();
     m_stickyWindow.close();
 }
 

@@ -1,5 +1,7 @@
 #include "NotificationQueue.h"
 
+#include <utility>
+
 #include "keyboard/Lock.h"
 
 namespace hotkey {
@@ -13,6 +15,15 @@ bool CNotificationQueue::make(DWORD code) noexcept {
     }
     ++m_nOpen;
     _store({code, false});
+    return true;
+}
+
+bool CNotificationQueue::promiseBreak() noexcept {
+    const keyboard::CExclusiveLock lock(m_lock);
+    if (m_nCount + m_nOpen + 1 > kCapacity) {
+        return false;
+    }
+    ++m_nOpen;
     return true;
 }
 
@@ -30,6 +41,17 @@ void CNotificationQueue::latchChanged(bool bLatched) noexcept {
     m_bLatched = bLatched;
     m_bLatchNews = true;
     ::SetEvent(m_hFilled.get());
+}
+
+void CNotificationQueue::hookRenewed(DWORD why) noexcept {
+    const keyboard::CExclusiveLock lock(m_lock);
+    m_hookNews = why;
+    ::SetEvent(m_hFilled.get());
+}
+
+std::optional<DWORD> CNotificationQueue::takeHookNews() noexcept {
+    const keyboard::CExclusiveLock lock(m_lock);
+    return std::exchange(m_hookNews, std::nullopt);
 }
 
 void CNotificationQueue::_store(const Notification& notification) noexcept {

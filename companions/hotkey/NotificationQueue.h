@@ -29,12 +29,17 @@ class CNotificationQueue : public INotificationSink {
 
     // False (nothing stored) unless there is space for this make, its break and the breaks of all makes before it.
     [[nodiscard]] bool make(DWORD code) noexcept override;
+    [[nodiscard]] bool promiseBreak() noexcept override;
     void breakOf(DWORD code) noexcept override;
     void latchChanged(bool bLatched) noexcept override;
+    void hookRenewed(DWORD why) noexcept override;
 
     [[nodiscard]] std::optional<Notification> pop() noexcept;
     // The current state of the latch, if it was not requested before.
     [[nodiscard]] std::optional<bool> takeLatchChange() noexcept;
+
+    // Why the hook was installed anew the last time, when that was not asked before.
+    [[nodiscard]] std::optional<DWORD> takeHookNews() noexcept;
 
     // Auto-reset event: something was stored. Null if the system refused it.
     [[nodiscard]] HANDLE filledEvent() const noexcept { return m_hFilled.get(); }
@@ -47,9 +52,10 @@ class CNotificationQueue : public INotificationSink {
     std::array<Notification, kCapacity> m_ring{};
     std::size_t m_nFirst = 0;
     std::size_t m_nCount = 0;
-    std::size_t m_nOpen = 0;  // makes whose break has not been stored yet
+    std::size_t m_nOpen = 0;  // breaks that are due and have not been stored yet
     bool m_bLatched = false;
     bool m_bLatchNews = false;
+    std::optional<DWORD> m_hookNews;
 };
 
 }  // namespace hotkey

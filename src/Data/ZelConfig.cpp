@@ -23,6 +23,7 @@ constexpr Setting kSettings[] = {
     {L"MouseEnterIdle", &QrdConfig::uMouseEnterIdle, 0, Scope::UserElseMachine},
     {L"Topmost", &QrdConfig::bTopmost, 0, Scope::UserElseMachine},
     {L"MonitorOfActiveWindow", &QrdConfig::bMonitorOfActiveWindow, 0, Scope::UserElseMachine},
+    {L"HideInFullScreen", &QrdConfig::bHideInFullScreen, 0, Scope::UserElseMachine},
     {L"HideMainDlg", &QrdConfig::bHideMainDlg, 0, Scope::Machine},
     {L"IgnoreFnKey", &QrdConfig::bIgnoreFnKey, 0, Scope::Machine},
     {L"AutoHide", &QrdConfig::bAutoHide, 0, Scope::Machine},

@@ -1,4 +1,4 @@
-// The card configuration: seventeen settings of the user and the machine, read from the registry, never written.
+// The card configuration: eighteen settings of the user and the machine, read from the registry, never written.
 #pragma once
 
 #include <windows.h>
@@ -28,7 +28,7 @@ class CConfigValue {
 struct QrdConfig {
     QrdConfig() noexcept;
 
-    // The user's own key, if it exists, overrides the machine's for these five and bMonitorOfActiveWindow.
+    // The user's own key, if it exists, overrides the machine's for these five and the last two of the record.
     CConfigValue bDisable;         // hotkey events are ignored, and the hover strip stays hidden
     CConfigValue uPosition;        // 0: the strip is at the top of the work area, otherwise at its bottom
     CConfigValue bEnableHover;     // a hover strip brings up the cards while they are hidden
@@ -52,6 +52,7 @@ struct QrdConfig {
 
     // The user's own key, as above. After the flag, because everything before it keeps its place in the record.
     CConfigValue bMonitorOfActiveWindow;  // the cards appear on the monitor of the active window
+    CConfigValue bHideInFullScreen;       // the cards stay hidden while a full-screen program runs; keys work
 };
 
 class CZelConfig {

@@ -66,6 +66,10 @@ void CHotkeyEventHandler::cancelHotkeyIOEvent() {
     }
 }
 
+bool CHotkeyEventHandler::actsAlone(DWORD code) noexcept {
+    return (code & ZEL_CODE_ALONE) != 0;
+}
+
 void WINAPI CHotkeyEventHandler::_hotkeyNotify(DWORD code, DWORD modifier) noexcept {
     LOG_INFO(L"Get hotkey code:0x%x, modifier:0x%x", static_cast<unsigned>(code), static_cast<unsigned>(modifier));
     if (modifier != ZEL_MAKE && modifier != ZEL_BREAK) {
@@ -94,5 +98,9 @@ void WINAPI CHotkeyEventHandler::_changeConfigNotify(DWORD code) noexcept {
         theApp.postToFrame(kMsgReloadConfig);
     } else if (code == ZEL_CONFIG_END) {
         theApp.postToFrame(WM_CLOSE);
+    } else if (code == ZEL_CONFIG_HOOK_LOST) {
+        LOG_WARNING(L"The keyboard hook was lost. It has been installed anew.");
+    } else if (code == ZEL_CONFIG_HOOK_RENEWED) {
+        LOG_INFO(L"The session or the machine was away. The keyboard hook has been installed anew.");
     }
 }

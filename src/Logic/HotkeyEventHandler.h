@@ -14,6 +14,9 @@ class CHotkeyEventHandler {
     // Cancels a pending hotkey query through "ZelEvnt.dll".
     static void cancelHotkeyIOEvent();
 
+    // Whether a hotkey code is that of a key that needs no modifier.
+    [[nodiscard]] static bool actsAlone(DWORD code) noexcept;
+
  private:
     friend struct HotkeyEventSeam;
 

@@ -225,6 +225,9 @@ HRESULT CBlackCard::showLargeCardDlg() {
     if (FAILED(status)) {
         LOG_STATUS(E_FAIL);  // the enlarged card shows the state even if there is nothing to choose
     }
+    if (CZelMainApp::cardsStayHidden()) {
+        return status;  // the key selects and applies items that nobody sees
+    }
     // During a query, the plug-in may dispatch an order to hide, which takes effect.
     if (hides == m_uHides) {
         // With the mouse the card takes the focus, so that it notices when another program gets it. With keys the focus

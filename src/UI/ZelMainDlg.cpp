@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Data/ZelConfig.h"
+#include "Logic/HotkeyEventHandler.h"
 #include "Logic/ZelCommonFunc.h"
 #include "Messages.h"
 #include "UI/BlackCard.h"
@@ -329,6 +330,7 @@ HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
         }
         if (!bBreak) {
             theApp.renewPlacement();  // the strip need not have been visible before
+            _leaveMouseFor(dwHotkey);
         }
         _hideForKey(dwHotkey);
     } else {
@@ -344,6 +346,14 @@ HRESULT CZelMainDlg::handleHotkey(DWORD dwHotkey, BOOL bBreak) {
 bool CZelMainDlg::isHotkeyDesired(DWORD dwHotkey) const {
     return std::any_of(m_vecCards.begin(), m_vecCards.end(),
                        [dwHotkey](const auto& card) { return card->isHotkeyDesired(dwHotkey); });
+}
+
+// A key that needs no modifier takes the cards over from the mouse, as the modifier's make does; otherwise its choice
+// would be the mouse's to apply.
+void CZelMainDlg::_leaveMouseFor(DWORD dwHotkey) {
+    if (CHotkeyEventHandler::actsAlone(dwHotkey)) {
+        theApp.mouseOperating() = FALSE;
+    }
 }
 
 // The strip makes way for the enlarged card of the key's function; all other enlarged cards are hidden.

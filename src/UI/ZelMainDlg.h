@@ -59,6 +59,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     void _refreshImages();
     [[nodiscard]] DWORD _cardOpacity(int nCard) const;
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
+    static void _leaveMouseFor(DWORD dwHotkey);
     void _hideForKey(DWORD dwHotkey);
     [[nodiscard]] HRESULT showOnModifier(BOOL bBreak);
     void _autoHide(BOOL bBreak);

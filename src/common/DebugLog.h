@@ -141,6 +141,7 @@ class EnterLeave {
     } while (false)
 
 #define LOG_TRACE(...) LOG_LINE(::dbglog::Level::Trace, __VA_ARGS__)
+#define LOG_WARNING(...) LOG_LINE(::dbglog::Level::Warning, __VA_ARGS__)
 #define LOG_INFO(...) LOG_LINE(::dbglog::Level::Info, __VA_ARGS__)
 
 // "Error Code: 0x%x" with a status.

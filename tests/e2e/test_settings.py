@@ -26,6 +26,19 @@ def test_disable_drops_every_event(program):
     assert not program.chosen("Mute")
 
 
+def test_without_a_full_screen_program_the_cards_show_as_always(program):
+    program.configure(HideInFullScreen=1)
+    program.offer("Mute")
+    program.machine("Mute", Item=0)
+    program.start()
+    program.hold()
+    program.expect_strip()
+    program.press("Mute")
+    expect_card(program, "Mute")
+    program.let_go()
+    wait_until(lambda: program.chosen("Mute") == ["1"], "the choice is applied")
+
+
 def test_disable_of_the_user_wins_over_the_machine(program):
     program.offer("Mute")
     program.probe.set_dword("HKCU", CONFIG, "Disable", 1)

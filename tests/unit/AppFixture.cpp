@@ -106,14 +106,15 @@ bool ShellTest::largeShown(std::size_t index) const {
 
 StartTest::StartTest() : m_windows(support::threadWindows()) {
     // All of them, because a missing value is an error in the log.
-    for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost",
-                                   L"HideMainDlg", L"IgnoreFnKey", L"AutoHide", L"AutoHideDelayTime", L"HideCaption",
-                                   L"Programmable", L"ShowQrdAtLaunch", L"AlwaysShowItemsCaption", L"ItemDescMaxWidth",
-                                   L"SliderThumbSize", L"HideMainUIWhenLostFocus", L"MonitorOfActiveWindow"}) {
+    for (const wchar_t* setting :
+         {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost", L"HideMainDlg", L"IgnoreFnKey",
+          L"AutoHide", L"AutoHideDelayTime", L"HideCaption", L"Programmable", L"ShowQrdAtLaunch",
+          L"AlwaysShowItemsCaption", L"ItemDescMaxWidth", L"SliderThumbSize", L"HideMainUIWhenLostFocus",
+          L"MonitorOfActiveWindow", L"HideInFullScreen"}) {
         setConfig(setting, 0);
     }
-    for (const wchar_t* setting :
-         {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost", L"MonitorOfActiveWindow"}) {
+    for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost",
+                                   L"MonitorOfActiveWindow", L"HideInFullScreen"}) {
         support::RegistryRoom::setDword(HKEY_CURRENT_USER, regpath::kConfigKey, setting, 0);
     }
     listFunction(L"Mute", {kMuteKey});

@@ -33,6 +33,11 @@ BOOL WINAPI systemParameters(UINT action, UINT parameter, void* value, UINT flag
     return call(action, parameter, value, flags);
 }
 
+HRESULT WINAPI notificationState(QUERY_USER_NOTIFICATION_STATE* out) {
+    *out = state().notificationState;
+    return state().notificationStateFails ? E_FAIL : S_OK;
+}
+
 UINT WINAPI sendInput(UINT count, INPUT* inputs, int /*size*/) {
     const support::AllocationsSucceed mine;
     state().inputs.emplace_back(inputs, inputs + count);
@@ -161,6 +166,7 @@ int gdiplusSessions() {
 // The linker prefers these functions to the system's import libraries.
 extern "C" {
 extern const auto __imp_SystemParametersInfoW = &system_double::systemParameters;
+extern const auto __imp_SHQueryUserNotificationState = &system_double::notificationState;
 extern const auto __imp_SendInput = &system_double::sendInput;
 extern const auto __imp_SetThreadExecutionState = &system_double::executionState;
 extern const auto __imp_GetCursorPos = &system_double::cursorPosition;

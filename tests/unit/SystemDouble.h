@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <map>
 #include <optional>
 #include <utility>
@@ -22,6 +24,8 @@ struct Frame {
 };
 
 struct State {
+    QUERY_USER_NOTIFICATION_STATE notificationState = QUNS_ACCEPTS_NOTIFICATIONS;
+    bool notificationStateFails = false;
     bool screenSaver = false;
     bool workAreaFails = false;
     std::optional<RECT> workArea;  // nothing: the real one

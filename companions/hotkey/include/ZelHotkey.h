@@ -6,17 +6,33 @@
  * the boundary, in either direction.
  *
  * Key events. One key, the modifier, stands in for Fn (right Ctrl unless configured otherwise). Its press is reported
- * as code 0. Every key pressed while it is down is reported with its PC set-1 scan code (F1 = 0x3B .. F10 = 0x44,
- * F11 = 0x57, F12 = 0x58); an extended key as 0xE000 | scan code. A key whose code is in the function list is swallowed
- * from its press to its release, so that no other program sees it. Every other key is passed on unchanged; ModifierKey
- * describes what happens to the modifier itself. A key that was down before the modifier is not reported.
+ * as code 0. Every key pressed while it is down is reported with its code (below). A key whose code is in the function
+ * list is swallowed from its press to its release, so that no other program sees it. Every other key is passed on
+ * unchanged; ModifierKey describes what happens to the modifier itself. A key that was down before the modifier is not
+ * reported.
+ *
+ * Keys without the modifier. A key whose code with ZEL_CODE_ALONE the function list names is reported with that code
+ * and swallowed, whatever else is down. With the modifier it is reported so too, unless the list names its plain code
+ * as well, which then counts. Without it, what was chosen with such keys is applied by a break of code 0 that has no
+ * make: it follows when ReleaseDelay has passed since the last of them was released, or when the modifier goes down.
+ * While the program is switched off (Disable in the card configuration), keys without the modifier are left alone.
+ *
+ * Codes. A key's code is its PC set-1 scan code: F1 = 0x3B .. F10 = 0x44, F11 = 0x57, F12 = 0x58. An extended key's is
+ * ZEL_CODE_EXTENDED | scan code. A key that neither comes with a scan code nor has one in the keyboard layout has
+ * ZEL_CODE_VIRTUAL_KEY | virtual-key code. The function list may name every key in this way: a key whose scan code is
+ * not in the list, but its virtual key, is reported as it is listed. ZEL_CODE_ALONE comes on top of each of them.
  *
  * - A held key is reported once: its automatic repeats do not count as presses.
  * - Every make is followed by exactly one break, at the latest with the modifier's: when the modifier goes up first,
- *   the breaks of the keys still down come right before its own, in the order in which they were pressed.
+ *   the breaks of the keys still down come right before its own, in the order in which they were pressed. Nothing but
+ *   keys without the modifier ever causes a break without a make.
  * - A missed release (session switch, lost focus, secure desktop) is detected within about 300 ms and reported then.
  *   The state of a swallowed key cannot be queried: its break comes with the modifier's, or with its own next press if
  *   more than 2.5 seconds have passed since its last repeat. The same goes for a modifier that the system does not see.
+ * - Where the hook is not called (windows with more rights than the program), keys without the modifier come all the
+ *   same, by RegisterHotKey; their release may then be reported up to 200 ms late or early.
+ * - A hook that the system has dropped is noticed with the first key that it misses, and is back within half a second.
+ *   To hear of that key, the library registers the process for raw keyboard input with a hidden window of its own.
  * - While a callback blocks, up to about a thousand events wait; presses beyond that are dropped whole, with their
  *   breaks.
  */
@@ -39,6 +55,11 @@ extern "C" {
 /* The code of the modifier key itself. */
 #define ZEL_CODE_MODIFIER 0u
 
+/* The parts of the other codes. */
+#define ZEL_CODE_EXTENDED 0xE000u
+#define ZEL_CODE_VIRTUAL_KEY 0xF000u
+#define ZEL_CODE_ALONE 0x10000u
+
 /* Second argument of the hotkey callback. */
 #define ZEL_MAKE 0u
 #define ZEL_BREAK 1u
@@ -48,10 +69,16 @@ extern "C" {
  *
  * ZEL_CONFIG_LATCHED and ZEL_CONFIG_UNLATCHED are optional: a library whose modifier can be latched tells with them
  * that it is active without being held, and that it no longer is. The program shows a mark on the strip meanwhile. A
- * library that never sends them works as well; nothing else depends on them. */
+ * library that never sends them works as well; nothing else depends on them.
+ *
+ * HOOK_LOST: the system had dropped the keyboard hook, and it was installed anew; keys of the last moments may be
+ * missing. HOOK_RENEWED: it was installed anew to be on the safe side, because the session was locked, unlocked or
+ * connected, or the machine woke up. Both are for the log. */
 #define ZEL_CONFIG_CHANGED 8u
 #define ZEL_CONFIG_LATCHED 0x10u
 #define ZEL_CONFIG_UNLATCHED 0x11u
+#define ZEL_CONFIG_HOOK_LOST 0x20000001u
+#define ZEL_CONFIG_HOOK_RENEWED 0x20000002u
 #define ZEL_CONFIG_CHANGED_ALT 0x40000000u
 #define ZEL_CONFIG_END 0x80000000u
 
@@ -112,6 +139,14 @@ typedef LONG(WINAPI* ZelStop)(void);
  * releases the latch and reports the break. 0 (the default) = the modifier acts only while it is held. */
 #define ZEL_VALUE_MODIFIER_KEY L"ModifierKey"
 #define ZEL_VALUE_STICKY_MODIFIER L"StickyModifier"
+
+/* ReleaseDelay: ms from the release of the last key without the modifier to the break of code 0; 1000 unless given, at
+ * most 60000. */
+#define ZEL_VALUE_RELEASE_DELAY L"ReleaseDelay"
+
+/* A yes/no setting of the card configuration (ZEL_REG_CONFIG; the user's key, when there is one, hides the machine's):
+ * the program takes no notice of hotkeys. */
+#define ZEL_VALUE_DISABLE L"Disable"
 
 /* While StickyModifier is 1 and the library runs, it owns a hidden top-level window of this class and title. The
  * registered message posted to it (both parameters 0) releases the latch. */

@@ -25,15 +25,6 @@ void drainMessages() noexcept {
     }
 }
 
-// Time left until the next tick; the deadline is relative to `lastTick`.
-DWORD timeToTick(DWORD interval, ULONGLONG lastTick) noexcept {
-    if (interval == INFINITE) {
-        return INFINITE;
-    }
-    const ULONGLONG passed = ::GetTickCount64() - lastTick;
-    return passed >= interval ? 0 : interval - static_cast<DWORD>(passed);
-}
-
 }  // namespace
 
 CHookThread::CHookThread() noexcept
@@ -64,7 +55,7 @@ void CHookThread::_run(IHookClient& client) noexcept {
     ::SetThreadPriority(::GetCurrentThread(), THREAD_PRIORITY_HIGHEST);
     drainMessages();  // creates the thread's message queue; without it the hook would miss a key before the first wait
     {
-        const common::UniqueHook hook(::SetWindowsHookExW(WH_KEYBOARD_LL, &CHookThread::_hookProc, ownModule(), 0));
+        common::UniqueHook hook = _install();
         const bool bInstalled = static_cast<bool>(hook);
         m_installStatus = bInstalled ? S_OK : HRESULT_FROM_WIN32(::GetLastError());
         if (bInstalled) {
@@ -72,25 +63,32 @@ void CHookThread::_run(IHookClient& client) noexcept {
         }
         ::SetEvent(m_hReady.get());
         if (bInstalled) {
-            _loop(client);
+            _loop(client, hook);
         }
     }
     client.handleEnd();
     s_pClient = nullptr;
 }
 
-void CHookThread::_loop(IHookClient& client) noexcept {
+common::UniqueHook CHookThread::_install() noexcept {
+    return common::UniqueHook(::SetWindowsHookExW(WH_KEYBOARD_LL, &CHookThread::_hookProc, ownModule(), 0));
+}
+
+// The old hook goes when the new one is there: no key comes between, because hooks are called in this thread's own
+// message loop. One that the system has dropped already goes as well.
+void CHookThread::_renew(IHookClient& client, common::UniqueHook& hook) noexcept {
+    common::UniqueHook renewed = _install();
+    if (renewed) {
+        hook = std::move(renewed);
+        client.handleNewHook();
+    }
+}
+
+void CHookThread::_loop(IHookClient& client, common::UniqueHook& hook) noexcept {
     const HANDLE events[] = {m_hStop.get(), m_hWake.get()};
-    ULONGLONG lastTick = ::GetTickCount64();
-    bool bTicking = false;
     for (;;) {
-        const DWORD interval = client.tickInterval();
-        if (bTicking != (interval != INFINITE)) {
-            bTicking = !bTicking;
-            lastTick = ::GetTickCount64();
-        }
-        const DWORD timeout = timeToTick(interval, lastTick);
-        const DWORD reason = ::MsgWaitForMultipleObjectsEx(2, events, timeout, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+        const DWORD reason =
+            ::MsgWaitForMultipleObjectsEx(2, events, client.timeToTick(), QS_ALLINPUT, MWMO_INPUTAVAILABLE);
         if (reason == WAIT_OBJECT_0 || reason == WAIT_FAILED) {
             return;
         }
@@ -98,9 +96,11 @@ void CHookThread::_loop(IHookClient& client) noexcept {
             client.handleWake();
         }
         drainMessages();  // calls the hook
-        if (bTicking && timeToTick(interval, lastTick) == 0) {
-            lastTick = ::GetTickCount64();
+        if (client.timeToTick() == 0) {
             client.handleTick();
+        }
+        if (client.wantsNewHook()) {
+            _renew(client, hook);
         }
     }
 }
@@ -109,6 +109,7 @@ LRESULT CALLBACK CHookThread::_hookProc(int code, WPARAM wParam, LPARAM lParam) 
     IHookClient* const pClient = s_pClient.load(std::memory_order_acquire);
     if (code == HC_ACTION && pClient != nullptr) {
         const KBDLLHOOKSTRUCT& info = *reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam);
+        pClient->handleCall();
         if (!isOwnInput(info) && pClient->handleKey(keyEventOf(info))) {
             return 1;
         }

@@ -11,9 +11,13 @@ KeyEvent keyEventOf(const KBDLLHOOKSTRUCT& info) noexcept {
         const UINT scan = ::MapVirtualKeyW(info.vkCode, MAPVK_VK_TO_VSC_EX);
         event.slot = scan & 0xFF;
         bExtended = bExtended || (scan & 0xFF00) != 0;
+        if (event.slot == 0) {
+            event.slot = slotOfVirtualKey(info.vkCode);
+            return event;
+        }
     }
     if (event.slot != 0 && bExtended) {
-        event.slot |= 0x100;
+        event.slot |= kExtendedSlot;
     }
     return event;
 }

@@ -41,6 +41,7 @@ SETTINGS = [
     Setting("MouseEnterIdle", 0, USER),
     Setting("Topmost", 0, USER),
     Setting("MonitorOfActiveWindow", 0, USER),
+    Setting("HideInFullScreen", 0, USER),
     Setting("HideMainDlg", 0, MACHINE),
     Setting("IgnoreFnKey", 0, MACHINE),
     Setting("AutoHide", 0, MACHINE),

@@ -110,6 +110,10 @@ class Probe:
     def release(self):
         return self.ask("release-objects")
 
+    def take_hooks(self):
+        """Takes the hooks of all processes away; their number."""
+        return self.ask("take-hooks")
+
     def set_event(self, name):
         return self.ask("set-event", name)
 

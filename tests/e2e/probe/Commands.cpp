@@ -28,6 +28,7 @@ constexpr Command kCommands[] = {
     {L"count-handles", 1, countHandles},
     {L"hold-object", 2, holdObject},
     {L"release-objects", 0, releaseObjects},
+    {L"take-hooks", 0, takeHooks},
     {L"set-event", 1, setEvent},
     {L"set-value", 5, setValue},
     {L"get-value", 3, getValue},

@@ -31,6 +31,7 @@ std::string listProcesses(const Arguments& arguments);   // -> id and file name 
 std::string countHandles(const Arguments& arguments);    // process id -> kernel handles and GDI objects
 std::string holdObject(const Arguments& arguments);      // kind (mutex, event), name -> whether it existed before
 std::string releaseObjects(const Arguments& arguments);  // what holdObject made
+std::string takeHooks(const Arguments& arguments);       // -> how many hooks there were in all processes
 std::string setEvent(const Arguments& arguments);        // name -> whether this event exists
 
 std::string setValue(const Arguments& arguments);     // root, key, name, type (dword, sz, hex), data

@@ -35,6 +35,7 @@ const std::vector<Field> kFields = {
     {L"MouseEnterIdle", &QrdConfig::uMouseEnterIdle, 0, true},
     {L"Topmost", &QrdConfig::bTopmost, 0, true},
     {L"MonitorOfActiveWindow", &QrdConfig::bMonitorOfActiveWindow, 0, true},
+    {L"HideInFullScreen", &QrdConfig::bHideInFullScreen, 0, true},
     {L"HideMainDlg", &QrdConfig::bHideMainDlg, 0, false},
     {L"IgnoreFnKey", &QrdConfig::bIgnoreFnKey, 0, false},
     {L"AutoHide", &QrdConfig::bAutoHide, 0, false},
@@ -86,7 +87,7 @@ TEST_F(ZelConfig, NewRecordHoldsTheDefaults) {
 
 TEST_F(ZelConfig, FieldsLieInTheOrderOfTheRecord) {
     struct Raw {
-        DWORD values[18];
+        DWORD values[19];
     };
     static_assert(sizeof(QrdConfig) == sizeof(Raw));
     QrdConfig config;
@@ -107,7 +108,8 @@ TEST_F(ZelConfig, FieldsLieInTheOrderOfTheRecord) {
                                       &config.uSliderThumbSize,
                                       &config.bHideMainUIWhenLostFocus,
                                       &config.bLoaded,
-                                      &config.bMonitorOfActiveWindow};
+                                      &config.bMonitorOfActiveWindow,
+                                      &config.bHideInFullScreen};
     EXPECT_TRUE(std::ranges::is_sorted(expected));
 }
 
@@ -160,7 +162,7 @@ TEST_F(ZelConfig, BinaryValueIsALittleEndianNumber) {
     EXPECT_EQ(config.uAutoHideDelayTime, 10000U);
 }
 
-TEST_F(ZelConfig, MachineKeyMissingBesideAUserKeyLoadsTheSixAndFails) {
+TEST_F(ZelConfig, MachineKeyMissingBesideAUserKeyLoadsTheSevenAndFails) {
     setAll(HKEY_CURRENT_USER, 5000);
     QrdConfig config;
     EXPECT_EQ(CZelConfig::_initQrdConfig(config), kFileNotFound);

@@ -94,6 +94,29 @@ TEST_F(StripKeysTest, ModifiersReleaseAppliesTheSelection) {
     EXPECT_FALSE(largeShown(0));
 }
 
+TEST_F(StripKeysTest, KeyThatNeedsNoModifierTakesTheCardsOverFromTheMouse) {
+    constexpr DWORD kAloneKey = 0x1E020;
+    addCard(L"Zoom", {kAloneKey});
+    layOut();
+    theApp.mouseOperating() = TRUE;
+    EXPECT_EQ(key(kAloneKey, kMake), S_OK);
+    EXPECT_TRUE(largeShown(3));
+    EXPECT_FALSE(stripShown());
+    EXPECT_EQ(key(kAloneKey, kBreak), S_OK);
+    EXPECT_EQ(m_plugin.count(instr::SelectItemId), 0);
+    EXPECT_EQ(key(kModifier, kBreak), S_OK) << "without a make before";
+    EXPECT_EQ(m_plugin.count(instr::SelectItemId), 1);
+    EXPECT_FALSE(largeShown(3));
+}
+
+TEST_F(StripKeysTest, KeyWithTheModifierLeavesTheCardsToTheMouse) {
+    theApp.mouseOperating() = TRUE;
+    EXPECT_EQ(key(kMuteKey, kMake), S_OK);
+    key(kModifier, kBreak);
+    EXPECT_EQ(m_plugin.count(instr::SelectItemId), 0);
+    EXPECT_TRUE(largeShown(0));
+}
+
 class CustomisedKey : public StripKeysTest {
  protected:
     CustomisedKey() {

@@ -17,11 +17,17 @@ class IHookClient {
     virtual ~IHookClient() = default;
     // Inside the hook: the whole desktop waits for the result, and the system drops a slow hook. True swallows.
     [[nodiscard]] virtual bool handleKey(const KeyEvent& event) noexcept = 0;
+    // The hook was called, for whatever reason and whoever pressed the key.
+    virtual void handleCall() noexcept {}
     // After CHookThread::wake(), and once before the first key.
     virtual void handleWake() noexcept {}
-    // Every tickInterval() ms.
+    // timeToTick() ms from now, which is asked after everything that happens; INFINITE: never.
     virtual void handleTick() noexcept {}
-    [[nodiscard]] virtual DWORD tickInterval() const noexcept { return INFINITE; }
+    [[nodiscard]] virtual DWORD timeToTick() const noexcept { return INFINITE; }
+    // Whether the hook is to be installed anew; asked after everything that happens. handleNewHook() follows when that
+    // has succeeded.
+    [[nodiscard]] virtual bool wantsNewHook() noexcept { return false; }
+    virtual void handleNewHook() noexcept {}
     // The hook has been removed; the last call.
     virtual void handleEnd() noexcept {}
 };
@@ -40,7 +46,9 @@ class CHookThread {
 
  private:
     void _run(IHookClient& client) noexcept;
-    void _loop(IHookClient& client) noexcept;
+    [[nodiscard]] static common::UniqueHook _install() noexcept;
+    static void _renew(IHookClient& client, common::UniqueHook& hook) noexcept;
+    void _loop(IHookClient& client, common::UniqueHook& hook) noexcept;
     static LRESULT CALLBACK _hookProc(int code, WPARAM wParam, LPARAM lParam) noexcept;
 
     CLibraryThread m_thread;

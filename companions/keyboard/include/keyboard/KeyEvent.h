@@ -8,20 +8,41 @@
 
 namespace keyboard {
 
-// A key is identified by its slot: its set-1 scan code, plus 0x100 for an extended key. Slot 0 is "no such key".
-inline constexpr std::size_t kKeySlots = 0x200;
+// A key is identified by its slot: its set-1 scan code, plus 0x100 for an extended key. A key without a scan code has its
+// virtual-key code plus 0x200. Slot 0 is "no such key".
+inline constexpr std::size_t kExtendedSlot = 0x100;
+inline constexpr std::size_t kVirtualKeySlot = 0x200;
+inline constexpr std::size_t kKeySlots = 0x300;
 using KeySet = std::bitset<kKeySlots>;
 
-// The number that is reported and listed for a key: 0x3B for slot 0x3B, 0xE04B for slot 0x14B.
+// 0 for what is no key's virtual-key code; 0xFF is the system's name for keys that the layout does not know.
+[[nodiscard]] constexpr std::size_t slotOfVirtualKey(DWORD virtualKey) noexcept {
+    return virtualKey == 0 || virtualKey >= 0xFF || virtualKey == VK_PACKET ? 0 : kVirtualKeySlot | virtualKey;
+}
+
+// The number under which a key is reported and listed: 0x3B for slot 0x3B, 0xE04B for slot 0x14B, 0xF0B7 for slot
+// 0x2B7.
 [[nodiscard]] constexpr DWORD codeOfSlot(std::size_t slot) noexcept {
-    return slot < 0x100 ? static_cast<DWORD>(slot) : 0xE000u | static_cast<DWORD>(slot & 0xFF);
+    const DWORD low = static_cast<DWORD>(slot & 0xFF);
+    if (slot < kExtendedSlot) {
+        return low;
+    }
+    return (slot < kVirtualKeySlot ? 0xE000u : 0xF000u) | low;
 }
 // 0 for numbers that no key has.
 [[nodiscard]] constexpr std::size_t slotOfCode(DWORD code) noexcept {
-    if (code <= 0xFF) {
-        return code;
+    const DWORD low = code & 0xFF;
+    if (code == low || low == 0) {
+        return low;
     }
-    return (code & 0xFFFFFF00u) == 0xE000u && code != 0xE000u ? 0x100u | (code & 0xFF) : 0;
+    switch (code - low) {
+        case 0xE000:
+            return kExtendedSlot | low;
+        case 0xF000:
+            return kVirtualKeySlot | low;
+        default:
+            return 0;
+    }
 }
 
 // A press this long after a key's last event is a new one, even if no release was seen: the slowest keyboards start to
@@ -35,7 +56,7 @@ struct KeyEvent {
     DWORD time = 0;  // ms, wraps around
 };
 
-// The hook's data. Injected keys without a scan code get the layout's.
+// What the hook was told. Keys without a scan code get the layout's, if it has one for them.
 [[nodiscard]] KeyEvent keyEventOf(const KBDLLHOOKSTRUCT& info) noexcept;
 
 }  // namespace keyboard

@@ -22,11 +22,12 @@ class HotkeySettings : public testing::Test {
     static void setNumber(const wchar_t* name, DWORD value) {
         support::RegistryRoom::setDword(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, name, value);
     }
-    static std::vector<DWORD> listed() {
-        const hotkey::TrackerSettings settings = hotkey::readTrackerSettings();
+    static std::vector<DWORD> listed() { return codesOf(hotkey::readTrackerSettings().listed); }
+    static std::vector<DWORD> alone() { return codesOf(hotkey::readTrackerSettings().alone); }
+    static std::vector<DWORD> codesOf(const keyboard::KeySet& keys) {
         std::vector<DWORD> codes;
         for (std::size_t slot = 0; slot < keyboard::kKeySlots; ++slot) {
-            if (settings.listed.test(slot)) {
+            if (keys.test(slot)) {
                 codes.push_back(keyboard::codeOfSlot(slot));
             }
         }
@@ -85,6 +86,41 @@ TEST_F(HotkeySettings, CodesThatNoKeyHasAreIgnored) {
     addFunction(L"Mute", {0, 0, 0, 0, 0, 1, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0x3B, 0, 0, 0, 0x3C, 0, 0});
     setList(L"Mute;");
     EXPECT_EQ(listed(), Codes{0x3B}) << "zero, too large, and a rest below four bytes";
+}
+
+TEST_F(HotkeySettings, CodesSayWhichKeysNeedNoModifier) {
+    addFunction(L"Mute", {0x20, 0xE0, 1, 0, 0x3B, 0, 0, 0});
+    addFunction(L"Zoom", {0xB7, 0xF0, 1, 0, 0xB9, 0xF0, 0, 0, 0x64, 0, 1, 0});
+    setList(L"Mute;Zoom;");
+    EXPECT_EQ(listed(), (Codes{0x3B, 0xF0B9}));
+    EXPECT_EQ(alone(), (Codes{0x64, 0xE020, 0xF0B7}));
+}
+
+TEST_F(HotkeySettings, WithoutTheModifierNoImpossibleKeyCountsEither) {
+    addFunction(L"Mute", {0, 0, 1, 0, 0x64, 0, 3, 0, 0, 0xE0, 1, 0, 0, 0xF0, 1, 0, 0x64, 0, 1, 0x80});
+    setList(L"Mute;");
+    EXPECT_EQ(alone(), Codes{});
+    EXPECT_EQ(listed(), Codes{});
+}
+
+TEST_F(HotkeySettings, KeysWithoutTheModifierAreLeftAloneWhileDisabled) {
+    addFunction(L"Mute", {0x20, 0xE0, 1, 0, 0x3B, 0, 0, 0});
+    setList(L"Mute;");
+    support::RegistryRoom::setDword(HKEY_LOCAL_MACHINE, ZEL_REG_CONFIG, ZEL_VALUE_DISABLE, 1);
+    EXPECT_EQ(alone(), Codes{});
+    EXPECT_EQ(listed(), Codes{0x3B});
+    support::RegistryRoom::setDword(HKEY_CURRENT_USER, ZEL_REG_CONFIG, ZEL_VALUE_DISABLE, 0);
+    EXPECT_EQ(alone(), Codes{0xE020}) << "the user's key hides the machine's";
+}
+
+TEST_F(HotkeySettings, ReleaseDelayHasADefaultAndALimit) {
+    EXPECT_EQ(hotkey::readTrackerSettings().releaseDelay, 1000u);
+    setList(L"");
+    EXPECT_EQ(hotkey::readTrackerSettings().releaseDelay, 1000u);
+    for (const auto& [stored, expected] : {std::pair{0u, 0u}, {250u, 250u}, {60001u, 60000u}, {~0u, 60000u}}) {
+        setNumber(ZEL_VALUE_RELEASE_DELAY, stored);
+        EXPECT_EQ(hotkey::readTrackerSettings().releaseDelay, expected) << stored;
+    }
 }
 
 TEST_F(HotkeySettings, GarbageIsHarmless) {

@@ -58,6 +58,26 @@ TEST(NotificationQueue, FullQueueRefusesMakesButTakesTheBreaksThatAreDue) {
     EXPECT_TRUE(queue.make(7)) << "there is room again";
 }
 
+TEST(NotificationQueue, KeepsRoomForABreakThatWasPromised) {
+    CNotificationQueue queue;
+    ASSERT_TRUE(queue.make(7));
+    std::size_t nPromised = 0;
+    while (queue.promiseBreak()) {
+        ASSERT_LT(++nPromised, CNotificationQueue::kCapacity);
+    }
+    EXPECT_EQ(nPromised, CNotificationQueue::kCapacity - 2);
+    EXPECT_FALSE(queue.make(8));
+    for (std::size_t n = 0; n <= nPromised; ++n) {
+        queue.breakOf(9);
+    }
+    EXPECT_EQ(queue.pop(), (Notification{7, false}));
+    for (std::size_t n = 0; n <= nPromised; ++n) {
+        EXPECT_EQ(queue.pop(), (Notification{9, true}));
+    }
+    EXPECT_FALSE(queue.pop());
+    EXPECT_TRUE(queue.promiseBreak()) << "there is room again";
+}
+
 TEST(NotificationQueue, KeepsOrderAcrossTheEndOfTheRing) {
     CNotificationQueue queue;
     for (DWORD code = 0; code < 3 * CNotificationQueue::kCapacity; ++code) {

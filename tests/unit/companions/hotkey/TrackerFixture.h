@@ -30,8 +30,10 @@ class CReport : public hotkey::INotificationSink {
         _add("", code);
         return true;
     }
+    [[nodiscard]] bool promiseBreak() noexcept override { return !full; }
     void breakOf(DWORD code) noexcept override { _add("/", code); }
     void latchChanged(bool bLatched) noexcept override { latches.push_back(bLatched); }
+    void hookRenewed(DWORD /*why*/) noexcept override {}
 
     // The reports since the last call.
     [[nodiscard]] std::string take() { return std::exchange(text, {}); }
