@@ -44,6 +44,27 @@ def test_named_files_exist():
     assert not broken, "\n" + "\n".join(broken)
 
 
+# The blocks of C++ in the plug-in guide are taken from the tree.
+CODE = re.compile(r"^```cpp\n(.*?)^```$", re.DOTALL | re.MULTILINE)
+
+
+def blocks_that_stand_nowhere(document, sources):
+    return [block for block in CODE.findall(document) if not any(block in source for source in sources)]
+
+
+def test_code_of_the_plugin_guide_stands_in_the_tree():
+    sources = [tree.text(name) for name in tree.files(".h", ".cpp") if name.startswith("plugins/windows/")]
+    document = tree.text("docs/plugin-guide.md")
+    assert len(CODE.findall(document)) >= 2
+    wrong = blocks_that_stand_nowhere(document, sources)
+    assert not wrong, "the code changed; take it over:\n" + "\n".join(wrong)
+
+
+def test_code_that_stands_nowhere_is_found():
+    document = "```cpp\nint a = 1;\n```\n\n```cpp\nint b = 2;\n```\n"
+    assert blocks_that_stand_nowhere(document, ["int a = 1;\n"]) == ["int b = 2;\n"]
+
+
 def listed_pictures():
     done = subprocess.run([str(tree.ROOT / "tools" / "pictures"), "--list"], capture_output=True, text=True, check=True)
     return done.stdout.split()

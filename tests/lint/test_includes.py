@@ -33,6 +33,8 @@ PARTS = {
     "companions/OutputSetup/include": ["companions/include", "plugins/sdk"],
     "companions/OutputSetup": ["companions/OutputSetup/include", "companions/include", "plugins/sdk", "framework",
                                "src/common", "src/res"],
+    "companions/FenwynCheck": ["companions/include", "companions/hotkey/include", "plugins/sdk", "plugins/sdk/check",
+                               "src/common", "src/res"],
     "plugins/sdk": [],
     "plugins/sdk/check": ["plugins/sdk", "src/common"],
     "plugins/simulated": ["plugins/sdk", "companions/include", "companions/hotkey/include",

@@ -12,6 +12,6 @@ namespace check {
 inline constexpr std::wstring_view kConnectorWords[] = {L"LCD", L"RGB", L"DVI", L"HDMI", L"DisplayPort"};
 
 inline constexpr UINT kLongestReason = 400;  // characters of GetUnsupportedReason
-inline constexpr DWORD kSlowCall = 50;       // ms that users begin to notice
+inline constexpr double kSlowCall = 50;      // ms that users begin to notice
 
 }  // namespace check

@@ -68,6 +68,7 @@ class COutputChecker {
         if (result != FENWYN_OK) {
             m_library.reportUnsupported(FENWYN_FNF5_INITIALIZE, result);
         }
+        m_report.answers().initialized = result == FENWYN_OK;
         return result == FENWYN_OK;
     }
 
@@ -118,6 +119,7 @@ class COutputChecker {
         } else {
             _checkMode(entry);
             _checkRecords(entry);
+            m_report.answers().entries.push_back({entry.mode, {}});
         }
         _checkText(entry);
     }
@@ -147,6 +149,9 @@ class COutputChecker {
             return;
         }
         if (custom) {
+            if (!m_report.answers().entries.empty()) {
+                m_report.answers().entries.back().text = entry.text;
+            }
             m_report.note(m_strEntry + L": \"" + entry.text + L"\".");
         } else {
             m_report.warning(m_strEntry + L": only custom entries show their text; this one is thrown away.");
@@ -200,6 +205,7 @@ class COutputChecker {
         } else if (item.value() < 0 || item.value() >= count) {
             m_report.error(L"GetCurrentItem gives " + std::to_wstring(item.value()) + L", which is no entry.");
         } else {
+            m_report.answers().current = item.value();
             m_report.note(L"The current entry is " + std::to_wstring(item.value()) + L".");
         }
     }

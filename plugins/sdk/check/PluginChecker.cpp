@@ -49,6 +49,7 @@ class CBasicChecker {
         if (result != FENWYN_OK) {
             m_library.reportUnsupported(FENWYN_INITIALIZE, result);
         }
+        m_report.answers().initialized = result == FENWYN_OK;
         return result == FENWYN_OK;
     }
 
@@ -63,6 +64,8 @@ class CBasicChecker {
         reserved.checkGuard(m_report, FENWYN_GET_DISPLAY_ITEM_INFO, L"reserved");
         m_uInfo = info.value();
         m_uInfo2 = info2.value();
+        m_report.answers().info = m_uInfo;
+        m_report.answers().info2 = m_uInfo2;
         if (result < 0) {
             _infoFailed(result);
             return false;
@@ -147,6 +150,7 @@ class CBasicChecker {
         const LONG result = m_library.call<FenwynIsDualBrtCtrl>(FENWYN_IS_DUAL_BRT_CTRL, dual.out());
         dual.checkGuard(m_report, FENWYN_IS_DUAL_BRT_CTRL, L"dual");
         m_bDual = dual.value() != 0;
+        m_report.answers().dual = m_bDual;
         if (result != FENWYN_OK) {
             m_report.error(L"IsDualBrtCtrl failed (" + std::to_wstring(result) + L"): the card shows no slider.");
         } else if (m_bDual) {
@@ -167,6 +171,7 @@ class CBasicChecker {
             m_report.error(L"GetCurrentItem gives " + std::to_wstring(item.value()) +
                            L", which is none of this function's items.");
         } else {
+            m_report.answers().current = item.value();
             m_report.note(L"The current item is " + std::to_wstring(item.value()) + L" (" +
                           hex(static_cast<ULONG>(item.value())) + L").");
             const LONG state = item.value() & 0xFFFF;
@@ -218,6 +223,7 @@ class CBasicChecker {
         } else if (SysStringLen(text.value()) == 0) {
             m_report.error(who + L" gives no text.");
         } else {
+            m_report.answers().planNames.at(plan) = text.value();
             m_report.note(L"Plan " + std::to_wstring(plan) + L" is \"" + text.value() + L"\".");
         }
         SysFreeString(text.value());

@@ -1,5 +1,7 @@
 #include "PluginLibrary.h"
 
+#include <cmath>
+
 #include "common/LibrarySearch.h"
 
 namespace check {
@@ -39,15 +41,22 @@ const char* exportInProgress() noexcept {
 }
 
 CPluginLibrary::CallScope::CallScope(CPluginLibrary& library, const char* exportName)
-    : m_library(library), m_pszName(exportName), m_ullStart(GetTickCount64()) {
+    : m_library(library), m_pszName(exportName) {
     g_pszInProgress = exportName;
+    QueryPerformanceCounter(&m_start);
 }
 
 CPluginLibrary::CallScope::~CallScope() {
+    LARGE_INTEGER end{};
+    LARGE_INTEGER perSecond{};
+    QueryPerformanceCounter(&end);
+    QueryPerformanceFrequency(&perSecond);
     g_pszInProgress = nullptr;
-    const ULONGLONG duration = GetTickCount64() - m_ullStart;
+    const double duration =
+        static_cast<double>(end.QuadPart - m_start.QuadPart) * 1000.0 / static_cast<double>(perSecond.QuadPart);
+    m_library.m_report.answers().calls.push_back({m_pszName, duration});
     if (duration > kSlowCall) {
-        m_library.m_report.warning(wide(m_pszName) + L" took " + std::to_wstring(duration) +
+        m_library.m_report.warning(wide(m_pszName) + L" took " + std::to_wstring(std::lround(duration)) +
                                    L" ms: the user interface stands still for that long.");
     }
 }
@@ -86,6 +95,7 @@ bool CPluginLibrary::requireExports(const std::array<const char*, fenwyn::kMaxEx
 void CPluginLibrary::reportUnsupported(const char* initializeName, LONG result) {
     m_report.warning(wide(initializeName) + L" says that this machine does not support the function (" +
                      std::to_wstring(result) + L"): it gets no card, and nothing further was asked.");
+    m_report.answers().declined = true;
     if (!has(FENWYN_GET_UNSUPPORTED_REASON)) {
         return;
     }
@@ -96,6 +106,7 @@ void CPluginLibrary::reportUnsupported(const char* initializeName, LONG result) 
     reserved.checkGuard(m_report, FENWYN_GET_UNSUPPORTED_REASON, L"reserved");
     const UINT length = SysStringLen(text.value());
     if (answer == FENWYN_OK && length != 0) {
+        m_report.answers().reason = text.value();
         m_report.note(std::wstring(L"Its reason: ") + text.value());
     }
     if (length > kLongestReason) {

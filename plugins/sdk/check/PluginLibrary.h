@@ -53,7 +53,7 @@ class CPluginLibrary {
      private:
         CPluginLibrary& m_library;
         const char* m_pszName;
-        ULONGLONG m_ullStart;
+        LARGE_INTEGER m_start{};
     };
 
     [[nodiscard]] FARPROC _address(const char* exportName) const { return GetProcAddress(m_hModule.get(), exportName); }

@@ -42,6 +42,14 @@ std::wstring wide(const char* name) {
     return {name, name + std::strlen(name)};
 }
 
+std::string utf8(const std::wstring& text) {
+    const int length = static_cast<int>(text.size());
+    const int bytes = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), length, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(bytes), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), length, result.data(), bytes, nullptr, nullptr);
+    return result;
+}
+
 std::wstring hex(unsigned long value) {
     wchar_t text[16];
     std::swprintf(text, std::size(text), L"0x%lX", value);

@@ -2,33 +2,16 @@
 // something, or wrong usage.
 #include <windows.h>
 
-#include <cstdio>
+#include <string>
 
+#include "Console.h"
 #include "PluginChecker.h"
-#include "PluginLibrary.h"
 #include "common/LibrarySearch.h"
 
 namespace {
 
-void tell(const std::wstring& text) {
-    const int length = static_cast<int>(text.size());
-    const int bytes = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), length, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(bytes), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), length, utf8.data(), bytes, nullptr, nullptr);
-    std::fwrite(utf8.data(), 1, utf8.size(), stdout);
-    std::fflush(stdout);
-}
-
-LONG WINAPI onCrash(EXCEPTION_POINTERS* exception) {
-    const char* const name = check::exportInProgress();
-    tell(L"ERROR    The plug-in crashed (" + check::hex(exception->ExceptionRecord->ExceptionCode) + L") in " +
-         (name != nullptr ? check::wide(name) : std::wstring(L"a thread of its own, or while it was loaded")) + L".\n");
-    TerminateProcess(GetCurrentProcess(), 1);
-    return EXCEPTION_EXECUTE_HANDLER;
-}
-
 int misuse() {
-    tell(
+    check::tell(
         L"PluginCheck <plug-in.dll> <function> [item]\n"
         L"Holds a plug-in against the contract. With an item it also calls SelectItem (Brightness: FocusItem).\n"
         L"Functions: " +
@@ -53,12 +36,12 @@ std::wstring fullPath(const wchar_t* path) {
 
 int wmain(int argc, wchar_t** argv) {
     prepareLibraryLoading();
-    SetUnhandledExceptionFilter(onCrash);
+    check::tellCrashes();
     std::optional<long> item;
     if (argc < 3 || argc > 4 || (argc == 4 && !parseItem(argv[3], item))) {
         return misuse();
     }
     const check::CReport report = check::checkPlugin(fullPath(argv[1]), argv[2], item);
-    tell(report.text());
+    check::tell(report.text());
     return report.count(check::Weight::Error) == 0 ? 0 : 1;
 }

@@ -18,12 +18,12 @@ constexpr DWORD kSettlePollMs = 50;
 constexpr std::array<LONG, 4> kPanicOrder{FENWYN_MODE_INTERNAL, FENWYN_MODE_EXTEND_RIGHT, FENWYN_MODE_CLONE,
                                           FENWYN_MODE_EXTERNAL};
 
-class Guard {
+class CGuard {
  public:
-    explicit Guard(SRWLOCK& rLock) : m_rLock(rLock) { ::AcquireSRWLockExclusive(&m_rLock); }
-    ~Guard() { ::ReleaseSRWLockExclusive(&m_rLock); }
-    Guard(const Guard&) = delete;
-    Guard& operator=(const Guard&) = delete;
+    explicit CGuard(SRWLOCK& rLock) : m_rLock(rLock) { ::AcquireSRWLockExclusive(&m_rLock); }
+    ~CGuard() { ::ReleaseSRWLockExclusive(&m_rLock); }
+    CGuard(const CGuard&) = delete;
+    CGuard& operator=(const CGuard&) = delete;
 
  private:
     SRWLOCK& m_rLock;
@@ -62,10 +62,10 @@ class CPictureKeeper::Core {
     void put(Job job) {
         Job dropped;
         {
-            const Guard guard(m_lock);
+            const CGuard guard(m_lock);
             dropped = std::exchange(m_job, std::move(job));
         }
-        finish(dropped, false);
+        _finish(dropped, false);
         ::SetEvent(m_hWake.get());
     }
     void end() {
@@ -73,7 +73,7 @@ class CPictureKeeper::Core {
         ::SetEvent(m_hWake.get());
     }
     [[nodiscard]] std::optional<DisplayState> known() {
-        const Guard guard(m_lock);
+        const CGuard guard(m_lock);
         return m_known;
     }
     void readAndWait(DWORD dwMs) {
@@ -85,25 +85,25 @@ class CPictureKeeper::Core {
     // The keeper's thread
     void run() {
         // Whoever waits for the first answer need not wait for screens that change.
-        guarded([this] { _publish(); });
-        guarded([this] { _takeBackWhatWasLeft(); });
+        _guarded([this] { _publish(); });
+        _guarded([this] { _takeBackWhatWasLeft(); });
         while (!m_bEnd) {
             const IPictureQuestion::Event event = m_tools.pQuestion->wait(m_hWake.get());
             if (!m_bEnd) {
-                guarded([this, event] { _handle(event); });
+                _guarded([this, event] { _handle(event); });
             }
         }
-        guarded([this] {
+        _guarded([this] {
             m_tools.pQuestion->close();
             _goBackIfAsked();
         });
-        finish(_take(), false);
+        _finish(_take(), false);
     }
 
  private:
     // Memory may run out; the next turn may fare better.
     template <typename Body>
-    static void guarded(Body body) noexcept {
+    static void _guarded(Body body) noexcept {
         try {
             body();
         } catch (...) {
@@ -111,20 +111,20 @@ class CPictureKeeper::Core {
         }
     }
 
-    static void finish(const Job& job, bool bDone) {
+    static void _finish(const Job& job, bool bDone) {
         if (const Panic* const pPanic = std::get_if<Panic>(&job); pPanic != nullptr && pPanic->pOutcome) {
             pPanic->pOutcome->tell(bDone);
         }
     }
 
     [[nodiscard]] Job _take() {
-        const Guard guard(m_lock);
+        const CGuard guard(m_lock);
         return std::exchange(m_job, Job());
     }
 
     void _publish() {
         DisplayState now = m_tools.pDisplays->read();
-        const Guard guard(m_lock);
+        const CGuard guard(m_lock);
         m_known = std::move(now);
         ::SetEvent(m_hRead.get());
     }
@@ -141,7 +141,7 @@ class CPictureKeeper::Core {
         } else if (std::holds_alternative<Panic>(job)) {
             const bool bDone = _bringBack();
             _publish();
-            finish(job, bDone);
+            _finish(job, bDone);
         }
         _publish();
     }

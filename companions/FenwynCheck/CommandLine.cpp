@@ -1,0 +1,116 @@
+#include "CommandLine.h"
+
+namespace machine {
+
+namespace {
+
+// Walks the arguments; a switch that needs a value takes the next one.
+class CParser {
+ public:
+    explicit CParser(std::span<const std::wstring> arguments) : m_arguments(arguments) {}
+
+    bool parse() {
+        while (m_bGood && m_uNext < m_arguments.size()) {
+            takeSwitch(m_arguments[m_uNext++]);
+        }
+        return m_bGood && m_uCommands == 1 && fits();
+    }
+
+    [[nodiscard]] Options& options() { return m_options; }
+
+ private:
+    void takeSwitch(const std::wstring& word) {
+        if (word == L"--machine") {
+            command(Command::CheckMachine);
+        } else if (word == L"--register") {
+            command(Command::Register);
+        } else if (word == L"--unregister") {
+            command(Command::Unregister);
+        } else if (word == L"--inspect" || word == L"--try-one") {
+            command(word == L"--inspect" ? Command::Inspect : Command::Try);
+            m_options.function = value();
+            m_options.plugin = value();
+        } else if (word == L"--try") {
+            m_options.tryChanges = true;
+        } else if (word == L"--user") {
+            m_options.forUser = true;
+        } else if (word == L"--replace") {
+            m_options.replace = true;
+        } else if (word == L"--elevated") {
+            m_options.elevated = true;
+        } else if (word == L"--report") {
+            m_options.reportFile = value();
+        } else if (word == L"--functions") {
+            m_options.functions = value();
+        } else {
+            m_bGood = false;
+        }
+    }
+
+    void command(Command command) {
+        m_options.command = command;
+        ++m_uCommands;
+    }
+
+    std::wstring value() {
+        if (m_uNext == m_arguments.size() || m_arguments[m_uNext].empty() || m_arguments[m_uNext].starts_with(L"--")) {
+            m_bGood = false;
+            return {};
+        }
+        return m_arguments[m_uNext++];
+    }
+
+    [[nodiscard]] bool fits() const {
+        const bool checks = m_options.command == Command::CheckMachine;
+        const bool registers = m_options.command == Command::Register;
+        const bool writes = registers || m_options.command == Command::Unregister;
+        return (checks || (!m_options.tryChanges && m_options.reportFile.empty())) &&
+               (writes || (!m_options.forUser && !m_options.elevated)) &&
+               (registers || (!m_options.replace && m_options.functions.empty()));
+    }
+
+    std::span<const std::wstring> m_arguments;
+    std::size_t m_uNext = 0;
+    std::size_t m_uCommands = 0;
+    bool m_bGood = true;
+    Options m_options;
+};
+
+}  // namespace
+
+std::optional<Options> parseCommandLine(std::span<const std::wstring> arguments) {
+    CParser parser(arguments);
+    return parser.parse() ? std::optional<Options>(parser.options()) : std::nullopt;
+}
+
+std::wstring usage() {
+    return L"FenwynCheck --machine [--try] [--report FILE]\n"
+           L"    Goes through the functions on this machine without changing anything: which are offered, and why\n"
+           L"    the others are not, their present state, how long each call took, and which keys.\n"
+           L"    --try also makes each harmless change and takes it back; it asks before each.\n"
+           L"    --report writes the same as text, to send along with a fault.\n"
+           L"FenwynCheck --register [--user] [--replace] [--functions \"Mute;Lock;\"]\n"
+           L"    Writes a function list of what this machine offers, for the machine (asks for administrator rights\n"
+           L"    once) or, with --user, for this user only. --replace: also where there is one. --functions: these.\n"
+           L"FenwynCheck --unregister [--user]\n"
+           L"    Removes what --register wrote and nobody changed since.\n"
+           L"Exit codes: 0 all is well; 1 a plug-in is at fault, or a change had no effect; 2 wrong use; 3 something\n"
+           L"could not be written; 4 there is nothing to check or to register, or a list is there already.\n";
+}
+
+std::wstring quoted(const std::wstring& argument) {
+    std::wstring result = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : argument) {
+        if (c == L'\\') {
+            ++backslashes;
+            continue;
+        }
+        result.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
+        backslashes = 0;
+        result += c;
+    }
+    return result.append(2 * backslashes, L'\\') + L'"';
+}
+
+}  // namespace machine

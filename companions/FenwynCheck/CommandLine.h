@@ -1,0 +1,38 @@
+// What the command line asks for.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace machine {
+
+enum class Command {
+    CheckMachine,  // go through the functions
+    Register,      // write a function list
+    Unregister,    // remove it again
+    Inspect,       // one plug-in, in a process of its own
+    Try            // the same, with a change that is taken back
+};
+
+struct Options {
+    Command command = Command::CheckMachine;
+    bool tryChanges = false;
+    bool forUser = false;           // the user's own list
+    bool replace = false;           // a list that is there
+    bool elevated = false;          // this is the run with administrator rights; there is no further one
+    std::wstring reportFile;        // empty: none
+    std::wstring functions;         // of the list to be written, as in "Mute;Lock;"; empty: what the machine offers
+    std::wstring function, plugin;  // of Inspect and Try
+};
+
+// `arguments` without the program's name. Nothing when they make no sense.
+[[nodiscard]] std::optional<Options> parseCommandLine(std::span<const std::wstring> arguments);
+
+[[nodiscard]] std::wstring usage();
+
+// One argument as it stands on a command line, quoted so that it arrives as it is.
+[[nodiscard]] std::wstring quoted(const std::wstring& argument);
+
+}  // namespace machine

@@ -1,0 +1,24 @@
+// --machine: goes through the functions, and says what it finds.
+#pragma once
+
+#include <string>
+
+#include "CommandLine.h"
+#include "FunctionSource.h"
+#include "Inspection.h"
+#include "Outside.h"
+
+namespace machine {
+
+[[nodiscard]] ExitCode checkMachine(const Options& options, const Outside& outside);
+
+// Looks at one function in a process of its own. A plug-in that crashes or does not return is at fault.
+[[nodiscard]] Finding inspectApart(const Entry& entry, const Outside& outside);
+
+// Program, system and machine, one line each. Nothing in it tells who the user is.
+[[nodiscard]] std::wstring surroundings();
+
+// `text` without the path of the user's profile, which tells the user's name.
+[[nodiscard]] std::wstring withoutProfile(std::wstring text, const std::wstring& profile);
+
+}  // namespace machine

@@ -1,0 +1,112 @@
+#include "Registration.h"
+
+#include "FenwynRegistry.h"
+#include "FunctionListRoot.h"
+#include "MachineCheck.h"
+#include "SampleList.h"
+
+namespace machine {
+
+namespace {
+
+HKEY rootOf(const Options& options) {
+    return options.forUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+}
+
+// Empty when the list may be written.
+std::wstring objection(const Options& options) {
+    if (options.forUser && fenwyn::hasFunctionList(HKEY_LOCAL_MACHINE)) {
+        return L"This machine has a function list; the user's own would not be looked at.\n";
+    }
+    if (!options.replace && fenwyn::hasFunctionList(rootOf(options))) {
+        return L"There is a function list already; it stays as it is. --replace writes over it.\n";
+    }
+    return {};
+}
+
+std::vector<std::wstring> offeredNames(const Outside& outside) {
+    std::vector<std::wstring> names;
+    for (const Entry& entry : family(outside.folder)) {
+        if (!entry.codes.empty() && inspectApart(entry, outside).outcome == Outcome::Offered) {
+            names.push_back(entry.name);
+        }
+    }
+    return names;
+}
+
+std::wstring joined(const std::vector<std::wstring>& names) {
+    std::wstring list;
+    for (const std::wstring& name : names) {
+        list += name + L";";
+    }
+    return list;
+}
+
+ExitCode refused(LSTATUS error, const Outside& outside) {
+    outside.tell(error == ERROR_ACCESS_DENIED
+                     ? L"Nothing was written: that takes administrator rights. With --user it does not.\n"
+                     : L"The registry refused (error " + std::to_wstring(error) + L").\n");
+    return kNotWritten;
+}
+
+// Once more with administrator rights; not from a process that should have them.
+ExitCode elevate(const Options& options, const std::wstring& arguments, const Outside& outside) {
+    const std::optional<DWORD> code = options.elevated ? std::nullopt : outside.runElevated(arguments + L" --elevated");
+    return code == DWORD{kWell} ? kWell : refused(ERROR_ACCESS_DENIED, outside);
+}
+
+std::wstring storedList(HKEY root) {
+    wchar_t list[4096];
+    DWORD size = sizeof list;
+    return RegGetValueW(root, FENWYN_REG_HOTKEY, FENWYN_VALUE_FUNC_LIST, RRF_RT_REG_SZ, nullptr, list, &size) ==
+                   ERROR_SUCCESS
+               ? list
+               : L"";
+}
+
+}  // namespace
+
+ExitCode registerFunctions(const Options& options, const Outside& outside) {
+    if (const std::wstring why = objection(options); !why.empty()) {
+        outside.tell(why);
+        return kNothingToDo;
+    }
+    const std::vector<std::wstring> names =
+        options.functions.empty() ? offeredNames(outside) : namesOf(options.functions);
+    const std::vector<common::Setting> settings = sampleSettings(outside.folder, names, GetUserDefaultUILanguage());
+    if (names.empty()) {
+        outside.tell(L"This machine offers none of the functions; nothing was written.\n");
+        return kNothingToDo;
+    }
+    const LSTATUS error = outside.writeSettings(rootOf(options), settings);
+    ExitCode code = kWell;
+    if (error == ERROR_ACCESS_DENIED && !options.forUser) {
+        code = elevate(
+            options,
+            std::wstring(L"--register --functions ") + quoted(joined(names)) + (options.replace ? L" --replace" : L""),
+            outside);
+    } else if (error != ERROR_SUCCESS) {
+        code = refused(error, outside);
+    }
+    if (code == kWell) {
+        outside.tell(L"The function list is written: " + joined(names) + L"\n");
+    }
+    return code;
+}
+
+ExitCode unregisterFunctions(const Options& options, const Outside& outside) {
+    const HKEY root = rootOf(options);
+    const std::vector<std::wstring> names = namesOf(storedList(root));
+    LSTATUS error = ERROR_SUCCESS;
+    // The captions may be in either language; what is not there as one of them wrote it stays for the other.
+    for (const LANGID language : {LANGID{LANG_ENGLISH}, LANGID{LANG_GERMAN}}) {
+        const LSTATUS status = outside.removeSettings(root, sampleSettings(outside.folder, names, language));
+        error = error == ERROR_SUCCESS ? status : error;
+    }
+    if (error == ERROR_ACCESS_DENIED && !options.forUser) {
+        return elevate(options, L"--unregister", outside);
+    }
+    return error == ERROR_SUCCESS ? kWell : refused(error, outside);
+}
+
+}  // namespace machine

@@ -1,0 +1,93 @@
+#include "SampleList.h"
+
+#include <algorithm>
+
+#include "FenwynFunctions.h"
+#include "FenwynRegistry.h"
+#include "ZelHotkey.h"
+
+namespace machine {
+
+namespace {
+
+using common::Setting;
+using common::textSetting;
+
+// Scan codes of the keys: F1 to F12, and letters and the space bar for what finds no function key.
+const std::vector<SampleFunction> kSample = {
+    {L"Mute", L"Mute", L"Ton", {0x3B}},
+    {L"Lock", L"Lock", L"Sperren", {0x3C}},
+    {L"PowerPlan", L"Power plan", L"Energieplan", {0x3D}},
+    {L"Sleep", L"Sleep", L"Energie sparen", {0x3E}},
+    {L"Output_2", L"Display output", L"Bildschirme", {0x3F}},
+    {L"Brightness", L"Brightness", L"Helligkeit", {0x40, 0x41}},
+    {L"Wireless", L"Wireless", L"Funk", {0x42}},
+    {L"Touchpad", L"Touchpad", L"Touchpad", {0x43}},
+    {L"CursorOverlay", L"Cursor keys", L"Pfeiltasten", {0x44}},
+    {L"NumericOverlay", L"Number pad", L"Ziffernblock", {0x57}},
+    {L"Hibernate", L"Hibernate", L"Ruhezustand", {0x58}},
+    {L"Zoom", L"Zoom", L"Zoom", {0x39}},
+    {L"ODD", L"Optical drive", L"Laufwerk", {0x12}},
+    {L"Output", L"Older output", L"Alte Ausgabe", {}},
+};
+
+// Where the sample differs from the program's own defaults: the mouse can call the cards.
+struct ConfigValue {
+    const wchar_t* name;
+    DWORD value;
+};
+constexpr ConfigValue kConfig[] = {{L"EnableHover", 1}, {L"MouseEnterIdle", 500}};
+
+void appendFunction(std::vector<Setting>& settings, const SampleFunction& function, const std::wstring& folder,
+                    LANGID language) {
+    const std::wstring key = ZEL_REG_HOTKEY L"\\" + std::wstring(function.name);
+    const bool german = PRIMARYLANGID(language) == LANG_GERMAN;
+    settings.push_back(textSetting(key, L"Caption", german ? function.germanCaption : function.caption));
+    settings.push_back(common::numbersSetting(key, ZEL_VALUE_CODE, function.codes));
+    settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, samplePlugin(folder, function.name)));
+}
+
+}  // namespace
+
+std::span<const SampleFunction> sampleFunctions() {
+    return kSample;
+}
+
+std::wstring samplePlugin(const std::wstring& folder, const std::wstring& function) {
+    return folder + L"\\plugins\\Win" + function + L".dll";
+}
+
+std::vector<Setting> sampleSettings(const std::wstring& folder, std::span<const std::wstring> names, LANGID language) {
+    std::vector<Setting> settings{textSetting(FENWYN_REG_PRODUCT, FENWYN_VALUE_INSTALL_PATH, folder)};
+    for (const ConfigValue& row : kConfig) {
+        settings.push_back(common::numberSetting(FENWYN_REG_CONFIG, row.name, row.value));
+        settings.back().keepExisting = true;
+    }
+    std::wstring list;
+    for (const SampleFunction& function : kSample) {
+        const bool wanted = std::ranges::any_of(
+            names, [&](const std::wstring& name) { return fenwyn::equalNames(name, function.name); });
+        if (wanted && !function.codes.empty()) {
+            list += std::wstring(function.name) + L";";
+            appendFunction(settings, function, folder, language);
+        }
+    }
+    // Last: who sees the list finds all that it names.
+    settings.push_back(textSetting(ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, list));
+    return settings;
+}
+
+std::vector<std::wstring> namesOf(const std::wstring& list) {
+    std::vector<std::wstring> names;
+    std::size_t start = 0;
+    while (start < list.size()) {
+        const std::size_t end = std::min(list.find(L';', start), list.size());
+        if (end != start) {
+            names.push_back(list.substr(start, end - start));
+        }
+        start = end + 1;
+    }
+    return names;
+}
+
+}  // namespace machine

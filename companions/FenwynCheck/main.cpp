@@ -1,0 +1,88 @@
+// FenwynCheck.exe: for the owner of a machine. Which functions it offers, in words and as a report; a function list for
+// it. CommandLine.cpp has the usage.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <iostream>
+
+#include "CommandLine.h"
+#include "Inspection.h"
+#include "MachineCheck.h"
+#include "Outside.h"
+#include "Registration.h"
+#include "Trial.h"
+#include "common/Handle.h"
+#include "common/LibrarySearch.h"
+#include "plugins/sdk/check/Console.h"
+
+namespace {
+
+bool ask(const std::wstring& question) {
+    check::tell(question + L" [y/N] ");
+    std::string answer;
+    std::getline(std::cin, answer);
+    return !answer.empty() && (answer[0] == 'y' || answer[0] == 'Y');
+}
+
+std::optional<DWORD> runElevated(const std::wstring& arguments) {
+    const std::wstring program = machine::programPath();
+    SHELLEXECUTEINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_NOCLOSEPROCESS;
+    info.lpVerb = L"runas";
+    info.lpFile = program.c_str();
+    info.lpParameters = arguments.c_str();
+    info.nShow = SW_HIDE;
+    if (ShellExecuteExW(&info) == FALSE || info.hProcess == nullptr) {
+        return std::nullopt;
+    }
+    const common::UniqueHandle process(info.hProcess);
+    WaitForSingleObject(process.get(), INFINITE);
+    DWORD code = 0;
+    return GetExitCodeProcess(process.get(), &code) != FALSE ? std::optional<DWORD>(code) : std::nullopt;
+}
+
+int look(const machine::Finding& finding) {
+    check::tell(finding.text);
+    return static_cast<int>(finding.outcome);
+}
+
+int run(const machine::Options& options) {
+    using machine::Command;
+    const machine::Outside outside{machine::programFolder(),
+                                   machine::runSelf,
+                                   runElevated,
+                                   common::writeSettings,
+                                   common::removeSettings,
+                                   ask,
+                                   check::tell};
+    switch (options.command) {
+        case Command::CheckMachine:
+            return machine::checkMachine(options, outside);
+        case Command::Register:
+            return machine::registerFunctions(options, outside);
+        case Command::Unregister:
+            return machine::unregisterFunctions(options, outside);
+        case Command::Inspect:
+            check::tellCrashes();
+            return look(machine::inspect(options.function, options.plugin));
+        case Command::Try:
+            check::tellCrashes();
+            return look(machine::tryChange(options.function, options.plugin));
+    }
+    return machine::kWrongUse;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    prepareLibraryLoading();
+    const std::vector<std::wstring> arguments(argv + 1, argv + argc);
+    const std::optional<machine::Options> options = machine::parseCommandLine(arguments);
+    if (!options) {
+        check::tell(machine::usage());
+        return machine::kWrongUse;
+    }
+    return run(*options);
+}

@@ -1,0 +1,71 @@
+#include "CommandLine.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace {
+
+using machine::Command;
+
+std::optional<machine::Options> parse(const std::vector<std::wstring>& arguments) {
+    return machine::parseCommandLine(arguments);
+}
+
+TEST(CheckCommandLine, TakesEachCommandWithItsSwitchesInAnyOrder) {
+    const auto check = parse({L"--report", L"C:\\a b.txt", L"--try", L"--machine"});
+    ASSERT_TRUE(check);
+    EXPECT_EQ(check->command, Command::CheckMachine);
+    EXPECT_TRUE(check->tryChanges);
+    EXPECT_EQ(check->reportFile, L"C:\\a b.txt");
+    const auto enter = parse({L"--register", L"--user", L"--replace", L"--functions", L"Mute;Lock;"});
+    ASSERT_TRUE(enter);
+    EXPECT_EQ(enter->command, Command::Register);
+    EXPECT_TRUE(enter->forUser);
+    EXPECT_TRUE(enter->replace);
+    EXPECT_EQ(enter->functions, L"Mute;Lock;");
+    const auto leave = parse({L"--unregister"});
+    ASSERT_TRUE(leave);
+    EXPECT_EQ(leave->command, Command::Unregister);
+    EXPECT_FALSE(leave->forUser);
+    const auto inspect = parse({L"--inspect", L"Mute", L"C:\\Mute.dll"});
+    ASSERT_TRUE(inspect);
+    EXPECT_EQ(inspect->function, L"Mute");
+    EXPECT_EQ(inspect->plugin, L"C:\\Mute.dll");
+}
+
+TEST(CheckCommandLine, RefusesWhatMakesNoSense) {
+    const std::vector<std::vector<std::wstring>> kWrong = {
+        {},
+        {L"--try"},
+        {L"--report", L"x"},
+        {L"--machine", L"--report"},
+        {L"--machine", L"--report", L"--try"},
+        {L"--machine", L"--register"},
+        {L"--machine", L"--user"},
+        {L"--register", L"--try"},
+        {L"--unregister", L"--replace"},
+        {L"--unregister", L"--functions", L"Mute;"},
+        {L"--machine", L"--elevated"},
+        {L"--inspect", L"Mute"},
+        {L"/machine"},
+        {L"--machine", L"more"},
+    };
+    for (const auto& arguments : kWrong) {
+        EXPECT_FALSE(parse(arguments)) << arguments.size() << " arguments";
+    }
+}
+
+TEST(CheckCommandLine, QuotedArgumentsArriveAsTheyAre) {
+    for (const std::wstring argument :
+         {L"plain", L"with blank", L"C:\\folder with blank\\", L"a\"b", L"a\\\"b", L"\\\\", L"%PATH%"}) {
+        int count = 0;
+        LPWSTR* const words = CommandLineToArgvW((L"x.exe " + machine::quoted(argument) + L" end").c_str(), &count);
+        ASSERT_EQ(count, 3);
+        EXPECT_EQ(std::wstring(words[1]), argument);
+        LocalFree(words);
+    }
+}
+
+}  // namespace
