@@ -130,15 +130,17 @@ def shown(tmp_path):
     made.end()
 
 
-def test_run_real_shows_a_card_for_each_function_that_this_system_offers(shown):
+def test_run_real_shows_what_this_system_offers_and_an_overlay_types_into_a_text_field(shown):
     probe, keyboard = shown.probe, shown.keyboard
     names = bytes(probe.get_value("HKLM", LIST, "FuncList")).decode("utf-16-le").rstrip("\0;").split(";")
     assert {"CursorOverlay", "NumericOverlay", "Lock"} <= set(names)
     assert not {"ODD", "Touchpad", "KBB"} & set(names)
     assert "not offered: There is no" in shown.said()
     wait_until(lambda: shown.window(FRAME_CLASS) and shown.window(STRIP_CLASS), "Fenwyn runs", 30)
-    notepad = wait_until(lambda: shown.window("Notepad"), "there is a notepad")
+    notepad = wait_until(lambda: shown.window("Notepad"), "there is a notepad to type in")
     probe.focus(notepad.hwnd)
+
+    keyboard.press("Num_Lock")  # without it the emulated system makes no digits of the keys of a number pad
 
     # The hook of a program that has just started may not be there yet: pressed until it answers.
     def strip_comes():
@@ -151,5 +153,14 @@ def test_run_real_shows_a_card_for_each_function_that_this_system_offers(shown):
     counts = {len(names), len(names) - 1} if "Zoom" in names else {len(names)}
     area = probe.work_area()
     assert shown.window(STRIP_CLASS).rect in [geometry.strip(area, count) for count in counts], "a card for each function"
+    keyboard.press("F11")
+    keyboard.press("F11")
     keyboard.up(MODIFIER)
+
+    def typed(key):
+        keyboard.press(key)
+        return probe.text_field(notepad.hwnd)
+
+    wait_until(lambda: typed("j").endswith("1"), lambda: f"J types 1: {probe.text_field(notepad.hwnd)!r}", 30)
+    assert set(probe.text_field(notepad.hwnd)) <= {"j", "1"}
     assert shown.end() == 130, "ended as by Ctrl+C"
