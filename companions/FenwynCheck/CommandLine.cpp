@@ -11,25 +11,25 @@ class CParser {
 
     bool parse() {
         while (m_bGood && m_uNext < m_arguments.size()) {
-            takeSwitch(m_arguments[m_uNext++]);
+            _takeSwitch(m_arguments[m_uNext++]);
         }
-        return m_bGood && m_uCommands == 1 && fits();
+        return m_bGood && m_uCommands == 1 && _fits();
     }
 
     [[nodiscard]] Options& options() { return m_options; }
 
  private:
-    void takeSwitch(const std::wstring& word) {
+    void _takeSwitch(const std::wstring& word) {
         if (word == L"--machine") {
-            command(Command::CheckMachine);
+            _command(Command::CheckMachine);
         } else if (word == L"--register") {
-            command(Command::Register);
+            _command(Command::Register);
         } else if (word == L"--unregister") {
-            command(Command::Unregister);
+            _command(Command::Unregister);
         } else if (word == L"--inspect" || word == L"--try-one") {
-            command(word == L"--inspect" ? Command::Inspect : Command::Try);
-            m_options.function = value();
-            m_options.plugin = value();
+            _command(word == L"--inspect" ? Command::Inspect : Command::Try);
+            m_options.function = _value();
+            m_options.plugin = _value();
         } else if (word == L"--try") {
             m_options.tryChanges = true;
         } else if (word == L"--user") {
@@ -39,20 +39,20 @@ class CParser {
         } else if (word == L"--elevated") {
             m_options.elevated = true;
         } else if (word == L"--report") {
-            m_options.reportFile = value();
+            m_options.reportFile = _value();
         } else if (word == L"--functions") {
-            m_options.functions = value();
+            m_options.functions = _value();
         } else {
             m_bGood = false;
         }
     }
 
-    void command(Command command) {
+    void _command(Command command) {
         m_options.command = command;
         ++m_uCommands;
     }
 
-    std::wstring value() {
+    std::wstring _value() {
         if (m_uNext == m_arguments.size() || m_arguments[m_uNext].empty() || m_arguments[m_uNext].starts_with(L"--")) {
             m_bGood = false;
             return {};
@@ -60,7 +60,7 @@ class CParser {
         return m_arguments[m_uNext++];
     }
 
-    [[nodiscard]] bool fits() const {
+    [[nodiscard]] bool _fits() const {
         const bool checks = m_options.command == Command::CheckMachine;
         const bool registers = m_options.command == Command::Register;
         const bool writes = registers || m_options.command == Command::Unregister;

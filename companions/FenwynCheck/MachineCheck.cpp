@@ -76,15 +76,15 @@ class CMachineCheck {
 
     ExitCode run() {
         const FunctionSet set = functionSet(m_outside.folder);
-        tell(surroundings() + L"Function list: " + sourceText(set.source) + L"\nModifier: " +
-             modifierName(set.modifier) + L"\n");
+        _tell(surroundings() + L"Function list: " + sourceText(set.source) + L"\nModifier: " +
+              modifierName(set.modifier) + L"\n");
         for (const Entry& entry : set.entries) {
-            look(entry);
+            _look(entry);
         }
-        tell(L"\n" + std::to_wstring(set.entries.size()) + L" functions: " + std::to_wstring(m_uOffered) +
-             L" offered, " + std::to_wstring(m_uDeclined) + L" not offered, " + std::to_wstring(m_uFaulty) +
-             L" at fault.\n");
-        if (!m_options.reportFile.empty() && !writeReport()) {
+        _tell(L"\n" + std::to_wstring(set.entries.size()) + L" functions: " + std::to_wstring(m_uOffered) +
+              L" offered, " + std::to_wstring(m_uDeclined) + L" not offered, " + std::to_wstring(m_uFaulty) +
+              L" at fault.\n");
+        if (!m_options.reportFile.empty() && !_writeReport()) {
             m_outside.tell(L"The report could not be written to " + m_options.reportFile + L".\n");
             return kNotWritten;
         }
@@ -95,42 +95,42 @@ class CMachineCheck {
     }
 
  private:
-    void look(const Entry& entry) {
-        tell(heading(entry));
+    void _look(const Entry& entry) {
+        _tell(heading(entry));
         if (!entry.problem.empty()) {
             ++m_uFaulty;
-            tell(indented(L"FAULT: " + entry.problem));
+            _tell(indented(L"FAULT: " + entry.problem));
             return;
         }
         Finding finding = inspectApart(entry, m_outside);
-        tell(indented(entry.plugin + L"\n" + finding.text));
+        _tell(indented(entry.plugin + L"\n" + finding.text));
         if (finding.outcome == Outcome::Offered && m_options.tryChanges) {
-            finding.outcome = tryApart(entry);
+            finding.outcome = _tryApart(entry);
         }
-        count(finding.outcome);
+        _count(finding.outcome);
     }
 
     // Offered also when it is not tried.
-    Outcome tryApart(const Entry& entry) {
+    Outcome _tryApart(const Entry& entry) {
         const wchar_t* const question = trialQuestion(entry.name);
         if (question == nullptr || !m_outside.ask(entry.name + L": " + question + L"?")) {
             return Outcome::Offered;
         }
         const Finding finding = findingOf(m_outside.runSelf(command(L"--try-one", entry), kTryPatience), kTryPatience);
-        tell(indented(L"tried:\n" + finding.text));
+        _tell(indented(L"tried:\n" + finding.text));
         return finding.outcome == Outcome::Declined ? Outcome::Offered : finding.outcome;
     }
 
-    void count(Outcome outcome) {
+    void _count(Outcome outcome) {
         ++(outcome == Outcome::Offered ? m_uOffered : outcome == Outcome::Declined ? m_uDeclined : m_uFaulty);
     }
 
-    void tell(const std::wstring& text) {
+    void _tell(const std::wstring& text) {
         m_strReport += text;
         m_outside.tell(text);
     }
 
-    [[nodiscard]] bool writeReport() const {
+    [[nodiscard]] bool _writeReport() const {
         std::wstring profile(MAX_PATH, L'\0');
         profile.resize(GetEnvironmentVariableW(L"USERPROFILE", profile.data(), MAX_PATH));
         std::string bytes = "\xEF\xBB\xBF";

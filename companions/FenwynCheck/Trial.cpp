@@ -38,21 +38,21 @@ class CTrial {
         if (m_library.call<FenwynInitializeHotkeyDll>(FENWYN_INITIALIZE, 0L, &reserved) != FENWYN_OK) {
             return {Outcome::Declined, L"not tried: it is not offered.\n"};
         }
-        const std::optional<LONG> before = state();
-        const std::optional<LONG> other = before ? neighbour(*before) : std::nullopt;
+        const std::optional<LONG> before = _state();
+        const std::optional<LONG> other = before ? _neighbour(*before) : std::nullopt;
         if (!other) {
             return {Outcome::Faulty, L"FAULT: not tried: there is no state to change.\n"};
         }
-        const bool there = change(*before, *other);
-        const bool back = change(*other, *before);
+        const bool there = _change(*before, *other);
+        const bool back = _change(*other, *before);
         return {there && back ? Outcome::Offered : Outcome::Faulty, m_strText};
     }
 
  private:
-    [[nodiscard]] bool isSlider() const { return m_rule.infoRule == fenwyn::InfoRule::Levels; }
+    [[nodiscard]] bool _isSlider() const { return m_rule.infoRule == fenwyn::InfoRule::Levels; }
 
     // Asked as Fenwyn asks when a card opens.
-    std::optional<LONG> state() {
+    std::optional<LONG> _state() {
         check::Answers& answers = m_report.answers();
         ULONG reserved = 0;
         LONG item = -1;
@@ -63,9 +63,9 @@ class CTrial {
     }
 
     // The state beside `item`. Two screens with levels of their own have no neighbour that FocusItem could name.
-    std::optional<LONG> neighbour(LONG item) {
+    std::optional<LONG> _neighbour(LONG item) {
         const auto levels = static_cast<LONG>(m_report.answers().info);
-        if (!isSlider()) {
+        if (!_isSlider()) {
             // Where items are left out, SelectItem counts others than GetCurrentItem.
             const bool whole = m_report.answers().info == m_rule.info;
             return whole ? std::optional<LONG>((item + 1) % m_rule.states) : std::nullopt;
@@ -78,28 +78,28 @@ class CTrial {
         return item > 1 ? item - 1 : item + 1;
     }
 
-    bool change(LONG from, LONG to) {
-        m_strText += nameOf(from) + L" -> " + nameOf(to) + L": ";
+    bool _change(LONG from, LONG to) {
+        m_strText += _nameOf(from) + L" -> " + _nameOf(to) + L": ";
         ULONG reserved = 0;
         const LONG result =
-            m_library.call<FenwynSelectItem>(isSlider() ? FENWYN_FOCUS_ITEM : FENWYN_SELECT_ITEM, to, &reserved);
+            m_library.call<FenwynSelectItem>(_isSlider() ? FENWYN_FOCUS_ITEM : FENWYN_SELECT_ITEM, to, &reserved);
         if (result != FENWYN_OK) {
             m_strText += L"FAULT: refused (" + std::to_wstring(result) + L").\n";
             return false;
         }
         const ULONGLONG start = GetTickCount64();
-        const std::optional<ULONGLONG> seen = waitFor(to, start);
+        const std::optional<ULONGLONG> seen = _waitFor(to, start);
         m_strText += seen ? L"in effect after " + std::to_wstring(*seen) + L" ms.\n"
-                          : L"FAULT: no effect; the state is " + nameOf(state().value_or(-1)) + L".\n";
+                          : L"FAULT: no effect; the state is " + _nameOf(_state().value_or(-1)) + L".\n";
         return seen.has_value();
     }
 
     // After how many milliseconds the state came to stay; nothing when it did not.
-    std::optional<ULONGLONG> waitFor(LONG wanted, ULONGLONG start) {
+    std::optional<ULONGLONG> _waitFor(LONG wanted, ULONGLONG start) {
         std::optional<ULONGLONG> since;
         while (GetTickCount64() - start < kPatience + kSteadiness) {
             const ULONGLONG now = GetTickCount64() - start;
-            if (state() != wanted) {
+            if (_state() != wanted) {
                 since.reset();
             } else if (!since) {
                 since = now;
@@ -111,7 +111,7 @@ class CTrial {
         return std::nullopt;
     }
 
-    [[nodiscard]] std::wstring nameOf(LONG item) const { return itemText(m_rule, m_report.answers(), item); }
+    [[nodiscard]] std::wstring _nameOf(LONG item) const { return itemText(m_rule, m_report.answers(), item); }
 
     const fenwyn::Function& m_rule;
     check::CPluginLibrary& m_library;

@@ -73,6 +73,10 @@ class Probe:
     def foreground(self):
         return self.ask("foreground")["window"]
 
+    def text_field(self, hwnd):
+        """The text in the window's text field."""
+        return self.ask("text-field", hwnd)
+
     def post(self, hwnd, message, w_param=0, l_param=0):
         return self.ask("message", "post", hwnd, message, w_param, l_param)
 

@@ -15,25 +15,16 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {L"windows", 0, listWindows},
-    {L"foreground", 0, foreground},
-    {L"work-area", 0, workArea},
-    {L"message", 5, sendOrPost},
-    {L"register-message", 1, registerMessage},
-    {L"make-window", 6, makeWindow},
-    {L"received", 1, receivedMessages},
-    {L"focus-window", 1, focusWindow},
-    {L"destroy-window", 1, destroyWindow},
-    {L"processes", 0, listProcesses},
-    {L"count-handles", 1, countHandles},
-    {L"hold-object", 2, holdObject},
-    {L"release-objects", 0, releaseObjects},
-    {L"take-hooks", 0, takeHooks},
-    {L"set-event", 1, setEvent},
-    {L"set-value", 5, setValue},
-    {L"get-value", 3, getValue},
-    {L"delete-key", 2, deleteKey},
-    {L"delete-value", 3, deleteValue},
+    {L"windows", 0, listWindows},      {L"foreground", 0, foreground},
+    {L"text-field", 1, textField},     {L"work-area", 0, workArea},
+    {L"message", 5, sendOrPost},       {L"register-message", 1, registerMessage},
+    {L"make-window", 6, makeWindow},   {L"received", 1, receivedMessages},
+    {L"focus-window", 1, focusWindow}, {L"destroy-window", 1, destroyWindow},
+    {L"processes", 0, listProcesses},  {L"count-handles", 1, countHandles},
+    {L"hold-object", 2, holdObject},   {L"release-objects", 0, releaseObjects},
+    {L"take-hooks", 0, takeHooks},     {L"set-event", 1, setEvent},
+    {L"set-value", 5, setValue},       {L"get-value", 3, getValue},
+    {L"delete-key", 2, deleteKey},     {L"delete-value", 3, deleteValue},
 };
 
 Arguments split(std::wstring_view line) {

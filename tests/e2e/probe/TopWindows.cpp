@@ -65,6 +65,15 @@ std::string foreground(const Arguments&) {
     return object({{"window", ofWindow(::GetForegroundWindow())}, {"focus", ofWindow(info.hwndFocus)}});
 }
 
+std::string textField(const Arguments& arguments) {
+    const HWND field = ::FindWindowExW(toWindow(arguments[0]), nullptr, L"Edit", nullptr);
+    wchar_t text[1024] = L"";
+    DWORD_PTR length = 0;
+    const LRESULT done = ::SendMessageTimeoutW(field, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text),
+                                               SMTO_NORMAL, kPatience, &length);
+    return done == 0 ? error(L"there is no text field that answers") : quoted(text);
+}
+
 std::string workArea(const Arguments&) {
     RECT area{};
     ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);

@@ -8,8 +8,8 @@
 
 namespace keyboard {
 
-// A key is identified by its slot: its set-1 scan code, plus 0x100 for an extended key. A key without a scan code has its
-// virtual-key code plus 0x200. Slot 0 is "no such key".
+// A key is identified by its slot: its set-1 scan code, plus 0x100 for an extended key. A key without a scan code has
+// its virtual-key code plus 0x200. Slot 0 is "no such key".
 inline constexpr std::size_t kExtendedSlot = 0x100;
 inline constexpr std::size_t kVirtualKeySlot = 0x200;
 inline constexpr std::size_t kKeySlots = 0x300;
