@@ -96,7 +96,7 @@ def test_the_animation_has_its_frames_and_is_small():
 
 
 def test_no_picture_is_empty():
-    empty = [name for name in tree.files(".png") if name.startswith("docs/") and colours_of(name) < 64]
+    empty = [name for name in tree.files(".png") if name.startswith("docs/") and colours_of(name) < 16]
     assert not empty, empty
 
 
