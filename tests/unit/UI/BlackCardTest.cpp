@@ -383,7 +383,7 @@ TEST_F(BlackCard, ItemOfAnEmptyRowFails) {
 
 TEST_F(BlackCard, ThatIsPutAwayWhileItsItemIsAskedForIsAtItsBeginning) {
     for (auto* meanwhile : {&m_pFunction->m_duringItems, &m_pFunction->m_duringStatus, &m_pFunction->m_duringDefault}) {
-        *meanwhile = [] { theApp.showMainDlg(FALSE, TRUE); };
+        *meanwhile = [] { EXPECT_EQ(theApp.showMainDlg(FALSE, TRUE), S_OK); };
         EXPECT_EQ(press(), S_OK);
         EXPECT_FALSE(largeShown());
         for (const CQrdItem* item : row()) {
