@@ -37,7 +37,7 @@ Picture descriptions(double ratio) {
         const GraphicsDc dc(graphics);
         font = std::make_unique<Gdiplus::Font>(dc.get(), &face);
     }
-    const DescFormat format;
+    const CDescFormat format;
     float top = 0.0F;
     for (const wchar_t* text : kTexts) {
         Gdiplus::RectF box(0.0F, top, static_cast<float>(width), static_cast<float>(height));

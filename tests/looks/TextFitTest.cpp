@@ -160,7 +160,7 @@ TEST_P(ShippedTexts, CaptionsKeepToTheirBoxOnTheCard) {
     const geometry::Card parts = geometry::cardParts({0, 0, width, 200}, GetParam(), false);
     Gdiplus::RectF box = toRectF(parts.caption);
     box.Inflate(-static_cast<float>(GetParam() * kCaptionMargin), 0.0F);
-    const CaptionFormat format;
+    const CCaptionFormat format;
     for (const std::wstring& text : captions()) {
         const auto draw = [&](const std::wstring& what) { drawIn(box, what, format, 0.0); };
         const std::vector<DWORD> seen = pixelsOfText(draw, text);
@@ -184,7 +184,7 @@ TEST_P(ShippedTexts, DescriptionsKeepToTheirCard) {
     box.Inflate(-static_cast<float>(kOutlineWidth), 0.0F);
     Gdiplus::RectF high = box;
     high.Height += 200.0F;
-    const DescFormat format;
+    const CDescFormat format;
     for (const Text& text : allTexts()) {
         if (!isDescription(text.id)) {
             continue;
