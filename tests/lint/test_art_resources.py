@@ -21,7 +21,10 @@ TEXT_FOLDERS = ["src/res", "companions/OutputSetup", "plugins/windows/question"]
 # Under a card 96 pixels wide a description fits on three lines at most.
 LONGEST_DESCRIPTION = 28
 # Texts that are the same in both languages; any other identical text was forgotten by a translator.
-SAME_IN_EVERY_LANGUAGE = re.compile(r"IDS_OUTPUT_(LCD|CRT|DVI|HDMI|DP|TV)$|IDS_WIRELESS_ARROW$|IDS_ZOOM_NORMAL$")
+# Names of connectors, alone or with a sign between them, are the same everywhere.
+CONNECTOR = "(LCD|CRT|DVI|HDMI|DP|TV)"
+SAME_IN_EVERY_LANGUAGE = re.compile(
+    rf"IDS_OUTPUT_{CONNECTOR}(_{CONNECTOR}_(CLONE|EXTEND))?$|IDS_WIRELESS_ARROW$|IDS_ZOOM_NORMAL$")
 
 WS_POPUP, WS_SYSMENU, DS_SETFONT, DS_FIXEDSYS, WS_EX_TOOLWINDOW = 0x80000000, 0x80000, 0x40, 0x8, 0x80
 WS_CHILD_VISIBLE_TABSTOP, TBS_BOTH_NOTICKS = 0x50010000, 0x18

@@ -49,6 +49,12 @@ const std::vector<Field> kFields = {
     {L"HideMainUIWhenLostFocus", &QrdConfig::bHideMainUIWhenLostFocus, 0, false},
 };
 
+DWORD rowOf(CConfigValue QrdConfig::*member) {
+    return static_cast<DWORD>(
+        std::ranges::find_if(kFields, [member](const Field& field) { return field.member == member; }) -
+        kFields.begin());
+}
+
 std::vector<DWORD> valuesOf(const QrdConfig& config) {
     std::vector<DWORD> values;
     for (const Field& field : kFields) {
@@ -190,7 +196,7 @@ TEST_F(ZelConfig, ReloadKeepsTheLastValueOfWhatWasRemoved) {
     RegistryRoom::setDword(HKEY_LOCAL_MACHINE, kConfigKey, L"Position", 1);
     EXPECT_EQ(CZelConfig::_initQrdConfig(config), S_OK);
     EXPECT_EQ(config.bDisable, 1000U);
-    EXPECT_EQ(config.uSliderThumbSize, 1015U);
+    EXPECT_EQ(config.uSliderThumbSize, 1000 + rowOf(&QrdConfig::uSliderThumbSize));
     EXPECT_EQ(config.uPosition, 1U);
 }
 
@@ -256,13 +262,14 @@ TEST_F(ZelConfig, ProcessRecordIsLoadedOnAccessUntilALoadCompletes) {
     setAll(HKEY_LOCAL_MACHINE, 1000);
     CZelConfig::getQrdConfig();
     EXPECT_EQ(config.bLoaded, 1U);
-    EXPECT_EQ(config.uAutoHideDelayTime, 1009U);
+    EXPECT_EQ(config.uAutoHideDelayTime, 1000 + rowOf(&QrdConfig::uAutoHideDelayTime));
 
     setAll(HKEY_LOCAL_MACHINE, 3000);
     CZelConfig::getQrdConfig();
-    EXPECT_EQ(config.uAutoHideDelayTime, 1009U) << "a loaded record is reloaded only on request";
+    EXPECT_EQ(config.uAutoHideDelayTime, 1000 + rowOf(&QrdConfig::uAutoHideDelayTime))
+        << "a loaded record is reloaded only on request";
     EXPECT_EQ(CZelConfig::_initQrdConfig(config), S_OK);
-    EXPECT_EQ(CZelConfig::getQrdConfig().uAutoHideDelayTime, 3009U);
+    EXPECT_EQ(CZelConfig::getQrdConfig().uAutoHideDelayTime, 3000 + rowOf(&QrdConfig::uAutoHideDelayTime));
     config = QrdConfig();
 }
 
