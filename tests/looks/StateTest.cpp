@@ -205,7 +205,7 @@ TEST_P(States, SliderHasNoBlackEdgesAndShowsItsThumb) {
                 EXPECT_TRUE(corner || luminance(layer.picture.row(y)[x]) > 0.15) << x << ", " << y;
             }
             // Beside the channel. The smallest thumb is all frame.
-            const DWORD pixel = layer.picture.row(layer.picture.height / 4)[x];
+            const DWORD pixel = layer.picture.row(layer.picture.height / 3)[x];
             thumb += pixel == 0xFFFFFFFFU || pixel == 0xFF696969U ? 1 : 0;
         }
         EXPECT_GE(thumb, 2) << "no thumb";
