@@ -82,6 +82,11 @@ def test_functions_that_the_machine_lacks_have_no_card_and_a_line_that_says_why(
     assert "Hotkey Zoom is supported." in texts
 
 
+def hear_interrupts():
+    """A shell that was started in the background passes Ctrl+C on as ignored, and then no script can hear it."""
+    signal.signal(signal.SIGINT, signal.SIG_DFL)
+
+
 class Shown:
     """./run --real on a virtual screen of its own, looked at from inside."""
 
@@ -92,7 +97,7 @@ class Shown:
         with self._output.open("wb") as file:
             self._process = subprocess.Popen([str(places.ROOT / "run"), "--real", "--virtual"], env=environment,
                                              stdout=file, stderr=file, stdin=subprocess.DEVNULL,
-                                             start_new_session=True)
+                                             start_new_session=True, preexec_fn=hear_interrupts)
         self.probe = None
         try:
             wait_until(lambda: "ends the program" in self.said() or self._process.poll() is not None,

@@ -207,6 +207,7 @@ def test_a_latched_modifier_is_told_from_a_held_one(latching):
     program.expect_strip()
     program.expect_strip_stays(True, 0.2)
     assert blue() == 0, "the mark stays after the latch"
+    program.press("Zoom")
     program.let_go()
 
 
