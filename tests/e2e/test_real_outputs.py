@@ -162,9 +162,12 @@ def test_a_held_key_brings_a_picture_back_without_a_question(program):
     expect_question(program)
     expect_outputs(program, LEFT)
     program.hold()
+    before = relaid(program)
     program.keyboard.down(program.key_of("Output_2"))
     wait_until(lambda: not question(program), "nothing is asked any more", HELD + 20)
     expect_outputs(program, ALONE)
+    # The change of the screen takes the cards away, so that letting go applies no choice of theirs.
+    wait_until(lambda: relaid(program) > before, "the cards are laid out anew")
     program.keyboard.up(program.key_of("Output_2"))
     program.keyboard.release_all()
     assert not [line for line in program.errors() if "FUNCX_S_OK" in line.text], "it tells that it was done"
