@@ -41,6 +41,9 @@ void CRegistryWatch::stop() {
 void CRegistryWatch::_watch(HWND window, UINT message) const noexcept {
     const HANDLE handles[] = {m_hStop.get(), m_hChanged.get()};
     for (;;) {
+        // The system signals the event also for a key that is closed while a report is pending. Nothing is lost: the keys
+        // are read again below.
+        ResetEvent(m_hChanged.get());
         // Opened each time, because the keys may have been deleted meanwhile.
         common::UniqueRegKey user;
         common::UniqueRegKey machine;  // only an administrator can create it: without it there is no list to watch

@@ -110,6 +110,7 @@ std::vector<Screen> screensIn(const Layout& rLayout, std::vector<Screen> screens
 
 std::vector<bool> activeFlags(const std::vector<Screen>& rScreens) {
     std::vector<bool> flags;
+    flags.reserve(rScreens.size());
     for (const Screen& screen : rScreens) {
         flags.push_back(screen.bActive);
     }
