@@ -9,6 +9,10 @@ namespace {
 // Above all watched keys, so that a key that is deleted and created again is still noticed.
 constexpr wchar_t kWatchedKey[] = FENWYN_REG_MAKER;
 
+// Of changes in quick succession, the emulated system now and then reports all but the last. One more look, this long
+// after a change, sees it.
+constexpr DWORD kLateLookMs = 500;
+
 // Asks for one report of the next change. False: the system refused.
 bool reportChange(const common::UniqueRegKey& key, HANDLE event) {
     return RegNotifyChangeKeyValue(key.get(), TRUE, REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_LAST_SET, event, TRUE) ==
@@ -41,8 +45,8 @@ void CRegistryWatch::stop() {
 void CRegistryWatch::_watch(HWND window, UINT message) const noexcept {
     const HANDLE handles[] = {m_hStop.get(), m_hChanged.get()};
     for (;;) {
-        // The system signals the event also for a key that is closed while a report is pending. Nothing is lost: the keys
-        // are read again below.
+        // The system signals the event also for a key that is closed while a report is pending. Nothing is lost: the
+        // keys are read again below.
         ResetEvent(m_hChanged.get());
         // Opened each time, because the keys may have been deleted meanwhile.
         common::UniqueRegKey user;
@@ -55,7 +59,15 @@ void CRegistryWatch::_watch(HWND window, UINT message) const noexcept {
         }
         // Only once the watch is in place: earlier changes are read now, later ones reported.
         PostMessageW(window, message, 0, 0);
-        if (!watching || WaitForMultipleObjects(2, handles, FALSE, INFINITE) != WAIT_OBJECT_0 + 1) {
+        if (!watching) {
+            return;
+        }
+        DWORD result = WaitForMultipleObjects(2, handles, FALSE, kLateLookMs);
+        if (result == WAIT_TIMEOUT) {
+            PostMessageW(window, message, 0, 0);
+            result = WaitForMultipleObjects(2, handles, FALSE, INFINITE);
+        }
+        if (result != WAIT_OBJECT_0 + 1) {
             return;
         }
     }
