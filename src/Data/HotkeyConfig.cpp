@@ -8,7 +8,7 @@
 
 namespace {
 
-HRESULT readText(const RegConfigAccess& key, const wchar_t* name, std::wstring& out) {
+[[nodiscard]] HRESULT readText(const RegConfigAccess& key, const wchar_t* name, std::wstring& out) {
     std::vector<wchar_t> units;
     const HRESULT status = key.GetValue(name, units);
     if (SUCCEEDED(status)) {
@@ -18,13 +18,13 @@ HRESULT readText(const RegConfigAccess& key, const wchar_t* name, std::wstring& 
 }
 
 // Logs failures itself; the caller skips the function. `key` stays open.
-HRESULT readHotkeyInfo(HKEY hotkeyKey, RegConfigAccess& key, HotkeyInfo& info) {
+[[nodiscard]] HRESULT readHotkeyInfo(HKEY hotkeyKey, RegConfigAccess& key, HotkeyInfo& info) {
     HRESULT status = key.Open(hotkeyKey, info.strFuncName.c_str(), KEY_READ);
     if (FAILED(status)) {
         return status;
     }
     if (!CZelConfig::getQrdConfig().bHideCaption) {
-        readText(key, regpath::kCaption, info.strCaption);
+        static_cast<void>(readText(key, regpath::kCaption, info.strCaption));  // a card without a caption is one too
     }
     status = key.GetValue(regpath::kCode, info.vecCode);
     return FAILED(status) ? status : readText(key, regpath::kFuncDll, info.strFuncDll);

@@ -7,7 +7,7 @@ namespace {
 
 using common::statusFromWin32;
 
-HRESULT checkRead(HKEY key, const wchar_t* name) {
+[[nodiscard]] HRESULT checkRead(HKEY key, const wchar_t* name) {
     if (key == nullptr) {
         return E_HANDLE;
     }
@@ -16,7 +16,7 @@ HRESULT checkRead(HKEY key, const wchar_t* name) {
 
 // The buffer has one unit more than the value, so that a value that grows a little between the two reads still fits.
 template <typename Unit>
-HRESULT readUnits(HKEY key, const wchar_t* name, std::vector<Unit>& out) {
+[[nodiscard]] HRESULT readUnits(HKEY key, const wchar_t* name, std::vector<Unit>& out) {
     return statusFromWin32(common::readWholeValue(key, name, 1, out));
 }
 

@@ -34,7 +34,7 @@ const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
 }
 
 // Creates an image from arbitrary bytes. E_POINTER: no memory.
-HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
+[[nodiscard]] HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
     common::UniqueGlobalMemory memory = copyToGlobal(bytes);
     if (!memory) {
         return E_POINTER;
@@ -50,13 +50,13 @@ HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>
     return outImage != nullptr ? S_OK : E_POINTER;
 }
 
-HRESULT storedImage(std::shared_ptr<MasterPicture> master, std::unique_ptr<Gdiplus::Image>& outImage) {
+[[nodiscard]] HRESULT storedImage(std::shared_ptr<MasterPicture> master, std::unique_ptr<Gdiplus::Image>& outImage) {
     outImage = tryMakeGdiPlus<StoredImage>(std::move(master));
     return outImage != nullptr ? S_OK : E_POINTER;
 }
 
 // Decoded at the first call, later taken from the store. Throws std::bad_alloc.
-HRESULT imageOf(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
+[[nodiscard]] HRESULT imageOf(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
     if (auto known = picturestore::find(bytes); known != nullptr) {
         return storedImage(std::move(known), outImage);
     }

@@ -28,40 +28,40 @@ enum class Kind : INT32 { Other = 0, WiFi = 1, MobileBroadband = 2, Bluetooth = 
 enum class AsyncStatus : INT32 { Started = 0, Completed = 1, Canceled = 2, Error = 3 };
 
 struct IAsyncState : IInspectable {
-    virtual HRESULT STDMETHODCALLTYPE getId(UINT32* puId) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getStatus(AsyncStatus* pStatus) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getErrorCode(HRESULT* pResult) = 0;
-    virtual HRESULT STDMETHODCALLTYPE cancel() = 0;
-    virtual HRESULT STDMETHODCALLTYPE close() = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getId(UINT32* puId) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getStatus(AsyncStatus* pStatus) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getErrorCode(HRESULT* pResult) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE cancel() = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE close() = 0;
 };
 constexpr IID kIidAsyncState = {0x00000036, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 
 template <typename Result>
 struct IAsyncResult : IInspectable {
-    virtual HRESULT STDMETHODCALLTYPE putCompleted(void* pHandler) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getCompleted(void** ppHandler) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getResults(Result* pResult) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE putCompleted(void* pHandler) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getCompleted(void** ppHandler) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getResults(Result* pResult) = 0;
 };
 
 struct IRadio : IInspectable {
-    virtual HRESULT STDMETHODCALLTYPE setStateAsync(State state, IAsyncResult<INT32>** ppOperation) = 0;
-    virtual HRESULT STDMETHODCALLTYPE addStateChanged(void* pHandler, INT64* pToken) = 0;
-    virtual HRESULT STDMETHODCALLTYPE removeStateChanged(INT64 token) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getState(State* pState) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getName(void** phName) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getKind(Kind* pKind) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE setStateAsync(State state, IAsyncResult<INT32>** ppOperation) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE addStateChanged(void* pHandler, INT64* pToken) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE removeStateChanged(INT64 token) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getState(State* pState) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getName(void** phName) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getKind(Kind* pKind) = 0;
 };
 
 struct IRadioList : IInspectable {
-    virtual HRESULT STDMETHODCALLTYPE getAt(UINT32 uIndex, IRadio** ppRadio) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getSize(UINT32* puSize) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getAt(UINT32 uIndex, IRadio** ppRadio) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getSize(UINT32* puSize) = 0;
 };
 
 struct IRadioStatics : IInspectable {
-    virtual HRESULT STDMETHODCALLTYPE getRadiosAsync(IAsyncResult<IRadioList*>** ppOperation) = 0;
-    virtual HRESULT STDMETHODCALLTYPE getDeviceSelector(void** phSelector) = 0;
-    virtual HRESULT STDMETHODCALLTYPE fromIdAsync(void* hId, void** ppOperation) = 0;
-    virtual HRESULT STDMETHODCALLTYPE requestAccessAsync(IAsyncResult<INT32>** ppOperation) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getRadiosAsync(IAsyncResult<IRadioList*>** ppOperation) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE getDeviceSelector(void** phSelector) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE fromIdAsync(void* hId, void** ppOperation) = 0;
+    [[nodiscard]] virtual HRESULT STDMETHODCALLTYPE requestAccessAsync(IAsyncResult<INT32>** ppOperation) = 0;
 };
 constexpr IID kIidRadioStatics = {0x5FB6A12E, 0x67CB, 0x46AE, {0xAA, 0xE9, 0x65, 0x91, 0x9F, 0x86, 0xEF, 0xF4}};
 constexpr std::wstring_view kRadioClass = L"Windows.Devices.Radios.Radio";
@@ -81,7 +81,7 @@ constexpr DWORD kLookMs = 20;
 
 // The result of an asynchronous call; a failure if it does not arrive in time.
 template <typename Result>
-HRESULT await(IAsyncResult<Result>& rOperation, Result* pResult) {
+[[nodiscard]] HRESULT await(IAsyncResult<Result>& rOperation, Result* pResult) {
     CComRef<IAsyncState> state;
     HRESULT status = rOperation.QueryInterface(kIidAsyncState, state.putVoid());
     AsyncStatus progress = AsyncStatus::Started;

@@ -30,7 +30,7 @@ void CALLBACK _fnF5PanicTimerProc_2(HWND hWnd, UINT /*uMessage*/, UINT_PTR uTime
 }
 
 // The status of a missing export; always a failure, whatever the system's last error is.
-HRESULT missingExportStatus() {
+[[nodiscard]] HRESULT missingExportStatus() {
     const HRESULT status = common::statusFromLastError();
     return FAILED(status) ? status : E_FAIL;
 }
