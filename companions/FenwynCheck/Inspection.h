@@ -1,11 +1,11 @@
-// One plug-in, looked at or tried. Runs in a process of its own, because a plug-in may crash or never return.
+// Inspects or tries one plug-in. Runs in a process of its own, because a plug-in may crash or never return.
 #pragma once
 
 #include <string>
 
 namespace machine {
 
-// How it went; the exit code of the process that did it. Every other code means that the process came to grief.
+// The result, which is the exit code of the inspecting process. Any other code means that the process crashed or hung.
 enum class Outcome : int { Offered = 0, Faulty = 1, Declined = 10 };
 
 struct Finding {

@@ -68,7 +68,7 @@ class CKeyTracker {
 
     // Another program releases the latch.
     void cancelLatch() noexcept;
-    // No hook was called for some time: a key that was hidden from the system may be up long since, and nobody knows.
+    // The hook was not called for some time: a key that is hidden from the system may have been released unnoticed.
     void releaseHidden() noexcept;
     // Reports every break that is due and forgets what is down: the keyboard has gone elsewhere.
     void releaseAll() noexcept;

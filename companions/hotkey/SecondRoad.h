@@ -1,5 +1,5 @@
-// The keys that act without the modifier, registered with the system: the road on which they come when the hook is not
-// called for them. While it is, it swallows them, and nothing comes on this road.
+// Registers the keys that act without the modifier with the system, so that they arrive even if the hook is not called
+// for them. While the hook works, it swallows them, and no registered key arrives.
 #pragma once
 
 #include <windows.h>
@@ -10,15 +10,15 @@
 
 namespace hotkey {
 
-// Lives on the thread of its window. What another program has registered before, or the layout has no virtual key for,
-// goes without.
+// Belongs to the thread of its window. A key that another program has registered, or that has no virtual key in the
+// layout, is not registered.
 class CSecondRoad {
  public:
     // Registers these slots with the window, and no others.
     void set(HWND hWnd, const keyboard::KeySet& slots) noexcept;
     // The hook was called for a press of the key.
     void hookSaw(const keyboard::KeyEvent& event, ULONGLONG now) noexcept;
-    // What a press that came on this road is for the tracker; slot 0 when it is none, or the hook saw it already.
+    // The event of a registered key for the tracker; slot 0 if it is none, or if the hook has seen it already.
     [[nodiscard]] keyboard::KeyEvent pressed(DWORD id, ULONGLONG now) const noexcept;
 
  private:

@@ -18,18 +18,17 @@ enum class Backdrop { White, Black, Photo };
 inline constexpr std::array<Backdrop, 3> kBackdrops{Backdrop::White, Backdrop::Black, Backdrop::Photo};
 [[nodiscard]] const char* nameOf(Backdrop backdrop);
 
-// Opaque. The photograph is a made one: a bright sky over dark and restless ground.
+// Opaque. The photograph is generated: a bright sky above dark, uneven ground.
 [[nodiscard]] Picture backdropPicture(Backdrop backdrop, int width, int height);
 
 [[nodiscard]] FramePixels pixelsOf(Picture& picture);
 [[nodiscard]] Picture transparent(int width, int height);
-// The picture over such a backdrop.
+// The picture drawn over that backdrop.
 [[nodiscard]] Picture onBackdrop(const Picture& picture, Backdrop backdrop);
-// Every pixel as a square.
+// Each pixel becomes a square of that many pixels.
 [[nodiscard]] Picture enlarged(const Picture& picture, int times);
 
-// The light of an opaque pixel, 0 to 1, and how much lighter one is than the other, 1 to 21 (WCAG 2, relative luminance
-// and contrast ratio).
+// The relative luminance of an opaque pixel, 0 to 1, and the contrast ratio of two luminances, 1 to 21 (WCAG 2).
 [[nodiscard]] double luminance(DWORD pixel);
 [[nodiscard]] double contrast(double light, double dark);
 
@@ -39,12 +38,12 @@ struct Layer {
     POINT place{};
     Picture picture;
 };
-// All that can be seen, the lowest first: layered windows as they were handed to the window system, others as they are
-// painted. Windows that only take the mouse are left out.
+// All visible windows, the lowest first: layered windows with the picture that the window system received, others as
+// they paint themselves. Windows that only receive the mouse are not included.
 [[nodiscard]] std::vector<Layer> visibleLayers();
-// What such a window was handed last; empty when nothing.
+// The latest picture of a layered window; empty if it has none yet.
 [[nodiscard]] Layer layerOf(HWND layeredWindow);
-// Their picture within a part of the screen.
+// The layers combined, within a part of the screen.
 [[nodiscard]] Picture onScreen(const std::vector<Layer>& layers, const RECT& area);
 
 // A large picture that is filled from left to right and from top to bottom.
@@ -52,8 +51,7 @@ class Sheet {
  public:
     void add(Picture picture) { m_rows.back().push_back(std::move(picture)); }
     void newRow() { m_rows.emplace_back(); }
-    // Writes NAME.ppm into the folder that FENWYN_LOOKS names; without one nothing is wanted. False: it cannot be
-    // written.
+    // Writes NAME.ppm into the folder that FENWYN_LOOKS names. False: it cannot be written.
     [[nodiscard]] bool write(const std::string& name) const;
     [[nodiscard]] static bool wanted();
 

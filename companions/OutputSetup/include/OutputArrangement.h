@@ -1,4 +1,4 @@
-// What the displays of a machine make of its desktop: names of connectors, arrangements, places. Numbers only, for the
+// How the displays of a machine form its desktop: names of connectors, arrangements, places. Numbers only, for the
 // program that sets the displays up and for the plug-ins that offer arrangements. Thread: any.
 #pragma once
 

@@ -25,7 +25,7 @@ struct Favourite {
     std::wstring text;
     LONG mode = FENWYN_MODE_INTERNAL;
     std::vector<FenwynDisplayRecord> displays;
-    // One for each record; empty where they were not kept, and then only the mode says what to set up.
+    // One for each record; empty if positions were not stored, and then only the mode says what to set up.
     std::vector<Position> positions{};
 };
 

@@ -208,7 +208,7 @@ class CPictureKeeper::Core {
         return bDone;
     }
 
-    // Also what seems to be in force is set up anew: the picture that nobody sees may be just that.
+    // An arrangement that seems to be active is set up again too: it may be the one that the user cannot see.
     [[nodiscard]] bool _bringBackByTheOrder() {
         for (const LONG lArrangement : kPanicOrder) {
             if (_make(lArrangement)) {

@@ -26,27 +26,27 @@ struct PictureTools {
 // An arrangement (FENWYN_MODE_...), or certain screens at certain places.
 using WantedPicture = std::variant<LONG, Layout>;
 
-// One thread does everything that may take long, and has the question's window: whoever calls waits for nothing unless
-// it says so. A change is verified, and goes back where it did not come about. Where it did, the question is asked, and
-// without a "keep" the arrangement before goes into force again: after the question's time, when another change comes,
-// with the end of the keeper, or, after an end without notice, when the next one begins.
+// One thread does everything that may take long, and owns the question's window; a call waits only where its comment
+// says so. A change is verified, and reversed if it failed. If it succeeded, the question is asked, and unless the user
+// keeps the picture, the previous arrangement is restored: when the time is up, when another change comes, when the
+// keeper ends, or, if the process ended without notice, when the next keeper starts.
 class CPictureKeeper {
  public:
     explicit CPictureKeeper(PictureTools tools);
-    // Takes an unconfirmed change back. Waits for it, but never longer than kEndWaitMs; the thread goes on alone then.
+    // Reverses an unconfirmed change. Waits for that, but at most kEndWaitMs; after that the thread finishes by itself.
     ~CPictureKeeper();
     CPictureKeeper(const CPictureKeeper&) = delete;
     CPictureKeeper& operator=(const CPictureKeeper&) = delete;
 
-    // What is known of the screens. Reads them anew and waits so long for the answer; 0 leaves them.
+    // What is known of the screens. Reads them again first and waits at most that long; 0: no reading.
     [[nodiscard]] std::optional<DisplayState> state(DWORD dwWaitMs = 0) const;
 
-    // Of several changes that wait only the latest is made. False: there is no thread.
+    // If several changes wait, only the latest is made. False: there is no thread.
     bool change(WantedPicture wanted);
 
-    // Brings a picture back without asking, in place of whatever waits: internal, extend, clone, external, and last the
-    // arrangement that was kept; each verified, the first one that comes about stays. Any thread, which waits for it.
-    // False: none did, or not in time.
+    // Brings a picture back without asking, and drops changes that wait: tries internal, extend, clone, external and
+    // the last kept arrangement, verifies each, and stops at the first success. Any thread, which waits for the result.
+    // False: none succeeded, or not in time.
     [[nodiscard]] bool panic(DWORD dwWaitMs);
     // The same without waiting. False: there is no thread.
     bool beginPanic();
