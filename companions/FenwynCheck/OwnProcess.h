@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "common/ProgramPath.h"
+
 namespace machine {
 
 struct ChildResult {
@@ -16,8 +18,7 @@ struct ChildResult {
 // Runs this program with these arguments and waits until it ends, for `patience` milliseconds at most.
 [[nodiscard]] ChildResult runSelf(const std::wstring& arguments, DWORD patience);
 
-// The full path of this program, and its folder without a backslash at the end.
-[[nodiscard]] std::wstring programPath();
-[[nodiscard]] std::wstring programFolder();
+using common::programFolder;
+using common::programPath;
 
 }  // namespace machine

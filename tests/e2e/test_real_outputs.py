@@ -9,15 +9,11 @@ import time
 
 import pytest
 from harness import geometry, places
-from harness.desktop import Desktop
 from harness.functions import sample
-from harness.probe import Rect
-from harness.screen import Screen
 from harness.waiting import stays, wait_until
-from test_monitors import work_on
+from test_monitors import FIRST, SECOND, desktop, work_on  # noqa: F401
 from test_real_functions import offer_real
 
-FIRST, SECOND = Rect(0, 0, 1280, 800), Rect(1280, 0, 2304, 768)
 QUESTION, SECONDS = "Keep this picture?", 15
 HELD = 3  # seconds until a held key brings a picture back
 
@@ -26,15 +22,6 @@ Outputs = collections.namedtuple("Outputs", "first second")
 RIGHT, LEFT, ALONE = Outputs((0, 0), (1280, 0)), Outputs((1024, 0), (0, 0)), Outputs((0, 0), None)
 # The entries of the card, as many as this system's interface can set up.
 ENTRIES = ["alone", "right", "left", "configure", "save"]
-
-
-@pytest.fixture(scope="module")
-def desktop():
-    """One with two monitors, in the place of the usual one."""
-    prefix = places.PREFIX.with_name(places.PREFIX.name + "-two-monitors")
-    made = Desktop(Screen((1280, 800), second=(1024, 768)), prefix)
-    yield made
-    made.close()
 
 
 @pytest.fixture(autouse=True)

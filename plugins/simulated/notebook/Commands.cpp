@@ -118,17 +118,6 @@ std::wstring usage() {
 
 }  // namespace
 
-std::wstring programFolder() {
-    std::wstring path(MAX_PATH, L'\0');
-    DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    while (length == path.size()) {
-        path.resize(2 * path.size());
-        length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    }
-    path.resize(length);
-    return path.substr(0, path.rfind(L'\\'));
-}
-
 ExitCode runCommand(const Arguments& arguments, std::wstring& answer) {
     for (const Command& command : kCommands) {
         if (!arguments.empty() && arguments[0] == command.name) {

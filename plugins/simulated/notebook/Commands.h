@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "common/ProgramPath.h"
+
 namespace sim {
 
 enum ExitCode : int { kDone = 0, kWrongUse = 1, kRegistryRefused = 2, kStillRunning = 3 };
@@ -12,7 +14,6 @@ enum ExitCode : int { kDone = 0, kWrongUse = 1, kRegistryRefused = 2, kStillRunn
 // lines, each ended by a line feed.
 [[nodiscard]] ExitCode runCommand(const std::vector<std::wstring>& arguments, std::wstring& answer);
 
-// Folder of the running program, without a trailing backslash.
-[[nodiscard]] std::wstring programFolder();
+using common::programFolder;
 
 }  // namespace sim

@@ -8,23 +8,16 @@
 #include <vector>
 
 #include "Words.h"
+#include "common/SettingsRecipe.h"
 
 namespace sim {
 
 // What stands on a function's card, below its key in the function list.
 inline constexpr wchar_t kCaptionValue[] = L"Caption";
 
-struct Setting {
-    std::wstring key;  // below the root
-    std::wstring name;
-    DWORD type;
-    std::vector<BYTE> data;
-    bool keepExisting = false;  // an existing value belongs to the user and is kept
-};
-
 // `folder` is that of this program and Fenwyn, without a trailing backslash; the plug-ins are in its "plugins". `all`
 // adds the functions that are not in the sample list. The captions are in `language`.
-[[nodiscard]] std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, Language language);
+[[nodiscard]] std::vector<common::Setting> sampleSettings(const std::wstring& folder, bool all, Language language);
 
 // Writes them below `root` (normally HKEY_LOCAL_MACHINE). Returns a system error code; ERROR_ACCESS_DENIED without the
 // right to write there.
