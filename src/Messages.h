@@ -24,6 +24,12 @@ inline constexpr UINT kLaunchHideDelayMs = 5000;
 // Timer on the hover strip; its period is the setting "MouseEnterIdle".
 inline constexpr UINT_PTR kTimerIdle = 200;
 
+// To the enlarged card.
+inline constexpr UINT kMsgTakeFocusBack = WM_APP + 4;  // from the card itself
+// Timer on the enlarged card: from now on a lost focus counts, after a strip with the focus made way for the card.
+inline constexpr UINT_PTR kTimerFocusSettled = 2;
+inline constexpr UINT kFocusSettlesMs = 500;
+
 // Timer on the frame.
 inline constexpr UINT_PTR kTimerFlash = 100;  // end of the flash
 inline constexpr UINT kFlashMs = 500;

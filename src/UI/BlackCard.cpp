@@ -217,7 +217,7 @@ HRESULT CBlackCard::selectItem(const CQrdItem* pItem, LONG lParam, bool bHideAft
     return executeFunx(position, lParam, bHideAfter, pFunctionStatus);
 }
 
-HRESULT CBlackCard::showLargeCardDlg() {
+HRESULT CBlackCard::showLargeCardDlg(bool bFocusMoves) {
     LOG_ENTER_LEAVE();
     const unsigned hides = m_uHides;
     RETURN_IF_FAILED(createLargeCardDlg());
@@ -232,6 +232,9 @@ HRESULT CBlackCard::showLargeCardDlg() {
     if (hides == m_uHides) {
         // With the mouse the card takes the focus, so that it notices when another program gets it. With keys the focus
         // stays with the program that the user works in.
+        if (bFocusMoves) {
+            m_pLargeCardDlg->expectLateFocusLoss();
+        }
         ::ShowWindow(m_pLargeCardDlg->m_hWnd, theApp.mouseOperating() ? SW_SHOW : SW_SHOWNOACTIVATE);
         m_pLargeCardDlg->setText(m_pFunx->getCurrentStatus());
     }

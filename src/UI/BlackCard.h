@@ -54,7 +54,8 @@ class CBlackCard {
     [[nodiscard]] HRESULT executeSelection() { return executeFunx(m_nSelItem, -1, true); }
 
     // Shows the enlarged card and its items, unless the message loop of a plug-in dispatches an order to hide them.
-    [[nodiscard]] HRESULT showLargeCardDlg();
+    // bFocusMoves: the strip that made way for it had the focus.
+    [[nodiscard]] HRESULT showLargeCardDlg(bool bFocusMoves = false);
     [[nodiscard]] HRESULT hideLargeCardDlg();
 
     // Applies an item by its index; a negative index only hides the strip if the enlarged card is shown.

@@ -4,6 +4,7 @@
 
 #include "Logic/Placement.h"
 #include "Logic/ZelCommonFunc.h"
+#include "Messages.h"
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
 #include "ZelMain.h"
@@ -31,6 +32,8 @@ const MessageMap& CLargeCardDlg::messageMap() const {
         onSize<&CLargeCardDlg::OnSize>(),
         onFocus<&CLargeCardDlg::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CLargeCardDlg::OnKillFocus>(WM_KILLFOCUS),
+        onTimer<&CLargeCardDlg::OnTimer>(),
+        onMessage<&CLargeCardDlg::OnTakeFocusBack>(kMsgTakeFocusBack),
     };
     static const MessageMap kMap{&CCardWnd::messageMap(), kEntries};
     return kMap;
@@ -73,9 +76,43 @@ void CLargeCardDlg::OnSetFocus(HWND /*hOldWnd*/) {
 void CLargeCardDlg::OnKillFocus(HWND hNewWnd) {
     LOG_ENTER_LEAVE();
     Default();
-    if (m_pBlackCard != nullptr) {
-        CBlackCard::onFocusLost(hNewWnd);
+    if (m_pBlackCard == nullptr) {
+        return;
     }
+    if (_isLateFocusLoss(hNewWnd)) {
+        ::PostMessageW(m_hWnd, kMsgTakeFocusBack, 0, 0);  // not during the change of focus itself
+        return;
+    }
+    CBlackCard::onFocusLost(hNewWnd);
+}
+
+void CLargeCardDlg::expectLateFocusLoss() {
+    m_bFocusSettles = ::SetTimer(m_hWnd, kTimerFocusSettled, kFocusSettlesMs, nullptr) != 0;
+}
+
+// Answers true only once.
+bool CLargeCardDlg::_isLateFocusLoss(HWND hNewWnd) {
+    if (!m_bFocusSettles || isOwnWindow(hNewWnd)) {
+        return false;
+    }
+    OnTimer(kTimerFocusSettled);
+    return true;
+}
+
+void CLargeCardDlg::OnTimer(UINT_PTR uId) {
+    if (uId != kTimerFocusSettled) {
+        Default();
+        return;
+    }
+    ::KillTimer(m_hWnd, uId);
+    m_bFocusSettles = false;
+}
+
+LRESULT CLargeCardDlg::OnTakeFocusBack(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    if (isVisible() && ::SetForegroundWindow(m_hWnd) == FALSE) {
+        CBlackCard::onFocusLost(nullptr);
+    }
+    return 0;
 }
 
 HRESULT CLargeCardDlg::drawText(Gdiplus::Graphics& graphics) {

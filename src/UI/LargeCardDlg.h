@@ -22,6 +22,9 @@ class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
     [[nodiscard]] HRESULT initialize();
     // Sets the status text and repaints the part that shows it.
     void setText(std::wstring strText);
+    // The strip had the focus and is gone. A window manager that notices this late passes the focus to another program
+    // although the card has it by then: once, and within kFocusSettlesMs, the card takes it back.
+    void expectLateFocusLoss();
 
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
 
@@ -36,6 +39,9 @@ class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
     void OnPaint() override;
     void OnSetFocus(HWND hOldWnd);
     void OnKillFocus(HWND hNewWnd);
+    void OnTimer(UINT_PTR uId);
+    LRESULT OnTakeFocusBack(WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] bool _isLateFocusLoss(HWND hNewWnd);
 
     geometry::LargeCardTexts m_rects{};
     std::wstring m_strCaption;
@@ -48,4 +54,5 @@ class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
     OutlineText m_statusText;
     CBlackCard* m_pBlackCard;
     const Placement& m_placement;
+    bool m_bFocusSettles = false;  // the timer kTimerFocusSettled runs
 };

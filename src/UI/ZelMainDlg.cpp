@@ -476,12 +476,13 @@ LRESULT CZelMainDlg::OnMouseActivate(WPARAM /*wParam*/, LPARAM /*lParam*/) {
 void CZelMainDlg::OnLButtonDown(POINT point) {
     LOG_ENTER_LEAVE();
     const CCardsInUse inUse;
+    const bool hadFocus = ::GetForegroundWindow() == m_hWnd;
     show(false);
     ::KillTimer(m_hWnd, kTimerLaunchHide);
     for (const auto& card : m_vecCards) {
         if (::PtInRect(&card->imageRect(), point)) {
             theApp.mouseOperating() = TRUE;
-            static_cast<void>(card->showLargeCardDlg());
+            static_cast<void>(card->showLargeCardDlg(hadFocus));
         }
     }
 }

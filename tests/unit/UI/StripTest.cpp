@@ -330,6 +330,62 @@ TEST_F(StripWithFocus, HandsItOnToTheCardOfTheFirstClick) {
     expectOnlyCard(1);
 }
 
+// A window manager may notice late that the strip is gone, and pass the focus on once more.
+class LateWindowManager : public StripWithFocus {
+ protected:
+    LateWindowManager() {
+        ::SendMessageW(stripWindow(), WM_LBUTTONDOWN, 0, MAKELPARAM(100, 10));
+        pump();
+    }
+    [[nodiscard]] HWND enlarged() { return BlackCardSeam::largeCard(card(1))->m_hWnd; }
+    void takeFocusAway() {
+        ::SendMessageW(enlarged(), WM_KILLFOCUS, reinterpret_cast<WPARAM>(support::foreignWindow()), 0);
+        ::SetFocus(nullptr);
+    }
+};
+
+TEST_F(LateWindowManager, TheCardTakesTheFocusBack) {
+    ::SetForegroundWindow(hoverWindow());
+    takeFocusAway();
+    pump();
+    expectOnlyCard(1);
+    EXPECT_EQ(::GetForegroundWindow(), enlarged());
+}
+
+TEST_F(LateWindowManager, TheCardYieldsToASecondLoss) {
+    takeFocusAway();
+    pump();
+    takeFocusAway();
+    EXPECT_FALSE(largeShown(1));
+}
+
+TEST_F(LateWindowManager, TheCardYieldsOnceTheFocusHasSettled) {
+    EXPECT_EQ(system_double::timer(enlarged(), kTimerFocusSettled), kFocusSettlesMs);
+    ::SendMessageW(enlarged(), WM_TIMER, kTimerFocusSettled, 0);
+    EXPECT_EQ(system_double::timer(enlarged(), kTimerFocusSettled), 0U);
+    takeFocusAway();
+    EXPECT_FALSE(largeShown(1));
+}
+
+TEST_F(LateWindowManager, ACardThatWasHiddenMeanwhileStaysHidden) {
+    takeFocusAway();
+    ASSERT_EQ(theApp.showMainDlg(FALSE, TRUE), S_OK);
+    pump();
+    EXPECT_FALSE(largeShown(1));
+    EXPECT_NE(::GetForegroundWindow(), enlarged());
+}
+
+TEST_F(StripTest, TheCardOfAClickOnAStripWithoutTheFocusYieldsAtOnce) {
+    addThreeCards();
+    showStrip();
+    ::SetForegroundWindow(hoverWindow());
+    ::SendMessageW(stripWindow(), WM_LBUTTONDOWN, 0, MAKELPARAM(100, 10));
+    EXPECT_EQ(system_double::timer(BlackCardSeam::largeCard(card(1))->m_hWnd, kTimerFocusSettled), 0U);
+    ::SendMessageW(BlackCardSeam::largeCard(card(1))->m_hWnd, WM_KILLFOCUS,
+                   reinterpret_cast<WPARAM>(support::foreignWindow()), 0);
+    EXPECT_FALSE(largeShown(1));
+}
+
 // A window class that replaces the program's own and counts the messages that the windows leave to the system.
 class SystemCommands {
  public:
