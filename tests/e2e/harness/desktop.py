@@ -5,11 +5,12 @@ import os
 import shutil
 import signal
 import subprocess
+import time
 
 from . import log, places, record
 from .functions import numbered
 from .keyboard import MODIFIER, Keyboard
-from .probe import WM_CLOSE, WM_USER, Probe, Rect
+from .probe import WM_CLOSE, WM_KEYDOWN, WM_USER, Probe, Rect
 from .screen import Screen
 from .waiting import stays, wait_until
 
@@ -79,13 +80,22 @@ class Desktop:
 
     def focus(self, window):
         """Gives a window of the probe the focus; returns when keys really reach it."""
-        self.probe.focus(window)
-        wait_until(lambda: self.probe.foreground() == window, "the other program's window has the focus")
+        def arrives_within(seconds):
+            end = time.monotonic() + seconds
+            while time.monotonic() < end:
+                self.keyboard.press_if_heard("Scroll_Lock")
+                if any(message == WM_KEYDOWN for message, _, _ in self.probe.received(window)):
+                    return True
+            return False
 
-        def key_arrives():
-            self.keyboard.press("Scroll_Lock")
-            return any(message == 0x100 for message, _, _ in self.probe.received(window))
-        wait_until(key_arrives, "keys reach the other program's window")
+        def takes_it():
+            # A window that has just gone may take the focus of the X server with it, while Wine believes that this one
+            # still has it. Therefore it is passed round.
+            self.probe.focus(0)
+            self.probe.focus(window)
+            wait_until(lambda: self.probe.foreground() == window, "the other program's window has the focus")
+            return arrives_within(0.5)
+        wait_until(takes_it, "keys reach the other program's window")
 
     def reset(self):
         """A clean state: no settings, no keys down, no windows of ours."""

@@ -34,6 +34,15 @@ class Keyboard:
     def _key(self, key, action):
         wait_until(lambda: self._server.key_if_heard(key, action), "a window that hears keys has the focus")
 
+    def press_if_heard(self, key):
+        """Without waiting: False, and no key, if no window would receive it now."""
+        if not self._server.key_if_heard(key, PRESSED):
+            return False
+        time.sleep(self.TAP)
+        self._server.key(key, RELEASED)
+        time.sleep(self.TAP)
+        return True
+
     def down(self, key):
         self._key(key, PRESSED)
         self._down.append(key)

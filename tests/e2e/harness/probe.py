@@ -8,6 +8,7 @@ from . import places
 Rect = collections.namedtuple("Rect", "left top right bottom")
 
 WM_CLOSE = 0x0010
+WM_KEYDOWN = 0x0100
 WM_USER = 0x0400
 KEY_WINDOW_CLASS = "FenwynTestsOtherProgram"
 
@@ -95,6 +96,7 @@ class Probe:
         return [tuple(entry) for entry in self.ask("received", hwnd)]
 
     def focus(self, hwnd):
+        """0 is the desktop: no program has the focus."""
         return self.ask("focus-window", hwnd)
 
     def destroy(self, hwnd):

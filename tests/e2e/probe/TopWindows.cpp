@@ -100,7 +100,7 @@ std::string registerMessage(const Arguments& arguments) {
 
 std::string focusWindow(const Arguments& arguments) {
     const HWND window = toWindow(arguments[0]);
-    return boolean(::SetForegroundWindow(window) != FALSE);
+    return boolean(::SetForegroundWindow(window == nullptr ? ::GetDesktopWindow() : window) != FALSE);
 }
 
 std::string destroyWindow(const Arguments& arguments) {
