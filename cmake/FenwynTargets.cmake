@@ -135,6 +135,16 @@ function(fenwyn_unit_test name)
   # Tests are compiled once and run once, so compiling dominates. The headers that all of them include are precompiled.
   target_compile_options(${name} PRIVATE -O0)
   target_precompile_headers(${name} REUSE_FROM fenwyn_test_main)
+  # Several at a time, which halves the time once more: private names differ within a folder of tests. The compiler
+  # takes the test classes of such a group for public ones with private parts.
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 5)
+  target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
+  foreach(source IN LISTS ARG_SOURCES)
+    get_filename_component(source "${source}" ABSOLUTE)
+    if(NOT source MATCHES "^${CMAKE_SOURCE_DIR}/tests/")  # what ships stays by itself
+      set_property(SOURCE "${source}" PROPERTY SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+  endforeach()
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} gmock gtest fenwyn_test_main)
   target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/unit" "${CMAKE_SOURCE_DIR}/tests")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/unit")

@@ -13,8 +13,8 @@ namespace looks {
 
 namespace {
 
-constexpr COLORREF kKey = RGB(0xFF, 0x00, 0xFF);  // seen through
-constexpr int kGap = 6;                           // pixels between the pictures of a sheet
+constexpr COLORREF kSeenThrough = RGB(0xFF, 0x00, 0xFF);
+constexpr int kGap = 6;  // pixels between the pictures of a sheet
 
 std::map<HWND, Layer>& handedOver() {
     static auto& only = *new std::map<HWND, Layer>;  // windows may be painted until the very end
@@ -88,7 +88,7 @@ Layer paintedWindow(HWND window) {
     for (int y = 0; y < client.bottom; ++y) {
         for (int x = 0; x < client.right; ++x) {
             const DWORD pixel = canvas.at(x, y) & 0xFFFFFFU;
-            layer.picture.pixels.push_back(pixel == kKey ? 0 : pixel | 0xFF000000U);
+            layer.picture.pixels.push_back(pixel == kSeenThrough ? 0 : pixel | 0xFF000000U);
         }
     }
     return layer;

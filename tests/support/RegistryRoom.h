@@ -10,6 +10,9 @@
 
 namespace support {
 
+// The status for a key or a value that does not exist.
+inline constexpr HRESULT kFileNotFound = static_cast<HRESULT>(0x80070002U);
+
 class RegistryRoom {
  public:
     RegistryRoom() : m_name(L"Software\\FenwynTest-" + std::to_wstring(::GetCurrentProcessId())) {

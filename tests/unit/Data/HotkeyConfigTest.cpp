@@ -12,12 +12,11 @@
 
 namespace {
 
+using support::kFileNotFound;
 using support::LogCapture;
 using support::RegistryRoom;
 using Lines = std::vector<std::wstring>;
 using Names = std::vector<std::wstring>;
-
-constexpr HRESULT kFileNotFound = static_cast<HRESULT>(0x80070002U);
 
 class KeepingReceiver : public IEnumHotkeyConfigs {
  public:

@@ -13,11 +13,11 @@
 namespace {
 
 using regpath::kConfigKey;
+using support::kFileNotFound;
 using support::LogCapture;
 using support::RegistryRoom;
 using Lines = std::vector<std::wstring>;
 
-constexpr HRESULT kFileNotFound = static_cast<HRESULT>(0x80070002U);
 constexpr wchar_t kLoad[] = L"(CZelConfig::_initQrdConfig)";
 
 struct Field {

@@ -12,7 +12,6 @@ using support::windowRect;
 using Calls = std::vector<std::string>;
 using Lines = std::vector<std::wstring>;
 
-constexpr DWORD kKey = 0x3B;
 constexpr DWORD kOtherKey = 0x44;
 constexpr RECT kCard{0, 0, 96, 112};
 

@@ -1,6 +1,7 @@
 // Cards with plug-ins that are missing, incomplete or fail: nothing stays loaded, open or on screen.
 #include <memory>
 
+#include "UI/Doubles.h"
 #include "UI/ItemDlg/ItemsFixture.h"
 #include "support/LeakCheck.h"
 
@@ -12,7 +13,6 @@ using instr::InstrumentedPlugin;
 using items::shown;
 using Lines = std::vector<std::wstring>;
 
-constexpr DWORD kKey = 0x3B;
 constexpr DWORD kSecondKey = 0x3C;
 
 class CardPlugin : public items::ItemTest {

@@ -11,6 +11,7 @@
 
 namespace cards {
 
+inline constexpr DWORD kKey = 0x3B;  // F1, which opens the card
 constexpr UINT kSmallPng = 111;
 constexpr UINT kLargePng = 110;
 

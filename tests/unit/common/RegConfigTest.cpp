@@ -13,12 +13,12 @@
 
 namespace {
 
+using support::kFileNotFound;
 using support::LogCapture;
 using support::RegistryRoom;
 using Lines = std::vector<std::wstring>;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\Sample";
-constexpr HRESULT kFileNotFound = static_cast<HRESULT>(0x80070002U);
 constexpr HRESULT kMoreData = static_cast<HRESULT>(0x800700EAU);
 
 class RegConfig : public testing::Test {

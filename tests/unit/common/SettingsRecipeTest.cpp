@@ -9,7 +9,7 @@ namespace {
 using common::Setting;
 using support::RegistryRoom;
 
-constexpr wchar_t kKey[] = L"SOFTWARE\\Fenwyn Recipe\\Inner";
+constexpr wchar_t kRecipeKey[] = L"SOFTWARE\\Fenwyn Recipe\\Inner";
 
 class SettingsRecipe : public testing::Test {
  protected:
@@ -20,14 +20,14 @@ class SettingsRecipe : public testing::Test {
     static DWORD number(const wchar_t* name) {
         DWORD value = 0;
         DWORD size = sizeof value;
-        ::RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_REG_DWORD, nullptr, &value, &size);
+        ::RegGetValueW(HKEY_CURRENT_USER, kRecipeKey, name, RRF_RT_REG_DWORD, nullptr, &value, &size);
         return value;
     }
 
     RegistryRoom m_room;
-    std::vector<Setting> m_settings{common::textSetting(kKey, L"Text", L"words"),
-                                    common::numberSetting(kKey, L"Number", 7),
-                                    common::numbersSetting(kKey, L"Numbers", std::vector<DWORD>{1, 2})};
+    std::vector<Setting> m_settings{common::textSetting(kRecipeKey, L"Text", L"words"),
+                                    common::numberSetting(kRecipeKey, L"Number", 7),
+                                    common::numbersSetting(kRecipeKey, L"Numbers", std::vector<DWORD>{1, 2})};
 };
 
 TEST_F(SettingsRecipe, WritesRecognisesAndRemoves) {
@@ -46,19 +46,20 @@ TEST_F(SettingsRecipe, WritesRecognisesAndRemoves) {
 
 TEST_F(SettingsRecipe, KeepsWhatOthersChangedOrWrote) {
     EXPECT_EQ(write(), ERROR_SUCCESS);
-    RegistryRoom::setDword(HKEY_CURRENT_USER, kKey, L"Number", 8);
+    RegistryRoom::setDword(HKEY_CURRENT_USER, kRecipeKey, L"Number", 8);
     RegistryRoom::setDword(HKEY_CURRENT_USER, L"SOFTWARE\\Fenwyn Recipe", L"Other", 1);
     EXPECT_FALSE(there());
     EXPECT_EQ(remove(), ERROR_SUCCESS);
     EXPECT_EQ(number(L"Number"), 8U);
-    RegistryRoom::setText(HKEY_CURRENT_USER, kKey, L"Number", L"\x07");
+    RegistryRoom::setText(HKEY_CURRENT_USER, kRecipeKey, L"Number", L"\x07");
     EXPECT_EQ(remove(), ERROR_SUCCESS);
-    EXPECT_NE(::RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, L"Number"), ERROR_FILE_NOT_FOUND) << "of another type";
+    EXPECT_NE(::RegDeleteKeyValueW(HKEY_CURRENT_USER, kRecipeKey, L"Number"), ERROR_FILE_NOT_FOUND)
+        << "of another type";
 }
 
 TEST_F(SettingsRecipe, ValueThatKeepsWhatExistsDoesNotCount) {
     m_settings[1].keepExisting = true;
-    RegistryRoom::setDword(HKEY_CURRENT_USER, kKey, L"Number", 8);
+    RegistryRoom::setDword(HKEY_CURRENT_USER, kRecipeKey, L"Number", 8);
     EXPECT_EQ(write(), ERROR_SUCCESS);
     EXPECT_EQ(number(L"Number"), 8U);
     EXPECT_TRUE(there());

@@ -19,23 +19,23 @@ using storage::StorageException;
 using support::RegistryRoom;
 using Names = std::vector<std::wstring>;
 
-constexpr wchar_t kKey[] = L"SOFTWARE\\Sample";
+constexpr wchar_t kStorageKey[] = L"SOFTWARE\\Sample";
 
 class RegistryStorageTest : public testing::Test {
  protected:
     void SetUp() override {
         ASSERT_TRUE(m_room.redirected());
-        RegistryRoom::makeKey(HKEY_LOCAL_MACHINE, kKey);
-        ASSERT_TRUE(m_storage.open(HKEY_LOCAL_MACHINE, kKey, KEY_ALL_ACCESS));
+        RegistryRoom::makeKey(HKEY_LOCAL_MACHINE, kStorageKey);
+        ASSERT_TRUE(m_storage.open(HKEY_LOCAL_MACHINE, kStorageKey, KEY_ALL_ACCESS));
     }
     // The stored bytes and type.
     std::vector<BYTE> stored(const wchar_t* name, DWORD& type) {
         DWORD size = 0;
-        ::RegGetValueW(HKEY_LOCAL_MACHINE, kKey, name, RRF_RT_ANY, &type, nullptr, &size);
+        ::RegGetValueW(HKEY_LOCAL_MACHINE, kStorageKey, name, RRF_RT_ANY, &type, nullptr, &size);
         std::vector<BYTE> bytes(size + 8);
         size = static_cast<DWORD>(bytes.size());
         HKEY key = nullptr;
-        ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, KEY_READ, &key);
+        ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, kStorageKey, 0, KEY_READ, &key);
         ::RegQueryValueExW(key, name, nullptr, &type, bytes.data(), &size);
         ::RegCloseKey(key);
         bytes.resize(size);
@@ -83,7 +83,7 @@ TEST_F(RegistryStorageTest, ChildrenInheritTheAccessMask) {
     EXPECT_EQ(dynamic_cast<RegistryStorage&>(*created).access(), static_cast<REGSAM>(KEY_ALL_ACCESS));
 
     RegistryStorage readOnly;
-    ASSERT_TRUE(readOnly.open(HKEY_LOCAL_MACHINE, kKey, KEY_READ));
+    ASSERT_TRUE(readOnly.open(HKEY_LOCAL_MACHINE, kStorageKey, KEY_READ));
     const auto child = readOnly.openSubStorage(L"Child");
     ASSERT_NE(child, nullptr);
     EXPECT_EQ(dynamic_cast<RegistryStorage&>(*child).access(), static_cast<REGSAM>(KEY_READ));
@@ -126,7 +126,7 @@ TEST_F(RegistryStorageTest, TextIsStoredWithoutTerminator) {
 }
 
 TEST_F(RegistryStorageTest, TextEndsAtItsFirstNul) {
-    RegistryRoom::setText(HKEY_LOCAL_MACHINE, kKey, L"t", std::wstring(L"ab\0cd", 5));
+    RegistryRoom::setText(HKEY_LOCAL_MACHINE, kStorageKey, L"t", std::wstring(L"ab\0cd", 5));
     std::wstring text = L"longer than what is stored";
     EXPECT_TRUE(m_storage.getString(L"t", text));
     EXPECT_EQ(text, L"ab");
@@ -307,13 +307,13 @@ TEST_F(StorageHandle, ThrowingPolicyNamesTheFailedOpen) {
                       const Storage missing = Storage::open(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Missing", Policy::Throw);
                   }),
                   L"Open");
-    const Storage handle = Storage::open(HKEY_LOCAL_MACHINE, kKey, Policy::Throw);
+    const Storage handle = Storage::open(HKEY_LOCAL_MACHINE, kStorageKey, Policy::Throw);
     EXPECT_EQ(handle.policy(), Policy::Throw);
     expectMessage(thrownBy([&handle] { const Storage missing = handle.openSub(L"Missing"); }), L"Open");
 }
 
 TEST_F(StorageHandle, ThrowingPolicyNamesTheFailedRead) {
-    const Storage handle = Storage::open(HKEY_LOCAL_MACHINE, kKey, Policy::Throw);
+    const Storage handle = Storage::open(HKEY_LOCAL_MACHINE, kStorageKey, Policy::Throw);
     expectMessage(thrownBy([&handle] {
                       DWORD number = 0;
                       handle.getDword(L"missing", number);
@@ -328,8 +328,8 @@ TEST_F(StorageHandle, ThrowingPolicyNamesTheFailedRead) {
 
 TEST_F(StorageHandle, ChildrenCarryThePolicyOn) {
     ASSERT_NE(m_storage.createSubStorage(L"Child"), nullptr);
-    EXPECT_EQ(Storage::open(HKEY_LOCAL_MACHINE, kKey, Policy::Throw).openSub(L"Child").policy(), Policy::Throw);
-    const Storage quiet = Storage::open(HKEY_LOCAL_MACHINE, kKey, Policy::Quiet);
+    EXPECT_EQ(Storage::open(HKEY_LOCAL_MACHINE, kStorageKey, Policy::Throw).openSub(L"Child").policy(), Policy::Throw);
+    const Storage quiet = Storage::open(HKEY_LOCAL_MACHINE, kStorageKey, Policy::Quiet);
     EXPECT_TRUE(quiet.openSub(L"Child").isOpen());
     EXPECT_EQ(quiet.openSub(L"Child").policy(), Policy::Quiet);
     EXPECT_EQ(Storage().openSub(L"Child").policy(), Policy::Quiet);
@@ -339,7 +339,7 @@ TEST_F(StorageHandle, CopiesShareTheKeyBeyondTheFirstHandle) {
     ASSERT_TRUE(m_storage.setDword(L"n", 42));
     Storage copy;
     {
-        const Storage first = Storage::open(HKEY_LOCAL_MACHINE, kKey, Policy::Quiet);
+        const Storage first = Storage::open(HKEY_LOCAL_MACHINE, kStorageKey, Policy::Quiet);
         copy = first;
     }
     DWORD number = 0;
@@ -349,7 +349,7 @@ TEST_F(StorageHandle, CopiesShareTheKeyBeyondTheFirstHandle) {
 
 TEST_F(StorageHandle, OpensKeysForReadingOnly) {
     ASSERT_TRUE(m_storage.setString(L"t", L"text"));
-    const Storage handle = Storage::open(HKEY_LOCAL_MACHINE, kKey, Policy::Quiet);
+    const Storage handle = Storage::open(HKEY_LOCAL_MACHINE, kStorageKey, Policy::Quiet);
     std::wstring text;
     EXPECT_TRUE(handle.getString(L"t", text));
     EXPECT_EQ(text, L"text");

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr UINT kProbe = WM_USER + 1;
-
 class TestApp : public CWinApp {
  public:
     std::function<bool(TestApp&)> m_fnInit;
@@ -93,14 +91,14 @@ TEST(App, LoopThatTakesTheQuitMessageForItselfDoesNotKeepTheProgramAlive) {
 TEST(App, DeletedMainWindowEndsTheLoopToo) {
     TestApp app;
     auto* frame = new TestFrame;
-    frame->on(kProbe, [](auto& self) {
+    frame->on(test::kProbe, [](auto& self) {
         delete &self;
         return LRESULT{0};
     });
     app.m_fnInit = [&](TestApp& self) {
         EXPECT_TRUE(frame->make());
         self.m_pMainWnd = frame;
-        ::PostMessageW(frame->m_hWnd, kProbe, 0, 0);
+        ::PostMessageW(frame->m_hWnd, test::kProbe, 0, 0);
         return true;
     };
     EXPECT_EQ(run(app), 0);
@@ -124,14 +122,14 @@ TEST(App, MessagesAreOfferedToTheTargetAndItsAncestorsInThatOrder) {
     struct Window : CWnd {
         Window(std::string name, std::string& log, bool use) : m_strName(std::move(name)), m_log(log), m_bUse(use) {}
         bool PreTranslateMessage(MSG& message) override {
-            if (message.message != kProbe) {
+            if (message.message != test::kProbe) {
                 return false;
             }
             m_log += m_strName;
             return m_bUse;
         }
         LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
-            m_log += message == kProbe ? "dispatched" : "";
+            m_log += message == test::kProbe ? "dispatched" : "";
             return CWnd::WindowProc(message, wParam, lParam);
         }
         std::string m_strName;
@@ -146,7 +144,7 @@ TEST(App, MessagesAreOfferedToTheTargetAndItsAncestorsInThatOrder) {
         app.m_fnInit = [&](TestApp&) {
             EXPECT_TRUE(test::create(parent));
             EXPECT_TRUE(test::create(child, parent.m_hWnd));
-            ::PostMessageW(child.m_hWnd, kProbe, 0, 0);
+            ::PostMessageW(child.m_hWnd, test::kProbe, 0, 0);
             ::PostQuitMessage(0);
             return true;
         };
@@ -158,7 +156,7 @@ TEST(App, MessagesAreOfferedToTheTargetAndItsAncestorsInThatOrder) {
 TEST(App, WindowMayBeDeletedWhileAMessageIsOffered) {
     struct Window : CWnd {
         bool PreTranslateMessage(MSG& message) override {
-            if (message.message != kProbe) {
+            if (message.message != test::kProbe) {
                 return false;
             }
             delete this;
@@ -173,7 +171,7 @@ TEST(App, WindowMayBeDeletedWhileAMessageIsOffered) {
         auto* child = new Window;
         EXPECT_TRUE(test::create(*child, parent.m_hWnd));
         handle = child->m_hWnd;
-        ::PostMessageW(handle, kProbe, 0, 0);
+        ::PostMessageW(handle, test::kProbe, 0, 0);
         ::PostQuitMessage(5);
         return true;
     };

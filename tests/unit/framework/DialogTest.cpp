@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr UINT kProbe = WM_USER + 1;
-
 class TestDialog : public test::Scripted<CDialog> {
  public:
     explicit TestDialog(UINT id) : Scripted(id) {}
@@ -62,14 +60,14 @@ TEST(Dialog, OwnClassOfTheTemplateIsADialogLikeAnyOther) {
     int initialised = 0;
     int probed = 0;
     dialog.m_fnInit = [&](TestDialog&) { return ++initialised > 0; };
-    dialog.on(kProbe, [&](auto&) { return LRESULT{++probed}; });
+    dialog.on(test::kProbe, [&](auto&) { return LRESULT{++probed}; });
     ASSERT_TRUE(dialog.Create(nullptr));
     EXPECT_EQ(initialised, 1);
     wchar_t name[64] = {};
     ::GetClassNameW(dialog.m_hWnd, name, 64);
     EXPECT_STREQ(name, L"" OWN_DIALOG_CLASS);
     EXPECT_EQ(::FindWindowW(L"" OWN_DIALOG_CLASS, nullptr), dialog.m_hWnd);
-    EXPECT_EQ(::SendMessageW(dialog.m_hWnd, kProbe, 0, 0), 1);
+    EXPECT_EQ(::SendMessageW(dialog.m_hWnd, test::kProbe, 0, 0), 1);
     // The system's dialog behaviour works: it knows the default button.
     EXPECT_EQ(HIWORD(::SendMessageW(dialog.m_hWnd, DM_GETDEFID, 0, 0)), DC_HASDEFID);
     EXPECT_TRUE(dialog.DestroyWindow());
@@ -151,13 +149,13 @@ TEST(Dialog, DeletedWhileInitialisingFailsAndLeavesNothingBehind) {
 TEST(Dialog, DeletedByASentMessageWhileInitialising) {
     auto* dialog = new TestDialog(IDD_PLAIN);
     HWND handle = nullptr;
-    dialog->on(kProbe, [](auto& self) {
+    dialog->on(test::kProbe, [](auto& self) {
         delete &self;
         return LRESULT{0};
     });
     dialog->m_fnInit = [&handle](TestDialog& self) {
         handle = self.m_hWnd;
-        ::SendMessageW(handle, kProbe, 0, 0);
+        ::SendMessageW(handle, test::kProbe, 0, 0);
         return false;
     };
     EXPECT_FALSE(dialog->Create(nullptr));

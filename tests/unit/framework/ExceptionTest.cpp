@@ -10,8 +10,6 @@ namespace {
 
 using support::FailingAllocation;
 
-constexpr UINT kProbe = WM_USER + 1;
-
 // Counts the reported exceptions, which must be reported inside the catch block.
 class ListeningApp : public CWinApp {
  public:
@@ -56,11 +54,11 @@ class Exceptions : public testing::Test {
 TEST_F(Exceptions, OfAHandlerEndWithTheMessage) {
     test::ScriptedWnd window;
     ASSERT_TRUE(test::create(window));
-    window.on(kProbe, fail);
-    window.on(kProbe + 1, [](test::ScriptedWnd&) { return 7; });
-    EXPECT_EQ(::SendMessageW(window.m_hWnd, kProbe, 0, 0), 0);
+    window.on(test::kProbe, fail);
+    window.on(test::kProbe + 1, [](test::ScriptedWnd&) { return 7; });
+    EXPECT_EQ(::SendMessageW(window.m_hWnd, test::kProbe, 0, 0), 0);
     EXPECT_EQ(m_app.m_nCaught, 1);
-    EXPECT_EQ(::SendMessageW(window.m_hWnd, kProbe + 1, 0, 0), 7) << "the window works on";
+    EXPECT_EQ(::SendMessageW(window.m_hWnd, test::kProbe + 1, 0, 0), 7) << "the window works on";
     EXPECT_EQ(m_app.m_nCaught, 1);
 }
 
@@ -131,12 +129,12 @@ TEST_F(Exceptions, OfTheLastCallAreCaught) {
 TEST_F(Exceptions, NeedNoApplication) {
     test::ScriptedWnd window;
     ASSERT_TRUE(test::create(window));
-    window.on(kProbe, fail);
+    window.on(test::kProbe, fail);
     {
         // The end of this application leaves the program without one.
         const ListeningApp other;
     }
-    EXPECT_EQ(::SendMessageW(window.m_hWnd, kProbe, 0, 0), 0);
+    EXPECT_EQ(::SendMessageW(window.m_hWnd, test::kProbe, 0, 0), 0);
 }
 
 TEST_F(Exceptions, OfTheStartEndTheProgramInGoodOrder) {
@@ -161,7 +159,7 @@ TEST_F(Exceptions, OfTheEndKeepTheExitCode) {
 // Fails before a message is dispatched, outside any window procedure.
 struct Stumbling : test::ScriptedWnd {
     bool PreTranslateMessage(MSG& message) override {
-        return message.message == kProbe ? throw std::bad_alloc() : false;
+        return message.message == test::kProbe ? throw std::bad_alloc() : false;
     }
 };
 
@@ -169,14 +167,14 @@ TEST_F(Exceptions, OfOneMessageDoNotEndTheLoop) {
     Stumbling window;
     ASSERT_TRUE(test::create(window));
     bool reached = false;
-    window.on(kProbe + 1, [&](test::ScriptedWnd&) {
+    window.on(test::kProbe + 1, [&](test::ScriptedWnd&) {
         reached = true;
         ::PostQuitMessage(3);
         return 0;
     });
     m_app.m_fnInit = [&] {
-        ::PostMessageW(window.m_hWnd, kProbe, 0, 0);
-        ::PostMessageW(window.m_hWnd, kProbe + 1, 0, 0);
+        ::PostMessageW(window.m_hWnd, test::kProbe, 0, 0);
+        ::PostMessageW(window.m_hWnd, test::kProbe + 1, 0, 0);
         return true;
     };
     EXPECT_EQ(m_app.Main(::GetModuleHandleW(nullptr), L""), 3);

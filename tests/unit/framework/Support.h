@@ -15,6 +15,8 @@
 namespace test {
 
 inline constexpr const wchar_t* kClassName = L"FrameworkTestWindow";
+// A message that only the tests send.
+inline constexpr UINT kProbe = WM_USER + 1;
 inline constexpr RECT kPlace{20, 20, 220, 120};
 
 // Registers the plain class once.

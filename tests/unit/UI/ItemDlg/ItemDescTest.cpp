@@ -6,7 +6,6 @@
 namespace items {
 namespace {
 
-constexpr RECT kItem{300, 200, 372, 272};
 constexpr wchar_t kLongText[] =
     L"A caption with far more words than any box under a round item would ever have room for";
 constexpr wchar_t kLongWord[] = L"Donaudampfschifffahrtsgesellschaftskapitaensmuetzenabzeichen";

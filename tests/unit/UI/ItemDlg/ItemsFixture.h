@@ -26,6 +26,9 @@ namespace items {
 using support::AppRoom;
 using support::windowRect;
 
+// Where an item is whose caption box or preview is tested.
+inline constexpr RECT kItem{300, 200, 372, 272};
+
 inline RECT rect(LONG left, LONG top, LONG right, LONG bottom) {
     return {left, top, right, bottom};
 }

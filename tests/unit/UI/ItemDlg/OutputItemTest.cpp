@@ -5,8 +5,8 @@
 namespace items {
 namespace {
 
-constexpr UINT kSmallId = 233;
-constexpr UINT kLargeId = 232;
+constexpr UINT kSmallScreenId = 233;
+constexpr UINT kLargeScreenId = 232;
 constexpr LONG kModeClone = FENWYN_MODE_CLONE;
 constexpr LONG kModeSave = FENWYN_MODE_SAVE;
 constexpr UINT kMsgClose = WM_USER + 101;
@@ -72,7 +72,7 @@ class OutputItem : public ItemTest {
         }
     }
     CFxOutputItemDlg& make(LONG mode, DWORD needsSetup, const std::vector<FenwynDisplayRecord>& records = {}) {
-        m_pItem = std::make_unique<CFxOutputItemDlg>(mode, needsSetup, 0U, kSmallId, kLargeId, L"Duplicate",
+        m_pItem = std::make_unique<CFxOutputItemDlg>(mode, needsSetup, 0U, kSmallScreenId, kLargeScreenId, L"Duplicate",
                                                      static_cast<DWORD>(records.size()), records.data());
         m_pItem->setPlacement(m_room.placement());
         EXPECT_EQ(m_pItem->initialize(), S_OK);

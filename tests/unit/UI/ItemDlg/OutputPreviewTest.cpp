@@ -5,8 +5,6 @@
 namespace items {
 namespace {
 
-constexpr RECT kItem{300, 200, 372, 272};
-
 FenwynDisplayRecord record(const std::wstring& connector, ULONG index = 0, ULONG width = 1920, ULONG height = 1080) {
     FenwynDisplayRecord result{};
     connector.copy(result.szConnector, FENWYN_CONNECTOR_CHARS);

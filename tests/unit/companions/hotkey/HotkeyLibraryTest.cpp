@@ -86,7 +86,7 @@ namespace {
 // Called before the library's hook. Ends the chain for `s_hiddenKey`, so that the system sees the key but the library
 // does not.
 WORD s_hiddenKey = 0;
-LRESULT CALLBACK hideFromOtherHooks(int code, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK hideOneKeyFromOtherHooks(int code, WPARAM wParam, LPARAM lParam) {
     if (code == HC_ACTION && reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam)->vkCode == s_hiddenKey) {
         return 0;
     }
@@ -103,7 +103,7 @@ TEST_F(HotkeyLibrary, LostReleaseOfTheModifierIsNoticed) {
     {
         s_hiddenKey = VK_RCONTROL;
         const common::UniqueHook hook(
-            ::SetWindowsHookExW(WH_KEYBOARD_LL, &hideFromOtherHooks, ::GetModuleHandleW(nullptr), 0));
+            ::SetWindowsHookExW(WH_KEYBOARD_LL, &hideOneKeyFromOtherHooks, ::GetModuleHandleW(nullptr), 0));
         sendKey(VK_RCONTROL, false);
         ASSERT_TRUE(waitUntil([] { return ::GetAsyncKeyState(VK_RCONTROL) >= 0; }));
     }
