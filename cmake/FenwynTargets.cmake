@@ -115,18 +115,22 @@ function(fenwyn_ship target)
     ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/implib")
 endfunction()
 
-# fenwyn_unit_test(<name> SOURCES ... [LIBS ...] [RESOURCES file.rc]): one GoogleTest program, run through the emulator.
+# fenwyn_unit_test(<name> SOURCES ... [LIBS ...] [RESOURCES file.rc [RESOURCE_FOLDERS ...]]): one GoogleTest program, run through the emulator.
 # The program is written to build/<preset>/unit/; `ctest` and ./test run them one at a time.
 function(fenwyn_unit_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;RESOURCES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;RESOURCES;RESOURCE_FOLDERS" ${ARGN})
   if(ARG_RESOURCES)
     # Through this folder the list of languages finds the texts of the program that includes it.
     get_filename_component(file "${ARG_RESOURCES}" ABSOLUTE)
     get_filename_component(folder "${file}" DIRECTORY)
     set_property(SOURCE "${ARG_RESOURCES}" APPEND PROPERTY
-                 INCLUDE_DIRECTORIES "${folder}" "${CMAKE_SOURCE_DIR}/src/res")
+                 INCLUDE_DIRECTORIES ${ARG_RESOURCE_FOLDERS} "${folder}" "${CMAKE_SOURCE_DIR}/src/res")
     # A changed text is compiled into the tests too.
-    file(GLOB texts CONFIGURE_DEPENDS "${folder}/*" "${folder}/strings/*" "${CMAKE_SOURCE_DIR}/src/res/strings/*")
+    set(globs "${folder}/*" "${folder}/strings/*" "${CMAKE_SOURCE_DIR}/src/res/strings/*")
+    foreach(other IN LISTS ARG_RESOURCE_FOLDERS)
+      list(APPEND globs "${other}/strings/*")
+    endforeach()
+    file(GLOB texts CONFIGURE_DEPENDS ${globs})
     list(FILTER texts INCLUDE REGEX "\\.(rc|h|ico|manifest)$")
     set_property(SOURCE "${ARG_RESOURCES}" APPEND PROPERTY OBJECT_DEPENDS ${texts})
   endif()

@@ -17,7 +17,7 @@ DEFINE = re.compile(r"^#define (\w+)\s+(\d+)\b", re.M)
 LANGUAGES = {language: int(number, 16) for language, number in re.findall(
     r"^#include <strings/(\w+)\.rc> +// (0x[0-9a-fA-F]+)$", (RES / "Languages.rc").read_text(encoding="utf-8"), re.M)}
 # Every program with texts: the folder of its resources.
-TEXT_FOLDERS = ["src/res", "companions/OutputSetup", "plugins/windows/question"]
+TEXT_FOLDERS = ["src/res", "companions/OutputSetup"]
 # Under a card 96 pixels wide a description fits on three lines at most.
 LONGEST_DESCRIPTION = 28
 # Texts that are the same in both languages; any other identical text was forgotten by a translator.
@@ -72,6 +72,14 @@ def test_every_language_has_its_file_and_every_file_its_language(folder):
     including = [path.name for path in (ROOT / folder).glob("*.rc")
                  if '#include "Languages.rc"' in path.read_text(encoding="utf-8")]
     assert len(including) == 1, including
+
+
+@pytest.mark.parametrize("library", ["WinOutput.dll", "WinOutput_2.dll"])
+def test_the_question_about_a_picture_speaks_every_language(library):
+    header = (ROOT / "plugins" / "windows" / "question" / "QuestionIds.h").read_text(encoding="utf-8")
+    numbers = sorted(int(number) for number in re.findall(r"^#define IDS_\w+ (\d+)", header, re.M))
+    linked = pe_resources.strings(pe_resources.read(STAGE / "plugins" / library))
+    assert {language: sorted(texts) for language, texts in linked.items()} == dict.fromkeys(LANGUAGES.values(), numbers)
 
 
 def test_text_numbers_are_unique():

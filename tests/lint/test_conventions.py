@@ -80,14 +80,59 @@ def test_the_rule_of_the_folders_sees_a_wrong_one(test, wrong):
     assert unknown_test_folders(["src/UI/ItemDlg/A.h", "companions/hotkey/A.h", test]) == wrong
 
 
-def statuses_to_ignore(path, text):
-    """Functions of a header whose status the compiler lets a caller ignore."""
+def misplaced_tests(paths):
+    """Tests that are named after a source and lie in a folder of another name. What headers and sources of a library share
+    the folder of, include/... and src, says nothing."""
+    sources = {}
+    for path in paths:
+        if path.startswith(CODE) and path.endswith((".h", ".cpp")):
+            name = posixpath.splitext(posixpath.basename(path))[0]
+            folder = re.sub(r"(?<=/)(include(/.*)?|src)$", "", posixpath.dirname(path)).rstrip("/")
+            sources.setdefault(name, set()).add(folder.removeprefix("src/"))
+    found = []
+    for path in paths:
+        name = posixpath.basename(path).removesuffix("Test.cpp")
+        # The test of CFxZoom is named after the function.
+        folders = sources.get(name, set()) | sources.get("Fx" + name, set()) | sources.get("CFx" + name, set())
+        described = {"Logic/FuncX"} if folders else set()  # of a function that its description specifies completely
+        folder = posixpath.dirname(path).removeprefix(UNIT)
+        if path.startswith(UNIT) and path.endswith("Test.cpp") and folders and folder not in folders | described:
+            found.append(path)
+    return found
+
+
+def test_tests_lie_in_the_folder_of_the_source_that_they_are_named_after():
+    assert not misplaced_tests(tree.files())
+
+
+@pytest.mark.parametrize(
+    "source, test, wrong",
+    [
+        ("src/UI/A.cpp", "tests/unit/UI/ATest.cpp", False),
+        ("src/UI/A.cpp", "tests/unit/ATest.cpp", True),
+        ("src/UI/ItemDlg/A.cpp", "tests/unit/UI/ATest.cpp", True),
+        ("framework/include/framework/A.h", "tests/unit/framework/ATest.cpp", False),
+        ("companions/keyboard/src/A.cpp", "tests/unit/companions/keyboard/ATest.cpp", False),
+        ("companions/OutputSetup/store/A.cpp", "tests/unit/companions/OutputSetup/ATest.cpp", True),
+        ("src/UI/A.cpp", "tests/unit/Data/StepsOfATest.cpp", False),
+    ],
+)
+def test_the_rule_of_the_places_sees_a_wrong_one(source, test, wrong):
+    assert misplaced_tests([source, test]) == ([test] if wrong else [])
+
+
+def statuses_to_ignore(path, text, declared=frozenset()):
+    """Functions whose status the compiler lets a caller ignore, except those `declared` elsewhere."""
     return [f"{path}:{declaration.line}: {name}" for declaration, before, name in functions_of(path, text)
-            if re.search(r"\bHRESULT\b(?!\s*[*&])", before) and "[[nodiscard]]" not in before]
+            if re.search(r"\bHRESULT\b(?!\s*[*&])", before) and "[[nodiscard]]" not in before and name not in declared]
 
 
 def test_no_status_is_ignored_unseen():
-    found = [hit for path in code_files(".h") for hit in statuses_to_ignore(path, tree.text(path))]
+    headers = code_files(".h")
+    # Definitions of what a header or the system's headers declare: the exports of the libraries among them.
+    declared = {name for path in headers for _, _, name in functions_of(path, tree.text(path))}
+    found = [hit for path in headers for hit in statuses_to_ignore(path, tree.text(path))]
+    found += [hit for path in code_files(".cpp") for hit in statuses_to_ignore(path, tree.text(path), declared)]
     assert not found, "write [[nodiscard]] before:\n" + "\n".join(found)
 
 

@@ -7,9 +7,9 @@
 #include "DisplaySource.h"
 #include "OutputEntries.h"
 #include "OutputFavourites.h"
-#include "Plugin.h"
 #include "State.h"
 #include "common/Handle.h"
+#include "plugins/simulated/Plugin.h"
 #include "plugins/simulated/Sandbox.h"
 
 namespace plugintest {
