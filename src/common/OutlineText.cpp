@@ -122,18 +122,54 @@ struct PlacedGlyph {
     const GlyphMask* glyph;
     int x;
 };
+struct PlacedLine {
+    std::vector<PlacedGlyph> glyphs;
+    float score = 0.0F;  // how sharp it is, to be compared with that of the same line in another place
+};
+
+// How far a line's advances are changed. All numbers are sub-pixels.
+struct Spacing {
+    int width = 0;    // of the line with this spacing
+    int natural = 0;  // without
+    int wider = 0;    // each space
+};
+
+int advanceOf(GlyphFont& font, const std::wstring& text) {
+    int width = 0;
+    for (const wchar_t letter : text) {
+        width += font.glyph(letter).advance;
+    }
+    return width;
+}
+
+constexpr int kAir = kSubPixels * 4;  // stays free at the ends of a line if its spaces are widened or it is moved
+
+// The spaces of small letters are too narrow to keep words apart, above all within an outline: they get as much of
+// `room` as they need. A line that is a little too long for its room is condensed.
+Spacing spacingOf(GlyphFont& font, const std::wstring& text, int em, int room) {
+    constexpr int kWidestSpace = kSubPixels * 7 / 2;
+    const int natural = advanceOf(font, text);
+    const auto spaces = static_cast<int>(std::count(text.begin(), text.end(), L' '));
+    if (natural > room || spaces == 0) {
+        return {std::min(natural, room), natural};
+    }
+    const int wanted = std::max(0, std::min(kWidestSpace, em * 2 / 5) - font.glyph(L' ').advance);
+    const int wider = std::min(wanted, std::max(0, room - kAir - natural) / spaces);
+    return {natural + wider * spaces, natural, wider};
+}
 
 // Aligns upright strokes to whole pixels if that moves a letter by less than half a pixel and does not make it touch
 // the one before it. `start`: the beginning of the line within a pixel.
-std::vector<PlacedGlyph> placeLine(GlyphFont& font, const std::wstring& text, int start) {
+PlacedLine placeLine(GlyphFont& font, const std::wstring& text, int start, const Spacing& spacing) {
     constexpr int kFarthestMove = kSubPixels / 2;
     constexpr int kGap = kSubPixels * 3 / 4;  // between two letters
     constexpr float kMoveCosts = 0.12F;       // of its sharpness, for each sub-pixel
-    std::vector<PlacedGlyph> line;
-    int pen = 0;
+    PlacedLine line;
+    int advance = 0;
     int inkEnd = -(1 << 20);
     for (const wchar_t letter : text) {
         const GlyphMask& glyph = font.glyph(letter);
+        const int pen = spacing.width < spacing.natural ? advance * spacing.width / spacing.natural : advance;
         int best = 0;
         float bestScore = -10.0F;
         for (int move = -kFarthestMove; move <= kFarthestMove; ++move) {
@@ -147,21 +183,14 @@ std::vector<PlacedGlyph> placeLine(GlyphFont& font, const std::wstring& text, in
                 best = move;
             }
         }
-        line.push_back({&glyph, pen + best});
+        line.glyphs.push_back({&glyph, pen + best});
+        line.score += bestScore;
         if (glyph.width > 0) {
             inkEnd = pen + best + glyph.left + glyph.width;
         }
-        pen += glyph.advance;
+        advance += glyph.advance + (letter == L' ' ? spacing.wider : 0);
     }
     return line;
-}
-
-int advanceOf(GlyphFont& font, const std::wstring& text) {
-    int width = 0;
-    for (const wchar_t letter : text) {
-        width += font.glyph(letter).advance;
-    }
-    return width;
 }
 
 using Measure = std::function<float(const std::wstring&)>;
@@ -202,19 +231,49 @@ std::vector<std::wstring> wrapLines(std::wstring_view text, float width, const M
     return lines;
 }
 
-// The displayed text: wrapped, and cut with an ellipsis if the format requests that.
+float widestOf(const std::vector<std::wstring>& lines, const Measure& measure) {
+    float widest = 0.0F;
+    for (const std::wstring& line : lines) {
+        widest = std::max(widest, measure(line));
+    }
+    return widest;
+}
+
+// The same number of lines, as equal as possible: no single short word in the last one.
+std::vector<std::wstring> balancedLines(std::wstring_view text, std::vector<std::wstring> lines,
+                                        const Measure& measure) {
+    for (float width = widestOf(lines, measure) - 1.0F; lines.size() > 1 && width > 1.0F; width -= 1.0F) {
+        std::vector<std::wstring> narrower = wrapLines(text, width, measure);
+        if (narrower.size() != lines.size() || widestOf(narrower, measure) > width) {
+            break;
+        }
+        lines = std::move(narrower);
+    }
+    return lines;
+}
+
+// The displayed text: wrapped, and cut with an ellipsis if the format requests that. Only text that is not cut may have
+// lines that are longer than the rectangle by `slack`; they are condensed.
 std::vector<std::wstring> linesOf(const wchar_t* pszText, const Gdiplus::RectF& layout,
-                                  const Gdiplus::StringFormat& format, float lineHeight, const Measure& measure) {
+                                  const Gdiplus::StringFormat& format, float lineHeight, float slack,
+                                  const Measure& measure, const Measure& wordsApart) {
     const bool oneLine = (format.GetFormatFlags() & Gdiplus::StringFormatFlagsNoWrap) != 0;
+    const bool cut = format.GetTrimming() == Gdiplus::StringTrimmingEllipsisCharacter;
     std::vector<std::wstring> lines =
-        oneLine ? std::vector<std::wstring>{pszText} : wrapLines(pszText, layout.Width, measure);
-    if (format.GetTrimming() != Gdiplus::StringTrimmingEllipsisCharacter) {
+        oneLine ? std::vector<std::wstring>{pszText} : wrapLines(pszText, layout.Width + (cut ? 0.0F : slack), measure);
+    if (!cut) {
         return lines;
     }
     // A line may exceed the box by the blank part of its descenders.
     constexpr float kTolerance = 0.3F;
     const float fitting = lineHeight > 0.0F ? layout.Height / lineHeight + kTolerance : 1.0F;
     const auto most = static_cast<std::size_t>(std::clamp(fitting, 1.0F, 100.0F));
+    if (!oneLine && lines.size() == 1 && most > 1) {
+        lines = wrapLines(pszText, layout.Width - static_cast<float>(kAir) / kSubPixels, wordsApart);
+    }
+    if (!oneLine && lines.size() <= most) {
+        lines = balancedLines(pszText, std::move(lines), measure);
+    }
     if (lines.size() > most) {
         lines.resize(most);
         lines.back() = shortened(lines.back(), layout.Width, measure);
@@ -335,10 +394,17 @@ class TextLayout {
                                const Gdiplus::StringFormat& format, double outlineWidth, Gdiplus::ARGB fill,
                                Gdiplus::ARGB edge, POINT& place) {
         const Measure measure = [this](const std::wstring& line) { return _width(line); };
-        const std::vector<std::wstring> lines = linesOf(pszText, layout, format, m_metrics.height, measure);
+        const Measure wordsApart = [this](const std::wstring& line) { return _spaced(line, kFarthest, false).width; };
+        // What its outline takes, and a twentieth, which nobody notices: systems measure texts differently.
+        const float slack = static_cast<float>(outlineWidth) + layout.Width / 20;
+        const bool centred = format.GetAlignment() == Gdiplus::StringAlignmentCenter;
+        std::vector<Line> lines;
+        for (std::wstring& text : linesOf(pszText, layout, format, m_metrics.height, slack, measure, wordsApart)) {
+            lines.push_back(_spaced(std::move(text), layout.Width, centred));
+        }
         float widest = 0.0F;
-        for (const std::wstring& line : lines) {
-            widest = std::max(widest, _width(line));
+        for (const Line& line : lines) {
+            widest = std::max(widest, line.width);
         }
         const float block = m_metrics.height * static_cast<float>(lines.size());
         const float top = aligned(layout.Y, layout.Height, block, format.GetLineAlignment());
@@ -352,8 +418,8 @@ class TextLayout {
         }
         MaskCanvas letters(static_cast<int>(width), static_cast<int>(height));
         float ascent = top + m_metrics.ascent;
-        for (const std::wstring& line : lines) {
-            const float left = _left(layout, _width(line), format) - static_cast<float>(place.x);
+        for (const Line& line : lines) {
+            const float left = _left(layout, line.width, format) - static_cast<float>(place.x);
             // On a whole pixel, so that strokes on it are sharp.
             const int baseline = static_cast<int>(std::lround(ascent) - place.y) * kSubPixels;
             _addLine(letters, line, left, baseline);
@@ -368,6 +434,25 @@ class TextLayout {
 
  private:
     static constexpr int kMargin = 2;  // pixels, for letters that exceed their advance
+
+    struct Line {
+        std::wstring text;
+        Spacing spacing;
+        float width;    // pixels
+        bool bMovable;  // by half a pixel
+    };
+
+    [[nodiscard]] Line _spaced(std::wstring text, float room, bool bCentred) {
+        if (!m_bSimple) {
+            const float width = _width(text);
+            return {std::move(text), {}, width, false};
+        }
+        const int em = static_cast<int>(m_font.GetSize() * kSubPixels);
+        const int roomPoints = static_cast<int>(room * kSubPixels);
+        const Spacing spacing = spacingOf(m_glyphs, text, em, roomPoints);
+        return {std::move(text), spacing, static_cast<float>(spacing.width) / kSubPixels,
+                bCentred && spacing.width + kAir <= roomPoints};
+    }
 
     static std::wstring _printable(std::wstring text) {
         std::erase_if(text, [](wchar_t letter) { return letter == L'\r' || letter == L'\n'; });
@@ -388,13 +473,25 @@ class TextLayout {
         return aligned(layout.X, layout.Width, width, format.GetAlignment());
     }
 
-    void _addLine(MaskCanvas& letters, const std::wstring& line, float left, int baseline) {
+    void _addLine(MaskCanvas& letters, const Line& line, float left, int baseline) {
         if (!m_bSimple) {
-            addPath(letters, line, m_font, baseline, left * kSubPixels, m_metrics.ascent);
+            addPath(letters, line.text, m_font, baseline, left * kSubPixels, m_metrics.ascent);
             return;
         }
-        const int start = static_cast<int>(std::lround(left * kSubPixels));
-        for (const PlacedGlyph& placed : placeLine(m_glyphs, line, start)) {
+        int start = static_cast<int>(std::lround(left * kSubPixels));
+        PlacedLine best = placeLine(m_glyphs, line.text, start, line.spacing);
+        if (line.bMovable) {
+            // To where, within a pixel, the most upright strokes are on whole pixels anyway.
+            const int exact = start;
+            for (const int other : {exact - 1, exact + 1, exact + 2}) {
+                PlacedLine placed = placeLine(m_glyphs, line.text, other, line.spacing);
+                if (placed.score > best.score) {
+                    best = std::move(placed);
+                    start = other;
+                }
+            }
+        }
+        for (const PlacedGlyph& placed : best.glyphs) {
             letters.add(*placed.glyph, start + placed.x, baseline);
         }
     }

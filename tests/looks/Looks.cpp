@@ -158,6 +158,23 @@ double contrast(double light, double dark) {
     return (std::max(light, dark) + 0.05) / (std::min(light, dark) + 0.05);
 }
 
+double letterContrast(const Picture& seen, const RECT& area, bool dark) {
+    std::vector<double> lights;
+    for (int y = std::max<int>(area.top, 0); y < std::min<int>(area.bottom, seen.height); ++y) {
+        for (int x = std::max<int>(area.left, 0); x < std::min<int>(area.right, seen.width); ++x) {
+            lights.push_back(luminance(seen.row(y)[x]));
+        }
+    }
+    if (lights.empty()) {
+        return 0.0;
+    }
+    std::sort(lights.begin(), lights.end());
+    if (dark) {
+        std::reverse(lights.begin(), lights.end());
+    }
+    return contrast(lights[lights.size() - 1 - lights.size() / 50], lights[lights.size() / 3]);
+}
+
 Layer layerOf(HWND layeredWindow) {
     const auto found = handedOver().find(layeredWindow);
     return found != handedOver().end() ? found->second : Layer{};

@@ -31,6 +31,9 @@ inline constexpr std::array<Backdrop, 3> kBackdrops{Backdrop::White, Backdrop::B
 // The relative luminance of an opaque pixel, 0 to 1, and the contrast ratio of two luminances, 1 to 21 (WCAG 2).
 [[nodiscard]] double luminance(DWORD pixel);
 [[nodiscard]] double contrast(double light, double dark);
+// How much the lightest pixels of a part of an opaque picture stand out from its middle ones: light letters on their
+// ground. With `dark` the darkest pixels. 0 if the part is empty.
+[[nodiscard]] double letterContrast(const Picture& seen, const RECT& area, bool dark = false);
 
 // One visible window of this thread, in screen pixels.
 struct Layer {

@@ -1,13 +1,18 @@
 // The program's windows in every state, at the ratio and the edge that a test wants.
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "Data/RegistryPaths.h"
 #include "UI/CardGeometry.h"
+#include "UI/ItemDlg/ErrorItemDlg.h"
 #include "UI/ItemDlg/ItemsFixture.h"
 #include "looks/Looks.h"
+#include "support/RegistryRoom.h"
 
 namespace looks {
 
@@ -23,6 +28,7 @@ inline constexpr Offer kMute{L"Mute", L"Mute", 3};
 inline constexpr Offer kPlans{L"PowerPlan", L"Power plan", 0xF};
 inline constexpr Offer kBrightness{L"Brightness", L"Brightness", 10};
 inline constexpr Offer kRadios{L"Wireless", L"Wireless", 0x4000};
+inline constexpr Offer kDisplays{L"Output_2", L"Display output", 0};
 
 class LooksTest : public items::ItemTest {
  protected:
@@ -58,8 +64,59 @@ class LooksTest : public items::ItemTest {
         paintAll();
         return card;
     }
+    // The card of a machine without radios: its only item is the notice.
+    CErrorItemDlg& openNotice(double ratio, bool bottom) {
+        m_plugin->exports[instr::GetDisplayItemInfoId].result = -1;
+        CBlackCard& card = openCard(ratio, bottom, kRadios);
+        m_plugin->exports[instr::GetDisplayItemInfoId].result = 0;
+        return dynamic_cast<CErrorItemDlg&>(*BlackCardSeam::items(card).at(0));
+    }
+    // The choices of a machine with two displays; `chosen` of them is enlarged, with its preview. The first is "this
+    // screen", the others use both, all with or without resolutions.
+    CBlackCard& openDisplays(double ratio, bool bottom, bool resolutions, LONG chosen) {
+        support::RegistryRoom::setText(HKEY_LOCAL_MACHINE, regpath::kProgramKey, regpath::kInstallPath, L"C:\\Nowhere");
+        constexpr LONG kModes[] = {FENWYN_MODE_INTERNAL, FENWYN_MODE_CLONE, FENWYN_MODE_EXTEND_RIGHT,
+                                   FENWYN_MODE_EXTERNAL};
+        m_plugin->itemCount = std::size(kModes);
+        for (std::size_t i = 0; i < std::size(kModes); ++i) {
+            instr::Entry& entry = m_plugin->entries[i];
+            entry.mode = kModes[i];
+            entry.flags = resolutions ? FENWYN_ENTRY_SHOW_RESOLUTION : 0;
+            entry.recordCount = i == 0 ? 1 : 2;
+            entry.records[0] = display(L"LCD", 0, 1920, 1080);
+            entry.records[1] = display(L"HDMI 1", 1, 2560, 1440);
+        }
+        m_plugin->currentItem = chosen;
+        CBlackCard& card = openCard(ratio, bottom, kDisplays);
+        // A window manager may have put the preview first in the system's order, although not on the screen.
+        ::SetWindowPos(CircleItemSeam::box(choice(card, chosen)).m_hWnd, HWND_TOPMOST, 0, 0, 0, 0,
+                       SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        return card;
+    }
+    static CFxOutputItemDlg& choice(CBlackCard& card, LONG index) {
+        return dynamic_cast<CFxOutputItemDlg&>(*BlackCardSeam::items(card).at(static_cast<std::size_t>(index)));
+    }
+    // The thin strip of three cards that are hidden.
+    Layer showHoverStrip(double ratio, bool bottom) {
+        closeAll();
+        m_room.setRatio(ratio);
+        m_room.setBottom(bottom);
+        EXPECT_EQ(ZelMainSeam::hoverStrip()->refresh(3), S_OK);
+        ::ShowWindow(m_room.hoverWindow(), SW_SHOWNOACTIVATE);
+        paintAll();
+        return layerOf(HideDlgSeam::layered(*ZelMainSeam::hoverStrip())->m_hWnd);
+    }
+    static FenwynDisplayRecord display(const wchar_t* connector, ULONG index, ULONG width, ULONG height) {
+        FenwynDisplayRecord record{};
+        ::lstrcpynW(record.szConnector, connector, FENWYN_CONNECTOR_CHARS);
+        record.uDisplayIndex = index;
+        record.uWidth = width;
+        record.uHeight = height;
+        return record;
+    }
     void closeAll() {
         ::ShowWindow(m_room.stripWindow(), SW_HIDE);
+        ::ShowWindow(m_room.hoverWindow(), SW_HIDE);
         MainDlgSeam::cards(m_room.strip()).clear();
         support::pump();
     }
@@ -87,6 +144,9 @@ class LooksTest : public items::ItemTest {
         ::InflateRect(&all, kMargin, kMargin);
         return onBackdrop(onScreen(layers, all), backdrop);
     }
+
+ private:
+    support::RegistryRoom m_registry;
 };
 
 }  // namespace looks

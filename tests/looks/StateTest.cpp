@@ -15,21 +15,6 @@ class States : public LooksTest, public testing::WithParamInterface<double> {
 };
 INSTANTIATE_TEST_SUITE_P(Ratios, States, testing::ValuesIn(kRatios));
 
-// How much lighter the lightest pixels of the area are than its middle ones: letters on their ground.
-double letterContrast(const Picture& seen, const RECT& area) {
-    std::vector<double> lights;
-    for (int y = std::max<int>(area.top, 0); y < std::min<int>(area.bottom, seen.height); ++y) {
-        for (int x = std::max<int>(area.left, 0); x < std::min<int>(area.right, seen.width); ++x) {
-            lights.push_back(luminance(seen.row(y)[x]));
-        }
-    }
-    if (lights.empty()) {
-        return 0.0;
-    }
-    std::sort(lights.begin(), lights.end());
-    return contrast(lights[lights.size() - 1 - lights.size() / 50], lights[lights.size() / 3]);
-}
-
 TEST_P(States, StripKeepsEveryCardsTextInItsOwnColumns) {
     for (const bool bottom : {false, true}) {
         showStrip(ratio(), bottom, {kMute, kPlans, kBrightness, kMute});
@@ -82,20 +67,41 @@ TEST_P(States, TextsOfTheEnlargedCardStandOutAndKeepInside) {
     }
 }
 
-// The lightest and the darkest pixel of an item's rim: the outer tenth of its radius, all around.
+// The rim of a round item over a backdrop: its outer fifth.
 struct Rim {
-    double lightest = 0.0;
+    double lightest = 0.0;  // a tenth of it is lighter, or darker
     double darkest = 1.0;
-    double ground = 0.0;     // the median of the backdrop right outside
-    double strongest = 1.0;  // contrast of the rim against that
+    double toGround = 1.0;     // contrast of its lightest or darkest part to the backdrop
+    double leastOutline = 21;  // of all directions: contrast of the ring to the line outside it
 };
-Rim rimOf(const Layer& item, Backdrop backdrop) {
-    const int size = item.picture.width;
-    const Picture seen = onBackdrop(item.picture, backdrop);
-    const Picture ground = backdropPicture(backdrop, size, item.picture.height);
+
+// From the edge inwards: the luminances that one direction crosses.
+std::vector<double> rayOf(const Picture& seen, double angle) {
+    constexpr double kInnermost = 0.75;
+    const double radius = seen.width / 2.0;
+    std::vector<double> lights;
+    for (double away = radius - 0.5; away >= radius * kInnermost; away -= 0.5) {
+        const int x = static_cast<int>(radius + away * std::cos(angle));
+        const int y = static_cast<int>(radius + away * std::sin(angle));
+        lights.push_back(luminance(seen.row(y)[x]));
+    }
+    return lights;
+}
+
+// How much the lightest point of the ray stands out from the darkest one outside it.
+double outlineOf(const std::vector<double>& ray) {
+    const auto ring = std::max_element(ray.begin(), ray.end());
+    return contrast(*ring, *std::min_element(ray.begin(), ring + 1));
+}
+
+Rim rimOf(const Picture& item, Backdrop backdrop) {
+    constexpr int kDirections = 48;
+    const int size = item.width;
+    const Picture seen = onBackdrop(item, backdrop);
+    const Picture ground = backdropPicture(backdrop, size, item.height);
     std::vector<double> lights;
     std::vector<double> grounds;
-    for (int y = 0; y < item.picture.height; ++y) {
+    for (int y = 0; y < item.height; ++y) {
         for (int x = 0; x < size; ++x) {
             const double away = std::hypot(x + 0.5 - size / 2.0, y + 0.5 - size / 2.0) / (size / 2.0);
             if (away <= 1.0 && away >= 0.82) {
@@ -109,37 +115,37 @@ Rim rimOf(const Layer& item, Backdrop backdrop) {
     Rim rim;
     rim.lightest = lights[lights.size() * 9 / 10];
     rim.darkest = lights[lights.size() / 10];
-    rim.ground = grounds[grounds.size() / 2];
-    rim.strongest = std::max(contrast(rim.lightest, rim.ground), contrast(rim.darkest, rim.ground));
+    const double middle = grounds[grounds.size() / 2];
+    rim.toGround = std::max(contrast(rim.lightest, middle), contrast(rim.darkest, middle));
+    for (int i = 0; i < kDirections; ++i) {
+        const std::vector<double> ray = rayOf(seen, 2.0 * std::acos(-1.0) * i / kDirections);
+        rim.leastOutline = std::min(rim.leastOutline, outlineOf(ray));
+    }
     return rim;
 }
 
+// Without its size and without colours: it has a light ring with a dark line around it, and the others' ring is dimmer.
 TEST_P(States, ChosenItemIsSeenOnEveryBackdropAndDiffersFromTheOthers) {
     CBlackCard& middle = openCard(ratio(), false, kMute);
     const auto items = BlackCardSeam::items(middle);
     ASSERT_EQ(items.size(), 2U);
     auto& chosen = dynamic_cast<CCircleItemDlg&>(*items[static_cast<std::size_t>(BlackCardSeam::selected(middle))]);
     auto& other = dynamic_cast<CCircleItemDlg&>(*items[static_cast<std::size_t>(1 - BlackCardSeam::selected(middle))]);
-    const Layer large = layerOf(CircleItemSeam::largeWnd(chosen));
-    ASSERT_EQ(large.picture.width, items[0]->width());
-    const Layer smallWnd = layerOf(CircleItemSeam::smallWnd(other));
-    Layer small = smallWnd;
-    // The small picture lies in a frame as large as the item, in its upper left corner.
-    const int inner = std::max(items[0]->width() - 22, 0);
-    small.picture = scalePicture(smallWnd.picture, {0, 0, inner, inner}, {inner, inner});
+    const Picture large = layerOf(CircleItemSeam::largeWnd(chosen)).picture;
+    ASSERT_EQ(large.width, items[0]->width());
+    // The small picture is in the upper left corner of a frame as large as the item.
+    constexpr int kInnerMargin = 11;
+    const int inner = items[0]->width() - 2 * kInnerMargin;
+    ASSERT_GT(inner, 0);
+    const Picture small =
+        scalePicture(layerOf(CircleItemSeam::smallWnd(other)).picture, {0, 0, inner, inner}, {inner, inner});
     for (const Backdrop backdrop : kBackdrops) {
         const Rim rim = rimOf(large, backdrop);
-        std::printf(
-            "ratio %.2f on %-5s chosen: light %.2f dark %.2f ground %.2f, rim to ground %.1f, light to dark %.1f",
-            ratio(), nameOf(backdrop), rim.lightest, rim.darkest, rim.ground, rim.strongest,
-            contrast(rim.lightest, rim.darkest));
-        EXPECT_GE(rim.strongest, 3.0) << nameOf(backdrop);
+        EXPECT_GE(rim.toGround, 3.0) << nameOf(backdrop);
         EXPECT_GE(contrast(rim.lightest, rim.darkest), 3.0) << nameOf(backdrop);
-        if (inner > 0) {
-            const Rim plain = rimOf(small, backdrop);
-            std::printf("; other: light %.2f dark %.2f, light to dark %.1f\n", plain.lightest, plain.darkest,
-                        contrast(plain.lightest, plain.darkest));
-        }
+        // At the smallest ratio, the line is half a pixel wide.
+        EXPECT_GE(rim.leastOutline, ratio() < 0.5 ? 1.9 : 3.0) << nameOf(backdrop);
+        EXPECT_GE(contrast(rim.lightest, rimOf(small, backdrop).lightest), 1.5) << nameOf(backdrop);
     }
 }
 
@@ -212,49 +218,6 @@ TEST_P(States, SliderHasNoBlackEdgesAndShowsItsThumb) {
         return;
     }
     ADD_FAILURE() << "no slider";
-}
-
-// ---- pictures for people: tools/looks ----
-
-class Sheets : public LooksTest {};
-
-TEST_F(Sheets, Strip) {
-    if (!Sheet::wanted()) {
-        return;
-    }
-    Sheet sheet;
-    for (const double ratio : kRatios) {
-        showStrip(ratio, false, {kMute, kPlans, kBrightness});
-        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 1, 0);
-        paintAll();
-        for (const Backdrop backdrop : kBackdrops) {
-            sheet.add(shot(backdrop));
-        }
-        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 0, 0);
-        sheet.newRow();
-    }
-    EXPECT_TRUE(sheet.write("strip"));
-}
-
-TEST_F(Sheets, Cards) {
-    if (!Sheet::wanted()) {
-        return;
-    }
-    for (const Offer& offer : {kMute, kBrightness, kRadios}) {
-        Sheet sheet;
-        for (const double ratio : kRatios) {
-            openCard(ratio, false, offer);
-            for (const Backdrop backdrop : kBackdrops) {
-                sheet.add(shot(backdrop));
-            }
-            sheet.newRow();
-        }
-        std::string name;
-        for (const wchar_t* letter = offer.function; *letter != L'\0'; ++letter) {
-            name += static_cast<char>(*letter | 0x20);
-        }
-        EXPECT_TRUE(sheet.write("card-" + name));
-    }
 }
 
 }  // namespace

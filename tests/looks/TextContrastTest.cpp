@@ -111,10 +111,10 @@ TEST_P(OutlinedDescription, StemsStandOutFromTheOutlineBetweenThem) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Ratios, OutlinedDescription,
-                         testing::Values(Least{0.4, 100, 3.8, 1.5}, Least{0.47, 170, 4.1, 1.5},
-                                         Least{0.6, 290, 5.9, 1.8}, Least{0.75, 430, 7.0, 1.5},
-                                         Least{0.85, 480, 6.6, 1.25}, Least{1.0, 580, 8.8, 1.25},
-                                         Least{1.25, 570, 11.0, 2.2}));
+                         testing::Values(Least{0.4, 115, 4.0, 1.25}, Least{0.47, 165, 4.9, 2.3},
+                                         Least{0.6, 330, 6.3, 1.8}, Least{0.75, 465, 6.9, 1.65},
+                                         Least{0.85, 525, 7.6, 1.3}, Least{1.0, 640, 10.0, 1.5},
+                                         Least{1.25, 620, 11.6, 2.3}));
 
 // For people: tools/looks.
 TEST(DescriptionSheets, Draw) {

@@ -11,11 +11,13 @@
 #include "Logic/ZelCommonFunc.h"
 #include "UI/CardGeometry.h"
 #include "UI/CardStyle.h"
+#include "UI/ItemDlg/ErrorItemDlg.h"
 #include "UI/ItemDlg/ItemsFixture.h"
 #include "common/GdiPlusFunc.h"
 #include "common/Rendering.h"
 #include "looks/Looks.h"
 #include "plugins/simulated/Functions.h"
+#include "plugins/simulated/Words.h"
 #include "res/Pictures.h"
 
 namespace looks {
@@ -24,7 +26,7 @@ namespace {
 using rendering::alphaOf;
 using rendering::Canvas;
 
-constexpr int kWidth = 260;
+constexpr int kWidth = 300;
 constexpr int kHeight = 200;
 
 struct Text {
@@ -111,10 +113,12 @@ bool isDisplayName(UINT id) {
     return id >= IDS_OUTPUT_MODE_INTERNAL && id <= IDS_OUTPUT_SWAP && !isDescription(id);
 }
 
+// Two that are too long for a card, and those of the sample list in both languages.
 std::vector<std::wstring> captions() {
     std::vector<std::wstring> found{L"Bildschirmausgabe w\x00E4hlen", L"Tastaturbeleuchtung"};
     for (const sim::Function& function : sim::kFunctions) {
-        found.emplace_back(function.caption);
+        found.push_back(sim::word(function.caption, sim::Language::English));
+        found.push_back(sim::word(function.caption, sim::Language::German));
     }
     return found;
 }
@@ -165,6 +169,7 @@ TEST_P(ShippedTexts, CaptionsKeepToTheirBoxOnTheCard) {
         const auto draw = [&](const std::wstring& what) { drawIn(box, what, format, 0.0); };
         const std::vector<DWORD> seen = pixelsOfText(draw, text);
         const RECT ink = inkOf(seen);
+        EXPECT_FALSE(ink.right <= ink.left) << testing::PrintToString(text);
         EXPECT_GE(ink.left, parts.caption.left) << testing::PrintToString(text);
         EXPECT_LE(ink.right, parts.caption.right) << testing::PrintToString(text);
         EXPECT_GE(ink.top, parts.caption.top) << testing::PrintToString(text);
@@ -252,13 +257,34 @@ TEST_P(ShippedTexts, NamesOfDisplaysNeitherMeetNorLeaveTheScreen) {
     for (const auto& [card, names] : cards) {
         for (const Name& one : names) {
             for (const Name& other : names) {
-                if (one.text != other.text) {
-                    EXPECT_LE((one.width + other.width) / 2, item + gap)
-                        << testing::PrintToString(one.text) << " beside " << testing::PrintToString(other.text);
-                }
+                EXPECT_LE((one.width + other.width) / 2, item + gap)
+                    << testing::PrintToString(one.text) << " beside " << testing::PrintToString(other.text);
             }
         }
     }
+}
+
+// Their window is as large as GDI+ measures them.
+TEST_P(ShippedTexts, NoticesAreWholeInTheirWindow) {
+    int notices = 0;
+    for (const Text& text : allTexts()) {
+        if (text.id != IDS_WIRELESS_NO_DEVICE) {
+            continue;
+        }
+        ++notices;
+        CErrorItemDlg notice(text.text);
+        notice.setPlacement(m_room.placement());
+        ASSERT_TRUE(notice.Create(nullptr));
+        ASSERT_EQ(notice.initialize(), S_OK);
+        items::place(notice.m_hWnd, 300, 200, notice.width(), notice.height());
+        m_canvas.clear();
+        ASSERT_EQ(notice.drawText(m_graphics), S_OK);
+        const RECT ink = inkOf(m_canvas.pixels());
+        EXPECT_GE(ink.left, 0) << testing::PrintToString(text.text);
+        EXPECT_LE(ink.right, notice.width()) << testing::PrintToString(text.text);
+        EXPECT_LE(ink.bottom, notice.height() + 1) << testing::PrintToString(text.text);
+    }
+    EXPECT_EQ(notices, 2) << "languages";
 }
 
 TEST_P(ShippedTexts, StatusTextsKeepToTheirField) {

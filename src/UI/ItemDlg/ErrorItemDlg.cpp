@@ -66,8 +66,10 @@ HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
     const CCentredFormat format;
-    m_errorText.draw(graphics, toRectF(clientRect()), m_strError.c_str(), *font, &format, kOutlineWidth, kWhite,
-                     kBlack);
+    Gdiplus::RectF layout = toRectF(clientRect());
+    // The window is measured without an outline, and letters exceed their place by less than a pixel.
+    layout.Inflate(-static_cast<float>(kOutlineWidth / 2 + 1.0), 0.0F);
+    m_errorText.draw(graphics, layout, m_strError.c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
     return S_OK;
 }
 

@@ -376,6 +376,65 @@ TEST_F(OutlineTextTest, LinesThatDoNotFitEndWithAnEllipsis) {
     EXPECT_GT(m_canvas.ink().bottom, 40) << "two lines";
 }
 
+// No single short word in the last one.
+TEST_F(OutlineTextTest, LinesAreOfLikeLength) {
+    Gdiplus::StringFormat format;
+    format.SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter);
+    const FontPtr font = fontOf(-11);
+    constexpr int kTop = 20;
+    drawOutlineText(m_graphics, RectF(20, kTop, 90, 60), L"Choose a power plan", *font, &format, 0.0, kFill, kOutline);
+    const int half = kTop + static_cast<int>(font->GetHeight(&m_graphics));
+    int ends[2] = {};
+    for (int y = kTop; y < m_canvas.ink().bottom; ++y) {
+        for (int x = 20; x < 110; ++x) {
+            if (alphaOf(m_canvas.at(x, y)) > 0x80) {
+                int& end = ends[y < half ? 0 : 1];
+                end = std::max(end, x - 20);
+            }
+        }
+    }
+    EXPECT_GT(ends[1], 45) << "two words in the second line";
+    EXPECT_LT(ends[0], 60) << "and two in the first";
+}
+
+TEST_F(OutlineTextTest, WordsOfSmallLettersAreToldApart) {
+    struct Least {
+        LONG size;
+        int columns;
+    };
+    for (const Least& least : {Least{-4, 1}, Least{-6, 2}, Least{-8, 3}, Least{-9, 3}, Least{-11, 3}}) {
+        m_canvas.clear();
+        const FontPtr font = fontOf(least.size);
+        drawOutlineText(m_graphics, m_layout, L"nn nn", *font, nullptr, 0.0, kFill, kOutline);
+        const RECT letters = m_canvas.ink();
+        int run = 0;
+        int longest = 0;
+        for (int x = letters.left; x < letters.right; ++x) {
+            int dark = 0;
+            for (int y = letters.top; y < letters.bottom; ++y) {
+                dark = std::max(dark, alphaOf(m_canvas.at(x, y)));
+            }
+            run = dark < 0x40 ? run + 1 : 0;
+            longest = std::max(longest, run);
+        }
+        EXPECT_GE(longest, least.columns) << least.size;
+    }
+}
+
+// A text that must be whole stays in one line if only its outline lacks the room.
+TEST_F(OutlineTextTest, WhatNearlyFitsIsCondensedUnlessItMayBeCut) {
+    const FontPtr font = fontOf(-20);
+    drawOutlineText(m_graphics, RectF(5, 5, 190, 90), L"HHHH HHHH", *font, nullptr, 0.0, kFill, kOutline);
+    const RECT natural = m_canvas.ink();
+    const int width = natural.right - natural.left - 2;
+    m_canvas.clear();
+    drawOutlineText(m_graphics, RectF(5, 5, static_cast<float>(width), 90), L"HHHH HHHH", *font, nullptr, 3.0, kFill,
+                    kOutline);
+    const RECT condensed = m_canvas.ink(0x00FF0000U);
+    EXPECT_LT(condensed.bottom - condensed.top, natural.bottom - natural.top + 3) << "one line";
+    EXPECT_LE(condensed.right, 5 + width + 1);
+}
+
 // Joined letters, or letters that the face lacks, are drawn too.
 TEST_F(OutlineTextTest, OtherScriptsAreDrawnAsWell) {
     draw(3.0);

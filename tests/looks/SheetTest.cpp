@@ -1,0 +1,98 @@
+// Pictures for people, which tools/looks compares with those in docs: every state at five ratios.
+#include <string>
+
+#include "Messages.h"
+#include "looks/LooksFixture.h"
+
+namespace looks {
+namespace {
+
+class Sheets : public LooksTest {
+ protected:
+    // What is on the screen now, over each backdrop, as a row of the sheet.
+    static void addRow(Sheet& sheet, int times = 1) {
+        for (const Backdrop backdrop : kBackdrops) {
+            sheet.add(enlarged(shot(backdrop), times));
+        }
+        sheet.newRow();
+    }
+};
+
+TEST_F(Sheets, Strip) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    Sheet sheet;
+    for (const double ratio : kRatios) {
+        showStrip(ratio, false, {kMute, kPlans, kBrightness});
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 1, 0);
+        paintAll();
+        addRow(sheet);
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 0, 0);
+    }
+    EXPECT_TRUE(sheet.write("strip"));
+}
+
+TEST_F(Sheets, Cards) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    for (const Offer& offer : {kMute, kBrightness, kRadios}) {
+        Sheet sheet;
+        for (const double ratio : kRatios) {
+            openCard(ratio, false, offer);
+            addRow(sheet);
+        }
+        std::string name;
+        for (const wchar_t* letter = offer.function; *letter != L'\0'; ++letter) {
+            name += static_cast<char>(*letter | 0x20);
+        }
+        EXPECT_TRUE(sheet.write("card-" + name));
+    }
+}
+
+TEST_F(Sheets, Notice) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    Sheet sheet;
+    for (const double ratio : kRatios) {
+        openNotice(ratio, false);
+        addRow(sheet);
+    }
+    EXPECT_TRUE(sheet.write("notice"));
+}
+
+// The choices of the displays, without resolutions and with them, and with the captions of all.
+TEST_F(Sheets, Displays) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    Sheet sheet;
+    for (const double ratio : kRatios) {
+        sheet.newRow();
+        for (const LONG chosen : {1L, 2L}) {
+            m_room.config().bAlwaysShowItemsCaption = chosen == 2 ? 1 : 0;
+            openDisplays(ratio, false, chosen == 2, chosen);
+            sheet.add(shot(chosen == 2 ? Backdrop::Photo : Backdrop::White));
+        }
+    }
+    EXPECT_TRUE(sheet.write("card-displays"));
+}
+
+// Enlarged three times: it is four pixels high.
+TEST_F(Sheets, HoverStrip) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    constexpr int kTimes = 3;
+    Sheet sheet;
+    for (const double ratio : kRatios) {
+        showHoverStrip(ratio, false);
+        addRow(sheet, kTimes);
+    }
+    EXPECT_TRUE(sheet.write("hover-strip"));
+}
+
+}  // namespace
+}  // namespace looks
