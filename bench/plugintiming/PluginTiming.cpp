@@ -4,7 +4,8 @@
 //   xvfb-run -a tools/wine build/x64-release/bench/plugintiming/PluginTiming.exe build/stage/plugins
 //
 // It changes nothing: the item that it chooses is the current one, or "cancel"; nothing is chosen for the display
-// output. Exits with 1 if the 99th percentile of any export except initialisation and end is 50 ms or more.
+// output. Exits with 1 if the 99th percentile of any export is 50 ms or more. The first start of all is not counted:
+// the plug-ins then wait for the machine's answer, which later starts remember.
 #include <windows.h>
 
 #include <algorithm>
@@ -141,10 +142,6 @@ class CPlugin {
     ULONG m_uReserved = 0;
 };
 
-bool calledOnce(const std::string& name) {
-    return name == FENWYN_INITIALIZE || name == FENWYN_FNF5_INITIALIZE || name == FENWYN_FINALIZE;
-}
-
 // Prints a line for each export. False: one is too slow.
 bool report(const wchar_t* pszFunction, Times& rTimes) {
     bool bQuick = true;
@@ -155,7 +152,7 @@ bool report(const wchar_t* pszFunction, Times& rTimes) {
         };
         std::printf("%-15ls %-24s %4zu calls   median %7.3f ms   p99 %7.3f ms\n", pszFunction, name.c_str(),
                     times.size(), at(0.5), at(0.99));
-        bQuick = bQuick && (calledOnce(name) || at(0.99) < kLimit);
+        bQuick = bQuick && at(0.99) < kLimit;
     }
     return bQuick;
 }
@@ -173,9 +170,10 @@ int wmain(int argc, wchar_t** argv) {
         if (::GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
             continue;
         }
+        Times first;
         Times times;
-        for (int i = 0; i < kLives; ++i) {
-            if (!CPlugin(path, function, times).live()) {
+        for (int i = 0; i <= kLives; ++i) {
+            if (!CPlugin(path, function, i == 0 ? first : times).live()) {
                 std::printf("%ls cannot be loaded\n", path.c_str());
                 return 2;
             }

@@ -1,5 +1,9 @@
 #include "CommandLine.h"
 
+#include <cwchar>
+
+#include "ScreenBrightness.h"
+
 namespace machine {
 
 namespace {
@@ -30,6 +34,15 @@ class CParser {
             _command(word == L"--inspect" ? Command::Inspect : Command::Try);
             m_options.function = _value();
             m_options.plugin = _value();
+        } else if (word == L"--screens") {
+            _command(Command::ListScreens);
+        } else if (word == L"--allow-screen" || word == L"--forbid-screen") {
+            _command(word == L"--allow-screen" ? Command::AllowScreen : Command::ForbidScreen);
+            m_options.screen = _value();
+        } else if (word == fenwyn::kScreenBrightness) {
+            _command(Command::ScreenBrightness);
+            m_options.screen = _value();
+            _takePercentage();
         } else if (word == L"--try") {
             m_options.tryChanges = true;
         } else if (word == L"--user") {
@@ -58,6 +71,16 @@ class CParser {
             return {};
         }
         return m_arguments[m_uNext++];
+    }
+
+    void _takePercentage() {
+        if (m_uNext == m_arguments.size()) {
+            return;
+        }
+        const std::wstring word = _value();
+        wchar_t* end = nullptr;
+        m_options.percentage = std::wcstoul(word.c_str(), &end, 10);
+        m_bGood = m_bGood && *end == L'\0' && *m_options.percentage <= fenwyn::kFullBrightness;
     }
 
     [[nodiscard]] bool _fits() const {
@@ -94,8 +117,14 @@ std::wstring usage() {
            L"    once) or, with --user, for this user only. --replace: also where there is one. --functions: these.\n"
            L"FenwynCheck --unregister [--user]\n"
            L"    Removes what --register wrote and nobody changed since.\n"
+           L"FenwynCheck --screens\n"
+           L"    Lists the active screens. --allow-screen NUMBER (or path): Fenwyn may change the brightness of this\n"
+           L"    external screen over its cable. Some screens answer slowly or fail at that, so none is changed "
+           L"unless\n"
+           L"    you allow it. --forbid-screen NUMBER (or path) takes it back.\n"
            L"Exit codes: 0 all is well; 1 a plug-in is at fault, or a change had no effect; 2 wrong use; 3 something\n"
-           L"could not be written; 4 there is nothing to check or to register, or a list is there already.\n";
+           L"could not be written; 4 there is nothing to check or to register, a list is there already,\n"
+           L"or there is no such screen.\n";
 }
 
 std::wstring quoted(const std::wstring& argument) {

@@ -13,7 +13,11 @@ enum class Command {
     Register,      // write a function list
     Unregister,    // remove it again
     Inspect,       // one plug-in, in a process of its own
-    Try            // the same, with a change that is taken back
+    Try,           // the same, with a change that is taken back
+    ListScreens,   // and whether Fenwyn may change their brightness
+    AllowScreen,
+    ForbidScreen,
+    ScreenBrightness  // of one screen, in a process of its own
 };
 
 struct Options {
@@ -25,6 +29,8 @@ struct Options {
     std::wstring reportFile;        // empty: none
     std::wstring functions;         // of the list to be written, as in "Mute;Lock;"; empty: what the machine offers
     std::wstring function, plugin;  // of Inspect and Try
+    std::wstring screen;            // a number of the list or a path; of ScreenBrightness a path
+    std::optional<unsigned long> percentage;  // that ScreenBrightness sets; nothing: it reads
 };
 
 // `arguments` without the program's name. Nothing when they make no sense.

@@ -1,6 +1,7 @@
 #include "Inspection.h"
 
 #include "FenwynFunctions.h"
+#include "FenwynRegistry.h"
 #include "Words.h"
 #include "plugins/sdk/check/PluginChecker.h"
 
@@ -36,9 +37,17 @@ std::wstring offer(const check::Answers& answers) {
     return answers.initialized ? L"offered\n" : L"";
 }
 
+// The plug-ins for real machines take what they remember for a late answer; a check wants the machine's own.
+void forgetAnswer(const std::wstring& plugin) {
+    const std::size_t start = plugin.find_last_of(L"\\/") + 1;
+    const std::wstring name = plugin.substr(start, plugin.rfind(L'.') - start);
+    ::RegDeleteKeyValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, name.c_str());
+}
+
 }  // namespace
 
 Finding inspect(const std::wstring& function, const std::wstring& plugin) {
+    forgetAnswer(plugin);
     const check::CReport report = check::checkPlugin(plugin, function);
     const check::Answers& answers = report.answers();
     std::wstring text = offer(answers);

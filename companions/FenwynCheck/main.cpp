@@ -11,6 +11,8 @@
 #include "MachineCheck.h"
 #include "Outside.h"
 #include "Registration.h"
+#include "ScreenBrightness.h"
+#include "Screens.h"
 #include "Trial.h"
 #include "common/Handle.h"
 #include "common/LibrarySearch.h"
@@ -48,6 +50,22 @@ int look(const machine::Finding& finding) {
     return static_cast<int>(finding.outcome);
 }
 
+int runForScreens(const machine::Options& options) {
+    using machine::Command;
+    if (options.command == Command::ScreenBrightness) {
+        machine::limitOwnLife(fenwyn::kBrightnessProcessMs);
+    }
+    const std::unique_ptr<machine::IScreenControl> control = machine::makeScreenControl();
+    switch (options.command) {
+        case Command::ListScreens:
+            return machine::listScreens(*control, check::tell);
+        case Command::ScreenBrightness:
+            return static_cast<int>(machine::screenBrightness(*control, options.screen, options.percentage));
+        default:
+            return machine::allowScreen(*control, options.screen, options.command == Command::AllowScreen, check::tell);
+    }
+}
+
 int run(const machine::Options& options) {
     using machine::Command;
     const machine::Outside outside{machine::programFolder(),
@@ -70,6 +88,11 @@ int run(const machine::Options& options) {
         case Command::Try:
             check::tellCrashes();
             return look(machine::tryChange(options.function, options.plugin));
+        case Command::ListScreens:
+        case Command::AllowScreen:
+        case Command::ForbidScreen:
+        case Command::ScreenBrightness:
+            return runForScreens(options);
     }
     return machine::kWrongUse;
 }

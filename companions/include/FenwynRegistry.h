@@ -21,6 +21,10 @@
  * companions. */
 #define FENWYN_VALUE_INSTALL_PATH L"InstallPath"
 
+/* What the plug-ins for real machines remember, in HKEY_CURRENT_USER: for each, under its file name without ending,
+ * REG_DWORD, whether the machine offered its function when it was asked last. Without a value it is asked anew. */
+#define FENWYN_REG_OFFERED FENWYN_REG_PRODUCT L"\\Offered"
+
 /* The button utility's key, in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER. */
 #define FENWYN_REG_BUTTON_UTILITY FENWYN_REG_MAKER L"\\HBQ"
 

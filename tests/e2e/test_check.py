@@ -7,6 +7,7 @@ from harness.desktop import LIST, MAKER, PRODUCT
 from harness.functions import sample
 
 WELL, FAULTY, WRONG_USE, NOT_WRITTEN, NOTHING_TO_DO = range(5)
+NOT_ALLOWED, REFUSES = 200, 202
 
 
 def check(program, *arguments, answers=""):
@@ -118,3 +119,23 @@ def test_wrong_use_tells_the_right_one(program):
     code, said = check(program, "--registre")
     assert code == WRONG_USE
     assert said.startswith("FenwynCheck --machine")
+
+
+def test_a_screen_is_allowed_and_forbidden_and_one_that_cannot_be_changed_does_no_harm(program):
+    code, said = check(program, "--screens")
+    assert code == WELL, said
+    path = said.splitlines()[1].strip()
+    assert said.startswith("1  ") and path.startswith("\\\\?\\DISPLAY#")
+    assert check(program, "--screen-brightness", path)[0] == NOT_ALLOWED
+    assert check(program, "--allow-screen", "1")[0] == WELL
+    assert check(program, "--screens")[1].splitlines()[0].endswith("  allowed")
+    assert check(program, "--screen-brightness", path)[0] == REFUSES
+    offer = sample("Brightness", "Lock")
+    program.offer(*(function._replace(plugin=places.windows_path(program.stage / "plugins" / f"Win{function.name}.dll"))
+                    for function in offer))
+    program.start()
+    assert ("Hotkey Brightness has no card: There is no built-in screen whose brightness the system can set, and no other "
+            "that you allow.") in program.log_texts()
+    assert check(program, "--forbid-screen", path)[0] == WELL
+    assert check(program, "--screen-brightness", path)[0] == NOT_ALLOWED
+    assert check(program, "--allow-screen", "7")[0] == NOTHING_TO_DO

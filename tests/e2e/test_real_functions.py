@@ -78,7 +78,7 @@ def test_functions_that_the_machine_lacks_have_no_card_and_a_line_that_says_why(
     texts = program.log_texts()
     assert "Hotkey Optical drive has no card: There is no optical drive (mounted images are none)." in texts
     assert "Hotkey Touchpad has no card: There is no precision touchpad." in texts
-    assert ("Hotkey Brightness has no card: There is no built-in screen whose brightness the system can set.") in texts
+    assert ("Hotkey Brightness has no card: There is no built-in screen whose brightness the system can set, and no other that you allow.") in texts
     assert "Hotkey Zoom is supported." in texts
 
 

@@ -29,7 +29,8 @@ CBrightness::CBrightness(std::shared_ptr<IBacklight> pBacklight)
     : m_pBacklight(std::move(pBacklight)), m_state([pBacklight = m_pBacklight] { return pBacklight->read(); }) {}
 
 std::wstring CBrightness::initialize() {
-    return m_state.waitForFirst(L"There is no built-in screen whose brightness the system can set.");
+    return m_state.waitForFirst(
+        L"There is no built-in screen whose brightness the system can set, and no other that you allow.");
 }
 
 // Asked whenever the card opens, so that changes made elsewhere, or by a resume, are read then.

@@ -20,6 +20,7 @@ class CBrightness final : public IFunction {
  public:
     explicit CBrightness(std::shared_ptr<IBacklight> pBacklight);
 
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) override { m_state.remember(pMemory); }
     [[nodiscard]] std::wstring initialize() override;
     [[nodiscard]] std::optional<ULONG> items() override;
     [[nodiscard]] std::optional<LONG> currentItem() override;

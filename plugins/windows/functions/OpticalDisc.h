@@ -17,6 +17,7 @@ class COpticalDisc final : public IFunction {
  public:
     explicit COpticalDisc(std::shared_ptr<IDrives> pDrives);
 
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) override { m_drive.remember(pMemory); }
     [[nodiscard]] std::wstring initialize() override;
     [[nodiscard]] std::optional<ULONG> items() override;
     [[nodiscard]] std::optional<LONG> currentItem() override;

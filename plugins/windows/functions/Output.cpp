@@ -13,6 +13,10 @@ namespace {
 constexpr wchar_t kRemote[] = L"The session is shown on the screens of another machine.";
 constexpr wchar_t kOneConnector[] = L"There are not two screens or connectors for screens.";
 
+bool choosable(const DisplayState& rState) {
+    return rState.nConnectors >= 2 && !rState.screens.empty();
+}
+
 ULONG extent(LONG lFirst, LONG lLast) {
     return static_cast<ULONG>(std::max<LONG>(lLast - lFirst, 0));
 }
@@ -46,15 +50,26 @@ OutputEntry arrangementEntry(LONG lArrangement, const std::vector<Screen>& rScre
 
 COutputBase::COutputBase(PictureTools tools) : m_keeper(std::move(tools)) {}
 
+// A look that comes too late for the initialisation counts at the next one.
+void COutputBase::remember(const std::shared_ptr<IOfferMemory>& pMemory) {
+    m_pMemory = pMemory;
+    m_keeper.onLook([pMemory](const DisplayState& rState) {
+        if (!rState.bRemote && pMemory->offered() != choosable(rState)) {
+            pMemory->store(choosable(rState));
+        }
+    });
+}
+
 std::wstring COutputBase::initialize() {
-    const std::optional<DisplayState> state = m_keeper.state(kFirstLookMs);
+    const std::optional<bool> before = m_pMemory ? m_pMemory->offered() : std::nullopt;
+    const std::optional<DisplayState> state = m_keeper.state(before ? kNewAnswerMs : kFirstLookMs);
     if (!state) {
-        return kNoAnswerInTime;
+        return !before ? kNoAnswerInTime : *before ? L"" : kOneConnector;
     }
     if (state->bRemote) {
         return kRemote;
     }
-    return state->nConnectors < 2 || state->screens.empty() ? kOneConnector : L"";
+    return choosable(*state) ? L"" : kOneConnector;
 }
 
 bool COutputBase::bringPictureBack() {

@@ -8,8 +8,8 @@
 
 namespace win {
 
-// How long the initialisation waits for the first look at the screens: it decides whether there is a card, and screens
-// that are waking up answer late.
+// How long the initialisation waits for the first look at the screens, if no earlier start has had one: it decides
+// whether there is a card, and screens that are waking up answer late.
 inline constexpr DWORD kFirstLookMs = 3000;
 // How long a card that opens waits for a new look at the screens.
 inline constexpr DWORD kFreshLookMs = 30;
@@ -21,11 +21,15 @@ class COutputBase : public IFunction {
  public:
     explicit COutputBase(PictureTools tools);
 
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) override;
     [[nodiscard]] std::wstring initialize() override;
     [[nodiscard]] bool bringPictureBack() override;
 
  protected:
     CPictureKeeper m_keeper;
+
+ private:
+    std::shared_ptr<IOfferMemory> m_pMemory;
 };
 
 // Output_2

@@ -68,6 +68,10 @@ class CPictureKeeper::Core {
         _finish(dropped, false);
         ::SetEvent(m_hWake.get());
     }
+    void onLook(std::function<void(const DisplayState&)> look) {
+        const CGuard guard(m_lock);
+        m_look = std::move(look);
+    }
     void end() {
         m_bEnd = true;
         ::SetEvent(m_hWake.get());
@@ -124,9 +128,16 @@ class CPictureKeeper::Core {
 
     void _publish() {
         DisplayState now = m_tools.pDisplays->read();
-        const CGuard guard(m_lock);
-        m_known = std::move(now);
-        ::SetEvent(m_hRead.get());
+        std::function<void(const DisplayState&)> look;
+        {
+            const CGuard guard(m_lock);
+            m_known = now;
+            look = m_look;
+            ::SetEvent(m_hRead.get());
+        }
+        if (look) {
+            look(now);
+        }
     }
 
     void _handle(IPictureQuestion::Event event) {
@@ -266,6 +277,7 @@ class CPictureKeeper::Core {
     SRWLOCK m_lock = SRWLOCK_INIT;
     Job m_job;
     std::optional<DisplayState> m_known;
+    std::function<void(const DisplayState&)> m_look;
 };
 
 CPictureKeeper::CPictureKeeper(PictureTools tools) : m_pCore(std::make_shared<Core>(std::move(tools))) {
@@ -275,6 +287,10 @@ CPictureKeeper::CPictureKeeper(PictureTools tools) : m_pCore(std::make_shared<Co
 CPictureKeeper::~CPictureKeeper() {
     m_pCore->end();
     static_cast<void>(m_thread.wait(kEndWaitMs));  // one that still changes screens ends by itself
+}
+
+void CPictureKeeper::onLook(std::function<void(const DisplayState&)> look) {
+    m_pCore->onLook(std::move(look));
 }
 
 std::optional<DisplayState> CPictureKeeper::state(DWORD dwWaitMs) const {

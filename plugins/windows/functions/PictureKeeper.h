@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,6 +38,9 @@ class CPictureKeeper {
     ~CPictureKeeper();
     CPictureKeeper(const CPictureKeeper&) = delete;
     CPictureKeeper& operator=(const CPictureKeeper&) = delete;
+
+    // Called after each look at the screens, on the keeper's thread; it owns what it uses.
+    void onLook(std::function<void(const DisplayState&)> look);
 
     // What is known of the screens. Reads them again first and waits at most that long; 0: no reading.
     [[nodiscard]] std::optional<DisplayState> state(DWORD dwWaitMs = 0) const;

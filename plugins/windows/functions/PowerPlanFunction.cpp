@@ -93,7 +93,8 @@ std::optional<ULONG> CPowerPlan::items() {
         m_shown = *items;
     }
     m_state.refresh();
-    return m_shown.mask();
+    const ULONG uPlans = m_shown.mask();
+    return uPlans != 0 ? std::optional<ULONG>(uPlans) : std::nullopt;
 }
 
 std::optional<LONG> CPowerPlan::currentItem() {

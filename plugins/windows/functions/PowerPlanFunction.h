@@ -29,6 +29,7 @@ class CPowerPlan final : public IFunction {
  public:
     explicit CPowerPlan(std::shared_ptr<IPowerPlans> pPlans);
 
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) override { m_state.remember(pMemory); }
     [[nodiscard]] std::wstring initialize() override;
     [[nodiscard]] std::optional<ULONG> items() override;
     [[nodiscard]] std::optional<LONG> currentItem() override;

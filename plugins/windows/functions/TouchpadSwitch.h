@@ -14,6 +14,7 @@ class CTouchpadSwitch final : public IFunction {
  public:
     explicit CTouchpadSwitch(std::shared_ptr<ITouchpad> pTouchpad);
 
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) override { m_enabled.remember(pMemory); }
     [[nodiscard]] std::wstring initialize() override;
     [[nodiscard]] std::optional<ULONG> items() override;
     [[nodiscard]] std::optional<LONG> currentItem() override;

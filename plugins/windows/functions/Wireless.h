@@ -21,6 +21,7 @@ class CWireless final : public IFunction {
  public:
     explicit CWireless(std::shared_ptr<IRadios> pRadios);
 
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) override { m_state.remember(pMemory); }
     [[nodiscard]] std::wstring initialize() override;
     [[nodiscard]] std::optional<ULONG> items() override;
     [[nodiscard]] bool select(LONG lItem) override;

@@ -13,6 +13,7 @@ class CZoom final : public IFunction {
  public:
     explicit CZoom(std::shared_ptr<IDesktopIcons> pIcons);
 
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) override { m_state.remember(pMemory); }
     [[nodiscard]] std::wstring initialize() override;
     [[nodiscard]] std::optional<ULONG> items() override;
     [[nodiscard]] std::optional<LONG> currentItem() override;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "FenwynPlugin.h"
+#include "system/OfferMemory.h"
 
 namespace win {
 
@@ -27,6 +28,8 @@ class IFunction {
  public:
     virtual ~IFunction() = default;
 
+    // Called before initialize(), if at all: where a function whose machine answers slowly keeps what it answered.
+    virtual void remember(const std::shared_ptr<IOfferMemory>& /*pMemory*/) {}
     // Called once, first. Empty: the machine has the function. Otherwise one sentence that gives the reason; nothing
     // else is called then.
     [[nodiscard]] virtual std::wstring initialize() = 0;

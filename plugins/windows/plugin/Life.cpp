@@ -19,6 +19,7 @@ void forget() noexcept {
 LONG make() {
     forget();
     std::unique_ptr<IFunction> pFunction = makeFunction();
+    pFunction->remember(makeWindowsOfferMemory());
     auto pReason = std::make_unique<std::wstring>(pFunction->initialize());
     if (!pReason->empty()) {
         g_pReason = pReason.release();

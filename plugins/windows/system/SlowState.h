@@ -9,13 +9,15 @@
 #include <string>
 #include <utility>
 
+#include "system/OfferMemory.h"
 #include "system/Worker.h"
 
 namespace win {
 
-// How long an initialisation waits for the machine's first answer. This is the only wait, because the answer decides
-// whether there is a card.
+// How long an initialisation waits for the machine's answer, which decides whether there is a card: very briefly if
+// the answer of an earlier start is known, which then counts.
 inline constexpr DWORD kFirstAnswerMs = 1000;
+inline constexpr DWORD kNewAnswerMs = 25;
 inline constexpr wchar_t kNoAnswerInTime[] = L"The system did not answer in time.";
 
 // Reads return the known state at once and start a new read in the background. Changes are made in the background too;
@@ -27,14 +29,19 @@ class CSlowState {
     explicit CSlowState(std::function<std::optional<State>()> read)
         : m_pShared(std::make_shared<Shared>(std::move(read))), m_worker([pShared = m_pShared] { pShared->turn(); }) {}
 
-    // For an initialisation: waits for the machine's first answer. Empty: it has what the function needs; otherwise the
-    // reason, which is `pszMissing` if the machine answered.
+    // Before everything else: where the machine's answers are kept for the next start.
+    void remember(const std::shared_ptr<IOfferMemory>& pMemory) { m_pShared->pMemory = pMemory; }
+
+    // For an initialisation: waits for the machine's first answer, or takes that of an earlier start for it. Empty: it
+    // has what the function needs; otherwise the reason, which is `pszMissing` if the machine answered.
     [[nodiscard]] std::wstring waitForFirst(const wchar_t* pszMissing, DWORD dwTimeoutMs = kFirstAnswerMs) {
+        const std::optional<bool> before = m_pShared->pMemory ? m_pShared->pMemory->offered() : std::nullopt;
         refresh();
-        if (::WaitForSingleObject(m_pShared->hAnswered.get(), dwTimeoutMs) != WAIT_OBJECT_0) {
-            return kNoAnswerInTime;
+        const DWORD dwWaitMs = before ? kNewAnswerMs : dwTimeoutMs;
+        if (::WaitForSingleObject(m_pShared->hAnswered.get(), dwWaitMs) == WAIT_OBJECT_0) {
+            return known() ? L"" : pszMissing;
         }
-        return known() ? L"" : pszMissing;
+        return !before ? kNoAnswerInTime : *before ? L"" : pszMissing;
     }
 
     // The last known state, or the expected one after pending changes.
@@ -77,6 +84,7 @@ class CSlowState {
                 latest();
             }
             std::optional<State> now = read();
+            tellMemory(now.has_value());
             const Guard guard(lock);
             // A newer change has set the expected state; its own turn reads the real one.
             if (!change) {
@@ -85,12 +93,21 @@ class CSlowState {
             ::SetEvent(hAnswered.get());
         }
 
+        // Also if the initialisation did not wait for it: the next one goes by it.
+        void tellMemory(bool bOffered) {
+            if (pMemory && std::exchange(told, bOffered) != bOffered) {
+                pMemory->store(bOffered);
+            }
+        }
+
         [[nodiscard]] std::function<void()> takeChange() {
             const Guard guard(lock);
             return std::exchange(change, nullptr);
         }
 
         const std::function<std::optional<State>()> read;
+        std::shared_ptr<IOfferMemory> pMemory;  // set before the worker starts
+        std::optional<bool> told;               // of the worker's thread
         mutable SRWLOCK lock = SRWLOCK_INIT;
         std::function<void()> change;
         std::optional<State> known;

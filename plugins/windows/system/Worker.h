@@ -25,7 +25,8 @@ class CWorker {
     // False: there is no thread, and none can be created.
     bool wake();
 
-    static constexpr DWORD kEndWaitMs = 500;
+    // Users notice more; the thread needs nobody to wait for it.
+    static constexpr DWORD kEndWaitMs = 25;
 
  private:
     struct Shared;

@@ -35,6 +35,22 @@ TEST(CheckCommandLine, TakesEachCommandWithItsSwitchesInAnyOrder) {
     EXPECT_EQ(inspect->plugin, L"C:\\Mute.dll");
 }
 
+TEST(CheckCommandLine, TakesScreensByNumberOrPathAndAPercentage) {
+    EXPECT_EQ(parse({L"--screens"})->command, Command::ListScreens);
+    const auto allow = parse({L"--allow-screen", L"2"});
+    ASSERT_TRUE(allow);
+    EXPECT_EQ(allow->command, Command::AllowScreen);
+    EXPECT_EQ(allow->screen, L"2");
+    EXPECT_EQ(parse({L"--forbid-screen", L"\\\\?\\x"})->command, Command::ForbidScreen);
+    const auto read = parse({L"--screen-brightness", L"\\\\?\\x"});
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->command, Command::ScreenBrightness);
+    EXPECT_EQ(read->screen, L"\\\\?\\x");
+    EXPECT_EQ(read->percentage, std::nullopt);
+    EXPECT_EQ(parse({L"--screen-brightness", L"\\\\?\\x", L"0"})->percentage, 0U);
+    EXPECT_EQ(parse({L"--screen-brightness", L"\\\\?\\x", L"100"})->percentage, 100U);
+}
+
 TEST(CheckCommandLine, RefusesWhatMakesNoSense) {
     const std::vector<std::vector<std::wstring>> kWrong = {
         {},
@@ -50,6 +66,12 @@ TEST(CheckCommandLine, RefusesWhatMakesNoSense) {
         {L"--machine", L"--elevated"},
         {L"--inspect", L"Mute"},
         {L"/machine"},
+        {L"--allow-screen"},
+        {L"--allow-screen", L"--screens"},
+        {L"--screens", L"--user"},
+        {L"--screen-brightness", L"x", L"101"},
+        {L"--screen-brightness", L"x", L"ten"},
+        {L"--screen-brightness", L"x", L"-1"},
         {L"--machine", L"more"},
     };
     for (const auto& arguments : kWrong) {

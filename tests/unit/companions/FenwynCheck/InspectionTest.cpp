@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "FenwynRegistry.h"
 #include "Trial.h"
 #include "plugins/InstrumentedPlugin.h"
 
@@ -45,6 +46,20 @@ TEST_F(Inspection, TellsWhyAFunctionIsNotOffered) {
     EXPECT_EQ(finding.outcome, Outcome::Declined);
     EXPECT_SAYS(finding, L"not offered: There is no device.\n");
     EXPECT_EQ(finding.text.find(L"state:"), std::wstring::npos);
+}
+
+TEST_F(Inspection, WantsTheMachinesOwnAnswerAndNoneOfAnEarlierStart) {
+    const DWORD offered = 0;
+    for (const wchar_t* const name : {L"InstrPlugin", L"WinOther"}) {
+        RegSetKeyValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, name, REG_DWORD, &offered, sizeof offered);
+    }
+    static_cast<void>(inspect(L"Mute"));
+    const auto remembered = [](const wchar_t* name) {
+        return RegGetValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, name, RRF_RT_ANY, nullptr, nullptr, nullptr);
+    };
+    EXPECT_EQ(remembered(L"InstrPlugin"), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(remembered(L"WinOther"), ERROR_SUCCESS) << "of other plug-ins nothing is forgotten";
+    RegDeleteKeyW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED);
 }
 
 TEST_F(Inspection, TellsFaultsAndSlowCalls) {

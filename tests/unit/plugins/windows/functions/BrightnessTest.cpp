@@ -59,7 +59,8 @@ TEST_F(WindowsBrightness, IsOfferedForAScreenThatCanBeSet) {
 TEST_F(WindowsBrightness, SaysThatThereIsNone) {
     m_pScreen->bThere = false;
     CBrightness function(m_pScreen);
-    EXPECT_EQ(function.initialize(), L"There is no built-in screen whose brightness the system can set.");
+    EXPECT_EQ(function.initialize(),
+              L"There is no built-in screen whose brightness the system can set, and no other that you allow.");
     EXPECT_FALSE(function.select(3));
 }
 

@@ -7,7 +7,9 @@
 #include "functions/Output.h"
 #include "plugins/windows/Waiting.h"
 #include "support/RegistryRoom.h"
+#include "system/SlowState.h"
 #include "system/fake/FakeDisplays.h"
+#include "system/fake/FakeOfferMemory.h"
 #include "system/fake/FakePictureQuestion.h"
 
 namespace win {
@@ -68,6 +70,48 @@ TEST_F(DisplayOutput, LeavesTheScreensOfARemoteSessionAlone) {
     state.bRemote = true;
     COutputWithFavourites function(tools(state));
     EXPECT_EQ(function.initialize(), L"The session is shown on the screens of another machine.");
+}
+
+// Screens that are looked at only after the test says so.
+class CWakingDisplays final : public IDisplays {
+ public:
+    DisplayState read() override {
+        ::WaitForSingleObject(hAwake.get(), kDeadlineMs);
+        return fakeNotebook();
+    }
+    bool apply(Topology /*topology*/) override { return false; }
+    bool apply(const Layout& /*rLayout*/) override { return false; }
+
+    common::UniqueHandle hAwake{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+};
+
+TEST_F(DisplayOutput, GoesByAnEarlierStartWhileItsScreensWakeUpAndRemembersThem) {
+    for (const auto before : {CFakeOfferMemory::Yes, CFakeOfferMemory::No}) {
+        const auto pWaking = std::make_shared<CWakingDisplays>();
+        PictureTools waking = tools();
+        waking.pDisplays = pWaking;
+        const auto pMemory = std::make_shared<CFakeOfferMemory>(before);
+        {
+            COutputWithFavourites function(std::move(waking));
+            function.remember(pMemory);
+            const ULONGLONG start = ::GetTickCount64();
+            EXPECT_EQ(function.initialize(),
+                      before == CFakeOfferMemory::Yes ? L"" : L"There are not two screens or connectors for screens.");
+            EXPECT_LT(::GetTickCount64() - start, kFirstLookMs / 2);
+            ::SetEvent(pWaking->hAwake.get());
+            EXPECT_TRUE(soon([&] { return pMemory->answer == CFakeOfferMemory::Yes; }));
+        }
+    }
+}
+
+TEST_F(DisplayOutput, ARemoteSessionSaysNothingAboutTheMachinesScreens) {
+    DisplayState state = fakeNotebook();
+    state.bRemote = true;
+    const auto pMemory = std::make_shared<CFakeOfferMemory>();
+    COutputWithFavourites function(tools(state));
+    function.remember(pMemory);
+    EXPECT_NE(function.initialize(), L"");
+    EXPECT_EQ(pMemory->answer, CFakeOfferMemory::Unknown);
 }
 
 TEST_F(DisplayOutput, OffersTheArrangementsWithTheirScreens) {

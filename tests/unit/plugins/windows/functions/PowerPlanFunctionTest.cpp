@@ -2,6 +2,7 @@
 
 #include "functions/PowerPlanFunction.h"
 #include "plugins/windows/Waiting.h"
+#include "system/fake/FakeOfferMemory.h"
 #include "system/fake/FakePowerPlans.h"
 
 namespace win {
@@ -77,6 +78,15 @@ TEST_F(PowerPlans, AreOfferedWhenThereAreTwo) {
     EXPECT_EQ(second.itemText(2), L"saver");
     EXPECT_EQ(second.itemText(1), std::nullopt);
     EXPECT_EQ(second.itemText(4), std::nullopt);
+}
+
+// Once there were two plans; now there is none of which the card could show an item.
+TEST_F(PowerPlans, WithoutOneNoItemsAreMadeUp) {
+    m_pSystem->set({}, std::nullopt);
+    m_function.remember(std::make_shared<CFakeOfferMemory>(CFakeOfferMemory::Yes));
+    static_cast<void>(m_function.initialize());
+    EXPECT_EQ(m_function.items(), std::nullopt);
+    EXPECT_EQ(m_function.currentItem(), std::nullopt);
 }
 
 TEST_F(PowerPlans, AChoiceIsCurrentAtOnceAndTrueLater) {

@@ -1,0 +1,103 @@
+#include "functions/AllScreens.h"
+
+#include <utility>
+
+#include "functions/Brightness.h"
+
+namespace win {
+
+namespace {
+
+constexpr ULONGLONG kRealSleepMs = 1000;  // the two clocks never agree to the millisecond
+
+// What a screen over a cable can be set to, for the card's levels.
+std::vector<BYTE> everyLevel() {
+    std::vector<BYTE> levels;
+    for (int nPercent = 0; nPercent <= 100; nPercent += 100 / kBrightnessLevels) {
+        levels.push_back(static_cast<BYTE>(nPercent));
+    }
+    return levels;
+}
+
+class CGuard {
+ public:
+    explicit CGuard(SRWLOCK& rLock) : m_rLock(rLock) { ::AcquireSRWLockExclusive(&m_rLock); }
+    ~CGuard() { ::ReleaseSRWLockExclusive(&m_rLock); }
+    CGuard(const CGuard&) = delete;
+    CGuard& operator=(const CGuard&) = delete;
+
+ private:
+    SRWLOCK& m_rLock;
+};
+
+}  // namespace
+
+CPatientScreens::CPatientScreens(std::shared_ptr<IExternalScreens> pScreens, std::function<WakeTime()> time)
+    : m_pScreens(std::move(pScreens)), m_time(std::move(time)) {}
+
+std::optional<BYTE> CPatientScreens::read() {
+    const CGuard guard(m_lock);
+    for (const std::wstring& path : m_pScreens->allowed()) {
+        if (!_mayAsk(path)) {
+            continue;
+        }
+        if (const std::optional<BYTE> percent = m_pScreens->read(path)) {
+            m_failures.erase(path);
+            return percent;
+        }
+        m_failures[path] = m_time();
+    }
+    return std::nullopt;
+}
+
+void CPatientScreens::set(BYTE nPercent) {
+    const CGuard guard(m_lock);
+    for (const std::wstring& path : m_pScreens->allowed()) {
+        if (!_mayAsk(path)) {
+            continue;
+        }
+        if (m_pScreens->set(path, nPercent)) {
+            m_failures.erase(path);
+        } else {
+            m_failures[path] = m_time();
+        }
+    }
+}
+
+bool CPatientScreens::_mayAsk(const std::wstring& path) const {
+    const auto failure = m_failures.find(path);
+    if (failure == m_failures.end()) {
+        return true;
+    }
+    const WakeTime now = m_time();
+    return now.ullNow - failure->second.ullNow >= kPauseMs || now.ullAsleep > failure->second.ullAsleep + kRealSleepMs;
+}
+
+CAllScreens::CAllScreens(std::shared_ptr<IBacklight> pBuiltIn, std::shared_ptr<IExternalScreens> pExternal,
+                         std::function<WakeTime()> time)
+    : m_pBuiltIn(std::move(pBuiltIn)),
+      m_pExternal(std::make_shared<CPatientScreens>(std::move(pExternal), std::move(time))),
+      m_follower([pExternal = m_pExternal, pWanted = m_pWanted] { pExternal->set(*pWanted); }) {}
+
+std::optional<Backlight> CAllScreens::read() {
+    std::optional<Backlight> screen = m_pBuiltIn->read();
+    m_bBuiltIn = screen.has_value();
+    if (!screen) {
+        if (const std::optional<BYTE> percent = m_pExternal->read()) {
+            screen = Backlight{everyLevel(), *percent};
+        }
+    }
+    return screen;
+}
+
+void CAllScreens::set(BYTE nPercent) {
+    if (!m_bBuiltIn) {
+        m_pExternal->set(nPercent);
+        return;
+    }
+    m_pBuiltIn->set(nPercent);
+    *m_pWanted = nPercent;
+    m_follower.wake();
+}
+
+}  // namespace win
