@@ -100,11 +100,12 @@ void CKeyTracker::_modifierDown(DWORD time) noexcept {
     if (modifierUse(m_settings.modifierKey) == ModifierUse::Withheld) {
         m_nWithheld = m_settings.modifierKey;
     }
-    m_bTapAlone = !m_bActive;
-    if (!m_bActive) {
+    const bool bWasActive = m_bActive;
+    if (!bWasActive) {
         _deactivate();  // what a key without the modifier has chosen
         m_bActive = m_sink.make(ZEL_CODE_MODIFIER);
     }
+    m_bTapAlone = !bWasActive;  // also right after such a key
 }
 
 void CKeyTracker::_modifierUp() noexcept {

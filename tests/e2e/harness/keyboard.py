@@ -1,4 +1,6 @@
 """Real keys and a real mouse, through the X server."""
+import contextlib
+import re
 import subprocess
 import time
 
@@ -61,6 +63,25 @@ class Keyboard:
         for name in reversed(names):
             self.up(name)
         time.sleep(self.TAP)
+
+    @contextlib.contextmanager
+    def plain_caps_lock(self):
+        """Caps Lock as a key like every other. The emulated system takes the state of the server's lock for its own as
+        soon as another key is pressed, and cannot know that a hook has swallowed the key."""
+        usual = self._keymap("-xkb", self._environment["DISPLAY"], "-")
+        plain = re.sub(r"key <CAPS> \{[^}]*\}", "key <CAPS> { symbols[Group1]=[Caps_Lock], actions[Group1]=[NoAction()] }",
+                       usual)
+        assert plain != usual
+        self._keymap("-", self._environment["DISPLAY"], keymap=plain)
+        try:
+            yield
+        finally:
+            self.release_all()
+            self._keymap("-", self._environment["DISPLAY"], keymap=usual)
+
+    def _keymap(self, *words, keymap=""):
+        return subprocess.run(["xkbcomp", "-w", "0", *words], env=self._environment, input=keymap, text=True,
+                              capture_output=True, check=True, timeout=30).stdout
 
     def release_all(self):
         """Whether or not a window receives it."""

@@ -124,6 +124,23 @@ TEST_F(AloneKeys, ModifierAppliesTheChoiceBeforeItsOwnMake) {
     EXPECT_EQ(m_report.take(), "/0");
 }
 
+TEST_F(AloneKeys, ModifierThatIsTappedRightAfterOneKeepsItsOwnMeaning) {
+    setModifier(VK_CAPITAL);
+    down(kMute);
+    up(kMute);
+    modifierDown();
+    modifierUp();
+    EXPECT_EQ(m_presses.keys, std::vector<DWORD>{VK_CAPITAL});
+    EXPECT_EQ(m_report.take(), "1e020 /1e020 /0 0 /0");
+    setModifier(VK_RCONTROL);
+    setSticky(true);
+    down(kMute);
+    up(kMute);
+    modifierDown();
+    modifierUp();
+    EXPECT_TRUE(m_tracker.latched());
+}
+
 TEST_F(AloneKeys, ModifierEndsAlsoTheHeldOnesAndTheirReleaseStaysHidden) {
     down(kMute);
     modifierDown();

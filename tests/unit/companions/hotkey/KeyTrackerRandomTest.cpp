@@ -3,12 +3,14 @@
 #include <map>
 #include <random>
 
+#include "ZelHotkey.h"
 #include "companions/hotkey/TrackerFixture.h"
 
 namespace companions {
 namespace {
 
-constexpr std::size_t kKeys[] = {kF1, kF2, kF3, kA, kLeftArrow};
+constexpr std::size_t kMute = 0x120;  // acts without the modifier
+constexpr std::size_t kKeys[] = {kF1, kF2, kF3, kA, kLeftArrow, kMute};
 
 std::string word(const char* mark, std::size_t code) {
     char buffer[16];
@@ -16,10 +18,12 @@ std::string word(const char* mark, std::size_t code) {
     return buffer;
 }
 
-// Remembers histories instead of states: when each key was pressed, and what was reported since.
+// Remembers histories instead of states: when each key was pressed, and what was reported since. F2 acts with the
+// modifier and without it; the mute key is listed for use without it only.
 class CModel {
  public:
-    CModel(keyboard::KeySet listed, bool sticky) : m_listed(listed), m_bSticky(sticky) {}
+    explicit CModel(const hotkey::TrackerSettings& settings)
+        : m_listed(settings.listed), m_alone(settings.alone), m_bSticky(settings.sticky) {}
 
     bool key(std::size_t slot, bool bDown, DWORD time) {
         const bool bHeld = m_mapSince.contains(slot);
@@ -28,12 +32,11 @@ class CModel {
             m_setHidden.erase(std::remove(m_setHidden.begin(), m_setHidden.end(), slot), m_setHidden.end());
             _break(slot);
             if (m_bActive) {
-                out.push_back(word("", keyboard::codeOfSlot(slot)));
-                m_vecDue.push_back(slot);
+                _make(slot, m_alone.test(slot) && !m_listed.test(slot), m_listed.test(slot) || m_alone.test(slot));
                 m_bAlone = false;
-                if (m_listed.test(slot)) {
-                    m_setHidden.push_back(slot);
-                }
+            } else if (m_alone.test(slot)) {
+                _make(slot, true, true);
+                m_bOwed = true;
             }
         }
         const auto hidden = std::find(m_setHidden.begin(), m_setHidden.end(), slot);
@@ -63,6 +66,7 @@ class CModel {
             m_bHeld = true;
             m_bAlone = !m_bActive;
             if (!m_bActive) {
+                _close();
                 m_bActive = true;
                 out.push_back("0");
             }
@@ -89,36 +93,61 @@ class CModel {
     void finish() {
         m_bHeld = false;
         m_bLatched = false;
-        if (!m_bActive) {
-            return;
+        _close();
+    }
+
+    // The time after the last key without the modifier is over, if the last one was released.
+    void timeIsOver() {
+        if (m_bOwed && m_vecDue.empty()) {
+            _close();
         }
-        m_bActive = false;
-        while (!m_vecDue.empty()) {
-            _break(m_vecDue.front());
-        }
-        out.push_back("/0");
     }
 
     std::vector<std::string> out;
 
  private:
-    void _break(std::size_t slot) {
-        const auto due = std::find(m_vecDue.begin(), m_vecDue.end(), slot);
-        if (due != m_vecDue.end()) {
-            m_vecDue.erase(due);
-            out.push_back(word("/", keyboard::codeOfSlot(slot)));
+    void _make(std::size_t slot, bool bWithoutModifier, bool bHidden) {
+        const std::size_t code = keyboard::codeOfSlot(slot) | (bWithoutModifier ? ZEL_CODE_ALONE : 0);
+        out.push_back(word("", code));
+        m_vecDue.emplace_back(slot, code);
+        if (bHidden) {
+            m_setHidden.push_back(slot);
         }
     }
 
+    void _break(std::size_t slot) {
+        const auto due =
+            std::find_if(m_vecDue.begin(), m_vecDue.end(), [slot](auto& entry) { return entry.first == slot; });
+        if (due != m_vecDue.end()) {
+            out.push_back(word("/", due->second));
+            m_vecDue.erase(due);
+        }
+    }
+
+    // The modifier's break, if one is due, after those of all keys.
+    void _close() {
+        if (!m_bActive && !m_bOwed) {
+            return;
+        }
+        m_bActive = false;
+        m_bOwed = false;
+        while (!m_vecDue.empty()) {
+            _break(m_vecDue.front().first);
+        }
+        out.push_back("/0");
+    }
+
     keyboard::KeySet m_listed;
+    keyboard::KeySet m_alone;
     bool m_bSticky;
     bool m_bHeld = false;
     bool m_bActive = false;
     bool m_bLatched = false;
-    bool m_bAlone = false;
+    bool m_bAlone = false;  // nothing else since the modifier went down
+    bool m_bOwed = false;   // the modifier's break, for keys without it
     DWORD m_nSince = 0;
     std::map<std::size_t, DWORD> m_mapSince;
-    std::vector<std::size_t> m_vecDue;
+    std::vector<std::pair<std::size_t, std::size_t>> m_vecDue;  // slot and reported code, in the order of the makes
     std::vector<std::size_t> m_setHidden;
 };
 
@@ -132,14 +161,24 @@ std::vector<std::string> words(const std::string& text) {
     return result;
 }
 
-// Makes and breaks alternate for each code, and every key is between the modifier's make and break.
+// Makes and breaks alternate for each code. Every key is between the modifier's make and break; where the first key of
+// such a time needs no modifier, there is the break only.
 void expectWellFormed(const std::vector<std::string>& history) {
+    constexpr std::size_t kAloneLetters = 5;  // "10020": longer than every code of a key with the modifier
     std::vector<std::string> open;
+    bool owed = false;
     for (const std::string& entry : history) {
         if (entry[0] != '/') {
             ASSERT_EQ(std::count(open.begin(), open.end(), entry), 0) << entry;
-            ASSERT_TRUE(entry == "0" || (!open.empty() && open.front() == "0")) << entry;
+            const bool alone = entry.size() == kAloneLetters;
+            ASSERT_TRUE(entry == "0" ? open.empty() && !owed : alone || open.front() == "0") << entry;
+            owed = owed || (alone && (open.empty() || open.front() != "0"));
             open.push_back(entry);
+            continue;
+        }
+        if (entry == "/0" && owed) {
+            ASSERT_TRUE(open.empty()) << "keys must be broken before the modifier";
+            owed = false;
             continue;
         }
         const auto made = std::find(open.begin(), open.end(), entry.substr(1));
@@ -148,6 +187,7 @@ void expectWellFormed(const std::vector<std::string>& history) {
         open.erase(made);
     }
     EXPECT_TRUE(open.empty()) << open.front() << " never got its break";
+    EXPECT_FALSE(owed) << "the modifier never got its break";
 }
 
 }  // namespace
@@ -171,8 +211,9 @@ TEST_P(KeyTrackerHistory, FollowsTheModelAndKeepsMakesAndBreaksPaired) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::printf("seed %u\n", seed);
     std::mt19937 random(seed);
+    m_settings.alone.set(kF2).set(kMute);
     setSticky(GetParam());
-    CModel model(m_settings.listed, GetParam());
+    CModel model(m_settings);
     std::vector<std::string> history;
 
     for (int i = 0; i < 20000 && !HasFailure(); ++i) {
@@ -182,6 +223,9 @@ TEST_P(KeyTrackerHistory, FollowsTheModelAndKeepsMakesAndBreaksPaired) {
         if (nChoice < 5) {
             EXPECT_FALSE(m_tracker.handle({kModifier, 0x11D, bDown, m_nTime}));
             model.modifier(bDown, m_nTime);
+        } else if (nChoice == 14) {
+            m_tracker.endAlone();
+            model.timeIsOver();
         } else if (nChoice == 15) {
             m_tracker.cancelLatch();
             model.cancel();
