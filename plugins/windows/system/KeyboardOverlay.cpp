@@ -15,7 +15,7 @@ namespace win {
 
 namespace {
 
-constexpr DWORD kStartWaitMs = 500;  // until a thread begins: usually one
+constexpr DWORD kStartWaitMs = 25;  // until a thread has its hook: usually one
 constexpr DWORD kEndWaitMs = 500;
 constexpr wchar_t kWindowClass[] = L"FenwynOverlayWnd";
 
@@ -51,9 +51,9 @@ void send(const COverlayKeys::Output& output) {
 // hook's thread.
 class CHookRoom {
  public:
-    CHookRoom(OverlayKind kind, COverlayShare& rShare)
-        : m_kind(kind), m_rShare(rShare), m_keys(kind, &isHeld), m_hWnd(_makeWindow()) {
-        s_pRoom = this;
+    CHookRoom(OverlayKind kind, COverlayShare& rShare) : m_kind(kind), m_rShare(rShare), m_keys(kind, &isHeld) {
+        s_pRoom = this;  // before the window, whose first messages may come while it is made
+        m_hWnd = _makeWindow();
         ::WTSRegisterSessionNotification(m_hWnd.get(), NOTIFY_FOR_THIS_SESSION);
     }
     ~CHookRoom() {
@@ -61,7 +61,8 @@ class CHookRoom {
         ::WTSUnRegisterSessionNotification(m_hWnd.get());
         m_hWnd.reset();
         ::UnregisterClassW(kWindowClass, _library());
-        s_pRoom = nullptr;
+        CHookRoom* pThis = this;
+        s_pRoom.compare_exchange_strong(pThis, nullptr);  // the next one may have begun, if this one took long
     }
     CHookRoom(const CHookRoom&) = delete;
     CHookRoom& operator=(const CHookRoom&) = delete;
@@ -118,8 +119,9 @@ class CHookRoom {
     }
 
     static LRESULT CALLBACK _hookProcedure(int nCode, WPARAM wParam, LPARAM lParam) noexcept {
-        if (nCode == HC_ACTION && s_pRoom != nullptr &&
-            s_pRoom->_handle(*reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam))) {
+        CHookRoom* const pRoom = s_pRoom;
+        if (nCode == HC_ACTION && pRoom != nullptr &&
+            pRoom->_handle(*reinterpret_cast<const KBDLLHOOKSTRUCT*>(lParam))) {
             return 1;
         }
         return ::CallNextHookEx(nullptr, nCode, wParam, lParam);
@@ -131,8 +133,8 @@ class CHookRoom {
                                  : uMessage == WM_WTSSESSION_CHANGE &&
                                        (wParam == WTS_SESSION_LOCK || wParam == WTS_SESSION_LOGOFF ||
                                         wParam == WTS_CONSOLE_DISCONNECT || wParam == WTS_REMOTE_DISCONNECT);
-        if (bLeaves && s_pRoom != nullptr) {
-            s_pRoom->m_rShare.end(s_pRoom->m_kind);
+        if (CHookRoom* const pRoom = s_pRoom; bLeaves && pRoom != nullptr) {
+            pRoom->m_rShare.end(pRoom->m_kind);
         }
         return ::DefWindowProcW(hWnd, uMessage, wParam, lParam);
     }
@@ -158,7 +160,7 @@ class CHookRoom {
 
     // The hook's callback has no argument. There is one overlay at a time: the next thread begins after the last has
     // ended.
-    static inline CHookRoom* s_pRoom = nullptr;
+    static inline std::atomic<CHookRoom*> s_pRoom = nullptr;
 
     const OverlayKind m_kind;
     COverlayShare& m_rShare;
@@ -177,12 +179,15 @@ struct HookState {
 void runHook(HookState& rState, OverlayKind kind) {
     const common::UniqueHook hHook = CHookRoom::makeHook();
     rState.bHooked = static_cast<bool>(hHook);
+    if (!hHook) {
+        rState.share.end(kind);
+    }
     // The user waits for the hook; the first window of a thread takes its time.
     ::SetEvent(rState.hStarted.get());
     if (hHook) {
+        // It ends after the overlay went off, and must not touch the share then: a new one may be on already.
         CHookRoom(kind, rState.share).run(rState.hEnd.get());
     }
-    rState.share.end(kind);
 }
 
 class CKeyboardOverlay final : public IOverlay {
@@ -220,13 +225,12 @@ class CKeyboardOverlay final : public IOverlay {
         }
         m_share.take(m_kind);
         m_pState = pState;
-        const bool bHooked = SUCCEEDED(m_thread.start([pState, kind = m_kind] { runHook(*pState, kind); })) &&
-                             ::WaitForSingleObject(pState->hStarted.get(), kStartWaitMs) == WAIT_OBJECT_0 &&
-                             pState->bHooked;
-        if (!bHooked) {
+        if (FAILED(m_thread.start([pState, kind = m_kind] { runHook(*pState, kind); }))) {
             m_share.end(m_kind);
+            return false;
         }
-        return bHooked;
+        // On a busy machine the hook comes a moment later. A thread that gets none takes the overlay off itself.
+        return ::WaitForSingleObject(pState->hStarted.get(), kStartWaitMs) != WAIT_OBJECT_0 || pState->bHooked;
     }
 
     void _endThread() {

@@ -262,6 +262,7 @@ LRESULT CALLBACK seeKeys(int code, WPARAM wParam, LPARAM lParam) {
 
 // What the number pad would make of a physical J.
 TEST(ShippedOverlays, LeaveInjectedKeysAlone) {
+    g_keysSeen.clear();
     const ShippedOverlay numeric(L"NumericOverlay");
     ASSERT_EQ(numeric.select(0), FENWYN_OK);
     // Later hooks are called first; one installed before the overlay's would not receive the keys that the overlay
