@@ -8,6 +8,7 @@
 inline constexpr UINT kMsgReloadConfig = WM_USER + 100;    // read the configuration again
 inline constexpr UINT kMsgSecondInstance = WM_USER + 102;  // show or flash the strip
 inline constexpr UINT kMsgHideStrip = WM_USER + 104;       // from other programs: hide the strip
+inline constexpr UINT kMsgAlive = WM_APP + 4;              // from the keeper's thread: are messages handled?
 
 // To the strip.
 inline constexpr UINT kMsgHotkey = WM_USER + 101;    // wParam code, lParam 0 make / 1 break

@@ -3,6 +3,9 @@
 #include <utility>
 
 #include "Data/ZelConfig.h"
+#include "FaultCare.h"
+#include "Logic/Faults/FaultHandler.h"
+#include "Logic/Faults/HangWatch.h"
 #include "Logic/FullScreen.h"
 #include "Logic/HbqNotify.h"
 #include "Logic/HotkeyEventHandler.h"
@@ -49,6 +52,7 @@ bool CZelMainApp::InitInstance() {
         LOG_STATUS(0);
         return false;
     }
+    settingsRead();
     // "/hide" hides the cards; any other command line shows them even if the configuration says otherwise.
     BOOL show = CZelConfig::getQrdConfig().bShowQrdAtLaunch != 0;
     if (m_lpCmdLine[0] != L'\0') {
@@ -391,15 +395,20 @@ LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() noexcept {
         return S_OK;
     }
     if (theApp.m_hStripWnd == nullptr) {
-        LOG_STATUS(E_FAIL);  // not yet, or no longer
-    } else {
+        LOG_STATUS(E_FAIL);             // not yet, or no longer
+    } else if (!faults::cardsHang()) {  // otherwise the key would only be held up
         DWORD_PTR answer = 0;
         ::SendMessageTimeoutW(theApp.m_hStripWnd, kMsgPrintScreen, 0, 0, SMTO_NORMAL, kSignalTimeoutMs, &answer);
     }
     return S_OK;
 }
 
+void CZelMainApp::settingsRead() {
+    faultcare::readPatience();
+}
+
 void CZelMainApp::endSession() {
+    faultcare::end();  // the system may end the process at any time, which is no plug-in's fault
     if (CCardsInUse::any()) {
         CHotkeyEventHandler::stopHotkeyEventLoop();
         m_pFrame->DestroyWindow();  // the message loop ends on that
@@ -419,6 +428,7 @@ int CZelMainApp::ExitInstance() {
         return CWinApp::ExitInstance();
     }
     LOG_ENTER_LEAVE();
+    faults::endIsNear();
     m_hStripWnd = nullptr;
     if (m_pZelMainDlg != nullptr) {
         m_pZelMainDlg->DestroyWindow();

@@ -42,6 +42,8 @@ class CZelMainApp : public CWinApp {
     // Hides the cards and lays them out again; with bReinitialize they are rebuilt. S_FALSE: cards are in use; it will
     // be done when they are free.
     [[nodiscard]] HRESULT refreshCards(BOOL bReinitialize);
+    // The card configuration has been read: what depends on it elsewhere takes effect.
+    static void settingsRead();
     // The session ends, and the process with it: does the same as ExitInstance(), at once, and closes the log. During a
     // plug-in call its card cannot be destroyed; the program then ends as soon as the call returns.
     void endSession();

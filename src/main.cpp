@@ -1,8 +1,14 @@
 // The entry point; everything else is behind the application object.
+#include "FaultCare.h"
 #include "ZelMain.h"
 #include "common/LibrarySearch.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, wchar_t* commandLine, int /*show*/) {
     prepareLibraryLoading();
-    return theApp.Main(instance, commandLine);
+    if (!faultcare::start(commandLine)) {
+        return 0;
+    }
+    const int exitCode = theApp.Main(instance, commandLine);
+    faultcare::end();
+    return exitCode;
 }

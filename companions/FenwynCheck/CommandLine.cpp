@@ -30,6 +30,8 @@ class CParser {
             _command(Command::Register);
         } else if (word == L"--unregister") {
             _command(Command::Unregister);
+        } else if (word == L"--forgive") {
+            _command(Command::Forgive);
         } else if (word == L"--inspect" || word == L"--try-one") {
             _command(word == L"--inspect" ? Command::Inspect : Command::Try);
             m_options.function = _value();
@@ -122,6 +124,9 @@ std::wstring usage() {
            L"    external screen over its cable. Some screens answer slowly or fail at that, so none is changed "
            L"unless\n"
            L"    you allow it. --forbid-screen NUMBER (or path) takes it back.\n"
+           L"FenwynCheck --forgive\n"
+           L"    Forgives the plug-ins that ended Fenwyn: those that it has set aside are loaded again at its next "
+           L"start.\n"
            L"Exit codes: 0 all is well; 1 a plug-in is at fault, or a change had no effect; 2 wrong use; 3 something\n"
            L"could not be written; 4 there is nothing to check or to register, a list is there already,\n"
            L"or there is no such screen.\n";

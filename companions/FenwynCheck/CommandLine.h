@@ -12,6 +12,7 @@ enum class Command {
     CheckMachine,  // go through the functions
     Register,      // write a function list
     Unregister,    // remove it again
+    Forgive,       // load plug-ins again that ended the program
     Inspect,       // one plug-in, in a process of its own
     Try,           // the same, with a change that is taken back
     ListScreens,   // and whether Fenwyn may change their brightness

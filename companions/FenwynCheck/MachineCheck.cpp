@@ -4,6 +4,7 @@
 #include <cwctype>
 #include <iterator>
 
+#include "Forgiveness.h"
 #include "Trial.h"
 #include "Words.h"
 #include "common/Handle.h"
@@ -78,6 +79,9 @@ class CMachineCheck {
         const FunctionSet set = functionSet(m_outside.folder);
         _tell(surroundings() + L"Function list: " + sourceText(set.source) + L"\nModifier: " +
               modifierName(set.modifier) + L"\n");
+        if (const std::wstring faults = rememberedFaults(); !faults.empty()) {
+            _tell(L"Plug-ins that ended Fenwyn (--forgive forgets them):\n" + faults);
+        }
         for (const Entry& entry : set.entries) {
             _look(entry);
         }

@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "CommandLine.h"
+#include "Forgiveness.h"
 #include "Inspection.h"
 #include "MachineCheck.h"
 #include "Outside.h"
@@ -82,6 +83,8 @@ int run(const machine::Options& options) {
             return machine::registerFunctions(options, outside);
         case Command::Unregister:
             return machine::unregisterFunctions(options, outside);
+        case Command::Forgive:
+            return machine::forgivePlugins(outside);
         case Command::Inspect:
             check::tellCrashes();
             return look(machine::inspect(options.function, options.plugin));

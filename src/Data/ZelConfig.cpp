@@ -35,6 +35,8 @@ constexpr Setting kSettings[] = {
     {L"ItemDescMaxWidth", &QrdConfig::uItemDescMaxWidth, 100, Scope::Machine},
     {L"SliderThumbSize", &QrdConfig::uSliderThumbSize, 20, Scope::Machine},
     {L"HideMainUIWhenLostFocus", &QrdConfig::bHideMainUIWhenLostFocus, 0, Scope::Machine},
+    {L"PluginPatience", &QrdConfig::uPluginPatience, 3000, Scope::Machine},
+    {L"PluginEndTime", &QrdConfig::uPluginEndTime, 20000, Scope::Machine},
 };
 
 void readSettings(const RegConfigAccess& key, Scope scope, QrdConfig& config) {

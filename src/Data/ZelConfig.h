@@ -1,4 +1,4 @@
-// The card configuration: eighteen settings of the user and the machine, read from the registry, never written.
+// The card configuration: twenty settings of the user and the machine, read from the registry, never written.
 #pragma once
 
 #include <windows.h>
@@ -53,6 +53,10 @@ struct QrdConfig {
     // The user's own key, as above. After the flag, because everything before it keeps its place in the record.
     CConfigValue bMonitorOfActiveWindow;  // the cards appear on the monitor of the active window
     CConfigValue bHideInFullScreen;       // the cards stay hidden while a full-screen program runs; keys work
+
+    // Machine-wide again.
+    CConfigValue uPluginPatience;  // milliseconds a plug-in may hold up the cards before the user is told
+    CConfigValue uPluginEndTime;   // milliseconds after which the program ends itself and starts without it
 };
 
 class CZelConfig {

@@ -1,5 +1,6 @@
 #include "Logic/HotkeyEventHandler.h"
 
+#include <mutex>
 #include <utility>
 
 #include "Messages.h"
@@ -10,8 +11,10 @@
 
 namespace {
 
-// The bound hotkey library; null if there is none.
+// The bound hotkey library; null if there is none. The lock is for this state and for the calls that start and stop it.
+std::mutex g_lock;
 HMODULE g_hHotkeyLibrary = nullptr;
+bool g_bKeysHandedBack = false;  // it is stopped until the cards answer again
 
 // A bound library stays mapped until the process ends: a callback may still be returning into it.
 HMODULE keepMapped(common::UniqueModule module) {
@@ -29,27 +32,53 @@ HRESULT CHotkeyEventHandler::startHotkeyEventLoop() {
     const auto start = findExport<ZelStart>(module.get(), ZEL_START);
     const auto enable = findExport<ZelEnableHotkey>(module.get(), ZEL_ENABLE_HOTKEY);
     if (start == nullptr || enable == nullptr) {
-        RETURN_LOGGED(E_FAIL);
+        RETURN_LOGGED(E_FAIL);  // nothing of it runs, so that it need not stay
     }
+    const std::lock_guard lock(g_lock);
     // From here on the library is stopped at the end: a failed start may have left half of it running.
     g_hHotkeyLibrary = keepMapped(std::move(module));
-    if (start(&CHotkeyEventHandler::_hotkeyNotify, &CHotkeyEventHandler::_changeConfigNotify) != S_OK) {
-        RETURN_LOGGED(E_FAIL);
-    }
-    if (enable() != S_OK) {
-        RETURN_LOGGED(E_FAIL);
+    g_bKeysHandedBack = false;
+    RETURN_IF_FAILED(_start(g_hHotkeyLibrary));
+    return S_OK;
+}
+
+HRESULT CHotkeyEventHandler::_start(HMODULE hLibrary) {
+    const auto start = findExport<ZelStart>(hLibrary, ZEL_START);
+    const auto enable = findExport<ZelEnableHotkey>(hLibrary, ZEL_ENABLE_HOTKEY);
+    if (start == nullptr || enable == nullptr ||
+        start(&CHotkeyEventHandler::_hotkeyNotify, &CHotkeyEventHandler::_changeConfigNotify) != S_OK ||
+        enable() != S_OK) {
+        return E_FAIL;
     }
     return S_OK;
 }
 
+HRESULT CHotkeyEventHandler::_stop(HMODULE hLibrary) {
+    const auto stop = findExport<ZelStop>(hLibrary, ZEL_STOP);
+    return stop != nullptr && stop() == S_OK ? S_OK : E_FAIL;
+}
+
 void CHotkeyEventHandler::stopHotkeyEventLoop() {
     LOG_ENTER_LEAVE();
+    const std::lock_guard lock(g_lock);
     const HMODULE hLibrary = std::exchange(g_hHotkeyLibrary, nullptr);
-    if (hLibrary == nullptr) {
-        return;
+    if (hLibrary != nullptr && !g_bKeysHandedBack && FAILED(_stop(hLibrary))) {
+        LOG_STATUS(E_FAIL);
     }
-    const auto stop = findExport<ZelStop>(hLibrary, ZEL_STOP);
-    if (stop == nullptr || stop() != S_OK) {
+}
+
+void CHotkeyEventHandler::handBackKeys() {
+    LOG_ENTER_LEAVE();
+    const std::lock_guard lock(g_lock);
+    if (g_hHotkeyLibrary != nullptr && !std::exchange(g_bKeysHandedBack, true) && FAILED(_stop(g_hHotkeyLibrary))) {
+        LOG_STATUS(E_FAIL);
+    }
+}
+
+void CHotkeyEventHandler::takeKeysAgain() {
+    LOG_ENTER_LEAVE();
+    const std::lock_guard lock(g_lock);
+    if (g_hHotkeyLibrary != nullptr && std::exchange(g_bKeysHandedBack, false) && FAILED(_start(g_hHotkeyLibrary))) {
         LOG_STATUS(E_FAIL);
     }
 }

@@ -11,6 +11,10 @@ class CHotkeyEventHandler {
     [[nodiscard]] static HRESULT startHotkeyEventLoop();
     // Ends the event loop if the library was bound, even if it could not be started. No callback comes after this.
     static void stopHotkeyEventLoop();
+    // While the cards cannot answer, no key is to be swallowed: stops the library, and starts it again. Any thread; may
+    // wait for the library as stopHotkeyEventLoop() does. No effect without a running library.
+    static void handBackKeys();
+    static void takeKeysAgain();
     // Cancels a pending hotkey query through "ZelEvnt.dll".
     static void cancelHotkeyIOEvent();
 
@@ -19,6 +23,9 @@ class CHotkeyEventHandler {
 
  private:
     friend struct HotkeyEventSeam;
+
+    [[nodiscard]] static HRESULT _start(HMODULE hLibrary);
+    [[nodiscard]] static HRESULT _stop(HMODULE hLibrary);
 
     // Called by the hotkey library on its own thread. They post messages and use no window.
     static void WINAPI _hotkeyNotify(DWORD code, DWORD modifier) noexcept;

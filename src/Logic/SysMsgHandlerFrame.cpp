@@ -3,6 +3,7 @@
 #include <wtsapi32.h>
 
 #include "Data/ZelConfig.h"
+#include "Logic/Faults/HangWatch.h"
 #include "Logic/HbqNotify.h"
 #include "Logic/ZelCommonFunc.h"
 #include "Messages.h"
@@ -20,6 +21,7 @@ const MessageMap& CSysMsgHandlerFrame::messageMap() const {
         onMessage<&CSysMsgHandlerFrame::OnReloadConfig>(kMsgReloadConfig),
         onMessage<&CSysMsgHandlerFrame::OnSecondInstance>(kMsgSecondInstance),
         onMessage<&CSysMsgHandlerFrame::OnHideStrip>(kMsgHideStrip),
+        onEvent<&CSysMsgHandlerFrame::OnAlive>(kMsgAlive),
         onEvent<&CSysMsgHandlerFrame::OnDisplayChange>(WM_DISPLAYCHANGE),
         onMessage<&CSysMsgHandlerFrame::OnPowerBroadcast>(WM_POWERBROADCAST),
         onMessage<&CSysMsgHandlerFrame::OnSessionChange>(WM_WTSSESSION_CHANGE),
@@ -60,6 +62,7 @@ LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
 LRESULT CSysMsgHandlerFrame::OnReloadConfig(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     // The sender expects no answer, and failures are in the log.
     static_cast<void>(CZelConfig::_initQrdConfig(CZelConfig::getQrdConfig()));
+    theApp.settingsRead();
     static_cast<void>(theApp.refreshCards(FALSE));
     return Default();
 }
@@ -75,6 +78,11 @@ LRESULT CSysMsgHandlerFrame::OnSecondInstance(WPARAM /*wParam*/, LPARAM /*lParam
 LRESULT CSysMsgHandlerFrame::OnHideStrip(WPARAM wParam, LPARAM /*lParam*/) {
     static_cast<void>(theApp.showMainDlg(FALSE, wParam == 1));
     return Default();
+}
+
+// Not logged: it comes several times a second while plug-ins are called.
+void CSysMsgHandlerFrame::OnAlive() {
+    faults::noteAnswer();
 }
 
 void CSysMsgHandlerFrame::OnDisplayChange() {

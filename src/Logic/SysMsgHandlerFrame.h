@@ -21,6 +21,7 @@ class CSysMsgHandlerFrame : public CFrameWnd {
     LRESULT OnReloadConfig(WPARAM wParam, LPARAM lParam);
     LRESULT OnSecondInstance(WPARAM wParam, LPARAM lParam);
     LRESULT OnHideStrip(WPARAM wParam, LPARAM lParam);
+    void OnAlive();
     void OnDisplayChange();
     LRESULT OnPowerBroadcast(WPARAM wParam, LPARAM lParam);
     LRESULT OnSessionChange(WPARAM wParam, LPARAM lParam);

@@ -42,6 +42,7 @@ HRESULT CBlackCard::_initialize(const wchar_t* pszName, std::vector<DWORD> vecCo
     if (m_pFunx == nullptr) {
         return E_POINTER;
     }
+    m_pFunx->setName(pszName);
     // A plug-in that failed to initialise has logged why; its function counts as not supported.
     static_cast<void>(m_pFunx->initHotkeyDll(pszFuncDll));
     return m_pFunx->isFuncSupported() ? _loadImage() : E_FAIL;

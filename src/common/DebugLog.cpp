@@ -54,6 +54,19 @@ int log(const Record& record, const wchar_t* format, ...) noexcept {
     return written;
 }
 
+int logLast(const Record& record, const wchar_t* format, ...) noexcept {
+    const KeepLastError keep;
+    va_list args = {};
+    va_start(args, format);
+    const int written = processLogger().writeLast(record, format, args);
+    va_end(args);
+    return written;
+}
+
+Path logFile() noexcept {
+    return expandedLogFile(readSettings(settingsPath().data()));
+}
+
 void close() {
     const KeepLastError keep;
     processLogger().close();

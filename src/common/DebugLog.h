@@ -25,6 +25,14 @@ struct Record {
 // wchar_t*. Returns the number of characters in the line, or 0 if the settings filter it out.
 int log(const Record& record, const wchar_t* format, ...) noexcept;
 
+// The same for a process that is about to end, or whose other threads do not go on: it waits at most a tenth of a
+// second for a line of another thread, and what was written before it reaches the file with it. Uses no heap unless it
+// has to make the log's folder.
+int logLast(const Record& record, const wchar_t* format, ...) noexcept;
+
+// The log file with its environment variables expanded, whatever the destination is; empty if it does not fit.
+[[nodiscard]] std::array<wchar_t, 260> logFile() noexcept;
+
 // Whether a line of that level would be written at all. Cheap after the first call.
 [[nodiscard]] bool enabled(Level level) noexcept;
 
@@ -138,6 +146,16 @@ class EnterLeave {
             ::dbglog::log(::dbglog::Record{logPath_.c_str(), __LINE__, logName_.tag.c_str(), L"", severity}, \
                           __VA_ARGS__);                                                                      \
         }                                                                                                    \
+    } while (false)
+
+// The last line of a process, by logLast().
+#define LOG_LAST(...)                                                                                        \
+    do {                                                                                                     \
+        static constexpr auto logPath_ = ::dbglog::sourcePath(__FILE__);                                     \
+        static constexpr auto logName_ = ::dbglog::functionName(__PRETTY_FUNCTION__);                        \
+        ::dbglog::logLast(                                                                                   \
+            ::dbglog::Record{logPath_.c_str(), __LINE__, logName_.tag.c_str(), L"", ::dbglog::Level::Error}, \
+            __VA_ARGS__);                                                                                    \
     } while (false)
 
 #define LOG_TRACE(...) LOG_LINE(::dbglog::Level::Trace, __VA_ARGS__)

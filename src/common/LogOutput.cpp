@@ -12,6 +12,8 @@
 #include <climits>
 #include <cstdlib>
 
+#include "common/Handle.h"
+
 namespace dbglog {
 
 namespace {
@@ -50,6 +52,20 @@ void writeToStream(std::FILE* stream, Line line) {
     std::fputws(line.data(), stream);
 }
 
+// As the runtime writes it: a byte for each character, a carriage return before the line feed.
+void writeToHandle(HANDLE hFile, const Line& line) {
+    std::array<char, 2 * kLineChars> bytes{};
+    DWORD length = 0;
+    for (std::size_t i = 0; line[i] != L'\0'; ++i) {
+        if (line[i] == L'\n') {
+            bytes[length++] = '\r';
+        }
+        bytes[length++] = line[i] <= 0xFF ? static_cast<char>(line[i]) : '?';
+    }
+    DWORD written = 0;
+    ::WriteFile(hFile, bytes.data(), length, &written, nullptr);
+}
+
 }  // namespace
 
 void LogOutput::write(const Line& line) {
@@ -70,6 +86,39 @@ void LogOutput::write(const Line& line) {
             break;
         default:
             break;
+    }
+}
+
+void LogOutput::writeLast(const Line& line, bool bAlone) {
+    if (bAlone && m_pStream != nullptr) {
+        writeToStream(m_pStream.get(), line);
+        std::fflush(m_pStream.get());
+    } else if (m_settings.destination == kFile || m_settings.destination == kFilePerLine) {
+        _appendDirectly(line);
+    } else if (m_settings.destination == kDebugger) {
+        ::OutputDebugStringW(line.data());
+    } else if (m_settings.destination == kStandardError) {
+        writeToHandle(::GetStdHandle(STD_ERROR_HANDLE), line);
+    }
+}
+
+// Past the runtime, whose locks another thread may hold for good. The first line of the process empties the file, as
+// always; later ones are appended to this one.
+void LogOutput::_appendDirectly(const Line& line) {
+    const bool bEmpty = m_settings.destination == kFile && !m_bOpenTried && !m_bClosed;
+    const DWORD dwDisposition = bEmpty ? CREATE_ALWAYS : OPEN_ALWAYS;
+    const auto open = [&] {
+        return ::CreateFileW(m_path.data(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                             nullptr, dwDisposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    };
+    common::UniqueFile file(open());
+    if (!file && ::GetLastError() == ERROR_PATH_NOT_FOUND) {
+        createFoldersOf(m_path.data());
+        file.reset(open());
+    }
+    if (file) {
+        writeToHandle(file.get(), line);
+        m_bClosed = m_bClosed || bEmpty;
     }
 }
 
@@ -96,16 +145,14 @@ void LogOutput::close() {
 }
 
 LogOutput::Stream LogOutput::_openLogFile(FileMode mode) const {
-    Path path{};
-    const DWORD length = ::ExpandEnvironmentStringsW(m_settings.logFile.data(), path.data(), kPathChars);
-    if (length == 0 || length > kPathChars) {
+    if (m_path[0] == L'\0') {
         return nullptr;
     }
     const int truncation = mode == FileMode::Truncate ? _O_TRUNC : 0;
-    int file = openForAppending(path.data(), truncation);
+    int file = openForAppending(m_path.data(), truncation);
     if (file == -1 && errno == ENOENT) {
-        createFoldersOf(path.data());
-        file = openForAppending(path.data(), truncation);
+        createFoldersOf(m_path.data());
+        file = openForAppending(m_path.data(), truncation);
     }
     Stream stream(file == -1 ? nullptr : ::_fdopen(file, "a"));
     if (stream == nullptr && file != -1) {

@@ -11,9 +11,10 @@ namespace dbglog {
 // Lines that cannot be written are dropped silently. Not thread-safe: the logger calls it one line at a time.
 class LogOutput final : public ILineSink {
  public:
-    explicit LogOutput(const Settings& settings) : m_settings(settings) {}
+    explicit LogOutput(const Settings& settings) : m_settings(settings), m_path(expandedLogFile(settings)) {}
 
     void write(const Line& line) override;
+    void writeLast(const Line& line, bool bAlone) override;
     void close() override;
 
  private:
@@ -27,7 +28,10 @@ class LogOutput final : public ILineSink {
     [[nodiscard]] Stream _openLogFile(FileMode mode) const;
     void _writeToKeptFile(const Line& line);
 
+    void _appendDirectly(const Line& line);
+
     const Settings m_settings;
+    const Path m_path;
     Stream m_pStream;  // of the kept-open file
     bool m_bOpenTried = false;
     bool m_bClosed = false;  // later lines are appended

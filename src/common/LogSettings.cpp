@@ -45,6 +45,12 @@ Settings readSettings(const wchar_t* iniPath) noexcept {
     return settings;
 }
 
+Path expandedLogFile(const Settings& settings) noexcept {
+    Path path{};
+    const DWORD length = ::ExpandEnvironmentStringsW(settings.logFile.data(), path.data(), kPathChars);
+    return length == 0 || length > kPathChars ? Path{} : path;
+}
+
 Path settingsPathBeside(const wchar_t* executable) noexcept {
     Path path{};
     const std::wstring_view whole(executable);

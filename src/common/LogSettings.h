@@ -34,6 +34,9 @@ struct Settings {
 // Defaults replace a missing or unreadable file, an empty path and every value out of range.
 [[nodiscard]] Settings readSettings(const wchar_t* iniPath) noexcept;
 
+// The log file with its environment variables expanded; empty if it does not fit.
+[[nodiscard]] Path expandedLogFile(const Settings& settings) noexcept;
+
 // "DbgLog.ini" in the folder of that executable, or an empty text if it does not fit.
 [[nodiscard]] Path settingsPathBeside(const wchar_t* executable) noexcept;
 

@@ -64,15 +64,46 @@ int Logger::write(const Record& record, const wchar_t* format, va_list args) {
     // Timestamps are taken under the lock, so that they increase from line to line.
     const std::lock_guard lock(m_mutex);
     Line line{};
-    std::size_t used = _appendPrefix(line, _appendTimestamp(line), record);
-    if (appendFormatted(line, used, format, args) && used < kTerminator) {
-        line[used] = L'\n';
-        line[++used] = L'\0';
-    } else {
-        used = closeFullLine(line, used);
-    }
+    const std::size_t used = _assemble(line, record, format, args);
     m_sink.write(line);
     return static_cast<int>(used);
+}
+
+int Logger::writeLast(const Record& record, const wchar_t* format, va_list args) {
+    if (!enabled(record.level)) {
+        return 0;
+    }
+    const bool alone = _lockSoon();
+    Line line{};
+    const std::size_t used = _assemble(line, record, format, args);
+    m_sink.writeLast(line, alone);
+    if (alone) {
+        m_mutex.unlock();
+    }
+    return static_cast<int>(used);
+}
+
+// The thread that holds the lock may have stopped for good.
+bool Logger::_lockSoon() {
+    constexpr int kTries = 10;
+    constexpr DWORD kPauseMs = 10;
+    for (int i = 0; i < kTries; ++i) {
+        if (m_mutex.try_lock()) {
+            return true;
+        }
+        ::Sleep(kPauseMs);
+    }
+    return false;
+}
+
+std::size_t Logger::_assemble(Line& line, const Record& record, const wchar_t* format, va_list args) {
+    std::size_t used = _appendPrefix(line, _appendTimestamp(line), record);
+    if (!appendFormatted(line, used, format, args) || used >= kTerminator) {
+        return closeFullLine(line, used);
+    }
+    line[used] = L'\n';
+    line[++used] = L'\0';
+    return used;
 }
 
 std::size_t Logger::_appendTimestamp(Line& line) {

@@ -24,6 +24,9 @@ class ILineSink {
  public:
     virtual ~ILineSink() = default;
     virtual void write(const Line& line) = 0;
+    // The last line of the process. `bAlone`: no other thread is within the sink; otherwise one may have stopped there,
+    // and only what needs nothing of the sink may be used.
+    virtual void writeLast(const Line& line, bool /*bAlone*/) { write(line); }
     // After it, written lines are visible to others and nothing is kept open; more lines may follow.
     virtual void close() {}
 };
@@ -46,9 +49,14 @@ class Logger {
 
     // Returns the characters of the line, or 0 if it was filtered out.
     int write(const Record& record, const wchar_t* format, va_list args);
+    // The same, for the last line; waits only a moment for other threads.
+    int writeLast(const Record& record, const wchar_t* format, va_list args);
     void close();
 
  private:
+    // Returns the characters of the line.
+    [[nodiscard]] std::size_t _assemble(Line& line, const Record& record, const wchar_t* format, va_list args);
+    [[nodiscard]] bool _lockSoon();
     [[nodiscard]] std::size_t _appendTimestamp(Line& line);
     [[nodiscard]] std::size_t _appendElapsed(Line& line);
     [[nodiscard]] std::size_t _appendPrefix(Line& line, std::size_t used, const Record& record) const;

@@ -3,6 +3,11 @@
 // Numbers of the user-interface texts: one name per text, shared by the sources and the string tables of every language
 // (strings/). Plain numbers only, because the resource compiler reads this file too.
 
+// Faults of plug-ins; %1 is the function's name, %2 the file of its plug-in.
+#define IDS_FAULT_HANGS 190
+#define IDS_FAULT_RESTARTED 191
+#define IDS_FAULT_SET_ASIDE 192
+
 // Shared by every function that may have no choices.
 #define IDS_CANCEL 200
 

@@ -3,6 +3,7 @@
 #include "InstrumentedPlugin.h"
 
 #include "CallRecord.h"
+#include "Faults.h"
 
 using namespace instr;
 
@@ -58,6 +59,7 @@ void readRegistry() {
     for (unsigned i = 0; i < ExportCount; ++i) {
         readNumber(wide(kExportNames[i]) + L".Result", g_control.exports[i].result);
         readNumber(wide(kExportNames[i]) + L".Delay", g_control.exports[i].delay);
+        readNumber(wide(kExportNames[i]) + L".Fault", g_control.exports[i].fault);
     }
     readNumber(L"Info", g_control.info);
     readNumber(L"Info2", g_control.info2);
@@ -128,6 +130,7 @@ LONG answer(ExportId id, LONG first = 0, LONG second = 0) {
     if (behaviour.pumps) {
         handleMessages();
     }
+    commit(behaviour.fault);
     return behaviour.result;
 }
 
@@ -164,6 +167,9 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
     if (reason == DLL_PROCESS_ATTACH) {
         g_name = baseName(instance);
         InstrReset();
+        DWORD fault = NoFault;
+        readNumber(L"DllMain.Fault", fault);
+        commit(fault);
     }
     return TRUE;
 }

@@ -5,6 +5,7 @@
 //   HKEY_CURRENT_USER\SOFTWARE\KESTOVA\Fenwyn Test\Plugin\<file name without .dll>
 // (a copy of the library under another name has its own key), read once when the library is loaded:
 //   <Export>.Result, <Export>.Delay (ms)              DWORD
+//   <Export>.Fault, DllMain.Fault                     DWORD, one of Faults.h
 //   Info, Info2, CurrentItem, Dual, ItemCount         DWORD
 //   FollowSelection, WritesOnFailure                  DWORD
 //   Reason                                            text why the function is not supported
@@ -48,6 +49,7 @@ struct Behaviour {
     DWORD delay;    // milliseconds that it waits first
     HANDLE gate;    // if set: it waits first until the test signals this event
     HANDLE inside;  // if set: it signals this event on entry
+    DWORD fault;    // one of Faults.h, after all waiting
     BOOL pumps;     // if set: it handles all pending messages of its thread, as a message box would
 };
 

@@ -106,11 +106,26 @@ bool ShellTest::largeShown(std::size_t index) const {
 
 StartTest::StartTest() : m_windows(support::threadWindows()) {
     // All of them, because a missing value is an error in the log.
-    for (const wchar_t* setting :
-         {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost", L"HideMainDlg", L"IgnoreFnKey",
-          L"AutoHide", L"AutoHideDelayTime", L"HideCaption", L"Programmable", L"ShowQrdAtLaunch",
-          L"AlwaysShowItemsCaption", L"ItemDescMaxWidth", L"SliderThumbSize", L"HideMainUIWhenLostFocus",
-          L"MonitorOfActiveWindow", L"HideInFullScreen"}) {
+    for (const wchar_t* setting : {L"Disable",
+                                   L"Position",
+                                   L"EnableHover",
+                                   L"MouseEnterIdle",
+                                   L"Topmost",
+                                   L"HideMainDlg",
+                                   L"IgnoreFnKey",
+                                   L"AutoHide",
+                                   L"AutoHideDelayTime",
+                                   L"HideCaption",
+                                   L"Programmable",
+                                   L"ShowQrdAtLaunch",
+                                   L"AlwaysShowItemsCaption",
+                                   L"ItemDescMaxWidth",
+                                   L"SliderThumbSize",
+                                   L"HideMainUIWhenLostFocus",
+                                   L"MonitorOfActiveWindow",
+                                   L"HideInFullScreen",
+                                   L"PluginPatience",
+                                   L"PluginEndTime"}) {
         setConfig(setting, 0);
     }
     for (const wchar_t* setting : {L"Disable", L"Position", L"EnableHover", L"MouseEnterIdle", L"Topmost",

@@ -5,6 +5,8 @@
 #include <map>
 #include <utility>
 
+#include "Logic/Faults/FaultHandler.h"
+#include "Logic/Faults/PluginGate.h"
 #include "Logic/FuncX/PanicThread.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/LibrarySearch.h"
@@ -26,7 +28,7 @@ HRESULT CFuncX::initHotkeyDll(const wchar_t* pszFuncDll) {
     RETURN_IF_FAILED(loadPlugin(strPath));
     const auto pfInitialize = getExport<FenwynInitializeHotkeyDll>(FENWYN_INITIALIZE);
     if (pfInitialize == nullptr) {
-        m_hFuncDll.reset();
+        unloadPlugin();
         RETURN_LOGGED(E_POINTER);
     }
     ULONG uReserved = 0;
@@ -67,7 +69,7 @@ void CFuncX::finalize() {
     } else {
         LOG_ASSERT(L"NULL != pfFinalize");
     }
-    m_hFuncDll.reset();
+    unloadPlugin();
 }
 
 bool CFuncX::isFuncSupported() const {
@@ -132,9 +134,27 @@ void CFuncX::logUnsupportedReason() const {
 }
 
 HRESULT CFuncX::loadPlugin(const std::wstring& strPath) {
+    if (!faults::mayLoad(strPath)) {
+        return E_ACCESSDENIED;
+    }
+    m_plugin = faults::knowPlugin(strPath.c_str(), m_strName.c_str(), m_strCaption.c_str());
     ::SetLastError(ERROR_MOD_NOT_FOUND);
-    m_hFuncDll = strPath.empty() ? common::UniqueModule() : loadLibraryByPath(strPath);
-    return m_hFuncDll ? S_OK : common::statusFromLastError();
+    if (!strPath.empty()) {
+        const faults::CPluginCall call(m_plugin, "DllMain", faults::Phase::Initialising);
+        m_hFuncDll = loadLibraryByPath(strPath);
+    }
+    if (!m_hFuncDll) {
+        return common::statusFromLastError();
+    }
+    faults::placePlugin(m_plugin, m_hFuncDll.get());
+    faults::renewFaultHandlers();
+    return S_OK;
+}
+
+void CFuncX::unloadPlugin() {
+    faults::placePlugin(m_plugin, nullptr);
+    const faults::CPluginCall call(m_plugin, "DllMain", faults::Phase::Ending);
+    m_hFuncDll.reset();
 }
 
 common::UniqueModule CFuncX::pluginReference() const {

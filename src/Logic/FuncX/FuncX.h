@@ -5,8 +5,10 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "Logic/Faults/PluginCall.h"
 #include "Logic/Placement.h"
 #include "common/Handle.h"
 
@@ -53,6 +55,8 @@ class CFuncX {
     // the first. INVALID_CURRENT_ITEM for functions with fixed items, which never omit one.
     [[nodiscard]] virtual LONG getSubstituteItem() const { return INVALID_CURRENT_ITEM; }
 
+    // Its name in the function list; by it, faults of its plug-in are remembered. Before initHotkeyDll().
+    void setName(std::wstring strName) { m_strName = std::move(strName); }
     // The place of the cards, for the items created from now on; outlives the function.
     void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     [[nodiscard]] bool isFuncSupported() const;
@@ -63,13 +67,15 @@ class CFuncX {
     // An export of the plug-in, looked up at every call; null (the last system error tells why) if it is missing or no
     // plug-in is loaded.
     template <typename Function>
-    [[nodiscard]] Function getExport(const char* pszName) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(_findExport(pszName)));
+    [[nodiscard]] faults::CPluginExport<Function> getExport(const char* pszName) const {
+        return {_findExport(pszName), m_plugin, pszName};
     }
     // Asks a plug-in that declined for its reason, and logs it at information level. The export is optional.
     void logUnsupportedReason() const;
     // Loads the plug-in. The status is that of the system's error, unlogged; an empty path is a missing module.
+    // E_ACCESSDENIED, after a line in the log: the plug-in is set aside, or this is a start without plug-ins.
     [[nodiscard]] HRESULT loadPlugin(const std::wstring& strPath);
+    void unloadPlugin();
     // A separate reference to the plug-in for the caller, which keeps it mapped; empty if none is loaded.
     [[nodiscard]] common::UniqueModule pluginReference() const;
 
@@ -117,5 +123,7 @@ class CFuncX {
 
  private:
     const Placement* m_pPlacement = &kUnplaced;
+    std::wstring m_strName;
+    faults::PluginId m_plugin = 0;
     [[nodiscard]] FARPROC _findExport(const char* pszName) const;
 };

@@ -68,7 +68,7 @@ HRESULT CFxOutput_2::initHotkeyDll(const wchar_t* pszFuncDll) {
     const auto pfInitialize = getExport<FenwynFnF5InitializeHotkeyDll>(FENWYN_FNF5_INITIALIZE);
     if (pfInitialize == nullptr) {
         const HRESULT status = missingExportStatus();
-        m_hFuncDll.reset();
+        unloadPlugin();
         RETURN_LOGGED(status);
     }
     ULONG uReserved = 0;

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "Logic/Faults/PluginCall.h"
 #include "common/Status.h"
 
 namespace {
@@ -220,6 +221,8 @@ void CPanicThread::_cutOff() const {
             return;
         }
     }
+    const DWORD dwThread = ::GetThreadId(m_hPanicThread.get());
     ::TerminateThread(m_hPanicThread.get(), 0);
+    faults::forgetCallsOf(dwThread);
     ::WaitForSingleObject(m_hPanicThread.get(), m_rules.dwEndWaitMs);
 }

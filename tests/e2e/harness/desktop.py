@@ -54,6 +54,8 @@ SETTINGS = [
     Setting("ItemDescMaxWidth", 100, MACHINE),
     Setting("SliderThumbSize", 20, MACHINE),
     Setting("HideMainUIWhenLostFocus", 0, MACHINE),
+    Setting("PluginPatience", 3000, MACHINE),
+    Setting("PluginEndTime", 20000, MACHINE),
 ]
 CONFIG_DEFAULTS = {setting.name: setting.default for setting in SETTINGS}
 
@@ -262,7 +264,7 @@ class Program:
     def cleanup(self):
         """Clean-up after the test, whatever happened in it."""
         self.keyboard.release_all()
-        if self.running() and self.frame():
+        if self.frame():  # possibly of a successor, which nobody here has started
             self.probe.post(self.frame().hwnd, WM_CLOSE)
         for process in self.running():
             try:

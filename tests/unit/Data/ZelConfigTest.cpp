@@ -47,6 +47,8 @@ const std::vector<Field> kFields = {
     {L"ItemDescMaxWidth", &QrdConfig::uItemDescMaxWidth, 100, false},
     {L"SliderThumbSize", &QrdConfig::uSliderThumbSize, 20, false},
     {L"HideMainUIWhenLostFocus", &QrdConfig::bHideMainUIWhenLostFocus, 0, false},
+    {L"PluginPatience", &QrdConfig::uPluginPatience, 3000, false},
+    {L"PluginEndTime", &QrdConfig::uPluginEndTime, 20000, false},
 };
 
 DWORD rowOf(CConfigValue QrdConfig::*member) {
@@ -93,7 +95,7 @@ TEST_F(ZelConfig, NewRecordHoldsTheDefaults) {
 
 TEST_F(ZelConfig, FieldsLieInTheOrderOfTheRecord) {
     struct Raw {
-        DWORD values[19];
+        DWORD values[21];
     };
     static_assert(sizeof(QrdConfig) == sizeof(Raw));
     QrdConfig config;
@@ -115,7 +117,9 @@ TEST_F(ZelConfig, FieldsLieInTheOrderOfTheRecord) {
                                       &config.bHideMainUIWhenLostFocus,
                                       &config.bLoaded,
                                       &config.bMonitorOfActiveWindow,
-                                      &config.bHideInFullScreen};
+                                      &config.bHideInFullScreen,
+                                      &config.uPluginPatience,
+                                      &config.uPluginEndTime};
     EXPECT_TRUE(std::ranges::is_sorted(expected));
 }
 

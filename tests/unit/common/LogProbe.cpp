@@ -54,6 +54,10 @@ void logLong() {
     LOG_LINE(dbglog::Level::Error, L"%s", text.c_str());
 }
 
+void logLastLine() {
+    LOG_LAST(L"%s", L"the last caf\u00e9 \u4e2d");
+}
+
 void logUnicode() {
     LOG_LINE(dbglog::Level::Error, L"caf\u00e9 \u4e2d\u6587 \U0001F600 end");
 }
@@ -102,9 +106,17 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {L"scopes", &runScopes},   {L"conventional", &logConventional},   {L"long", &logLong},
-    {L"unicode", &logUnicode}, {L"lasterror", &checkLastError},       {L"results", &checkResults},
-    {L"wait", &waitForParent}, {L"late", [] { g_bLateLine = true; }}, {L"close", &dbglog::close},
+    {L"scopes", &runScopes},
+    {L"conventional", &logConventional},
+    {L"long", &logLong},
+    {L"unicode", &logUnicode},
+    {L"lasterror", &checkLastError},
+    {L"results", &checkResults},
+    {L"wait", &waitForParent},
+    {L"late", [] { g_bLateLine = true; }},
+    {L"close", &dbglog::close},
+    {L"last", &logLastLine},
+    {L"kill", [] { ::TerminateProcess(::GetCurrentProcess(), 0); }},
 };
 
 void run(std::wstring_view argument) {

@@ -308,6 +308,27 @@ TEST_F(LogProcess, ImpossibleFilesAreSilentlyLeftOut) {
     }
 }
 
+// For each destination that is a file, also if nothing was written before.
+TEST_F(LogProcess, LastLineReachesTheFileWithAllBeforeItWhenTheProcessIsKilled) {
+    const std::string last = errorLine("the last caf\xe9 ?", "logLastLine");
+    for (const char* const destination : {"Destination=2\r\n", "Destination=3\r\n"}) {
+        settings(std::string(destination) + "Level=0\r\n");
+        fs::remove(logFile());
+        runProbe(L"e:a e:b last kill");
+        EXPECT_EQ(log(), errorLine("a") + errorLine("b") + last) << destination;
+        fs::remove(logFile());
+        runProbe(L"last kill");
+        EXPECT_EQ(log(), last) << destination;
+    }
+}
+
+TEST_F(LogProcess, LinesAfterALastOneAreAppended) {
+    settings("Destination=2\r\n");
+    TempFolder::write(logFile(), "of an earlier process");
+    runProbe(L"last e:a");
+    EXPECT_EQ(log(), errorLine("the last caf\xe9 ?", "logLastLine") + errorLine("a"));
+}
+
 TEST_F(LogProcess, StandardErrorTakesTheLines) {
     settings("Destination=4\r\n");
     const fs::path captured = m_folder / L"stderr.txt";

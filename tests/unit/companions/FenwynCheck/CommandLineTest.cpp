@@ -29,6 +29,9 @@ TEST(CheckCommandLine, TakesEachCommandWithItsSwitchesInAnyOrder) {
     ASSERT_TRUE(leave);
     EXPECT_EQ(leave->command, Command::Unregister);
     EXPECT_FALSE(leave->forUser);
+    const auto forgive = parse({L"--forgive"});
+    ASSERT_TRUE(forgive);
+    EXPECT_EQ(forgive->command, Command::Forgive);
     const auto inspect = parse({L"--inspect", L"Mute", L"C:\\Mute.dll"});
     ASSERT_TRUE(inspect);
     EXPECT_EQ(inspect->function, L"Mute");
@@ -59,6 +62,8 @@ TEST(CheckCommandLine, RefusesWhatMakesNoSense) {
         {L"--machine", L"--report"},
         {L"--machine", L"--report", L"--try"},
         {L"--machine", L"--register"},
+        {L"--forgive", L"--user"},
+        {L"--forgive", L"--machine"},
         {L"--machine", L"--user"},
         {L"--register", L"--try"},
         {L"--unregister", L"--replace"},

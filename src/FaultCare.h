@@ -1,0 +1,18 @@
+// What the program does about faults of its plug-ins, put together: the section, the handlers, the keeper, the memory
+// of the registry, and what the user is told.
+#pragma once
+
+#include <windows.h>
+
+namespace faultcare {
+
+// Before anything else. False: this process was only to look at its predecessor, and ends at once.
+[[nodiscard]] bool start(const wchar_t* pszCommandLine);
+
+// The settings may have changed: how long a plug-in may take.
+void readPatience() noexcept;
+
+// The orderly end.
+void end() noexcept;
+
+}  // namespace faultcare

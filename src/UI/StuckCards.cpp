@@ -1,0 +1,57 @@
+#include "UI/StuckCards.h"
+
+#include "common/Handle.h"
+
+namespace {
+
+constexpr LONG kFarAway = -32000;
+
+// One transparent pixel where nobody sees it. It also fails for what is no picture.
+bool replacePicture(HWND hWnd) noexcept {
+    const common::WindowDc screen(nullptr);
+    const common::UniqueMemoryDc memory(::CreateCompatibleDC(screen.get()));
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), 1, -1, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* pBits = nullptr;  // all zero: transparent
+    const common::UniqueBitmap bitmap(::CreateDIBSection(memory.get(), &info, DIB_RGB_COLORS, &pBits, nullptr, 0));
+    if (!memory || !bitmap) {
+        return false;
+    }
+    const common::SelectScope selected(memory.get(), bitmap.get());
+    POINT place{kFarAway, kFarAway};
+    SIZE size{1, 1};
+    POINT source{};
+    BLENDFUNCTION blend{AC_SRC_OVER, 0, 0, AC_SRC_ALPHA};
+    return ::UpdateLayeredWindow(hWnd, screen.get(), &place, &size, memory.get(), &source, 0, &blend, ULW_ALPHA) !=
+           FALSE;
+}
+
+}  // namespace
+
+CStuckCards::CStuckCards(DWORD dwThread) noexcept {
+    ::EnumThreadWindows(dwThread, &CStuckCards::_hide, reinterpret_cast<LPARAM>(this));
+}
+
+CStuckCards::~CStuckCards() {
+    for (const Surface& surface : m_vecSurfaces) {
+        ::SetLayeredWindowAttributes(surface.hWnd, surface.key, surface.alpha, surface.flags);
+    }
+}
+
+BOOL CALLBACK CStuckCards::_hide(HWND hWnd, LPARAM lParam) noexcept {
+    if (::IsWindowVisible(hWnd) == FALSE || (::GetWindowLongPtrW(hWnd, GWL_EXSTYLE) & WS_EX_LAYERED) == 0) {
+        return TRUE;
+    }
+    Surface surface{hWnd, 0, 0, 0};
+    if (::GetLayeredWindowAttributes(hWnd, &surface.key, &surface.alpha, &surface.flags) == FALSE) {
+        replacePicture(hWnd);
+        return TRUE;
+    }
+    try {
+        reinterpret_cast<CStuckCards*>(lParam)->m_vecSurfaces.push_back(surface);
+        ::SetLayeredWindowAttributes(hWnd, surface.key, 0, surface.flags | LWA_ALPHA);
+    } catch (...) {
+        return TRUE;  // without memory it stays as it is, because it could not be restored
+    }
+    return TRUE;
+}

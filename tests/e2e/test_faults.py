@@ -1,0 +1,245 @@
+"""Plug-ins that crash, end the process or do not return: the program starts again by itself, the user is told which
+function it was, and a plug-in that does it twice, or at its initialisation, is set aside."""
+import subprocess
+
+import pytest
+from harness import geometry, places
+from harness.functions import Function
+from harness.keyboard import CODES, MODIFIER
+from harness.waiting import stays, wait_until
+from test_failures import INSTRUMENTED, the_other_card_works
+
+FAULTS_KEY = "SOFTWARE\\KESTOVA\\Fenwyn\\PluginFaults"
+NOTICE = "FenwynNotice"
+(VIOLATION, THROW, ABORT, EXIT, EXIT_PROCESS, KILL, OVERFLOW, LOOP, WAIT, HEAP_LOCK, OWN_THREAD, ASK_USER,
+ FIVE_SECONDS) = range(1, 14)
+WORDS = {VIOLATION: "an access violation (0xC0000005)", THROW: "a C++ exception", ABORT: "abort()", EXIT: "exit()",
+         OVERFLOW: "a stack overflow (0xC00000FD)"}
+PLUGIN = "InstrPlugin"
+OTHER = Function("Zoom", "Zoom", None, "F2", (CODES["F2"],), 3)
+
+
+def offer(program, function="Mute", **faults):
+    """A function of the instrumented plug-in on F1 that fails as told, and Zoom on F2."""
+    for export, fault in faults.items():
+        program.probe.set_dword("HKCU", f"{INSTRUMENTED}\\{PLUGIN}", f"{export}.Fault", fault)
+    codes = (CODES["F1"], CODES["F3"]) if function == "Brightness" else (CODES["F1"],)
+    program.offer(Function(function, "Bad", places.windows_path(places.PLUGINS / f"{PLUGIN}.dll"), "F1", codes, 2),
+                  OTHER)
+
+
+def heal(program):
+    program.probe.delete_key("HKCU", INSTRUMENTED)
+
+
+def use_bad(program):
+    """Opens the card and applies its choice; the program may end at any moment."""
+    keyboard = program.keyboard
+    keyboard.down(MODIFIER)
+    keyboard.press("F1")
+    keyboard.up(MODIFIER)
+
+
+def is_new(program, old):
+    frame = program.frame()
+    return frame is not None and frame.pid != old and program.strip() is not None and \
+        program.log_texts()[-1:] != [] and "LEAVE CZelMainApp::InitInstance" in program.log_texts()
+
+
+def wait_for_successor(program, old):
+    wait_until(lambda: is_new(program, old), lambda: f"it was started again: {program.windows()}", 40)
+    return program.pid
+
+
+def notice(program):
+    return next((window.title for window in program.probe.windows(NOTICE) if window.visible), "")
+
+
+def wait_for_notice(program, *words):
+    wait_until(lambda: all(word in notice(program) for word in words), lambda: f"the user is told: {notice(program)!r}")
+
+
+def last_run(program):
+    """What the program wrote of its last run."""
+    return [text for text in program.log_texts() if text.startswith("The last run ended in ")]
+
+
+@pytest.fixture
+def dumps():
+    """For tests of the dump itself: writing one takes seconds here, so that all others do without."""
+
+
+@pytest.fixture(autouse=True)
+def surroundings(program, request):
+    environment = program.desktop.environment
+    if "dumps" not in request.fixturenames:
+        environment["WINEDLLOVERRIDES"] = "winedbg.exe=d;dbghelp=d"
+    yield
+    environment.pop("WINEDLLOVERRIDES", None)
+    heal(program)
+
+
+def key_arrives(program):
+    """Whether a function's key, with the modifier, reaches the other program."""
+    program.probe.received(program.desktop.window)
+    use_bad(program)
+    return any(message == 0x100 and key == 0x70
+               for message, key, _ in program.probe.received(program.desktop.window))
+
+
+def run_check(program, *arguments):
+    return subprocess.run([str(places.WINE), str(program.stage / "FenwynCheck.exe"), *arguments], check=False,
+                          env=program.desktop.environment, stdout=subprocess.DEVNULL, timeout=60).returncode
+
+
+def expect_end(program, process):
+    wait_until(lambda: process.poll() is not None, "the program has ended", 30)
+
+
+def test_a_crash_leaves_a_dump(program, dumps):
+    offer(program, SelectItem=VIOLATION)
+    program.start()
+    old = program.pid
+    use_bad(program)
+    wait_for_successor(program, old)
+    dump, = program.folder.glob("fault-*.dmp")
+    assert dump.read_bytes()[:4] == b"MDMP" and dump.stat().st_size > 10000
+
+
+@pytest.mark.parametrize("fault", [VIOLATION, THROW, ABORT, OVERFLOW])
+def test_a_crash_is_named_and_the_program_goes_on(program, fault):
+    offer(program, SelectItem=fault)
+    program.start()
+    old = program.pid
+    use_bad(program)
+    wait_for_successor(program, old)
+    wait_for_notice(program, "Bad", f"{PLUGIN}.dll", "once more")
+    said = last_run(program)[0]
+    assert "SelectItem of function Mute" in said and WORDS[fault] in said and said.endswith("loaded again.")
+    # The log that the fault ended is kept with the dump; its last line names the plug-in.
+    kept, = program.folder.glob("fault-*.txt")
+    last = kept.read_text(errors="replace").strip().splitlines()[-1]
+    assert f"The program ends: {WORDS[fault]} in SelectItem of function Mute" in last and f"{PLUGIN}.dll" in last
+    heal(program)
+    # Nothing of the first run is left: no key is down, the cards answer.
+    the_other_card_works(program)
+
+
+def test_a_plugin_that_crashes_twice_is_set_aside_until_it_is_forgiven(program):
+    offer(program, GetDisplayItemInfo=VIOLATION)
+    program.start()
+    for _ in range(2):
+        old = program.pid
+        use_bad(program)
+        wait_for_successor(program, old)
+    wait_for_notice(program, "Bad", "switched off", "--forgive")
+    assert any(text.startswith("Plug-in ") and "is set aside since" in text for text in program.log_texts())
+    assert program.strip().rect == geometry.strip(program.desktop.work_area(), 1), "one card is left"
+    program.functions = [OTHER]
+    the_other_card_works(program)
+    program.probe.post(program.frame().hwnd, 0x10)
+    wait_until(lambda: not program.probe.processes("Fenwyn.exe"), "it has ended")
+    heal(program)
+    assert run_check(program, "--forgive") == 0
+    program.start()
+    assert program.strip().rect == geometry.strip(program.desktop.work_area(), 2)
+
+
+def test_a_crash_at_the_start_is_enough(program):
+    offer(program, InitializeHotkeyDll=VIOLATION)
+    program.launch()
+    wait_until(lambda: is_new(program, 0) and last_run(program), "it was started again", 40)
+    wait_for_notice(program, "Bad", "switched off")
+    assert "InitializeHotkeyDll of function Mute" in last_run(program)[0]
+    assert last_run(program)[0].endswith("set aside.")
+    assert program.strip().rect == geometry.strip(program.desktop.work_area(), 1)
+
+
+def test_the_end_of_the_process_while_a_library_is_loaded_is_enough(program):
+    offer(program, DllMain=KILL)
+    expect_end(program, program.launch())
+    program.launch()
+    wait_until(lambda: is_new(program, 0) and last_run(program), "it starts", 20)
+    wait_for_notice(program, "Mute", "switched off")
+    assert last_run(program)[0].endswith("the process ended. The plug-in is set aside.")
+
+
+@pytest.mark.parametrize("fault", [EXIT_PROCESS, KILL])
+def test_who_ends_the_process_is_seen_by_the_next_start(program, fault):
+    offer(program, SelectItem=fault)
+    process = program.start()
+    use_bad(program)
+    expect_end(program, process)
+    wait_until(lambda: not program.probe.processes("Fenwyn.exe"), "nobody starts it again")
+    program.launch()
+    wait_until(lambda: is_new(program, 0) and last_run(program), "it starts", 20)
+    assert last_run(program)[0].startswith("The last run ended in SelectItem of function Mute")
+    assert last_run(program)[0].endswith("the process ended. The plug-in is loaded again.")
+    wait_for_notice(program, "Mute")
+    heal(program)
+    the_other_card_works(program)
+
+
+def test_a_crash_at_the_end_ends_it_all_the_same(program):
+    offer(program, FinalizeHotkeyDll=VIOLATION)
+    program.start()
+    program.probe.post(program.frame().hwnd, 0x10)
+    wait_until(lambda: not program.probe.processes("Fenwyn.exe"), "it has ended, and nobody starts it again", 30)
+    stays(lambda: not program.probe.processes("Fenwyn.exe"), "it came back", 1)
+    assert len(list(program.folder.glob("fault-*.txt"))) == 1
+    program.start()
+    assert "FinalizeHotkeyDll of function Mute" in last_run(program)[0]
+
+
+def test_a_safe_start_loads_no_plugin(program):
+    offer(program, DllMain=VIOLATION)
+    program.start("/safe")
+    assert len([text for text in program.log_texts() if text.startswith("A start without plug-ins: ")]) == 2
+    assert not program.calls()
+    program.end()
+
+
+@pytest.mark.parametrize("fault", [LOOP, WAIT])
+def test_a_hang_gives_the_keys_back_and_is_ended(program, fault):
+    program.configure(PluginPatience=500, PluginEndTime=4000)
+    offer(program, SelectItem=fault)
+    program.start()
+    old = program.pid
+    use_bad(program)
+    wait_for_notice(program, "Bad", f"{PLUGIN}.dll", "does not answer")
+    # A function's key reaches the other program, with the modifier held.
+    wait_until(lambda: key_arrives(program), "keys are not swallowed")
+    assert all(window.size == (1, 1) for window in program.shown_layered()), "the cards are not in the way"
+    wait_for_successor(program, old)
+    assert "a call that did not return. The plug-in is set aside." in last_run(program)[0]
+    assert program.strip().rect == geometry.strip(program.desktop.work_area(), 1)
+    program.functions = [OTHER]
+    the_other_card_works(program)
+
+
+def test_a_call_that_returns_after_all_takes_the_keys_again(program):
+    program.configure(PluginPatience=500)
+    offer(program, SelectItem=FIVE_SECONDS)
+    program.start()
+    pid = program.pid
+    use_bad(program)
+    wait_for_notice(program, "Bad", "does not answer")
+    wait_until(lambda: not notice(program), "it has come back", 20)
+    wait_until(lambda: "LEAVE CHotkeyEventHandler::takeKeysAgain" in program.log_texts(), "keys are taken again")
+    program.expect_strip(shown=False)
+    the_other_card_works(program)
+    assert program.pid == pid and not program.probe.windows(NOTICE)
+
+
+def test_a_message_box_is_no_hang(program):
+    program.configure(PluginPatience=500, PluginEndTime=1000)
+    offer(program, SelectItem=ASK_USER)
+    program.start()
+    pid = program.pid
+    use_bad(program)
+    box = wait_until(lambda: next((w for w in program.windows() if w.title == "Fenwyn test"), None), "it asks")
+    stays(lambda: not notice(program) and program.pid == pid, "it was taken for a hang", 3)
+    program.probe.post(box.hwnd, 0x10)
+    wait_until(lambda: not any(w.title == "Fenwyn test" for w in program.windows()), "it is answered")
+    heal(program)
+    the_other_card_works(program)

@@ -1,0 +1,30 @@
+// What a plug-in can do to its host. Tests choose one for an export: "<Export>.Fault" in the registry.
+#pragma once
+
+#include <windows.h>
+
+namespace instr {
+
+enum Fault : DWORD {
+    NoFault,
+    AccessViolation,
+    Throw,  // a C++ exception that leaves the export
+    Abort,
+    CallExit,     // exit()
+    EndProcess,   // ExitProcess()
+    KillProcess,  // TerminateProcess()
+    StackOverflow,
+    Loop,          // never returns, and uses the processor
+    Wait,          // never returns, and waits
+    LoseHeapLock,  // returns, but another thread has ended with the heap's lock
+    OwnThread,     // returns, and a thread of its own has an access violation
+    AskUser,       // shows a message box, "Fenwyn test", until it is closed
+    Return5s,      // waits for five seconds
+    SpoilState,    // leaves the caller's thread with another floating-point state, priority, error mode and folder
+    FaultCount
+};
+
+// Does it; returns for the faults that return.
+void commit(DWORD dwFault);
+
+}  // namespace instr
