@@ -95,6 +95,23 @@ def test_the_animation_has_its_frames_and_is_small():
     assert len(data) < 500_000
 
 
+def size_of(name):
+    data = (tree.ROOT / "docs/pictures" / name).read_bytes()
+    return int.from_bytes(data[16:20], "big"), int.from_bytes(data[20:24], "big")
+
+
+def test_every_picture_has_its_full_size():
+    """At an image ratio of 1: whole screens, and cards whose enlarged card (144 pixels) and items are not scaled down."""
+    least_card = 144 + 10 + 16
+    sizes = {name: size_of(name) for name in listed_pictures()}
+    for name, (width, height) in sizes.items():
+        if name.startswith("cards/"):
+            assert height >= least_card and width > 96, f"{name}: {width} x {height}"
+        else:
+            whole = (880, 495) if frames_of((tree.ROOT / "docs/pictures" / name).read_bytes()) > 1 else (1600, 900)
+            assert (width, height) == whole, name
+
+
 def test_no_picture_is_empty():
     empty = [name for name in tree.files(".png") if name.startswith("docs/") and colours_of(name) < 16]
     assert not empty, empty

@@ -27,7 +27,7 @@ struct Offer {
 inline constexpr Offer kMute{L"Mute", L"Mute", 3};
 inline constexpr Offer kPlans{L"PowerPlan", L"Power plan", 0xF};
 inline constexpr Offer kBrightness{L"Brightness", L"Brightness", 10};
-inline constexpr Offer kRadios{L"Wireless", L"Wireless", 0x4000};
+inline constexpr Offer kRadios{L"Wireless", L"Wireless", 0x5009};
 inline constexpr Offer kDisplays{L"Output_2", L"Display output", 0};
 
 class LooksTest : public items::ItemTest {

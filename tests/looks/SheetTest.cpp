@@ -38,6 +38,7 @@ TEST_F(Sheets, Cards) {
         return;
     }
     for (const Offer& offer : {kMute, kBrightness, kRadios}) {
+        m_plugin->currentItem = offer.info == kBrightness.info ? 7 : 0;
         Sheet sheet;
         for (const double ratio : kRatios) {
             openCard(ratio, false, offer);

@@ -206,9 +206,9 @@ TEST_P(States, SliderHasNoBlackEdgesAndShowsItsThumb) {
         }
         int thumb = 0;
         for (int x = 0; x < layer.picture.width; ++x) {
-            for (const int y : {0, layer.picture.height - 1}) {
-                const bool corner = x < layer.picture.height / 4 || x >= layer.picture.width - layer.picture.height / 4;
-                EXPECT_TRUE(corner || luminance(layer.picture.row(y)[x]) > 0.15) << x << ", " << y;
+            for (int y = 0; y < layer.picture.height; ++y) {
+                const DWORD pixel = layer.picture.row(y)[x];
+                EXPECT_TRUE(pixel >> 24U == 0 || luminance(pixel) > 0.05) << x << ", " << y;
             }
             // Beside the channel. The smallest thumb is all frame.
             const DWORD pixel = layer.picture.row(layer.picture.height / 3)[x];

@@ -8,6 +8,7 @@
 #include "UI/CardStyle.h"
 #include "ZelMain.h"
 #include "common/FrameSurface.h"
+#include "common/GdiPlusFunc.h"
 #include "common/Handle.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
@@ -142,12 +143,11 @@ void COutputPreviewWnd::OnPaint() {
 
 void COutputPreviewWnd::_drawRow(Gdiplus::Graphics& graphics, const Gdiplus::Font& font, const PreviewDisplayRow& row,
                                  const RECT& band) const {
-    const Gdiplus::SolidBrush black(Gdiplus::Color{kBlack});
     Gdiplus::StringFormat format;
     format.SetAlignment(Gdiplus::StringAlignmentNear);
     const auto draw = [&](const std::wstring& text, const RECT& box, Gdiplus::StringAlignment alignment) {
         format.SetLineAlignment(alignment);
-        graphics.DrawString(text.c_str(), -1, &font, toRectF(box), &format, &black);
+        drawOutlineText(graphics, toRectF(box), text.c_str(), font, &format, 0.0, kBlack, kBlack);
     };
     const RECT number{band.left + 4, band.top, band.right, band.bottom};
     const RECT text{band.left + 18, band.top + 4, band.right, band.bottom - 4};

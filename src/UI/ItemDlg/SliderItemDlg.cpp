@@ -31,6 +31,11 @@ DWORD greyOf(double share) {
     return kBlack | value << 16U | value << 8U | value;
 }
 
+// The box of each of the face's four arcs.
+int cornerSize(int height) {
+    return height / 4;
+}
+
 // The face of the slider: a rounded rectangle, light in the middle, on black corners.
 void drawBackground(const FramePixels& frame) {
     constexpr double kEnd = 0.6;
@@ -38,9 +43,24 @@ void drawBackground(const FramePixels& frame) {
     const RECT client{0, 0, frame.width, frame.height};
     fillRoundedBox(frame, client, 0.0, kBlack);
     const double half = frame.width / 2.0;
-    const int corner = frame.height / 4;  // the box of each arc
-    fillRoundedBox(frame, client, corner / 2.0,
+    fillRoundedBox(frame, client, cornerSize(frame.height) / 2.0,
                    [half](int x) { return greyOf(kMiddle - (kMiddle - kEnd) * std::fabs(x + 0.5 - half) / half); });
+}
+
+// What is black altogether is seen through: on a light desktop the corners would be four stray dots.
+void cutCorners(const FramePixels& frame) {
+    constexpr DWORD kSeenThrough = kBlack | kColourKey;  // the same in both orders of red and blue
+    const double radius = cornerSize(frame.height) / 2.0;
+    for (int y = 0; y < radius; ++y) {
+        for (int x = 0; x < radius && x < frame.width; ++x) {
+            if (std::hypot(radius - x - 0.5, radius - y - 0.5) > radius) {
+                for (const int row : {y, frame.height - 1 - y}) {
+                    frame.row(row)[x] = kSeenThrough;
+                    frame.row(row)[frame.width - 1 - x] = kSeenThrough;
+                }
+            }
+        }
+    }
 }
 
 void drawChannel(const FramePixels& frame, const RECT& channel) {
@@ -82,6 +102,7 @@ LRESULT CQrdSliderCtrl::OnCustomDraw(NMHDR* pHeader) {
         drawBackground(buffer.pixels());
         drawChannel(buffer.pixels(), GetChannelRect());
         drawThumb(buffer.pixels(), draw.rc);
+        cutCorners(buffer.pixels());
         ::BitBlt(draw.hdc, 0, 0, client.right, client.bottom, buffer.dc(), 0, 0, SRCCOPY);
         // Only the dotted frame of a focused control follows the thumb; it must not appear on this face.
         ::IntersectClipRect(draw.hdc, 0, 0, 0, 0);
