@@ -127,11 +127,11 @@ struct PlacedLine {
     float score = 0.0F;  // how sharp it is, to be compared with that of the same line in another place
 };
 
-// How far a line's advances are changed. All numbers are sub-pixels.
+// How a line's advances are changed. All numbers are sub-pixels.
 struct Spacing {
-    int width = 0;    // of the line with this spacing
-    int natural = 0;  // without
-    int wider = 0;    // each space
+    int width = 0;  // of the line
+    int total = 0;  // of its advances with the wider spaces; condensed if that is more than the width
+    int wider = 0;  // each space
 };
 
 int advanceOf(GlyphFont& font, const std::wstring& text) {
@@ -145,17 +145,17 @@ int advanceOf(GlyphFont& font, const std::wstring& text) {
 constexpr int kAir = kSubPixels * 4;  // stays free at the ends of a line if its spaces are widened or it is moved
 
 // The spaces of small letters are too narrow to keep words apart, above all within an outline: they get as much of
-// `room` as they need. A line that is a little too long for its room is condensed.
-Spacing spacingOf(GlyphFont& font, const std::wstring& text, int em, int room) {
+// `room` as they need. Letters of a line that must be whole give way to them by a twenty-fifth, and by more only if the
+// line is too long for its room.
+Spacing spacingOf(GlyphFont& font, const std::wstring& text, int em, int room, bool bWhole) {
     constexpr int kWidestSpace = kSubPixels * 7 / 2;
     const int natural = advanceOf(font, text);
-    const auto spaces = static_cast<int>(std::count(text.begin(), text.end(), L' '));
-    if (natural > room || spaces == 0) {
-        return {std::min(natural, room), natural};
-    }
+    const auto spaces = std::max(1, static_cast<int>(std::count(text.begin(), text.end(), L' ')));
+    const int most = bWhole ? room + room / 25 : room - kAir;
     const int wanted = std::max(0, std::min(kWidestSpace, em * 2 / 5) - font.glyph(L' ').advance);
-    const int wider = std::min(wanted, std::max(0, room - kAir - natural) / spaces);
-    return {natural + wider * spaces, natural, wider};
+    const int wider = text.find(L' ') == std::wstring::npos ? 0 : std::clamp((most - natural) / spaces, 0, wanted);
+    const int total = natural + wider * spaces;
+    return {std::min(total, room), total, wider};
 }
 
 // Aligns upright strokes to whole pixels if that moves a letter by less than half a pixel and does not make it touch
@@ -169,7 +169,7 @@ PlacedLine placeLine(GlyphFont& font, const std::wstring& text, int start, const
     int inkEnd = -(1 << 20);
     for (const wchar_t letter : text) {
         const GlyphMask& glyph = font.glyph(letter);
-        const int pen = spacing.width < spacing.natural ? advance * spacing.width / spacing.natural : advance;
+        const int pen = spacing.width < spacing.total ? advance * spacing.width / spacing.total : advance;
         int best = 0;
         float bestScore = -10.0F;
         for (int move = -kFarthestMove; move <= kFarthestMove; ++move) {
@@ -394,13 +394,16 @@ class TextLayout {
                                const Gdiplus::StringFormat& format, double outlineWidth, Gdiplus::ARGB fill,
                                Gdiplus::ARGB edge, POINT& place) {
         const Measure measure = [this](const std::wstring& line) { return _width(line); };
-        const Measure wordsApart = [this](const std::wstring& line) { return _spaced(line, kFarthest, false).width; };
+        const Measure wordsApart = [this](const std::wstring& line) {
+            return _spaced(line, kFarthest, false, false).width;
+        };
         // What its outline takes, and a twentieth, which nobody notices: systems measure texts differently.
         const float slack = static_cast<float>(outlineWidth) + layout.Width / 20;
         const bool centred = format.GetAlignment() == Gdiplus::StringAlignmentCenter;
+        const bool whole = format.GetTrimming() != Gdiplus::StringTrimmingEllipsisCharacter;
         std::vector<Line> lines;
         for (std::wstring& text : linesOf(pszText, layout, format, m_metrics.height, slack, measure, wordsApart)) {
-            lines.push_back(_spaced(std::move(text), layout.Width, centred));
+            lines.push_back(_spaced(std::move(text), layout.Width, centred, whole));
         }
         float widest = 0.0F;
         for (const Line& line : lines) {
@@ -442,14 +445,14 @@ class TextLayout {
         bool bMovable;  // by half a pixel
     };
 
-    [[nodiscard]] Line _spaced(std::wstring text, float room, bool bCentred) {
+    [[nodiscard]] Line _spaced(std::wstring text, float room, bool bCentred, bool bWhole) {
         if (!m_bSimple) {
             const float width = _width(text);
             return {std::move(text), {}, width, false};
         }
         const int em = static_cast<int>(m_font.GetSize() * kSubPixels);
         const int roomPoints = static_cast<int>(room * kSubPixels);
-        const Spacing spacing = spacingOf(m_glyphs, text, em, roomPoints);
+        const Spacing spacing = spacingOf(m_glyphs, text, em, roomPoints, bWhole);
         return {std::move(text), spacing, static_cast<float>(spacing.width) / kSubPixels,
                 bCentred && spacing.width + kAir <= roomPoints};
     }
