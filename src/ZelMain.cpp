@@ -410,6 +410,9 @@ void CZelMainApp::settingsRead() {
 void CZelMainApp::endSession() {
     faultcare::end();  // the system may end the process at any time, which is no plug-in's fault
     if (CCardsInUse::any()) {
+        if (m_pZelMainDlg != nullptr) {
+            m_pZelMainDlg->endFunctions();
+        }
         CHotkeyEventHandler::stopHotkeyEventLoop();
         m_pFrame->DestroyWindow();  // the message loop ends on that
     } else {

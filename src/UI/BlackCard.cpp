@@ -52,6 +52,12 @@ HRESULT CBlackCard::_loadImage() {
     return getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_pFunx->getSmallPngID()), kPngResourceType, m_pImage);
 }
 
+void CBlackCard::endFunction() {
+    if (m_pFunx != nullptr && !m_pFunx->isAtWork()) {
+        m_pFunx->finalize();
+    }
+}
+
 void CBlackCard::uninitialize() {
     if (m_pFunx != nullptr) {
         m_pFunx->finalize();

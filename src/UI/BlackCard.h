@@ -27,6 +27,8 @@ class CBlackCard {
     // Creates the function, loads its plug-in and the card's picture. After a failure nothing stays loaded.
     [[nodiscard]] HRESULT initialize(const wchar_t* pszName, std::vector<DWORD> vecCodes, std::wstring strCaption,
                                      const wchar_t* pszFuncDll);
+    // Ends the function, unless its plug-in is at work; the windows stay. The card does nothing any more.
+    void endFunction();
     // Ends the function and destroys all windows of the card.
     void uninitialize();
 

@@ -438,6 +438,12 @@ void CZelMainDlg::hideLargeCards() const {
     }
 }
 
+void CZelMainDlg::endFunctions() const {
+    for (const auto& card : m_vecCards) {
+        card->endFunction();
+    }
+}
+
 void CZelMainDlg::OnSetFocus(HWND /*hOldWnd*/) {
     LOG_ENTER_LEAVE();
     Default();

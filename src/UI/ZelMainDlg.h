@@ -27,6 +27,9 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     // One key event, on the user-interface thread: code 0 is the modifier.
     [[nodiscard]] HRESULT handleHotkey(DWORD dwHotkey, BOOL bBreak);
     void hideLargeCards() const;
+    // The session ends during a call of a plug-in: ends the functions of all others. Cards and windows stay, because
+    // code that works with them is on the stack.
+    void endFunctions() const;
     // While cards are in use they cannot be rebuilt: true if the application is asked to do it later.
     [[nodiscard]] bool postponeRebuild();
 

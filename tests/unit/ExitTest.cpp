@@ -131,6 +131,10 @@ TEST_F(StartTest, EndOfTheSessionReleasesEverythingBeforeItIsAnswered) {
 }
 
 TEST_F(StartTest, EndOfTheSessionWhileAPluginIsAtWorkEndsTheProgramAfterwards) {
+    instr::InstrumentedPlugin idle(L"InstrNoGetUnsupportedReason");
+    listFunction(L"Sleep", {kMuteKey + 1});
+    support::RegistryRoom::setText(HKEY_LOCAL_MACHINE, std::wstring(regpath::kHotkeyKey) + L"\\Sleep",
+                                   regpath::kFuncDll, idle.path());
     ASSERT_TRUE(start());
     ASSERT_EQ(ZelMainSeam::strip()->handleHotkey(kMuteKey, kMake), S_OK);
     m_plugin->exports[instr::SelectItemId].pumps = TRUE;
@@ -138,11 +142,14 @@ TEST_F(StartTest, EndOfTheSessionWhileAPluginIsAtWorkEndsTheProgramAfterwards) {
     EXPECT_EQ(ZelMainSeam::strip()->handleHotkey(kModifier, kBreak), S_OK);
     EXPECT_EQ(m_plugin.count(instr::SelectItemId), 1);
     EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 0) << "not under its feet";
+    EXPECT_EQ(idle.count(instr::FinalizeHotkeyDllId), 1) << "the system may end the process before the other returns";
     EXPECT_EQ(hotkeyLibrary().stop.calls, 1);
     EXPECT_EQ(theApp.m_pMainWnd.load(), nullptr) << "which is what the message loop ends on";
     m_plugin->exports[instr::SelectItemId].pumps = FALSE;
     end();
     EXPECT_EQ(m_plugin.count(instr::FinalizeHotkeyDllId), 2);
+    EXPECT_EQ(idle.count(instr::FinalizeHotkeyDllId), 1) << "once";
+    EXPECT_FALSE(idle.heldByOthers());
     expectNothingLeft(m_windows);
 }
 

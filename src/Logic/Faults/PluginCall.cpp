@@ -1,5 +1,6 @@
 #include "Logic/Faults/PluginCall.h"
 
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
 
@@ -88,6 +89,11 @@ CPluginCall::~CPluginCall() {
     }
     countSignOf(static_cast<DWORD>(m_pCall->thread));
     ::InterlockedExchange(&m_pCall->thread, 0);
+}
+
+bool isAtWork(PluginId plugin) noexcept {
+    return std::ranges::any_of(section().calls,
+                               [plugin](const CallEntry& call) { return call.thread != 0 && call.plugin == plugin; });
 }
 
 void forgetCallsOf(DWORD dwThread) noexcept {

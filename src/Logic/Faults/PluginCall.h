@@ -30,6 +30,9 @@ class CPluginCall {
     CallEntry* const m_pCall;  // null: too many at a time, so that this one is not noted
 };
 
+// Whether a call of the plug-in is in progress, on any thread.
+[[nodiscard]] bool isAtWork(PluginId plugin) noexcept;
+
 // A thread was terminated within its calls: they are over.
 void forgetCallsOf(DWORD dwThread) noexcept;
 

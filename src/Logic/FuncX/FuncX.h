@@ -48,6 +48,8 @@ class CFuncX {
     [[nodiscard]] virtual HRESULT selectItem(LONG lItem, LONG lParam);
     // Ends the plug-in and unloads it. Harmless if called twice.
     virtual void finalize();
+    // Whether an export of its plug-in is being called, on any thread.
+    [[nodiscard]] bool isAtWork() const noexcept { return m_hFuncDll && faults::isAtWork(m_plugin); }
     // Starts the timer of a held key on the strip; only the display-output functions do.
     virtual void armPanicTimer(HWND /*hWnd*/, UINT_PTR /*uTimerId*/) {}
 
