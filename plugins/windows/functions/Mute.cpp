@@ -6,19 +6,20 @@
 
 namespace win {
 
-CMute::CMute(std::unique_ptr<IAudio> pAudio) : m_pAudio(std::move(pAudio)) {}
+CMute::CMute(std::shared_ptr<IAudio> pAudio)
+    : m_pAudio(std::move(pAudio)), m_first([pAudio = m_pAudio] { return pAudio->muted(); }) {}
 
 std::wstring CMute::initialize() {
-    return m_pAudio->muted() ? L"" : L"There is no sound output device.";
+    return m_first.waitForFirst(L"There is no sound output device.");
 }
 
 std::optional<LONG> CMute::currentItem() {
-    return toggleItem(m_pAudio->muted());
+    return m_first.answered() ? toggleItem(m_pAudio->muted()) : std::nullopt;
 }
 
 bool CMute::select(LONG lItem) {
     const std::optional<bool> bMuted = toggleState(lItem);
-    return bMuted && m_pAudio->setMuted(*bMuted);
+    return bMuted && m_first.answered() && m_pAudio->setMuted(*bMuted);
 }
 
 }  // namespace win

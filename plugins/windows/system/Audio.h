@@ -6,6 +6,7 @@
 
 namespace win {
 
+// Any thread.
 class IAudio {
  public:
     virtual ~IAudio() = default;
@@ -15,7 +16,7 @@ class IAudio {
     [[nodiscard]] virtual bool setMuted(bool bMuted) = 0;
 };
 
-// The default endpoint for rendering; callable on any thread.
+// The default endpoint for rendering.
 [[nodiscard]] std::unique_ptr<IAudio> makeWindowsAudio();
 
 }  // namespace win

@@ -44,6 +44,11 @@ class CSlowState {
         return !before ? kNoAnswerInTime : *before ? L"" : pszMissing;
     }
 
+    // Whether the machine has answered at least once.
+    [[nodiscard]] bool answered() const {
+        return ::WaitForSingleObject(m_pShared->hAnswered.get(), 0) == WAIT_OBJECT_0;
+    }
+
     // The last known state, or the expected one after pending changes.
     [[nodiscard]] std::optional<State> known() const {
         const Guard guard(m_pShared->lock);

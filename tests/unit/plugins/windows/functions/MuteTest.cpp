@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "common/Handle.h"
+#include "plugins/windows/Waiting.h"
 #include "system/fake/FakeAudio.h"
+#include "system/fake/FakeOfferMemory.h"
 
 namespace win {
 namespace {
@@ -10,7 +13,7 @@ namespace {
 class Mute : public testing::Test {
  protected:
     std::shared_ptr<AudioState> m_pSound = std::make_shared<AudioState>();
-    CMute m_function{std::make_unique<CFakeAudio>(m_pSound)};
+    CMute m_function{std::make_shared<CFakeAudio>(m_pSound)};
 };
 
 TEST_F(Mute, IsOfferedWhenThereIsASoundOutput) {
@@ -24,6 +27,7 @@ TEST_F(Mute, SaysThatThereIsNoSoundOutput) {
 }
 
 TEST_F(Mute, CurrentItemFollowsChangesMadeElsewhere) {
+    ASSERT_EQ(m_function.initialize(), L"");
     EXPECT_EQ(m_function.currentItem(), 1);
     m_pSound->bMuted = true;
     EXPECT_EQ(m_function.currentItem(), 0);
@@ -32,6 +36,7 @@ TEST_F(Mute, CurrentItemFollowsChangesMadeElsewhere) {
 }
 
 TEST_F(Mute, ItemZeroMutesAndItemOneEndsIt) {
+    ASSERT_EQ(m_function.initialize(), L"");
     EXPECT_TRUE(m_function.select(0));
     EXPECT_TRUE(m_pSound->bMuted);
     EXPECT_TRUE(m_function.select(1));
@@ -39,14 +44,42 @@ TEST_F(Mute, ItemZeroMutesAndItemOneEndsIt) {
 }
 
 TEST_F(Mute, RefusesItemsThatThereAreNot) {
+    ASSERT_EQ(m_function.initialize(), L"");
     EXPECT_FALSE(m_function.select(-1));
     EXPECT_FALSE(m_function.select(2));
     EXPECT_FALSE(m_pSound->bMuted);
 }
 
 TEST_F(Mute, TellsWhenTheDeviceRefuses) {
+    ASSERT_EQ(m_function.initialize(), L"");
     m_pSound->bRefuses = true;
     EXPECT_FALSE(m_function.select(0));
+}
+
+// A sound system that is only being started.
+class CStartingAudio final : public IAudio {
+ public:
+    std::optional<bool> muted() override {
+        ::WaitForSingleObject(hStarted.get(), kDeadlineMs);
+        return false;
+    }
+    bool setMuted(bool /*bMuted*/) override { return muted().has_value(); }
+
+    common::UniqueHandle hStarted{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+};
+
+TEST_F(Mute, NobodyWaitsForASoundSystemThatStarts) {
+    const auto pAudio = std::make_shared<CStartingAudio>();
+    CMute function(pAudio);
+    function.remember(std::make_shared<CFakeOfferMemory>(CFakeOfferMemory::Yes));
+    const ULONGLONG start = ::GetTickCount64();
+    EXPECT_EQ(function.initialize(), L"");
+    EXPECT_EQ(function.currentItem(), std::nullopt);
+    EXPECT_FALSE(function.select(0));
+    EXPECT_LT(::GetTickCount64() - start, kFirstAnswerMs);
+    ::SetEvent(pAudio->hStarted.get());
+    EXPECT_TRUE(soon([&] { return function.currentItem() == 1; }));
+    EXPECT_TRUE(function.select(0));
 }
 
 }  // namespace
