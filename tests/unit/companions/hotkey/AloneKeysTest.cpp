@@ -194,6 +194,44 @@ TEST_F(AloneKeys, KeyWhoseReleaseWasLostIsReleasedByItsNextPress) {
     EXPECT_EQ(m_report.take(), "1e020 /1e020 1e020 /1e020");
 }
 
+// As in a window of an administrator's program: the hook is called neither for the press nor for the release.
+TEST_F(AloneKeys, KeyThatTheHookDidNotSeeIsReleasedWhenTheSystemSaysThatItIsUp) {
+    m_tracker.handleUnhooked({virtualKey(kMute), kMute, true, m_nTime});
+    EXPECT_EQ(m_report.take(), "1e020");
+    EXPECT_EQ(m_tracker.alone(), Alone::Held);
+    m_tracker.checkLostKeys([](DWORD) noexcept { return true; });
+    m_tracker.checkLostKeys([](DWORD) noexcept { return false; });
+    EXPECT_EQ(m_tracker.alone(), Alone::Held) << "once is not enough";
+    m_tracker.checkLostKeys([](DWORD) noexcept { return false; });
+    EXPECT_EQ(m_report.take(), "/1e020");
+    m_tracker.endAlone();
+    EXPECT_EQ(m_report.take(), "/0");
+    EXPECT_FALSE(m_tracker.anythingDown());
+}
+
+TEST_F(AloneKeys, KeyThatTheHookDidNotSeePasses) {
+    m_tracker.handleUnhooked({virtualKey(kMute), kMute, true, m_nTime});
+    EXPECT_FALSE(up(kMute)) << "the system saw its press";
+    EXPECT_EQ(m_report.take(), "1e020 /1e020");
+}
+
+TEST_F(AloneKeys, HiddenOnesAreReleasedWhenTheHookWasLost) {
+    down(kMute);
+    m_tracker.releaseHidden();
+    EXPECT_EQ(m_report.take(), "1e020 /1e020");
+    EXPECT_EQ(m_tracker.alone(), Alone::Released);
+    EXPECT_FALSE(up(kMute)) << "nobody waits for it any more";
+}
+
+TEST_F(AloneKeys, WithheldModifierIsReleasedWhenTheHookWasLost) {
+    setModifier(VK_CAPITAL);
+    EXPECT_TRUE(modifierDown());
+    m_tracker.releaseHidden();
+    EXPECT_EQ(m_report.take(), "0 /0");
+    EXPECT_FALSE(modifierUp());
+    EXPECT_TRUE(m_presses.keys.empty()) << "that was no tap";
+}
+
 TEST_F(AloneKeys, PressThatCannotBeReportedIsStillHiddenAndBreaksNothing) {
     m_report.full = true;
     EXPECT_TRUE(down(kMute));
