@@ -12,7 +12,7 @@ int wmain(int argc, wchar_t** argv) {
     }
     if (wcsstr(argv[2], L"hangs") != NULL) {
         CreateMutexW(NULL, FALSE, L"FenwynTestsHangingScreen");
-        Sleep(INFINITE);
+        Sleep(30000); /* far longer than anybody waits, and not for ever if nobody ends it */
     }
     if (wcsstr(argv[2], L"crashes") != NULL) {
         volatile int* const nowhere = NULL;
