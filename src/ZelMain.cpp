@@ -337,6 +337,7 @@ HRESULT CZelMainApp::handleHotkey(DWORD code, BOOL bBreak) {
     cancelScreenSaver();
     // Posted, never sent, so that events reach the strip in order.
     ::PostMessageW(strip, kMsgHotkey, code, bBreak);
+    faults::wakeHangWatch();  // a strip that no longer answers must not go on swallowing keys
     return S_OK;
 }
 

@@ -1,6 +1,5 @@
 #include "Faults.h"
 
-#include <cfloat>
 #include <cstdlib>
 
 namespace instr {
@@ -24,31 +23,9 @@ LONG overflow(LONG lDepth) {
     return g_pfOverflow(lDepth + 1) + frame[0];
 }
 
-DWORD WINAPI keepHeap(void* /*unused*/) {
-    ::HeapLock(::GetProcessHeap());
-    return 0;
-}
-
 DWORD WINAPI violateThere(void* /*unused*/) {
     violate();
     return 0;
-}
-
-void runThread(LPTHREAD_START_ROUTINE pfThread, bool bWait) {
-    const HANDLE hThread = ::CreateThread(nullptr, 0, pfThread, nullptr, 0, nullptr);
-    if (bWait) {
-        ::WaitForSingleObject(hThread, INFINITE);
-    }
-    ::CloseHandle(hThread);
-}
-
-void spoilState() {
-    ::_controlfp(_RC_CHOP, _MCW_RC);
-    ::SetThreadPriority(::GetCurrentThread(), THREAD_PRIORITY_LOWEST);
-    ::SetErrorMode(0);
-    wchar_t folder[MAX_PATH];
-    ::GetWindowsDirectoryW(folder, MAX_PATH);
-    ::SetCurrentDirectoryW(folder);
 }
 
 }  // namespace
@@ -79,20 +56,14 @@ void commit(DWORD dwFault) {
         case Wait:
             ::Sleep(INFINITE);
             break;
-        case LoseHeapLock:
-            runThread(&keepHeap, true);
-            break;
         case OwnThread:
-            runThread(&violateThere, false);
+            ::CloseHandle(::CreateThread(nullptr, 0, &violateThere, nullptr, 0, nullptr));
             break;
         case AskUser:
             ::MessageBoxW(nullptr, L"Is this a hang?", L"Fenwyn test", MB_OK);
             break;
         case Return5s:
             ::Sleep(5000);
-            break;
-        case SpoilState:
-            spoilState();
             break;
         case NoFault:
         case FaultCount:

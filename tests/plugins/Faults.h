@@ -14,13 +14,11 @@ enum Fault : DWORD {
     EndProcess,   // ExitProcess()
     KillProcess,  // TerminateProcess()
     StackOverflow,
-    Loop,          // never returns, and uses the processor
-    Wait,          // never returns, and waits
-    LoseHeapLock,  // returns, but another thread has ended with the heap's lock
-    OwnThread,     // returns, and a thread of its own has an access violation
-    AskUser,       // shows a message box, "Fenwyn test", until it is closed
-    Return5s,      // waits for five seconds
-    SpoilState,    // leaves the caller's thread with another floating-point state, priority, error mode and folder
+    Loop,       // never returns, and uses the processor
+    Wait,       // never returns, and waits
+    OwnThread,  // returns, and a thread of its own has an access violation
+    AskUser,    // shows a message box, "Fenwyn test", until it is closed
+    Return5s,   // waits for five seconds
     FaultCount
 };
 

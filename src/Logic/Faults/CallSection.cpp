@@ -68,6 +68,13 @@ const CallEntry* newestCall(const Section& rSection, DWORD dwThread) noexcept {
     return pNewest;
 }
 
+void widen(const CallEntry& rCall, wchar_t (&rName)[kExportChars]) noexcept {
+    for (std::size_t i = 0; i < kExportChars; ++i) {
+        rName[i] = static_cast<wchar_t>(static_cast<unsigned char>(rCall.name[i]));
+    }
+    rName[kExportChars - 1] = L'\0';
+}
+
 ULONGLONG timeNow() noexcept {
     FILETIME now{};
     ::GetSystemTimeAsFileTime(&now);

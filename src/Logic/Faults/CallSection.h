@@ -71,6 +71,7 @@ struct Section {
     LONG signs;  // counts the signs of life of the user-interface thread
     LONG order;
     FaultEntry fault;
+    CallEntry last;  // the call of the user-interface thread that ended last
     std::array<CallEntry, kMaxCalls> calls;
     std::array<PluginEntry, kMaxPlugins> plugin;
 };
@@ -86,6 +87,9 @@ struct Section {
 // The newest call in progress on a thread, or on any thread (0); null if there is none.
 [[nodiscard]] const CallEntry* newestCall(DWORD dwThread) noexcept;
 [[nodiscard]] const CallEntry* newestCall(const Section& rSection, DWORD dwThread) noexcept;
+
+// The name of the call, without the formatting functions, which may need the heap for it.
+void widen(const CallEntry& rCall, wchar_t (&rName)[kExportChars]) noexcept;
 
 // Now, as a FILETIME in UTC.
 [[nodiscard]] ULONGLONG timeNow() noexcept;

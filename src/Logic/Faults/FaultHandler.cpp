@@ -101,9 +101,10 @@ void writeLastLine() noexcept {
         LOG_LAST(L"The program ends: %s, in no call of a plug-in.", how);
         return;
     }
-    LOG_LAST(L"The program ends: %s in %S of function %s, plug-in %s, %u ms after the call began.", how,
-             rFault.call.name, rFault.plugin.function, rFault.plugin.path,
-             static_cast<unsigned>(::GetTickCount64() - rFault.call.since));
+    wchar_t name[kExportChars];
+    widen(rFault.call, name);
+    LOG_LAST(L"The program ends: %s in %s of function %s, plug-in %s, %u ms after the call began.", how, name,
+             rFault.plugin.function, rFault.plugin.path, static_cast<unsigned>(::GetTickCount64() - rFault.call.since));
 }
 
 [[noreturn]] void endProcess() noexcept {

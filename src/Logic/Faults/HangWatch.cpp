@@ -43,8 +43,12 @@ class CKeeper {
     void _look() noexcept {
         const ULONGLONG ullNow = ::GetTickCount64();
         const CallEntry* const pCall = newestCall(g_dwWatched);
-        if (pCall != nullptr) {
-            m_lastCall = *pCall;
+        m_call = pCall != nullptr ? *pCall : section().last;
+        // Without any call so far, whatever hangs is no plug-in's fault.
+        if (m_call.thread == 0) {
+            m_ullLastLook = ullNow;
+            _rest();
+            return;
         }
         const CHangJudge::Look look{static_cast<DWORD>(ullNow - m_ullLastLook), section().signs, pCall != nullptr,
                                     g_bAnswers};
@@ -68,25 +72,31 @@ class CKeeper {
                 g_actions.over();
                 break;
             case CHangJudge::Verdict::End:
-                endByHang(m_lastCall);
+                endByHang(m_call);
             case CHangJudge::Verdict::Rest:
-                g_bAwake = false;
-                // A call that began just now may have found it awake.
-                g_bAwake = newestCall(g_dwWatched) != nullptr;
+                _rest();
                 break;
         }
     }
 
+    static void _rest() noexcept {
+        g_bAwake = false;
+        // A call that began just now may have found it awake.
+        g_bAwake = newestCall(g_dwWatched) != nullptr;
+    }
+
     void _notice() noexcept {
         g_bHangs = true;
-        const PluginEntry& rPlugin = section().plugin[m_lastCall.plugin];
-        LOG_LAST(L"%S of function %s, plug-in %s, does not return: the keys go back to the system.", m_lastCall.name,
+        const PluginEntry& rPlugin = section().plugin[m_call.plugin];
+        wchar_t name[kExportChars];
+        widen(m_call, name);
+        LOG_LAST(L"%s of function %s, plug-in %s, does not return: the keys go back to the system.", name,
                  rPlugin.function, rPlugin.path);
-        g_actions.hangs(m_lastCall, rPlugin);
+        g_actions.hangs(m_call, rPlugin);
     }
 
     CHangJudge m_judge;
-    CallEntry m_lastCall{};
+    CallEntry m_call{};  // in progress, or the last one
     ULONGLONG m_ullLastLook = ::GetTickCount64();
 };
 

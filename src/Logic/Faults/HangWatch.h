@@ -21,7 +21,7 @@ struct KeeperActions {
 
 // Any thread.
 void setPatience(const Patience& patience) noexcept;
-// A call has begun on the watched thread.
+// A call has begun on the watched thread, or it has been given something to do.
 void wakeHangWatch() noexcept;
 // The watched thread has handled the ping.
 void noteAnswer() noexcept;

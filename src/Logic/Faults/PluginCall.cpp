@@ -87,7 +87,10 @@ CPluginCall::~CPluginCall() {
     if (m_pCall == nullptr) {
         return;
     }
-    countSignOf(static_cast<DWORD>(m_pCall->thread));
+    if (static_cast<DWORD>(m_pCall->thread) == g_dwWatchedThread) {
+        section().last = *m_pCall;
+        ++section().signs;
+    }
     ::InterlockedExchange(&m_pCall->thread, 0);
 }
 

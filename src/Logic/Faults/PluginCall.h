@@ -3,6 +3,10 @@
 
 #include <windows.h>
 
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
+
 #include <cstddef>
 
 #include "Logic/Faults/CallSection.h"
@@ -50,6 +54,35 @@ extern "C" EXCEPTION_DISPOSITION FenwynPluginBoundary(EXCEPTION_RECORD* pRecord,
                                                       void* pDispatcher);
 #endif
 
+// Puts the floating-point state of the thread back as it was: rounding and exceptions of a plug-in would change what
+// the program computes.
+class CKeepFloatingPoint {
+ public:
+    CKeepFloatingPoint() noexcept {
+        asm volatile("fnstcw %0" : "=m"(m_uX87));
+#ifdef __SSE__
+        m_uSse = _mm_getcsr();
+#endif
+    }
+    ~CKeepFloatingPoint() {
+        asm volatile("fldcw %0" : : "m"(m_uX87));
+#ifdef __SSE__
+        if (((_mm_getcsr() ^ m_uSse) & kSseControl) != 0) {
+            _mm_setcsr(m_uSse);
+        }
+#endif
+    }
+    CKeepFloatingPoint(const CKeepFloatingPoint&) = delete;
+    CKeepFloatingPoint& operator=(const CKeepFloatingPoint&) = delete;
+
+ private:
+    unsigned short m_uX87 = 0;
+#ifdef __SSE__
+    static constexpr unsigned kSseControl = ~0x3FU;  // the rest are flags that every computation sets
+    unsigned m_uSse = 0;
+#endif
+};
+
 template <typename Function>
 class CPluginExport;
 
@@ -70,6 +103,7 @@ class CPluginExport<Result(WINAPI*)(Arguments...)> {
     // No exception comes out: one that leaves the plug-in ends the program.
     Result operator()(Arguments... arguments) const noexcept {
         const CPluginCall call(m_plugin, m_pszName, phaseOf(m_pszName));
+        const CKeepFloatingPoint keep;
         return _call(m_pfExport, arguments...);
     }
 

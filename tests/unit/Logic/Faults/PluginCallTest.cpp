@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cfloat>
 #include <string>
 #include <thread>
 
@@ -109,6 +110,22 @@ TEST(PluginExport, IsCalledOnRecordAndReturnsItsResult) {
     EXPECT_EQ(newestCall(0), nullptr);
     EXPECT_TRUE(select);
     EXPECT_TRUE(exportOf(nullptr, "SelectItem") == nullptr);
+}
+
+TEST(PluginExport, LeavesTheFloatingPointStateAsItWas) {
+    const unsigned uBefore = ::_controlfp(0, 0);
+    const Export spoil = exportOf(
+        [](LONG, ULONG*) -> LONG {
+            ::_controlfp(_RC_CHOP, _MCW_RC);
+            ::_controlfp(0, _EM_ZERODIVIDE);
+            return ::_controlfp(0, 0) != 0 ? 1 : 0;
+        },
+        "SelectItem");
+    ULONG uReserved = 0;
+    EXPECT_EQ(spoil(0, &uReserved), 1);
+    EXPECT_EQ(::_controlfp(0, 0), uBefore);
+    volatile double nothing = 0.0;
+    EXPECT_GT(1.0 / nothing, 1e300) << "no exception";
 }
 
 TEST(PluginExport, PhaseFollowsFromTheName) {
