@@ -42,7 +42,7 @@ BOOL CALLBACK addLanguage(HMODULE module, LPCWSTR type, LPCWSTR block, WORD lang
     const auto* text = static_cast<const WCHAR*>(::LockResource(::LoadResource(module, found)));
     for (UINT i = 0; i < kBlock; ++i) {
         const UINT id = (static_cast<UINT>(reinterpret_cast<ULONG_PTR>(block)) - 1) * kBlock + i;
-        // The message boxes of the system show the texts about faults; no card does.
+        // A window of its own shows the texts about faults; no card does.
         const bool onCards = id != IDS_FAULT_HANGS && id != IDS_FAULT_RESTARTED && id != IDS_FAULT_SET_ASIDE;
         if (*text != 0 && onCards) {
             reinterpret_cast<std::vector<Text>*>(list)->push_back({id, language, {text + 1, *text}});
