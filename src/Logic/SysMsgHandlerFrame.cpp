@@ -62,7 +62,7 @@ LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
 LRESULT CSysMsgHandlerFrame::OnReloadConfig(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     // The sender expects no answer, and failures are in the log.
     static_cast<void>(CZelConfig::_initQrdConfig(CZelConfig::getQrdConfig()));
-    theApp.settingsRead();
+    CZelMainApp::settingsRead();
     static_cast<void>(theApp.refreshCards(FALSE));
     return Default();
 }

@@ -10,6 +10,7 @@ from harness.desktop import FRAME_CLASS, LIST, STRIP_CLASS
 from harness.functions import sample
 from harness.keyboard import MODIFIER, Keyboard
 from harness.probe import Probe
+from harness.screen import Screen
 from harness.waiting import wait_until
 
 KEY_DOWN, KEY_UP = 0x100, 0x101
@@ -78,7 +79,8 @@ def test_functions_that_the_machine_lacks_have_no_card_and_a_line_that_says_why(
     texts = program.log_texts()
     assert "Hotkey Optical drive has no card: There is no optical drive (mounted images are none)." in texts
     assert "Hotkey Touchpad has no card: There is no precision touchpad." in texts
-    assert ("Hotkey Brightness has no card: There is no built-in screen whose brightness the system can set, and no other that you allow.") in texts
+    assert ("Hotkey Brightness has no card: There is no built-in screen whose brightness the system can set, and no "
+            "other that you allow.") in texts
     assert "Hotkey Zoom is supported." in texts
 
 
@@ -88,22 +90,27 @@ def hear_interrupts():
 
 
 class Shown:
-    """./run --real on a virtual screen of its own, looked at from inside."""
+    """./run --real on a virtual screen of its own, or on the given one, looked at from inside."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, screen=None):
         self._output = folder / "run.txt"
         environment = dict(os.environ, WINEPREFIX=str(folder / "prefix"))
         environment.pop("DISPLAY", None)
+        command = [str(places.ROOT / "run"), "--real"]
+        if screen:
+            environment["DISPLAY"] = screen.display
+        else:
+            command.append("--virtual")
         with self._output.open("wb") as file:
-            self._process = subprocess.Popen([str(places.ROOT / "run"), "--real", "--virtual"], env=environment,
-                                             stdout=file, stderr=file, stdin=subprocess.DEVNULL,
-                                             start_new_session=True, preexec_fn=hear_interrupts)
+            self._process = subprocess.Popen(command, env=environment, stdout=file, stderr=file,
+                                             stdin=subprocess.DEVNULL, start_new_session=True,
+                                             preexec_fn=hear_interrupts)
         self.probe = None
         try:
             wait_until(lambda: "ends the program" in self.said() or self._process.poll() is not None,
                        lambda: f"it comes up: {self.said()}", 240)
             assert self._process.poll() is None, self.said()
-            display = re.search(r"export DISPLAY=(\S+)", self.said())[1]
+            display = screen.display if screen else re.search(r"export DISPLAY=(\S+)", self.said())[1]
             self.environment = dict(environment, DISPLAY=display, WINEPREFIX=str(folder / "prefix-real"))
             self.probe = Probe(self.environment)
             self.keyboard = Keyboard(self.environment)
@@ -113,6 +120,11 @@ class Shown:
 
     def said(self):
         return self._output.read_text(errors="replace")
+
+    def listed(self):
+        """The names of the function list."""
+        text = bytes(self.probe.get_value("HKLM", LIST, "FuncList")).decode("utf-16-le")
+        return text.rstrip("\0;").split(";")
 
     def window(self, cls):
         return next(iter(self.probe.windows(cls)), None)
@@ -137,7 +149,7 @@ def shown(tmp_path):
 
 def test_run_real_shows_what_this_system_offers_and_an_overlay_types_into_a_text_field(shown):
     probe, keyboard = shown.probe, shown.keyboard
-    names = bytes(probe.get_value("HKLM", LIST, "FuncList")).decode("utf-16-le").rstrip("\0;").split(";")
+    names = shown.listed()
     assert {"CursorOverlay", "NumericOverlay", "Lock"} <= set(names)
     assert not {"ODD", "Touchpad", "KBB"} & set(names)
     assert "not offered: There is no" in shown.said()
@@ -168,4 +180,22 @@ def test_run_real_shows_what_this_system_offers_and_an_overlay_types_into_a_text
 
     wait_until(lambda: typed("j").endswith("1"), lambda: f"J types 1: {probe.text_field(notepad.hwnd)!r}", 30)
     assert set(probe.text_field(notepad.hwnd)) <= {"j", "1"}
+    assert shown.end() == 130, "ended as by Ctrl+C"
+
+
+@pytest.fixture
+def shown_on_two_monitors(tmp_path):
+    screen = Screen((1280, 800), second=(1024, 768))
+    try:
+        made = Shown(tmp_path, screen)
+        yield made
+        made.end()
+    finally:
+        screen.stop()
+
+
+def test_run_real_offers_the_displays_where_there_are_two(shown_on_two_monitors):
+    shown = shown_on_two_monitors
+    assert "Output_2" in shown.listed(), shown.said()
+    wait_until(lambda: shown.window(FRAME_CLASS) and shown.window(STRIP_CLASS), "Fenwyn runs", 30)
     assert shown.end() == 130, "ended as by Ctrl+C"
