@@ -37,7 +37,7 @@ function(fenwyn_warnings)
 endfunction()
 
 # The headers that nearly every source includes take longer to read than the sources, so they are precompiled. Every
-# source still includes what it uses; tests/long/test_includes.py builds without precompiled headers.
+# source still includes what it uses; tests/long/test_builds.py builds without precompiled headers.
 option(FENWYN_PRECOMPILE "Compile the headers of the system and the standard library beforehand" ON)
 if(FENWYN_PRECOMPILE)
   add_library(fenwyn_headers STATIC EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/headers.cpp")

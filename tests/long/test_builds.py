@@ -1,10 +1,16 @@
-"""Every source that ships includes what it uses: it compiles without the precompiled headers, which hide what is
-missing."""
+"""Builds that are not made for every change: for debugging, and without the precompiled headers, which hide what a
+source forgets to include."""
 import pathlib
 import shutil
 import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+
+def test_what_ships_compiles_for_debugging():
+    done = subprocess.run([ROOT / "tools" / "presets", "x64-debug"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                          text=True)
+    assert done.returncode == 0, done.stdout[-8000:]
 
 
 def test_what_ships_compiles_without_precompiled_headers():
