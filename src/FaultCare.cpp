@@ -20,6 +20,7 @@
 #include "common/DebugLog.h"
 #include "common/Handle.h"
 #include "common/ResourceFunc.h"
+#include "common/Status.h"
 #include "res/StringIds.h"
 
 namespace faultcare {
@@ -32,7 +33,7 @@ constexpr DWORD kNewsMs = 15000;  // how long the news of the last run is shown
 struct Care {
     common::UniqueHandle call;   // a successor is wanted
     common::UniqueHandle hangs;  // the cards hang
-    common::UniqueHandle over;   // and no longer
+    common::UniqueHandle over;   // they answer again
     std::atomic<bool> goOn = true;
     DWORD thread = ::GetCurrentThreadId();  // of the cards
     faults::PluginEntry plugin{};           // whose call hangs; written before `hangs` is set
@@ -148,7 +149,7 @@ void rememberFault(const faults::Section& left) {
     }
 }
 
-bool equalIgnoringCase(const wchar_t* pszA, const wchar_t* pszB) {
+bool equalIgnoringCase(const wchar_t* pszA, const wchar_t* pszB) noexcept {
     return ::CompareStringOrdinal(pszA, -1, pszB, -1, TRUE) == CSTR_EQUAL;
 }
 
@@ -171,17 +172,12 @@ void registerRestart() {
     }
 }
 
-}  // namespace
-
-bool start(const wchar_t* pszCommandLine) {
+bool startCare() {
     const std::wstring strLogFile = dbglog::logFile().data();
     const std::wstring strFolder = faults::folderOf(strLogFile);
     const faults::Predecessor predecessor = faults::takeOver(strLogFile);
     if (predecessor.existed && !predecessor.goOn) {
         return false;
-    }
-    if (equalIgnoringCase(pszCommandLine, faults::kSafeSwitch)) {
-        faults::closeGate();
     }
     faults::Section left{};
     if (!strFolder.empty()) {
@@ -196,6 +192,20 @@ bool start(const wchar_t* pszCommandLine) {
         registerRestart();
     }
     return true;
+}
+
+}  // namespace
+
+bool start(const wchar_t* pszCommandLine) noexcept {
+    if (equalIgnoringCase(pszCommandLine, faults::kSafeSwitch)) {
+        faults::closeGate();
+    }
+    try {
+        return startCare();
+    } catch (...) {
+        LOG_STATUS(common::caughtStatus());
+        return true;
+    }
 }
 
 void readPatience() noexcept {

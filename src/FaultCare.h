@@ -6,8 +6,9 @@
 
 namespace faultcare {
 
-// Before anything else. False: this process was only to look at its predecessor, and ends at once.
-[[nodiscard]] bool start(const wchar_t* pszCommandLine);
+// Before anything else. False: this process was only to look at its predecessor, and ends at once. Without memory the
+// program runs on without this care.
+[[nodiscard]] bool start(const wchar_t* pszCommandLine) noexcept;
 
 // The settings may have changed: how long a plug-in may take.
 void readPatience() noexcept;

@@ -7,7 +7,7 @@
 // To the frame.
 inline constexpr UINT kMsgReloadConfig = WM_USER + 100;    // read the configuration again
 inline constexpr UINT kMsgSecondInstance = WM_USER + 102;  // show or flash the strip
-inline constexpr UINT kMsgHideStrip = WM_USER + 104;       // from other programs: hide the strip
+inline constexpr UINT kMsgHideStrip = WM_USER + 104;       // hide the strip; also from other programs
 inline constexpr UINT kMsgAlive = WM_APP + 4;              // from the keeper's thread: are messages handled?
 
 // To the strip.
@@ -26,7 +26,7 @@ inline constexpr UINT kLaunchHideDelayMs = 5000;
 inline constexpr UINT_PTR kTimerIdle = 200;
 
 // To the enlarged card.
-inline constexpr UINT kMsgTakeFocusBack = WM_APP + 4;  // from the card itself
+inline constexpr UINT kMsgTakeFocusBack = WM_APP + 5;  // from the card itself
 // Timer on the enlarged card: from now on a lost focus counts, after a strip with the focus made way for the card.
 inline constexpr UINT_PTR kTimerFocusSettled = 2;
 inline constexpr UINT kFocusSettlesMs = 500;

@@ -409,7 +409,9 @@ void CZelMainApp::settingsRead() {
 }
 
 void CZelMainApp::endSession() {
-    faultcare::end();  // the system may end the process at any time, which is no plug-in's fault
+    // The system may end the process at any time, which is no plug-in's fault, and nothing is to start in its place.
+    faults::endIsNear();
+    faultcare::end();
     if (CCardsInUse::any()) {
         if (m_pZelMainDlg != nullptr) {
             m_pZelMainDlg->endFunctions();

@@ -1,4 +1,4 @@
-// The entry point; everything else is behind the application object.
+// The entry point: the care for faults of plug-ins first, then the application object.
 #include "FaultCare.h"
 #include "ZelMain.h"
 #include "common/LibrarySearch.h"

@@ -114,7 +114,7 @@ class CMachineCheck {
         _count(finding.outcome);
     }
 
-    // Offered also when it is not tried.
+    // A function that is not tried still counts as offered.
     Outcome _tryApart(const Entry& entry) {
         const wchar_t* const question = trialQuestion(entry.name);
         if (question == nullptr || !m_outside.ask(entry.name + L": " + question + L"?")) {

@@ -18,7 +18,7 @@ struct Outside {
     std::function<ChildResult(const std::wstring& arguments, DWORD patience)> runSelf;
     // This program with administrator rights: its exit code, or nothing when the user refused.
     std::function<std::optional<DWORD>(const std::wstring& arguments)> runElevated;
-    // Of common/SettingsRecipe.h: who is no administrator is refused.
+    // Of common/SettingsRecipe.h: users who are not administrators are refused.
     std::function<LSTATUS(HKEY root, std::span<const common::Setting> settings)> writeSettings;
     std::function<LSTATUS(HKEY root, std::span<const common::Setting> settings)> removeSettings;
     std::function<bool(const std::wstring& question)> ask;  // a question that is answered by yes or no

@@ -98,7 +98,8 @@ ExitCode unregisterFunctions(const Options& options, const Outside& outside) {
     const HKEY root = rootOf(options);
     const std::vector<std::wstring> names = namesOf(storedList(root));
     LSTATUS error = ERROR_SUCCESS;
-    // The captions may be in either language; what is not there as one of them wrote it stays for the other.
+    // The captions may be in either language; a value that does not match in one language stays and is
+    // compared in the other.
     for (const LANGID language : {LANGID{LANG_ENGLISH}, LANGID{LANG_GERMAN}}) {
         const LSTATUS status = outside.removeSettings(root, sampleSettings(outside.folder, names, language));
         error = error == ERROR_SUCCESS ? status : error;

@@ -13,7 +13,7 @@ namespace {
 using common::Setting;
 using common::textSetting;
 
-// Scan codes of the keys: F1 to F12, and letters and the space bar for what finds no function key.
+// Scan codes of the keys: F1 to F12, and letters and the space bar for the functions beyond those.
 const std::vector<SampleFunction> kSample = {
     {L"Mute", L"Mute", L"Ton", {0x3B}},
     {L"Lock", L"Lock", L"Sperren", {0x3C}},
@@ -72,7 +72,7 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, std::span<const 
             appendFunction(settings, function, folder, language);
         }
     }
-    // Last: who sees the list finds all that it names.
+    // Last, so that everything that the list names already exists.
     settings.push_back(textSetting(ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, list));
     return settings;
 }

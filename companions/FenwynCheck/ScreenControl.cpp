@@ -112,7 +112,8 @@ class CPhysicalMonitors {
     CPhysicalMonitors(const CPhysicalMonitors&) = delete;
     CPhysicalMonitors& operator=(const CPhysicalMonitors&) = delete;
 
-    // The system lists both in the same order. Where it counts them differently, none can be told from another: null.
+    // The system lists both in the same order. Null if their numbers differ, because it is then
+    // unknown which is which.
     [[nodiscard]] HANDLE of(const Place& place) const {
         return m_monitors.size() == place.active ? m_monitors[place.index].hPhysicalMonitor : nullptr;
     }

@@ -50,7 +50,7 @@ LSTATUS write(const fenwyn::PluginFault& fault) {
     if (error == ERROR_SUCCESS) {
         error = setNumber(key.get(), FENWYN_VALUE_FAULT_TIME, REG_QWORD, fault.time);
     }
-    // Last: with it the key counts.
+    // This value comes last, because a key without it does not count.
     return error == ERROR_SUCCESS
                ? setNumber(key.get(), FENWYN_VALUE_SET_ASIDE, REG_DWORD, DWORD{fault.setAside ? 1U : 0U})
                : error;

@@ -1,5 +1,5 @@
-// Which plug-ins ended the program, and which are set aside for it. companions/include/PluginFaults.h says where that
-// stands.
+// Which plug-ins ended the program, and which are set aside for it. companions/include/PluginFaults.h describes the
+// registry keys.
 #pragma once
 
 #include <windows.h>

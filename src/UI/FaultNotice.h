@@ -19,7 +19,8 @@ class CFaultNotice {
     CFaultNotice& operator=(const CFaultNotice&) = delete;
 
     // Handles the window's messages until one of the events is set, and returns its index; or until the time is over,
-    // and returns the number of events. A closed notice waits on.
+    // and returns the number of events. It goes on waiting when the user closes the
+    // notice.
     [[nodiscard]] DWORD wait(std::initializer_list<HANDLE> events, DWORD dwMilliseconds) const;
 
  private:

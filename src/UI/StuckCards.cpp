@@ -6,7 +6,7 @@ namespace {
 
 constexpr LONG kFarAway = -32000;
 
-// One transparent pixel where nobody sees it. It also fails for what is no picture.
+// One transparent pixel where nobody sees it. Fails for windows that show no picture.
 bool replacePicture(HWND hWnd) noexcept {
     const common::WindowDc screen(nullptr);
     const common::UniqueMemoryDc memory(::CreateCompatibleDC(screen.get()));

@@ -9,7 +9,8 @@
 class CStuckCards {
  public:
     // Of the windows of that thread: the pictures become one transparent pixel outside of the screen, the surfaces let
-    // the mouse through. Windows that are not layered stay. Not on that thread.
+    // the mouse through. Windows that are not layered stay visible. Called on another thread than
+    // that one.
     explicit CStuckCards(DWORD dwThread) noexcept;
     // The surfaces get back what they had. The pictures come back with the next paint, when their cards are shown
     // again.

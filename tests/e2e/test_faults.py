@@ -10,6 +10,7 @@ from harness.keyboard import CODES, MODIFIER
 from harness.waiting import stays, wait_until
 from test_failures import INSTRUMENTED, the_other_card_works
 
+WM_ENDSESSION = 0x16
 FAULTS_KEY = "SOFTWARE\\KESTOVA\\Fenwyn\\PluginFaults"
 NOTICE = "FenwynNotice"
 (VIOLATION, THROW, ABORT, EXIT, EXIT_PROCESS, KILL, OVERFLOW, LOOP, WAIT, OWN_THREAD, ASK_USER,
@@ -244,6 +245,23 @@ def test_a_message_box_is_no_hang(program):
     wait_until(lambda: not any(w.title == "Fenwyn test" for w in program.windows()), "it is answered")
     heal(program)
     the_other_card_works(program)
+
+
+@pytest.mark.parametrize("at_work", [False, True])
+def test_a_fault_at_the_end_of_the_session_starts_nothing_again(program, at_work):
+    """Zoom's plug-in crashes when it is ended; that of Mute may be asking the user at that moment."""
+    offer(program, SelectItem=ASK_USER)
+    other = "InstrNoFocusItem"
+    library = places.windows_path(places.PLUGINS / f"{other}.dll")
+    program.offer(program.functions[0], OTHER._replace(plugin=library))
+    program.probe.set_dword("HKCU", f"{INSTRUMENTED}\\{other}", "FinalizeHotkeyDll.Fault", VIOLATION)
+    process = program.start()
+    if at_work:
+        use_bad(program)
+        wait_until(lambda: any(w.title == "Fenwyn test" for w in program.windows()), "it asks")
+    program.probe.post(program.frame().hwnd, WM_ENDSESSION, 1)
+    expect_end(program, process)
+    stays(lambda: not program.probe.processes("Fenwyn.exe"), "it was started again", 3)
 
 
 def test_no_key_is_left_down(program):

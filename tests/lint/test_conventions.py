@@ -30,6 +30,8 @@ DESIGN_METHODS = {
 }
 # And the one that is not private although it is named as if.
 DESIGN_UNDERSCORES = {"CZelConfig": ["_initQrdConfig"]}
+# Functions with tests and without a source in src/Logic/FuncX.
+DESCRIBED_FUNCTIONS = {"Overlay", "PowerPlan", "Wireless"}
 # Classes of src/common and interfaces that the design names otherwise.
 DESIGN_CLASSES = {"CLayeredWnd", "StorageInterface"}
 
@@ -92,9 +94,11 @@ def misplaced_tests(paths):
     found = []
     for path in paths:
         name = posixpath.basename(path).removesuffix("Test.cpp")
-        # The test of CFxZoom is named after the function.
-        folders = sources.get(name, set()) | sources.get("Fx" + name, set()) | sources.get("CFx" + name, set())
-        described = {"Logic/FuncX"} if folders else set()  # of a function that its description specifies completely
+        # The test of FxOutput is OutputTest, that of CircleItemDlg CircleItemTest.
+        names = [name, "Fx" + name, name + "Dlg", name + "Wnd"]
+        folders = set().union(*(sources.get(other, set()) for other in names))
+        # A function that its description specifies completely has no source of its own.
+        described = {"Logic/FuncX"} if name in DESCRIBED_FUNCTIONS else set()
         folder = posixpath.dirname(path).removeprefix(UNIT)
         if path.startswith(UNIT) and path.endswith("Test.cpp") and folders and folder not in folders | described:
             found.append(path)
@@ -115,6 +119,9 @@ def test_tests_lie_in_the_folder_of_the_source_that_they_are_named_after():
         ("companions/keyboard/src/A.cpp", "tests/unit/companions/keyboard/ATest.cpp", False),
         ("companions/OutputSetup/store/A.cpp", "tests/unit/companions/OutputSetup/ATest.cpp", True),
         ("src/UI/A.cpp", "tests/unit/Data/StepsOfATest.cpp", False),
+        ("src/UI/A.cpp", "tests/unit/Logic/FuncX/ATest.cpp", True),
+        ("src/UI/ItemDlg/ADlg.cpp", "tests/unit/UI/ATest.cpp", True),
+        ("plugins/windows/libraries/PowerPlan.cpp", "tests/unit/Logic/FuncX/PowerPlanTest.cpp", False),
     ],
 )
 def test_the_rule_of_the_places_sees_a_wrong_one(source, test, wrong):

@@ -39,7 +39,7 @@ std::vector<FenwynDisplayRecord> recordsOf(const Layout& rLayout, const std::vec
 }
 
 OutputEntry arrangementEntry(LONG lArrangement, const std::vector<Screen>& rScreens) {
-    // The one in force may be none that could be set up.
+    // The one in force may be one that this plug-in cannot set up.
     const Layout layout =
         isInForce(lArrangement, rScreens) ? layoutOf(rScreens) : layoutFor(lArrangement, rScreens).value_or(Layout());
     const ULONG uFlags = lArrangement == FENWYN_MODE_CLONE ? 0 : FENWYN_ENTRY_SHOW_RESOLUTION;

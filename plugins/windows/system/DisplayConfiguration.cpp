@@ -25,7 +25,7 @@ static_assert((kApplyTopology & SDC_ALLOW_CHANGES) == 0);
 static_assert((kApplyPaths & (SDC_TOPOLOGY_INTERNAL | SDC_TOPOLOGY_CLONE | SDC_TOPOLOGY_EXTEND | SDC_TOPOLOGY_EXTERNAL |
                               SDC_TOPOLOGY_SUPPLIED)) == 0);
 
-// Screens come and go between the question for the room and the question itself.
+// Screens come and go between the query for the number of records and the query for the records.
 constexpr int kQueryTries = 3;
 
 bool isActive(const DISPLAYCONFIG_PATH_INFO& path) {
@@ -158,7 +158,8 @@ DisplayState CDisplayConfiguration::read() const {
             targets.push_back(path);
         }
     }
-    // The order must not depend on which of them are on: the first counts as the own one where none is built in.
+    // The order must not depend on which of them are on: if none is built in, the first counts as
+    // the notebook's own.
     std::stable_sort(targets.begin(), targets.end(),
                      [](const auto& one, const auto& other) { return orderOf(one) < orderOf(other); });
     DisplayState state;

@@ -1,4 +1,4 @@
-// Where the arrangement of the screens is kept to which one can go back.
+// Keeps the last good arrangement of the screens, to which the program can go back.
 #pragma once
 
 #include <memory>

@@ -11,7 +11,7 @@ namespace win {
 
 namespace {
 
-constexpr DWORD kEndMs = 500;  // that an ended process may need to go
+constexpr DWORD kEndMs = 500;  // an ended process may take this long to disappear
 constexpr DWORD kPathChars = 512;
 
 std::wstring folderAbove(const std::wstring& path) {

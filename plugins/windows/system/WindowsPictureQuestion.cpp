@@ -143,7 +143,7 @@ class CWindowsPictureQuestion final : public IPictureQuestion {
             case WM_INITDIALOG:
                 _showTexts(hWnd);
                 _center(hWnd);
-                // A key that somebody presses who sees nothing must not keep that picture.
+                // Somebody who sees nothing may press any key, which must not keep that picture.
                 ::SetFocus(::GetDlgItem(hWnd, IDCANCEL));
                 return FALSE;
             case WM_COMMAND:

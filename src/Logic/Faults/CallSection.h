@@ -80,8 +80,8 @@ struct Section {
 [[nodiscard]] Section& section() noexcept;
 
 // Maps the file and makes it the section. `rLeft` gets what it contained, all zero if there was none. False: the file
-// cannot be had, because another instance holds it or for want of a folder; the section then stays in memory, and the
-// next start learns nothing. Before the first plug-in call; once.
+// cannot be used, because another instance holds it or there is no folder for it; the section then stays in memory, and
+// the next start learns nothing. Before the first plug-in call; once.
 [[nodiscard]] bool mapSection(const wchar_t* pszFile, Section& rLeft) noexcept;
 
 // The newest call in progress on a thread, or on any thread (0); null if there is none.

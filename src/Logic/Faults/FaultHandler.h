@@ -20,7 +20,7 @@ struct Successor {
 // there is no such thread, so that faults end the process as they would without all this.
 [[nodiscard]] bool installFaultHandlers(const Successor& successor) noexcept;
 
-// Again after a library was loaded that may have put its own in their place.
+// To be called after a library was loaded, which may have put its own handlers in their place.
 void renewFaultHandlers() noexcept;
 
 // Ends the process: the fault is noted, the keeper's thread writes the line and starts the successor. Any thread; does

@@ -5,7 +5,7 @@
 
 namespace faults {
 
-// From now on none may: a start without plug-ins.
+// For a start without plug-ins: from now on none may be loaded.
 void closeGate() noexcept;
 
 // False, after a line in the log that says why: the gate is closed, or the plug-in is set aside.

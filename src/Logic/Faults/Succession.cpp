@@ -133,11 +133,14 @@ Predecessor takeOver(const std::wstring& strLogFile) {
 }
 
 std::optional<fenwyn::PluginFault> faultLeftIn(const Section& left, ULONGLONG ullTickNow) {
+    if (left.running == FALSE) {
+        return std::nullopt;
+    }
     FaultEntry found = left.fault;
     if (found.reason == Reason::None) {
         const CallEntry* const pCall = newestCall(left, 0);
         // A machine that was switched off is no fault of the plug-in that was at work.
-        if (left.running == FALSE || pCall == nullptr || ullTickNow < left.startTick || pCall->plugin >= kMaxPlugins) {
+        if (pCall == nullptr || ullTickNow < left.startTick || pCall->plugin >= kMaxPlugins) {
             return std::nullopt;
         }
         found = {};

@@ -52,6 +52,9 @@ TEST(LeftBehind, OrderlyEndAndEndOutsideOfCallsAreNobodysFault) {
     Section left = cutOff();
     left.running = FALSE;
     EXPECT_FALSE(faultLeftIn(left, kLater));
+    left.fault.reason = Reason::Exception;
+    left.fault.known = TRUE;
+    EXPECT_FALSE(faultLeftIn(left, kLater)) << "also not a fault that was noticed";
     left = cutOff();
     left.calls[3].thread = 0;
     EXPECT_FALSE(faultLeftIn(left, kLater));
