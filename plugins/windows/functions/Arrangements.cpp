@@ -1,6 +1,7 @@
 #include "functions/Arrangements.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <utility>
 
@@ -32,6 +33,9 @@ struct OlderRow {
     LONG lClone;
     LONG lExtend;
 };
+
+// The system closes gaps and removes overlaps: that far it may move a screen, in pixels.
+constexpr LONG kSmallMove = 64;
 
 constexpr LONG kOlderOwn = 0;
 constexpr OlderRow kOlderRows[] = {
@@ -106,6 +110,23 @@ std::vector<Screen> screensIn(const Layout& rLayout, std::vector<Screen> screens
         }
     }
     return screens;
+}
+
+bool beginsDesktop(const RECT& rPlace) {
+    return rPlace.left == 0 && rPlace.top == 0;
+}
+
+bool nearlySame(LONG lOne, LONG lOther) {
+    return std::abs(lOne - lOther) <= kSmallMove;
+}
+
+// The same size, nearly the same place, and the main screen stays the main one.
+bool liesAsWanted(const PlacedScreen& wanted, const RECT& rNow) {
+    const RECT& rPlace = wanted.place;
+    return ::IsRectEmpty(&rPlace) != FALSE ||
+           (rPlace.right - rPlace.left == rNow.right - rNow.left &&
+            rPlace.bottom - rPlace.top == rNow.bottom - rNow.top && nearlySame(rPlace.left, rNow.left) &&
+            nearlySame(rPlace.top, rNow.top) && (!beginsDesktop(rPlace) || beginsDesktop(rNow)));
 }
 
 std::vector<bool> activeFlags(const std::vector<Screen>& rScreens) {
@@ -202,8 +223,23 @@ bool isInForce(LONG lArrangement, const std::vector<Screen>& rScreens) {
 
 bool isInForce(const Layout& rLayout, const std::vector<Screen>& rScreens) {
     const std::vector<Screen> wanted = screensIn(rLayout, rScreens);
+    const Layout now = layoutOf(rScreens);
     return layoutOf(wanted).size() == rLayout.size() && activeFlags(wanted) == activeFlags(rScreens) &&
-           arrangementOf(wanted) == arrangementOf(rScreens);
+           arrangementOf(wanted) == arrangementOf(rScreens) &&
+           std::all_of(rLayout.begin(), rLayout.end(), [&now](const PlacedScreen& screen) {
+               return std::any_of(now.begin(), now.end(), [&screen](const PlacedScreen& other) {
+                   return other.path == screen.path && liesAsWanted(screen, other.place);
+               });
+           });
+}
+
+bool isExactly(LONG lArrangement, const std::vector<Screen>& rScreens) {
+    return isInForce(lArrangement, rScreens);
+}
+
+bool isExactly(const Layout& rLayout, const std::vector<Screen>& rScreens) {
+    const Layout now = layoutOf(rScreens);
+    return std::is_permutation(rLayout.begin(), rLayout.end(), now.begin(), now.end());
 }
 
 std::optional<LONG> olderNumber(LONG lArrangement, const std::vector<Screen>& rScreens) {

@@ -29,10 +29,14 @@ namespace win {
 [[nodiscard]] std::optional<Layout> layoutFor(const favourites::Favourite& rFavourite,
                                               const std::vector<Screen>& rScreens);
 
-// Whether this is in force. A layout is when its screens are on, the others off, and those that are on lie to each
-// other as it says: the system may have moved them together.
+// Whether this is in force. A layout is when its screens are on, the others off, and those that are on have the sizes
+// and the places that it says, except for small moves: the system may have moved them together.
 [[nodiscard]] bool isInForce(LONG lArrangement, const std::vector<Screen>& rScreens);
 [[nodiscard]] bool isInForce(const Layout& rLayout, const std::vector<Screen>& rScreens);
+
+// Whether setting this up would change nothing: a layout also has to agree to the pixel.
+[[nodiscard]] bool isExactly(LONG lArrangement, const std::vector<Screen>& rScreens);
+[[nodiscard]] bool isExactly(const Layout& rLayout, const std::vector<Screen>& rScreens);
 
 // The older display output numbers arrangements by connector: of the own screen and the first other one. Nothing where
 // it has no number.

@@ -159,7 +159,7 @@ class CPictureKeeper::Core {
 
     void _change(const WantedPicture& wanted) {
         const std::vector<Screen> screens = m_tools.pDisplays->read().screens;
-        if (_inForce(wanted, screens)) {
+        if (std::visit([&screens](const auto& rWanted) { return isExactly(rWanted, screens); }, wanted)) {
             return;
         }
         m_tools.pQuestion->close();
@@ -188,7 +188,7 @@ class CPictureKeeper::Core {
         }
         m_bAsked = false;
         // A screen of that arrangement may be gone by now.
-        if (!isInForce(m_before, m_tools.pDisplays->read().screens) && !_make(m_before)) {
+        if (!isExactly(m_before, m_tools.pDisplays->read().screens) && !_make(m_before)) {
             static_cast<void>(_bringBackByTheOrder());
         }
         m_tools.pLastGood->settle();

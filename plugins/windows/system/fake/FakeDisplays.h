@@ -67,6 +67,9 @@ class CFakeDisplays final : public IDisplays {
         if (bLayoutsRefused || bBroken) {
             return false;
         }
+        if (bLayoutsIgnored) {
+            return true;
+        }
         for (Screen& rScreen : m_state.screens) {
             const auto placed = std::find_if(rLayout.begin(), rLayout.end(), [&rScreen](const PlacedScreen& other) {
                 return other.path == rScreen.display.path;
@@ -109,6 +112,7 @@ class CFakeDisplays final : public IDisplays {
     std::set<std::wstring> broken;  // no layout with one of these is accepted
     std::atomic<bool> bTopologiesRefused = false;
     std::atomic<bool> bLayoutsRefused = false;
+    std::atomic<bool> bLayoutsIgnored = false;  // accepted, and nothing happens
 
  private:
     void _arrange(Topology topology) {

@@ -147,6 +147,26 @@ TEST(LayoutInForce, IsItsScreensOnAndTheOthersOff) {
     EXPECT_FALSE(isInForce(Layout{{L"own", {}}, {L"gone", {}}}, fakeNotebook().screens)) << "one is not there";
 }
 
+TEST(LayoutInForce, HasItsPlacesSizesAndMainScreen) {
+    const Layout desk{{L"own", {0, 0, 1000, 800}}, {L"monitor", kLeftOfOwn}};
+    EXPECT_FALSE(isInForce(desk, both({-1600, 300, 0, 1200}))) << "on the same side, elsewhere";
+    EXPECT_FALSE(isInForce(desk, both({-1280, 0, 0, 720}))) << "of another size";
+    std::vector<Screen> otherMain = both({0, 0, 1600, 900});
+    otherMain[0].display.place = {1600, 0, 2600, 800};
+    EXPECT_FALSE(isInForce(desk, otherMain));
+    otherMain = both({-1600, 0, 0, 900});
+    otherMain[0].display.place = {0, 20, 1000, 820};
+    EXPECT_FALSE(isInForce(desk, otherMain)) << "a small move, but the desktop begins elsewhere";
+}
+
+TEST(LayoutInForce, IsExactlySoWhenItAgreesToThePixelInAnyOrder) {
+    const Layout desk{{L"monitor", kLeftOfOwn}, {L"own", {0, 0, 1000, 800}}};
+    EXPECT_TRUE(isExactly(desk, both(kLeftOfOwn)));
+    EXPECT_FALSE(isExactly(desk, both({-1600, 1, 0, 901})));
+    EXPECT_FALSE(isExactly(desk, fakeNotebook().screens));
+    EXPECT_FALSE(isExactly(Layout{{L"monitor", kLeftOfOwn}}, both(kLeftOfOwn)));
+}
+
 TEST(FavouriteLayout, NeedsAllItsMonitors) {
     favourites::Favourite desk;
     desk.displays = {favourites::displayRecord(L"LCD", 0, 1000, 800),
