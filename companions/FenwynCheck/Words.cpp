@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <iterator>
 
+#include "ZelHotkey.h"
+
 namespace machine {
 
 namespace {
@@ -32,7 +34,6 @@ constexpr const wchar_t* kModes[] = {
     L"several displays",      L"display settings",     L"save this arrangement",
 };
 
-constexpr DWORD kExtendedCode = 0xE000;
 constexpr LONG kExtendedFlag = 1 << 24;
 
 // Empty when the layout has no name for it.
@@ -42,11 +43,92 @@ std::wstring nameOfScanCode(DWORD scanCode, bool extended) {
     return {name, static_cast<std::size_t>(GetKeyNameTextW(message, name, static_cast<int>(std::size(name))))};
 }
 
+// Keys that a layout does not name, by both of their codes.
+struct UnnamedKey {
+    DWORD virtualKey;
+    DWORD scanCode;  // extended
+    const wchar_t* name;
+};
+constexpr UnnamedKey kUnnamedKeys[] = {
+    {VK_SLEEP, 0x5F, L"sleep"},
+    {VK_VOLUME_MUTE, 0x20, L"volume mute"},
+    {VK_VOLUME_DOWN, 0x2E, L"volume down"},
+    {VK_VOLUME_UP, 0x30, L"volume up"},
+    {VK_MEDIA_NEXT_TRACK, 0x19, L"next track"},
+    {VK_MEDIA_PREV_TRACK, 0x10, L"previous track"},
+    {VK_MEDIA_STOP, 0x24, L"stop playing"},
+    {VK_MEDIA_PLAY_PAUSE, 0x22, L"play or pause"},
+    {VK_LAUNCH_MAIL, 0x6C, L"mail"},
+    {VK_LAUNCH_MEDIA_SELECT, 0x6D, L"media player"},
+    {VK_LAUNCH_APP1, 0x6B, L"application 1"},
+    {VK_LAUNCH_APP2, 0x21, L"application 2"},
+    {VK_BROWSER_BACK, 0x6A, L"browser back"},
+    {VK_BROWSER_FORWARD, 0x69, L"browser forward"},
+    {VK_BROWSER_REFRESH, 0x67, L"browser refresh"},
+    {VK_BROWSER_STOP, 0x68, L"browser stop"},
+    {VK_BROWSER_SEARCH, 0x65, L"browser search"},
+    {VK_BROWSER_FAVORITES, 0x66, L"browser favourites"},
+    {VK_BROWSER_HOME, 0x32, L"browser home"},
+};
+
+// Not every system tells the right one of two keys from the left one.
+struct ModifierKey {
+    DWORD virtualKey;
+    const wchar_t* name;
+};
+constexpr ModifierKey kModifierKeys[] = {
+    {VK_RCONTROL, L"right Ctrl"},    {VK_LCONTROL, L"left Ctrl"},    {VK_RSHIFT, L"right Shift"},
+    {VK_LSHIFT, L"left Shift"},      {VK_RMENU, L"right Alt"},       {VK_LMENU, L"left Alt"},
+    {VK_RWIN, L"right Windows key"}, {VK_LWIN, L"left Windows key"}, {VK_CAPITAL, L"Caps Lock"},
+    {VK_SCROLL, L"Scroll Lock"},     {VK_APPS, L"menu key"},
+};
+
+bool isFunctionKey(DWORD virtualKey) {
+    return virtualKey >= VK_F1 && virtualKey <= VK_F24;
+}
+
+std::wstring nameOfVirtualKey(DWORD virtualKey) {
+    if (isFunctionKey(virtualKey)) {
+        return L"F" + std::to_wstring(virtualKey - VK_F1 + 1);
+    }
+    for (const UnnamedKey& key : kUnnamedKeys) {
+        if (key.virtualKey == virtualKey) {
+            return key.name;
+        }
+    }
+    const UINT scanCode = MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC_EX);
+    const std::wstring name =
+        scanCode != 0 ? nameOfScanCode(scanCode & 0xFF, (scanCode & 0xFF00) == ZEL_CODE_EXTENDED) : std::wstring();
+    return name.empty() ? L"virtual key " + check::hex(virtualKey) : name;
+}
+
+std::wstring nameOfExtended(DWORD scanCode) {
+    for (const UnnamedKey& key : kUnnamedKeys) {
+        if (key.scanCode == scanCode) {
+            return key.name;
+        }
+    }
+    return nameOfScanCode(scanCode, true);
+}
+
+// Empty when it has none. `code` is without ZEL_CODE_ALONE.
+std::wstring nameOfPlainCode(DWORD code) {
+    switch (code & ~0xFFU) {
+        case 0:
+            return nameOfScanCode(code, false);
+        case ZEL_CODE_EXTENDED:
+            return nameOfExtended(code & 0xFF);
+        case ZEL_CODE_VIRTUAL_KEY:
+            return nameOfVirtualKey(code & 0xFF);
+        default:
+            return {};
+    }
+}
+
 std::wstring nameOfCode(DWORD code) {
-    const bool extended = (code & 0xFF00) == kExtendedCode;
-    const bool plain = code <= 0xFF || (extended && code <= 0xFFFF);
-    const std::wstring name = plain ? nameOfScanCode(code & 0xFF, extended) : std::wstring();
-    return name.empty() ? check::hex(code) : name + L" (" + check::hex(code) + L")";
+    const std::wstring name = nameOfPlainCode(code & ~ZEL_CODE_ALONE);
+    const std::wstring alone = (code & ZEL_CODE_ALONE) != 0 ? L" alone" : L"";
+    return name.empty() ? check::hex(code) + alone : name + alone + L" (" + check::hex(code) + L")";
 }
 
 std::wstring entryText(const check::Answers& answers, LONG item) {
@@ -81,9 +163,12 @@ const wchar_t* stateName(const fenwyn::Function& function, LONG state) {
 }  // namespace
 
 std::wstring modifierName(DWORD virtualKey) {
-    const UINT scanCode = MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC_EX);
-    const std::wstring name = nameOfScanCode(scanCode & 0xFF, (scanCode & 0xFF00) == kExtendedCode);
-    return name.empty() ? L"virtual key " + check::hex(virtualKey) : name;
+    for (const ModifierKey& key : kModifierKeys) {
+        if (key.virtualKey == virtualKey) {
+            return key.name;
+        }
+    }
+    return nameOfVirtualKey(virtualKey);
 }
 
 std::wstring keyNames(std::span<const DWORD> codes) {

@@ -11,10 +11,10 @@
 
 namespace machine {
 
-// "Right Ctrl", as the keyboard layout calls the key of that virtual-key code.
+// "right Ctrl": the key of that virtual-key code.
 [[nodiscard]] std::wstring modifierName(DWORD virtualKey);
 
-// "F6 (0x40), F7 (0x41)"; "no key" for none.
+// "F6 (0x40), F7 (0x41), volume mute alone (0x1E020)", as the keyboard layout calls them; "no key" for none.
 [[nodiscard]] std::wstring keyNames(std::span<const DWORD> codes);
 
 // The present state of the function. Empty when it has none to ask for.

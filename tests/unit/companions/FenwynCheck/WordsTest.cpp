@@ -19,9 +19,20 @@ TEST(MachineWords, NameKeysAsTheLayoutDoesAndAlwaysTellTheCode) {
     EXPECT_EQ(machine::keyNames(std::vector<DWORD>{0x12345678}), L"0x12345678");
 }
 
+TEST(MachineWords, NameKeysThatActWithoutTheModifierAndKeysWithoutAScanCode) {
+    EXPECT_EQ(machine::keyNames(std::vector<DWORD>{0x10040, 0x1E020}),
+              L"F6 alone (0x10040), volume mute alone (0x1E020)");
+    EXPECT_EQ(machine::keyNames(std::vector<DWORD>{0x1F0AD, 0xF07C}), L"volume mute alone (0x1F0AD), F13 (0xF07C)");
+    EXPECT_EQ(machine::keyNames(std::vector<DWORD>{0xF0FE}), L"virtual key 0xFE (0xF0FE)");
+    EXPECT_EQ(machine::keyNames(std::vector<DWORD>{0x11234}), L"0x11234 alone") << "no code of a key";
+}
+
 TEST(MachineWords, NameTheModifier) {
-    EXPECT_NE(machine::modifierName(VK_F13), L"");
-    EXPECT_NE(machine::modifierName(VK_RCONTROL), machine::modifierName(VK_CAPITAL));
+    EXPECT_EQ(machine::modifierName(VK_RCONTROL), L"right Ctrl");
+    EXPECT_EQ(machine::modifierName(VK_LCONTROL), L"left Ctrl");
+    EXPECT_EQ(machine::modifierName(VK_RMENU), L"right Alt");
+    EXPECT_EQ(machine::modifierName(VK_CAPITAL), L"Caps Lock");
+    EXPECT_EQ(machine::modifierName(VK_F13), L"F13");
     EXPECT_EQ(machine::modifierName(0xFE), L"virtual key 0xFE");
 }
 
