@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "CommandLine.h"
+#include "DisplayQuestion.h"
 #include "Forgiveness.h"
 #include "Inspection.h"
 #include "MachineCheck.h"
@@ -44,6 +45,13 @@ std::optional<DWORD> runElevated(const std::wstring& arguments) {
     WaitForSingleObject(process.get(), INFINITE);
     DWORD code = 0;
     return GetExitCodeProcess(process.get(), &code) != FALSE ? std::optional<DWORD>(code) : std::nullopt;
+}
+
+// A plug-in that is loaded for a look must not take back a change of the displays. Held until this process ends,
+// because a plug-in's thread may live as long.
+void leaveDisplaysAlone() {
+    static common::UniqueHandle question;
+    question.reset(CreateEventW(nullptr, TRUE, FALSE, fenwyn::kDisplayQuestionEvent));
 }
 
 int look(const machine::Finding& finding) {
@@ -87,9 +95,11 @@ int run(const machine::Options& options) {
             return machine::forgivePlugins(outside);
         case Command::Inspect:
             check::tellCrashes();
+            leaveDisplaysAlone();
             return look(machine::inspect(options.function, options.plugin));
         case Command::Try:
             check::tellCrashes();
+            leaveDisplaysAlone();
             return look(machine::tryChange(options.function, options.plugin));
         case Command::ListScreens:
         case Command::AllowScreen:

@@ -5,6 +5,7 @@ import pytest
 from harness import places
 from harness.desktop import LIST, MAKER, PRODUCT
 from harness.functions import sample
+from harness.waiting import wait_until
 
 WELL, FAULTY, WRONG_USE, NOT_WRITTEN, NOTHING_TO_DO = range(5)
 NOT_ALLOWED, REFUSES = 200, 202
@@ -48,6 +49,24 @@ def test_looks_at_the_list_in_force_and_changes_nothing(program):
     assert "Function list: the machine's (HKEY_LOCAL_MACHINE)\n" in said
     assert list(sections(said)) == ["Mute", "Lock", "Zoom"]
     assert not [call for call in program.calls() if call.export in ("SelectItem", "FocusItem")]
+
+
+def test_a_picture_that_nobody_has_confirmed_is_left_to_fenwyn(program):
+    """The display outputs take such a picture back when they start, but not in a check."""
+    displays = PRODUCT + "\\Displays"
+    program.probe.set_dword("HKCU", displays, "Unsettled", 1)
+    # The probe writes no lists of texts.
+    subprocess.run([str(places.WINE), "reg", "add", f"HKCU\\{displays}", "/v", "LastGood", "/t", "REG_MULTI_SZ",
+                    "/d", "0 0 1280 800 nowhere", "/f"], env=program.desktop.environment, check=True, timeout=60,
+                   capture_output=True)
+    program.offer(*(function._replace(plugin=places.windows_path(program.stage / "plugins" / f"Win{function.name}.dll"))
+                    for function in sample("Output", "Output_2")))
+    code, said = check(program, "--machine", "--try")
+    assert code == WELL, said
+    assert list(sections(said)) == ["Output", "Output_2"]
+    assert int.from_bytes(program.probe.get_value("HKCU", displays, "Unsettled"), "little") == 1
+    program.start()
+    wait_until(lambda: program.probe.get_value("HKCU", displays, "Unsettled")[0] == 0, "Fenwyn takes it back")
 
 
 def test_a_plugin_that_crashes_or_cannot_be_loaded_does_not_keep_it_from_the_others(program):

@@ -3,6 +3,7 @@
 #include <cwchar>
 #include <string>
 
+#include "DisplayQuestion.h"
 #include "FenwynRegistry.h"
 #include "common/Handle.h"
 #include "system/LastGood.h"
@@ -16,8 +17,6 @@ namespace {
 constexpr wchar_t kKey[] = FENWYN_REG_PRODUCT L"\\Displays";
 constexpr wchar_t kLastGood[] = L"LastGood";
 constexpr wchar_t kUnsettled[] = L"Unsettled";
-// Held while a change waits for its confirmation.
-constexpr wchar_t kAsking[] = L"Local\\KESTOVA_Fenwyn_Display_Question";
 
 void writeUnsettled(DWORD dwUnsettled) {
     ::RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kUnsettled, REG_DWORD, &dwUnsettled, sizeof(dwUnsettled));
@@ -55,7 +54,7 @@ class CWindowsLastGood final : public ILastGood {
         // The text's own zero ends the list.
         ::RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kLastGood, REG_MULTI_SZ, texts.c_str(),
                           static_cast<DWORD>((texts.size() + 1) * sizeof(wchar_t)));
-        m_hAsking.reset(::CreateEventW(nullptr, TRUE, FALSE, kAsking));
+        m_hAsking.reset(::CreateEventW(nullptr, TRUE, FALSE, fenwyn::kDisplayQuestionEvent));
         writeUnsettled(1);
     }
 
@@ -95,7 +94,7 @@ class CWindowsLastGood final : public ILastGood {
             dwUnsettled == 0) {
             return false;
         }
-        const common::UniqueHandle hAsking(::OpenEventW(SYNCHRONIZE, FALSE, kAsking));
+        const common::UniqueHandle hAsking(::OpenEventW(SYNCHRONIZE, FALSE, fenwyn::kDisplayQuestionEvent));
         return !hAsking;
     }
 
