@@ -9,7 +9,7 @@ from harness import geometry, places
 from harness.desktop import FRAME_CLASS, LIST, STRIP_CLASS
 from harness.functions import sample
 from harness.keyboard import MODIFIER, Keyboard
-from harness.probe import Probe
+from harness.probe import Probe, Rect
 from harness.screen import Screen
 from harness.waiting import wait_until
 
@@ -129,6 +129,14 @@ class Shown:
     def window(self, cls):
         return next(iter(self.probe.windows(cls)), None)
 
+    def hold(self):
+        """The hook of a program that has just started may not be there yet: pressed until it answers."""
+        def strip_comes():
+            self.keyboard.up(MODIFIER)
+            self.keyboard.down(MODIFIER)
+            return self.window(STRIP_CLASS).visible
+        wait_until(strip_comes, "the cards come", 30)
+
     def end(self):
         """As Ctrl+C does."""
         if self.probe:
@@ -159,13 +167,7 @@ def test_run_real_shows_what_this_system_offers_and_an_overlay_types_into_a_text
 
     keyboard.press("Num_Lock")  # without it the emulated system makes no digits of the keys of a number pad
 
-    # The hook of a program that has just started may not be there yet: pressed until it answers.
-    def strip_comes():
-        keyboard.up(MODIFIER)
-        keyboard.down(MODIFIER)
-        return shown.window(STRIP_CLASS).visible
-
-    wait_until(strip_comes, "the cards come", 30)
+    shown.hold()
     # On a busy machine the desktop may answer too late, and Zoom then has no card this time.
     counts = {len(names), len(names) - 1} if "Zoom" in names else {len(names)}
     area = probe.work_area()
@@ -198,4 +200,8 @@ def test_run_real_offers_the_displays_where_there_are_two(shown_on_two_monitors)
     shown = shown_on_two_monitors
     assert "Output_2" in shown.listed(), shown.said()
     wait_until(lambda: shown.window(FRAME_CLASS) and shown.window(STRIP_CLASS), "Fenwyn runs", 30)
+    shown.hold()
+    first = Rect(0, 0, 1280, 800)
+    assert shown.window(STRIP_CLASS).rect == geometry.strip(first, len(shown.listed())), "a card for each function"
+    shown.keyboard.up(MODIFIER)
     assert shown.end() == 130, "ended as by Ctrl+C"
