@@ -4,6 +4,7 @@ import collections
 import os
 import re
 import signal
+import struct
 import subprocess
 import time
 
@@ -15,6 +16,7 @@ from test_monitors import FIRST, SECOND, desktop, work_on  # noqa: F401
 from test_real_functions import offer_real
 
 QUESTION, SECONDS = "Keep this picture?", 15
+EXTEND_RIGHT = 4  # FENWYN_MODE_...
 HELD = 3  # seconds until a held key brings a picture back
 
 # Where the two outputs lie on the X screen, whose corner is never negative; None is off.
@@ -100,6 +102,37 @@ def test_a_monitor_goes_off_comes_back_on_the_left_and_on_the_right(program):
         keep(program)
         wait_until(lambda: relaid(program) > before, "the cards are laid out anew")
         stays(lambda: outputs(program.desktop) == expected, lambda: f"not kept: {outputs(program.desktop)}", 0.5)
+
+
+def store_favourite(program, name, *corners):
+    """A favourite of both monitors in their sizes, with these upper left corners."""
+    key = "SOFTWARE\\KESTOVA\\Fenwyn\\Favourites\\0"
+    said = subprocess.run([str(places.WINE), str(program.stage / "FenwynCheck.exe"), "--screens"],
+                          env=program.desktop.environment, capture_output=True, check=True, timeout=60).stdout.decode()
+    paths = re.findall(r"\\\\\?\\DISPLAY#\S+", said)
+    assert len(paths) == len(corners), said
+    records = [connector.encode("utf-16-le").ljust(64, b"\0") + struct.pack("<3I", index, right - left, bottom - top)
+               for index, (connector, (left, top, right, bottom)) in enumerate([("LCD", FIRST), ("RGB 1", SECOND)])]
+    program.probe.set_text("HKCU", key, "Text", name)
+    program.probe.set_dword("HKCU", key, "Mode", EXTEND_RIGHT)
+    program.probe.set_binary("HKCU", key, "Displays", b"".join(records))
+    program.probe.set_binary("HKCU", key, "Corners", b"".join(struct.pack("<2i", *corner) for corner in corners))
+    # The probe writes no lists of texts.
+    subprocess.run([str(places.WINE), "reg", "add", f"HKCU\\{key}", "/v", "Monitors", "/t", "REG_MULTI_SZ",
+                    "/d", "\\0".join(paths), "/f"], env=program.desktop.environment, check=True, timeout=60,
+                   capture_output=True)
+
+
+def test_a_favourite_moves_a_monitor_within_an_arrangement_of_the_same_kind(program):
+    store_favourite(program, "Lower", (0, 0), (1280, 200))
+    begin(program)
+    program.hold()
+    for _ in range(3):  # the card opens with "right" selected; after "left" come the favourites
+        program.press("Output_2")
+    program.let_go()
+    expect_outputs(program, Outputs((0, 0), (1280, 200)))
+    keep(program)
+    stays(lambda: outputs(program.desktop).second == (1280, 200), lambda: f"not kept: {outputs(program.desktop)}", 0.5)
 
 
 def test_cards_of_a_monitor_that_goes_off_lie_on_the_other(program):
