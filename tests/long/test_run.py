@@ -77,6 +77,36 @@ def test_a_plugin_of_ones_own_is_registered_and_stays_until_the_sample_comes_bac
     assert registry(tmp_path, "\\Touchpad", "FuncDll").endswith("SimTouchpad.dll")
 
 
+def change(tmp_path, key, value, kind, data):
+    subprocess.run([str(ROOT / "tools/wine"), "reg", "add", "HKLM\\SOFTWARE\\KESTOVA\\Fenwyn\\HotKey" + key, "/v", value, "/t",
+                    kind, "/d", data, "/f"], env=dict(os.environ, WINEPREFIX=str(tmp_path / "prefix")), check=True,
+                   capture_output=True, timeout=60)
+
+
+def stop(process):
+    os.killpg(process.pid, signal.SIGINT)
+    process.wait(60)
+
+
+def test_a_plugin_of_ones_own_changes_nothing_else_in_a_changed_list(running, tmp_path):
+    stop(running()[0])
+    change(tmp_path, "\\Mute", "Code", "REG_DWORD", "0x3C")
+    change(tmp_path, "", "FuncList", "REG_SZ", "Mute;")
+
+    process, said = running("--plugin", str(MINIMAL), "Touchpat")
+    assert process.wait(60) != 0
+    assert 'There is no function "Touchpat"' in said
+    assert registry(tmp_path, "", "FuncList") == "Mute;"
+
+    # Its key is there and the list lacks it; the other one has no key either.
+    for function, names in (("Touchpad", "Mute;Touchpad;"), ("Output", "Mute;Touchpad;Output;")):
+        stop(running("--plugin", str(MINIMAL), function)[0])
+        assert registry(tmp_path, "", "FuncList") == names
+        assert registry(tmp_path, "\\" + function, "FuncDll").endswith("MinimalPlugin.dll")
+        assert registry(tmp_path, "\\" + function, "Code")
+    assert registry(tmp_path, "\\Mute", "Code") == "0x3c"
+
+
 def test_the_lines_that_a_virtual_screen_prints_work_as_they_stand(running, tmp_path):
     process, said = running()
     lines = [line.split("#")[0].strip() for line in said.splitlines() if line.startswith("    ") and "#" in line or

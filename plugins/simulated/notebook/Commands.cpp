@@ -40,6 +40,31 @@ ExitCode onRegister(const Arguments& arguments, std::wstring& answer) {
     return error == ERROR_SUCCESS ? kDone : refused(error, answer);
 }
 
+ExitCode onOffer(const Arguments& arguments, std::wstring& answer) {
+    if (arguments.size() != 3) {
+        return kWrongUse;
+    }
+    // In any letter case, as in the function list.
+    const fenwyn::Function* const known = fenwyn::findFunction(arguments[1]);
+    const Function* const function = known == nullptr ? nullptr : findFunction(known->name);
+    if (function == nullptr) {
+        answer = L"There is no function \"" + arguments[1] + L"\". There are:";
+        for (const Function& other : kFunctions) {
+            answer += std::wstring(L" ") + other.name;
+        }
+        answer += L"\n";
+        return kWrongUse;
+    }
+    LSTATUS error = ERROR_SUCCESS;
+    if (listState(HKEY_LOCAL_MACHINE, programFolder()) == ListState::None) {
+        error = registerSample(HKEY_LOCAL_MACHINE, programFolder(), false, uiLanguage());
+    }
+    if (error == ERROR_SUCCESS) {
+        error = offerFunction(HKEY_LOCAL_MACHINE, *function, arguments[2], uiLanguage());
+    }
+    return error == ERROR_SUCCESS ? kDone : refused(error, answer);
+}
+
 ExitCode onUnregister(const Arguments&, std::wstring& answer) {
     const LSTATUS error = unregisterSample(HKEY_LOCAL_MACHINE, programFolder());
     return error == ERROR_SUCCESS ? kDone : refused(error, answer);
@@ -101,6 +126,9 @@ constexpr Command kCommands[] = {
     {L"/register", onRegister,
      L"/register [/all|/keep]: make Fenwyn show this notebook's functions; /all: the older output too; /keep: not "
      L"in place of a list that somebody changed"},
+    {L"/offer", onOffer,
+     L"/offer <function> <plug-in>: make this plug-in, an absolute path, carry out the function, and add the function "
+     L"to the list if it is not there; the rest of the list stays"},
     {L"/unregister", onUnregister, L"/unregister: take these settings out again"},
     {L"/end", onEnd, L"/end: end Fenwyn and wait until it is gone"},
     {L"/reset", onReset, L"/reset: a new machine"},

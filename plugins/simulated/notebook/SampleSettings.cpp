@@ -5,7 +5,6 @@
 
 #include "DisplaySource.h"
 #include "FenwynRegistry.h"
-#include "Functions.h"
 #include "ZelHotkey.h"
 
 namespace sim {
@@ -24,7 +23,7 @@ struct ConfigValue {
 };
 constexpr ConfigValue kConfig[] = {{L"EnableHover", 1}, {L"MouseEnterIdle", 500}};
 
-void appendFunction(std::vector<Setting>& settings, const Function& function, const std::wstring& folder,
+void appendFunction(std::vector<Setting>& settings, const Function& function, const std::wstring& library,
                     Language language) {
     const std::wstring key = std::wstring(ZEL_REG_HOTKEY) + L"\\" + function.name;
     std::vector<DWORD> codes;
@@ -33,7 +32,33 @@ void appendFunction(std::vector<Setting>& settings, const Function& function, co
     }
     settings.push_back(textSetting(key, kCaptionValue, word(function.caption, language)));
     settings.push_back(numbersSetting(key, ZEL_VALUE_CODE, codes));
-    settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, folder + L"\\plugins\\Sim" + function.name + L".dll"));
+    settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, library));
+}
+
+LSTATUS readList(HKEY root, std::wstring& list) {
+    DWORD bytes = 0;
+    const auto read = [&](wchar_t* place) {
+        return RegGetValueW(root, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_REG_SZ, nullptr, place, &bytes);
+    };
+    if (const LSTATUS error = read(nullptr); error != ERROR_SUCCESS) {
+        return error;
+    }
+    std::wstring text(bytes / sizeof(wchar_t), L'\0');
+    const LSTATUS error = read(text.data());
+    list = text.c_str();
+    return error;
+}
+
+// Whether Fenwyn finds the name in the list. What no semicolon follows is no name.
+bool isListed(const std::wstring& list, const Function& function) {
+    std::size_t start = 0;
+    for (std::size_t end = list.find(L';'); end != std::wstring::npos; end = list.find(L';', start)) {
+        if (fenwyn::equalNames(std::wstring_view(list).substr(start, end - start), function.name)) {
+            return true;
+        }
+        start = end + 1;
+    }
+    return false;
 }
 
 // The settings that the sample may have been written as.
@@ -58,7 +83,7 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, Langua
     for (const Function& function : kFunctions) {
         if (function.inSample || all) {
             list += std::wstring(function.name) + L";";
-            appendFunction(settings, function, folder, language);
+            appendFunction(settings, function, folder + L"\\plugins\\Sim" + function.name + L".dll", language);
         }
     }
     // Last, so that everything that the list names already exists.
@@ -68,6 +93,26 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, Langua
 
 LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all, Language language) {
     return common::writeSettings(root, sampleSettings(folder, all, language));
+}
+
+LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& library, Language language) {
+    std::wstring list;
+    if (const LSTATUS error = readList(root, list); error != ERROR_SUCCESS) {
+        return error;
+    }
+    std::vector<Setting> settings;
+    appendFunction(settings, function, library, language);
+    if (RegGetValueW(root, settings.front().key.c_str(), ZEL_VALUE_CODE, RRF_RT_ANY, nullptr, nullptr, nullptr) ==
+        ERROR_SUCCESS) {
+        std::erase_if(settings, [](const Setting& setting) { return setting.name != ZEL_VALUE_FUNC_DLL; });
+    }
+    if (!isListed(list, function)) {
+        // After the last name that counts: an unfinished one behind it stays as unfinished as it was.
+        const std::size_t end = list.rfind(L';');
+        list.insert(end == std::wstring::npos ? 0 : end + 1, std::wstring(function.name) + L';');
+        settings.push_back(textSetting(ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, list));
+    }
+    return common::writeSettings(root, settings);
 }
 
 ListState listState(HKEY root, const std::wstring& folder) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Functions.h"
 #include "Words.h"
 #include "common/SettingsRecipe.h"
 
@@ -27,6 +28,12 @@ inline constexpr wchar_t kCaptionValue[] = L"Caption";
 // without the functions that are not in the sample list. Settings beside the list say nothing about it.
 enum class ListState { None, Sample, WholeSample, Other };
 [[nodiscard]] ListState listState(HKEY root, const std::wstring& folder);
+
+// Makes the function list that is below `root` name `function`, carried out by the plug-in `library` (a path). A
+// caption and keys are written, as the sample has them, only if the function has no keys; the rest of the list stays as
+// it is. ERROR_FILE_NOT_FOUND if there is no list.
+[[nodiscard]] LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& library,
+                                    Language language);
 
 // Removes each value that is unchanged since registerSample wrote it, and the keys that became empty. What others wrote
 // or changed is kept. If there is nothing to remove, this is a success.

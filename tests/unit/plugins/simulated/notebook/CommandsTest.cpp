@@ -21,6 +21,26 @@ class Commands : public testing::Test {
         return sim::runCommand(arguments, m_strAnswer);
     }
 
+    // Empty if there is none.
+    static std::wstring text(const std::wstring& key, const wchar_t* name) {
+        wchar_t found[512] = L"";
+        DWORD bytes = sizeof found;
+        RegGetValueW(HKEY_LOCAL_MACHINE, (ZEL_REG_HOTKEY + key).c_str(), name, RRF_RT_REG_SZ, nullptr, found, &bytes);
+        return found;
+    }
+    static std::wstring list() { return text({}, ZEL_VALUE_FUNC_LIST); }
+    static void setList(const std::wstring& names) {
+        support::RegistryRoom::setText(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, names);
+    }
+    // 0 if there is none.
+    static DWORD code(const std::wstring& function) {
+        DWORD number = 0;
+        DWORD bytes = sizeof number;
+        RegGetValueW(HKEY_LOCAL_MACHINE, (ZEL_REG_HOTKEY L"\\" + function).c_str(), ZEL_VALUE_CODE,
+                     RRF_RT_REG_DWORD | RRF_RT_REG_BINARY, nullptr, &number, &bytes);
+        return number;
+    }
+
     Sandbox m_sandbox;
     std::wstring m_strAnswer;
 };
@@ -31,6 +51,7 @@ TEST_F(Commands, UnknownOrIncompleteCommandTellsTheUse) {
                                                 {L"/nonsense"},
                                                 {L"/set"},
                                                 {L"/set", L"Mute", L"Item"},
+                                                {L"/offer", L"Mute"},
                                                 {L"/register", L"/some"},
                                                 {L"/register", L"/all", L"/all"}}) {
         EXPECT_EQ(run(arguments), sim::kWrongUse);
@@ -62,21 +83,71 @@ TEST_F(Commands, StateTellsEveryFunction) {
 }
 
 TEST_F(Commands, RegisterKeepsAListThatSomebodyChanged) {
-    const auto list = [] {
-        wchar_t text[512] = L"";
-        DWORD bytes = sizeof text;
-        RegGetValueW(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_REG_SZ, nullptr, text, &bytes);
-        return std::wstring(text);
-    };
     EXPECT_EQ(run({L"/register", L"/keep"}), sim::kDone);
     EXPECT_TRUE(list().starts_with(L"Mute;Lock;")) << "there was none";
-    const wchar_t mine[] = L"Mute;";
-    RegSetKeyValueW(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, REG_SZ, mine, sizeof mine);
+    setList(L"Mute;");
     EXPECT_EQ(run({L"/register", L"/keep"}), sim::kDone);
     EXPECT_EQ(list(), L"Mute;");
     EXPECT_NE(m_strAnswer.find(L"stays as it is"), std::wstring::npos);
     EXPECT_EQ(run({L"/register"}), sim::kDone);
     EXPECT_TRUE(list().starts_with(L"Mute;Lock;"));
+}
+
+TEST_F(Commands, OfferAddsItsFunctionAloneToAListThatSomebodyChanged) {
+    support::RegistryRoom::setText(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY L"\\Mute", sim::kCaptionValue, L"Quiet!");
+    support::RegistryRoom::setDword(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY L"\\Mute", ZEL_VALUE_CODE, 0x3C);
+    setList(L"Mute;");
+    EXPECT_EQ(run({L"/offer", L"Touchpad", L"Z:\\mine.dll"}), sim::kDone);
+    EXPECT_EQ(list(), L"Mute;Touchpad;");
+    EXPECT_EQ(code(L"Touchpad"), 0x43U);
+    EXPECT_EQ(text(L"\\Touchpad", sim::kCaptionValue), sim::word(L"Touchpad"));
+    EXPECT_EQ(text(L"\\Touchpad", ZEL_VALUE_FUNC_DLL), L"Z:\\mine.dll");
+    EXPECT_EQ(text(L"\\Mute", sim::kCaptionValue), L"Quiet!");
+    EXPECT_EQ(code(L"Mute"), 0x3CU);
+    EXPECT_TRUE(text(L"\\Mute", ZEL_VALUE_FUNC_DLL).empty());
+    EXPECT_EQ(code(L"Lock"), 0U) << "no other function";
+}
+
+TEST_F(Commands, OfferKeepsTheKeysAndTheCaptionOfAFunctionThatHasThem) {
+    support::RegistryRoom::setText(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY L"\\Mute", sim::kCaptionValue, L"Quiet!");
+    support::RegistryRoom::setDword(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY L"\\Mute", ZEL_VALUE_CODE, 0x3C);
+    for (const wchar_t* const names : {L"Lock;", L"Lock;Mute;", L"mute;Lock;"}) {
+        setList(names);
+        EXPECT_EQ(run({L"/offer", L"mute", L"Z:\\mine.dll"}), sim::kDone);
+        EXPECT_EQ(list(), std::wstring(names) == L"Lock;" ? L"Lock;Mute;" : names);
+        EXPECT_EQ(text(L"\\Mute", sim::kCaptionValue), L"Quiet!");
+        EXPECT_EQ(code(L"Mute"), 0x3CU);
+        EXPECT_EQ(text(L"\\Mute", ZEL_VALUE_FUNC_DLL), L"Z:\\mine.dll");
+    }
+}
+
+TEST_F(Commands, OfferFindsOnlyWholeNamesThatEndWithASemicolon) {
+    for (const auto& [names, after] :
+         std::vector<std::pair<std::wstring, std::wstring>>{{L"", L"Output;"},
+                                                            {L"Output_2;", L"Output_2;Output;"},
+                                                            {L"Lock;Output", L"Lock;Output;Output"},
+                                                            {L"Lock;Mute", L"Lock;Output;Mute"}}) {
+        setList(names);
+        EXPECT_EQ(run({L"/offer", L"Output", L"Z:\\mine.dll"}), sim::kDone);
+        EXPECT_EQ(list(), after);
+    }
+}
+
+TEST_F(Commands, OfferOfAFunctionThatThereIsNotChangesNothing) {
+    EXPECT_EQ(run({L"/offer", L"Touchpat", L"Z:\\mine.dll"}), sim::kWrongUse);
+    EXPECT_NE(m_strAnswer.find(L"no function \"Touchpat\""), std::wstring::npos);
+    EXPECT_NE(m_strAnswer.find(L" Touchpad "), std::wstring::npos);
+    EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, sim::programFolder()), sim::ListState::None);
+    setList(L"Mute;");
+    EXPECT_EQ(run({L"/offer", L"Touchpat", L"Z:\\mine.dll"}), sim::kWrongUse);
+    EXPECT_EQ(list(), L"Mute;");
+}
+
+TEST_F(Commands, OfferWritesTheSampleOnlyWhereThereIsNoList) {
+    EXPECT_EQ(run({L"/offer", L"Output", L"Z:\\mine.dll"}), sim::kDone);
+    EXPECT_TRUE(list().starts_with(L"Mute;Lock;"));
+    EXPECT_TRUE(list().ends_with(L";Output;"));
+    EXPECT_EQ(code(L"Output"), 0x19U);
 }
 
 TEST_F(Commands, RegisterBringsASampleOfAnotherLanguageUpToDateAsWholeAsItIs) {
