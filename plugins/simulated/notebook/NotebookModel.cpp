@@ -1,6 +1,8 @@
 #include "NotebookModel.h"
 
 #include <algorithm>
+#include <array>
+#include <cwchar>
 #include <vector>
 
 #include "FunctionListRoot.h"
@@ -15,6 +17,9 @@
 namespace sim {
 
 namespace {
+
+// More keys for one function have no room in the window.
+constexpr std::size_t kMostCodes = 64;
 
 // 0 when there is none.
 DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
@@ -62,25 +67,102 @@ std::wstring captionOf(const Function& function) {
     return caption;
 }
 
-std::wstring keysOf(const Function& function) {
-    std::wstring keys = word(function.keys[0].name);
-    for (std::size_t i = 1; i < function.keyCount(); ++i) {
-        keys += std::wstring(L" / ") + word(function.keys[i].name);
+struct NamedKey {
+    DWORD key;
+    const wchar_t* name;
+};
+
+// Modifiers whose names the system shortens to those of other keys, or does not know.
+constexpr NamedKey kNamedKeys[] = {{VK_RCONTROL, L"right Ctrl"},
+                                   {VK_RMENU, L"right Alt"},
+                                   {VK_RWIN, L"right Windows key"},
+                                   {VK_CAPITAL, L"Caps Lock"},
+                                   {VK_APPS, L"menu key"}};
+
+// As the keyboard's layout knows it; empty if it does not. `scan` is a set-1 code, 0xE0 before it for an extended key.
+std::wstring layoutName(DWORD scan) {
+    if (const DWORD prefix = scan >> 8U; prefix != 0 && prefix != ZEL_CODE_EXTENDED >> 8U) {
+        return {};
     }
-    return keys;
+    const DWORD place = (scan & 0xFFU) << 16U | ((scan & 0xFF00U) != 0 ? 1U << 24U : 0U);
+    wchar_t name[64] = L"";
+    const int length = GetKeyNameTextW(static_cast<LONG>(place), name, static_cast<int>(std::size(name)));
+    return scan != 0 && length > 0 ? name : L"";
 }
 
-// The name on the key, as far as the keyboard's layout knows it.
+// Empty if it has none.
+std::wstring virtualKeyName(DWORD key) {
+    for (const NamedKey& row : kNamedKeys) {
+        if (row.key == key) {
+            return word(row.name);
+        }
+    }
+    if (key >= VK_F1 && key <= VK_F24) {
+        return L"F" + std::to_wstring(key - VK_F1 + 1);
+    }
+    return layoutName(MapVirtualKeyW(key, MAPVK_VK_TO_VSC_EX));
+}
+
 std::wstring modifierName() {
     const DWORD key = zelModifierKey(numberOf(fenwyn::functionListRoot(), ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY));
-    if (key == VK_RCONTROL) {
-        return word(L"right Ctrl");
+    const std::wstring name = virtualKeyName(key);
+    return name.empty() ? word(L"the modifier") : name;
+}
+
+// Of a key that the table of functions has. Empty if it has none.
+std::wstring notebookKeyName(DWORD code) {
+    for (const Function& function : kFunctions) {
+        for (std::size_t i = 0; i < function.keyCount(); ++i) {
+            if (function.keys[i].code == code) {
+                return word(function.keys[i].name);
+            }
+        }
     }
-    const UINT scan = MapVirtualKeyW(key, MAPVK_VK_TO_VSC_EX);
-    const LONG place = static_cast<LONG>((scan & 0xFFU) << 16U | ((scan & 0xFF00U) != 0 ? 1U << 24U : 0U));
-    wchar_t name[64] = L"";
-    const bool named = scan != 0 && GetKeyNameTextW(place, name, static_cast<int>(std::size(name))) > 0;
-    return named ? name : word(L"the modifier");
+    return {};
+}
+
+std::wstring hexText(DWORD number) {
+    wchar_t text[16] = L"";
+    swprintf(text, std::size(text), L"0x%lX", number);
+    return text;
+}
+
+std::wstring codeName(DWORD code) {
+    if (code == ZEL_CODE_MODIFIER) {
+        return modifierName();
+    }
+    const DWORD key = code & ~DWORD{ZEL_CODE_ALONE};
+    std::wstring name = notebookKeyName(key);
+    if (name.empty()) {
+        const bool isVirtualKey = (key & 0xFF00U) == ZEL_CODE_VIRTUAL_KEY;
+        name = isVirtualKey ? virtualKeyName(key & 0xFFU) : layoutName(key);
+    }
+    return name.empty() ? word(L"key %1", {hexText(code)}) : name;
+}
+
+// As the function list has them; those of the sample where it has none.
+std::vector<DWORD> codesOf(const Function& function) {
+    const std::wstring key = std::wstring(ZEL_REG_HOTKEY) + L"\\" + function.name;
+    std::array<DWORD, kMostCodes> codes{};
+    DWORD bytes = sizeof codes;
+    // Of any type, as the hotkey library reads it.
+    if (RegGetValueW(fenwyn::functionListRoot(), key.c_str(), ZEL_VALUE_CODE, RRF_RT_ANY | RRF_NOEXPAND, nullptr,
+                     codes.data(), &bytes) == ERROR_SUCCESS) {
+        return {codes.begin(), codes.begin() + bytes / sizeof(DWORD)};
+    }
+    std::vector<DWORD> sample;
+    for (std::size_t i = 0; i < function.keyCount(); ++i) {
+        sample.push_back(function.keys[i].code);
+    }
+    return sample;
+}
+
+std::wstring keysOf(const Function& function) {
+    std::wstring keys;
+    for (const DWORD code : codesOf(function)) {
+        keys += (keys.empty() ? L"" : L" / ") + codeName(code);
+    }
+    return keys;
 }
 
 std::wstring hintText(bool latched) {

@@ -29,6 +29,10 @@ TEST(Words, AreThoseOfTheLanguage) {
     EXPECT_EQ(sim::word(L"Brightness", Language::English), L"Brightness");
     EXPECT_EQ(sim::word(L"Brightness", Language::German), L"Helligkeit");
     EXPECT_EQ(sim::word(L"Balanced", Language::German), L"Ausbalanciert");
+    EXPECT_EQ(sim::word(L"right Alt", Language::German), L"Alt rechts");
+    EXPECT_EQ(sim::word(L"right Windows key", Language::German), L"Windows-Taste rechts");
+    EXPECT_EQ(sim::word(L"Caps Lock", Language::German), L"Feststelltaste");
+    EXPECT_EQ(sim::word(L"menu key", Language::German), L"Menütaste");
 }
 
 TEST(Words, NamesOfThePersonStay) {

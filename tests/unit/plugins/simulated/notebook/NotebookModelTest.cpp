@@ -161,6 +161,45 @@ TEST_F(Notebook, TellsHowTheModifierIsUsed) {
     EXPECT_EQ(m_model.hint, sim::word(L"%1 stays down: press a key", {modifier}));
 }
 
+TEST_F(Notebook, NamesTheModifierThatIsSet) {
+    const std::vector<std::pair<DWORD, std::wstring>> rows{{0, sim::word(L"right Ctrl")},
+                                                           {VK_RMENU, sim::word(L"right Alt")},
+                                                           {VK_MENU, sim::word(L"right Alt")},
+                                                           {VK_RWIN, sim::word(L"right Windows key")},
+                                                           {VK_CAPITAL, sim::word(L"Caps Lock")},
+                                                           {VK_APPS, sim::word(L"menu key")},
+                                                           {VK_F13, L"F13"},
+                                                           {VK_F24, L"F24"},
+                                                           {0xFE, sim::word(L"the modifier")}};
+    for (const auto& [key, name] : rows) {
+        RegistryRoom::setDword(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY, ZEL_VALUE_MODIFIER_KEY, key);
+        read();
+        EXPECT_EQ(m_model.hint, sim::word(L"Hold %1 and press a key", {name}));
+    }
+}
+
+TEST_F(Notebook, KeysAreThoseOfTheList) {
+    const wchar_t* const mute = ZEL_REG_HOTKEY L"\\Mute";
+    list(L"Mute;Brightness;");
+    read();
+    EXPECT_EQ(row(L"Mute").keys, L"F1") << "the sample's, where the list has none";
+    EXPECT_EQ(row(L"Brightness").keys, L"F6 / F7");
+    const std::vector<std::pair<DWORD, std::wstring>> rows{{0x3C, L"F2"},
+                                                           {0x39, sim::word(L"Space")},
+                                                           {0, sim::word(L"right Ctrl")},
+                                                           {ZEL_CODE_ALONE | 0x44, L"F10"},
+                                                           {ZEL_CODE_VIRTUAL_KEY | VK_F13, L"F13"},
+                                                           {0x7777, sim::word(L"key %1", {L"0x7777"})}};
+    for (const auto& [code, name] : rows) {
+        RegistryRoom::setDword(HKEY_LOCAL_MACHINE, mute, ZEL_VALUE_CODE, code);
+        read();
+        EXPECT_EQ(row(L"Mute").keys, name);
+    }
+    RegistryRoom::setBinary(HKEY_LOCAL_MACHINE, mute, ZEL_VALUE_CODE, {0x58, 0, 0, 0, 0x3B, 0, 0, 0});
+    read();
+    EXPECT_EQ(row(L"Mute").keys, L"F12 / F1");
+}
+
 // Draws the notebook on a bitmap of its own.
 class Drawing {
  public:
