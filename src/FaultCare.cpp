@@ -149,10 +149,6 @@ void rememberFault(const faults::Section& left) {
     }
 }
 
-bool equalIgnoringCase(const wchar_t* pszA, const wchar_t* pszB) noexcept {
-    return ::CompareStringOrdinal(pszA, -1, pszB, -1, TRUE) == CSTR_EQUAL;
-}
-
 void startThread() {
     Care& rCare = care();
     rCare.call.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
@@ -197,7 +193,7 @@ bool startCare() {
 }  // namespace
 
 bool start(const wchar_t* pszCommandLine) noexcept {
-    if (equalIgnoringCase(pszCommandLine, faults::kSafeSwitch)) {
+    if (faults::isSwitch(pszCommandLine, faults::kSafeSwitch)) {
         faults::closeGate();
     }
     try {

@@ -6,6 +6,7 @@
 #include "FaultCare.h"
 #include "Logic/Faults/FaultHandler.h"
 #include "Logic/Faults/HangWatch.h"
+#include "Logic/Faults/Succession.h"
 #include "Logic/FullScreen.h"
 #include "Logic/HbqNotify.h"
 #include "Logic/HotkeyEventHandler.h"
@@ -25,14 +26,9 @@ CZelMainApp theApp;
 namespace {
 
 constexpr wchar_t kMutexName[] = L"_ZelMain_Mutex_";
-constexpr wchar_t kHideSwitch[] = L"/hide";
 constexpr wchar_t kImageLibrary[] = L"CardArt.dll";
 constexpr DWORD kSecondLookMs = 200;     // the other instance may just be starting or ending
 constexpr UINT kSignalTimeoutMs = 5000;  // the caller must not hang with a user interface that hangs
-
-bool equalIgnoringCase(const wchar_t* a, const wchar_t* b) {
-    return ::CompareStringOrdinal(a, -1, b, -1, TRUE) == CSTR_EQUAL;
-}
 
 }  // namespace
 
@@ -57,7 +53,7 @@ bool CZelMainApp::InitInstance() {
     BOOL show = CZelConfig::getQrdConfig().bShowQrdAtLaunch != 0;
     if (m_lpCmdLine[0] != L'\0') {
         LOG_TRACE(L"%s = %s", L"m_lpCmdLine", m_lpCmdLine);
-        show = !equalIgnoringCase(m_lpCmdLine, kHideSwitch);
+        show = !faults::isSwitch(m_lpCmdLine, faults::kQuietSwitch);
     }
     static_cast<void>(showMainDlg(show, FALSE));
     // Cards below other windows are better than none.

@@ -13,35 +13,15 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "
 
 from harness.desktop import Desktop, Program  # noqa: E402
 from harness.places import BUILD  # noqa: E402
+from harness.tasks import tasks_of, wake_ups  # noqa: E402
 
 KEYS_PER_SECOND = 4
 
 
-def tasks(program):
-    """The process of Fenwyn, as the system below the emulated one counts it."""
-    file = str(program.stage / "Fenwyn.exe")
-    for command in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
-        try:
-            text = command.read_bytes().decode(errors="replace").replace("\\", "/")
-        except OSError:
-            continue
-        if file in text and "python" not in text:
-            return command.parent / "task"
-    raise SystemExit("Fenwyn does not run")
-
-
-def wake_ups(folder):
-    """By thread."""
-    counts = {}
-    for status in folder.glob("*/status"):
-        for line in status.read_text().splitlines():
-            if line.startswith("voluntary_ctxt_switches:"):
-                counts[status.parent.name] = int(line.split()[1])
-    return counts
-
-
 def measure(name, program, seconds, act):
-    folder = tasks(program)
+    folder = tasks_of(program.stage / "Fenwyn.exe")
+    if folder is None:
+        raise SystemExit("Fenwyn does not run")
     before, begin = wake_ups(folder), time.monotonic()
     act(begin + seconds)
     after, passed = wake_ups(folder), time.monotonic() - begin

@@ -1,7 +1,9 @@
 #include "Data/FaultMemory.h"
 
+#include <array>
+
 #include "common/DebugLog.h"
-#include "common/Handle.h"
+#include "common/SettingsRecipe.h"
 
 namespace {
 
@@ -19,41 +21,18 @@ std::wstring localTime(ULONGLONG ullTime) {
     return text;
 }
 
-LSTATUS setText(HKEY hKey, const wchar_t* pszName, const std::wstring& strText) {
-    return ::RegSetValueExW(hKey, pszName, 0, REG_SZ, reinterpret_cast<const BYTE*>(strText.c_str()),
-                            static_cast<DWORD>((strText.size() + 1) * sizeof(wchar_t)));
-}
-
-template <typename Number>
-LSTATUS setNumber(HKEY hKey, const wchar_t* pszName, DWORD dwType, Number number) {
-    return ::RegSetValueExW(hKey, pszName, 0, dwType, reinterpret_cast<const BYTE*>(&number), sizeof(number));
-}
-
 LSTATUS write(const fenwyn::PluginFault& fault) {
-    common::UniqueRegKey key;
-    LSTATUS error = ::RegCreateKeyExW(HKEY_CURRENT_USER, fenwyn::faultKeyOf(fault.plugin).c_str(), 0, nullptr, 0,
-                                      KEY_WRITE, nullptr, key.put(), nullptr);
-    if (error != ERROR_SUCCESS) {
-        return error;
-    }
-    struct Text {
-        const wchar_t* name;
-        const std::wstring& text;
+    const std::wstring strKey = fenwyn::faultKeyOf(fault.plugin);
+    const std::array settings{
+        common::textSetting(strKey, FENWYN_VALUE_FAULT_FUNCTION, fault.function),
+        common::textSetting(strKey, FENWYN_VALUE_FAULT_EXPORT, fault.exportName),
+        common::textSetting(strKey, FENWYN_VALUE_FAULT_REASON, fault.reason),
+        common::textSetting(strKey, FENWYN_VALUE_FAULT_WHEN, fault.when),
+        common::longNumberSetting(strKey, FENWYN_VALUE_FAULT_TIME, fault.time),
+        // This value comes last, because a key without it does not count.
+        common::numberSetting(strKey, FENWYN_VALUE_SET_ASIDE, fault.setAside ? 1 : 0),
     };
-    for (const Text& row :
-         {Text{FENWYN_VALUE_FAULT_FUNCTION, fault.function}, Text{FENWYN_VALUE_FAULT_EXPORT, fault.exportName},
-          Text{FENWYN_VALUE_FAULT_REASON, fault.reason}, Text{FENWYN_VALUE_FAULT_WHEN, fault.when}}) {
-        if (error == ERROR_SUCCESS) {
-            error = setText(key.get(), row.name, row.text);
-        }
-    }
-    if (error == ERROR_SUCCESS) {
-        error = setNumber(key.get(), FENWYN_VALUE_FAULT_TIME, REG_QWORD, fault.time);
-    }
-    // This value comes last, because a key without it does not count.
-    return error == ERROR_SUCCESS
-               ? setNumber(key.get(), FENWYN_VALUE_SET_ASIDE, REG_DWORD, DWORD{fault.setAside ? 1U : 0U})
-               : error;
+    return common::writeSettings(HKEY_CURRENT_USER, settings);
 }
 
 }  // namespace

@@ -35,12 +35,9 @@ std::wstring titleOf(HWND hWnd) {
 int textHeight(const std::wstring& strText) {
     const common::WindowDc screen(nullptr);
     const common::UniqueFont font = messageFont();
-    const HGDIOBJ hOld = font ? ::SelectObject(screen.get(), font.get()) : nullptr;
+    const common::SelectScope withFont(screen.get(), font ? font.get() : ::GetStockObject(SYSTEM_FONT));
     RECT rect{0, 0, scaled(kTextWidth), 0};
     ::DrawTextW(screen.get(), strText.c_str(), -1, &rect, kTextFormat | DT_CALCRECT);
-    if (hOld != nullptr) {
-        ::SelectObject(screen.get(), hOld);
-    }
     return static_cast<int>(rect.bottom);
 }
 
@@ -64,14 +61,11 @@ void paint(HWND hWnd) {
     ::DrawIconEx(paint.get(), nPadding, nPadding, ::LoadIconW(nullptr, IDI_WARNING), scaled(kIconSize),
                  scaled(kIconSize), 0, nullptr, DI_NORMAL);
     const common::UniqueFont font = messageFont();
-    const HGDIOBJ hOld = font ? ::SelectObject(paint.get(), font.get()) : nullptr;
+    const common::SelectScope withFont(paint.get(), font ? font.get() : ::GetStockObject(SYSTEM_FONT));
     ::SetBkMode(paint.get(), TRANSPARENT);
     ::SetTextColor(paint.get(), ::GetSysColor(COLOR_INFOTEXT));
     RECT text{2 * nPadding + scaled(kIconSize), nPadding, rect.right - nPadding, rect.bottom - nPadding};
     ::DrawTextW(paint.get(), titleOf(hWnd).c_str(), -1, &text, kTextFormat);
-    if (hOld != nullptr) {
-        ::SelectObject(paint.get(), hOld);
-    }
 }
 
 }  // namespace

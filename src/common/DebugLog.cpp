@@ -16,6 +16,7 @@ class ProcessLog {
     ProcessLog() : ProcessLog(readSettings(settingsPath().data())) {}
 
     Logger& logger() noexcept { return m_logger; }
+    [[nodiscard]] const Path& file() const noexcept { return m_output.file(); }
 
  private:
     explicit ProcessLog(const Settings& settings) : m_output(settings), m_logger(settings, m_output) {}
@@ -26,9 +27,13 @@ class ProcessLog {
 
 // Never destroyed: other threads and other objects' destructors may log until the very end of the process, where the
 // runtime flushes and closes the open stream. Works without memory.
-Logger& processLogger() noexcept {
+ProcessLog& processLog() noexcept {
     static common::NeverDestroyed<ProcessLog> log;
-    return log.get().logger();
+    return log.get();
+}
+
+Logger& processLogger() noexcept {
+    return processLog().logger();
 }
 
 // Logging between a failed call and GetLastError must not change the result.
@@ -64,7 +69,7 @@ int logLast(const Record& record, const wchar_t* format, ...) noexcept {
 }
 
 Path logFile() noexcept {
-    return expandedLogFile(readSettings(settingsPath().data()));
+    return processLog().file();
 }
 
 void close() {

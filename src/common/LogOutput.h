@@ -16,6 +16,8 @@ class LogOutput final : public ILineSink {
     void write(const Line& line) override;
     void writeLast(const Line& line, bool bAlone) override;
     void close() override;
+    // With its environment variables expanded; empty if it does not fit.
+    [[nodiscard]] const Path& file() const noexcept { return m_path; }
 
  private:
     struct CloseStream {

@@ -62,6 +62,10 @@ Setting numberSetting(std::wstring key, std::wstring name, DWORD number) {
     return {std::move(key), std::move(name), REG_DWORD, bytesOf(&number, sizeof number)};
 }
 
+Setting longNumberSetting(std::wstring key, std::wstring name, ULONGLONG number) {
+    return {std::move(key), std::move(name), REG_QWORD, bytesOf(&number, sizeof number)};
+}
+
 Setting numbersSetting(std::wstring key, std::wstring name, std::span<const DWORD> numbers) {
     return {std::move(key), std::move(name), REG_BINARY, bytesOf(numbers.data(), numbers.size_bytes())};
 }

@@ -21,6 +21,8 @@ struct Setting {
 [[nodiscard]] Setting textSetting(std::wstring key, std::wstring name, const std::wstring& text);
 // REG_DWORD.
 [[nodiscard]] Setting numberSetting(std::wstring key, std::wstring name, DWORD number);
+// REG_QWORD.
+[[nodiscard]] Setting longNumberSetting(std::wstring key, std::wstring name, ULONGLONG number);
 // REG_BINARY: 32-bit numbers, low byte first.
 [[nodiscard]] Setting numbersSetting(std::wstring key, std::wstring name, std::span<const DWORD> numbers);
 

@@ -53,6 +53,15 @@ def wait_for_successor(program, old):
     return program.pid
 
 
+def crash(program, **faults):
+    """Uses the function once, which ends the program, and waits for the next one."""
+    offer(program, **faults)
+    program.start()
+    old = program.pid
+    use_bad(program)
+    wait_for_successor(program, old)
+
+
 def notice(program):
     return next((window.title for window in program.probe.windows(NOTICE) if window.visible), "")
 
@@ -99,22 +108,14 @@ def expect_end(program, process):
 
 
 def test_a_crash_leaves_a_dump(program, dumps):
-    offer(program, SelectItem=VIOLATION)
-    program.start()
-    old = program.pid
-    use_bad(program)
-    wait_for_successor(program, old)
+    crash(program, SelectItem=VIOLATION)
     dump, = program.folder.glob("fault-*.dmp")
     assert dump.read_bytes()[:4] == b"MDMP" and dump.stat().st_size > 10000
 
 
 @pytest.mark.parametrize("fault", [VIOLATION, THROW, ABORT, OVERFLOW])
 def test_a_crash_is_named_and_the_program_goes_on(program, fault):
-    offer(program, SelectItem=fault)
-    program.start()
-    old = program.pid
-    use_bad(program)
-    wait_for_successor(program, old)
+    crash(program, SelectItem=fault)
     wait_for_notice(program, "Bad", f"{PLUGIN}.dll", "once more")
     said = last_run(program)[0]
     assert "SelectItem of function Mute" in said and WORDS[fault] in said and said.endswith("loaded again.")
@@ -346,10 +347,6 @@ def test_each_export_with_each_fault(program, export, fault):
 
 
 def test_a_fault_on_a_thread_of_the_plugin_counts(program):
-    offer(program, SelectItem=OWN_THREAD)
-    program.start()
-    old = program.pid
-    use_bad(program)
-    wait_for_successor(program, old)
+    crash(program, SelectItem=OWN_THREAD)
     assert "a thread of its own of function Mute" in last_run(program)[0]
     wait_for_notice(program, "Bad")

@@ -23,6 +23,19 @@ dbglog::Settings settingsFor(int level) {
     return settings;
 }
 
+int write(const dbglog::Record& record, const wchar_t* format, va_list args) {
+    const AllocationsSucceed mine;
+    const std::lock_guard lock(g_mutex);
+    if (g_pLogger == nullptr) {
+        return 0;
+    }
+    const int written = g_pLogger->write(record, format, args);
+    if (written > 0) {
+        g_pSources->emplace_back(record.sourceFile);
+    }
+    return written;
+}
+
 }  // namespace
 
 class LogCapture::Sink : public dbglog::ILineSink {
@@ -90,31 +103,18 @@ void LogCapture::clear() {
 namespace dbglog {
 
 int log(const Record& record, const wchar_t* format, ...) noexcept {
-    const support::AllocationsSucceed mine;
-    const std::lock_guard lock(support::g_mutex);
-    if (support::g_pLogger == nullptr) {
-        return 0;
-    }
     va_list args;
     va_start(args, format);
-    const int written = support::g_pLogger->write(record, format, args);
+    const int written = support::write(record, format, args);
     va_end(args);
-    if (written > 0) {
-        support::g_pSources->emplace_back(record.sourceFile);
-    }
     return written;
 }
 
 // Like every other line: a test has no last one.
 int logLast(const Record& record, const wchar_t* format, ...) noexcept {
-    const support::AllocationsSucceed mine;
-    const std::lock_guard lock(support::g_mutex);
-    if (support::g_pLogger == nullptr) {
-        return 0;
-    }
     va_list args;
     va_start(args, format);
-    const int written = support::g_pLogger->write(record, format, args);
+    const int written = support::write(record, format, args);
     va_end(args);
     return written;
 }

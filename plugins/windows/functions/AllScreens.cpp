@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "functions/Brightness.h"
+#include "keyboard/Lock.h"
 
 namespace win {
 
@@ -19,24 +20,13 @@ std::vector<BYTE> everyLevel() {
     return levels;
 }
 
-class CGuard {
- public:
-    explicit CGuard(SRWLOCK& rLock) : m_rLock(rLock) { ::AcquireSRWLockExclusive(&m_rLock); }
-    ~CGuard() { ::ReleaseSRWLockExclusive(&m_rLock); }
-    CGuard(const CGuard&) = delete;
-    CGuard& operator=(const CGuard&) = delete;
-
- private:
-    SRWLOCK& m_rLock;
-};
-
 }  // namespace
 
 CPatientScreens::CPatientScreens(std::shared_ptr<IExternalScreens> pScreens, std::function<WakeTime()> time)
     : m_pScreens(std::move(pScreens)), m_time(std::move(time)) {}
 
 std::optional<BYTE> CPatientScreens::read() {
-    const CGuard guard(m_lock);
+    const keyboard::CExclusiveLock guard(m_lock);
     for (const std::wstring& path : m_pScreens->allowed()) {
         if (!_mayAsk(path)) {
             continue;
@@ -51,7 +41,7 @@ std::optional<BYTE> CPatientScreens::read() {
 }
 
 void CPatientScreens::set(BYTE nPercent) {
-    const CGuard guard(m_lock);
+    const keyboard::CExclusiveLock guard(m_lock);
     for (const std::wstring& path : m_pScreens->allowed()) {
         if (!_mayAsk(path)) {
             continue;

@@ -7,6 +7,7 @@
 
 #include "common/Handle.h"
 #include "functions/Arrangements.h"
+#include "keyboard/Lock.h"
 
 namespace win {
 
@@ -17,17 +18,6 @@ constexpr DWORD kSettlePollMs = 50;
 // The order in which a picture is brought back.
 constexpr std::array<LONG, 4> kPanicOrder{FENWYN_MODE_INTERNAL, FENWYN_MODE_EXTEND_RIGHT, FENWYN_MODE_CLONE,
                                           FENWYN_MODE_EXTERNAL};
-
-class CGuard {
- public:
-    explicit CGuard(SRWLOCK& rLock) : m_rLock(rLock) { ::AcquireSRWLockExclusive(&m_rLock); }
-    ~CGuard() { ::ReleaseSRWLockExclusive(&m_rLock); }
-    CGuard(const CGuard&) = delete;
-    CGuard& operator=(const CGuard&) = delete;
-
- private:
-    SRWLOCK& m_rLock;
-};
 
 // Told when a panic is over, also when it is dropped for something later.
 class CPanicOutcome {
@@ -62,14 +52,14 @@ class CPictureKeeper::Core {
     void put(Job job) {
         Job dropped;
         {
-            const CGuard guard(m_lock);
+            const keyboard::CExclusiveLock guard(m_lock);
             dropped = std::exchange(m_job, std::move(job));
         }
         _finish(dropped, false);
         ::SetEvent(m_hWake.get());
     }
     void onLook(std::function<void(const DisplayState&)> look) {
-        const CGuard guard(m_lock);
+        const keyboard::CExclusiveLock guard(m_lock);
         m_look = std::move(look);
     }
     void end() {
@@ -77,7 +67,7 @@ class CPictureKeeper::Core {
         ::SetEvent(m_hWake.get());
     }
     [[nodiscard]] std::optional<DisplayState> known() {
-        const CGuard guard(m_lock);
+        const keyboard::CExclusiveLock guard(m_lock);
         return m_known;
     }
     void readAndWait(DWORD dwMs) {
@@ -122,7 +112,7 @@ class CPictureKeeper::Core {
     }
 
     [[nodiscard]] Job _take() {
-        const CGuard guard(m_lock);
+        const keyboard::CExclusiveLock guard(m_lock);
         return std::exchange(m_job, Job());
     }
 
@@ -130,7 +120,7 @@ class CPictureKeeper::Core {
         DisplayState now = m_tools.pDisplays->read();
         std::function<void(const DisplayState&)> look;
         {
-            const CGuard guard(m_lock);
+            const keyboard::CExclusiveLock guard(m_lock);
             m_known = now;
             look = m_look;
             ::SetEvent(m_hRead.get());

@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "keyboard/Lock.h"
 #include "system/OfferMemory.h"
 #include "system/Worker.h"
 
@@ -51,7 +52,7 @@ class CSlowState {
 
     // The last known state, or the expected one after pending changes.
     [[nodiscard]] std::optional<State> known() const {
-        const Guard guard(m_pShared->lock);
+        const keyboard::CExclusiveLock guard(m_pShared->lock);
         return m_pShared->known;
     }
 
@@ -62,7 +63,7 @@ class CSlowState {
     // again.
     bool change(const std::function<void()>& make, State expected) {
         {
-            const Guard guard(m_pShared->lock);
+            const keyboard::CExclusiveLock guard(m_pShared->lock);
             m_pShared->change = make;
             m_pShared->known = std::move(expected);
         }
@@ -70,17 +71,6 @@ class CSlowState {
     }
 
  private:
-    class Guard {
-     public:
-        explicit Guard(SRWLOCK& rLock) : m_rLock(rLock) { ::AcquireSRWLockExclusive(&m_rLock); }
-        ~Guard() { ::ReleaseSRWLockExclusive(&m_rLock); }
-        Guard(const Guard&) = delete;
-        Guard& operator=(const Guard&) = delete;
-
-     private:
-        SRWLOCK& m_rLock;
-    };
-
     struct Shared {
         explicit Shared(std::function<std::optional<State>()> reader) : read(std::move(reader)) {}
 
@@ -90,7 +80,7 @@ class CSlowState {
             }
             std::optional<State> now = read();
             tellMemory(now.has_value());
-            const Guard guard(lock);
+            const keyboard::CExclusiveLock guard(lock);
             // A newer change has set the expected state; its own turn reads the real one.
             if (!change) {
                 known = std::move(now);
@@ -106,7 +96,7 @@ class CSlowState {
         }
 
         [[nodiscard]] std::function<void()> takeChange() {
-            const Guard guard(lock);
+            const keyboard::CExclusiveLock guard(lock);
             return std::exchange(change, nullptr);
         }
 

@@ -29,12 +29,6 @@ CallEntry* claimEntry(DWORD dwThread) noexcept {
     return nullptr;
 }
 
-void countSignOf(DWORD dwThread) noexcept {
-    if (dwThread == g_dwWatchedThread) {
-        ++section().signs;
-    }
-}
-
 }  // namespace
 
 PluginId knowPlugin(const wchar_t* pszPath, const wchar_t* pszFunction, const wchar_t* pszCaption) noexcept {
@@ -110,7 +104,9 @@ void watchThisThread() noexcept {
 }
 
 void noteSignOfLife() noexcept {
-    countSignOf(::GetCurrentThreadId());
+    if (::GetCurrentThreadId() == g_dwWatchedThread) {
+        ++section().signs;
+    }
 }
 
 Phase phaseOf(const char* pszExport) noexcept {

@@ -21,7 +21,7 @@ constexpr DWORD kEndWaitMs = 10000;
 bool startedSafely() noexcept {
     const wchar_t* const pszCommand = ::GetCommandLineW();
     const wchar_t* const pszLast = std::wcsrchr(pszCommand, L' ');
-    return pszLast != nullptr && ::lstrcmpiW(pszLast + 1, kSafeSwitch) == 0;
+    return pszLast != nullptr && isSwitch(pszLast + 1, kSafeSwitch);
 }
 
 // The fault as the predecessor noted it; zero if the file cannot be read.
@@ -94,6 +94,10 @@ void dumpAndEnd(DWORD dwProcess, const std::wstring& strLogFile) {
 }
 
 }  // namespace
+
+bool isSwitch(const wchar_t* pszArgument, const wchar_t* pszSwitch) noexcept {
+    return ::CompareStringOrdinal(pszArgument, -1, pszSwitch, -1, TRUE) == CSTR_EQUAL;
+}
 
 bool startSuccessor(bool bGoOn) noexcept {
     wchar_t program[kPathChars];

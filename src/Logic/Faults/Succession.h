@@ -15,6 +15,8 @@ namespace faults {
 // The command lines by which the program is started without its plug-ins, or without showing its cards.
 inline constexpr wchar_t kSafeSwitch[] = L"/safe";
 inline constexpr wchar_t kQuietSwitch[] = L"/hide";
+// Upper or lower case.
+[[nodiscard]] bool isSwitch(const wchar_t* pszArgument, const wchar_t* pszSwitch) noexcept;
 
 // The files beside the log: the section, and of the last three faults the dump and the log that the fault ended.
 inline constexpr wchar_t kSectionFile[] = L"calls.bin";

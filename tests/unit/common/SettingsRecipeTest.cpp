@@ -23,10 +23,17 @@ class SettingsRecipe : public testing::Test {
         ::RegGetValueW(HKEY_CURRENT_USER, kRecipeKey, name, RRF_RT_REG_DWORD, nullptr, &value, &size);
         return value;
     }
+    static ULONGLONG longNumber(const wchar_t* name) {
+        ULONGLONG value = 0;
+        DWORD size = sizeof value;
+        ::RegGetValueW(HKEY_CURRENT_USER, kRecipeKey, name, RRF_RT_REG_QWORD, nullptr, &value, &size);
+        return value;
+    }
 
     RegistryRoom m_room;
     std::vector<Setting> m_settings{common::textSetting(kRecipeKey, L"Text", L"words"),
                                     common::numberSetting(kRecipeKey, L"Number", 7),
+                                    common::longNumberSetting(kRecipeKey, L"Time", 134000000000000000),
                                     common::numbersSetting(kRecipeKey, L"Numbers", std::vector<DWORD>{1, 2})};
 };
 
@@ -35,6 +42,7 @@ TEST_F(SettingsRecipe, WritesRecognisesAndRemoves) {
     EXPECT_EQ(write(), ERROR_SUCCESS);
     EXPECT_TRUE(there());
     EXPECT_EQ(number(L"Number"), 7U);
+    EXPECT_EQ(longNumber(L"Time"), 134000000000000000U);
     EXPECT_EQ(remove(), ERROR_SUCCESS);
     EXPECT_FALSE(there());
     HKEY key = nullptr;
