@@ -36,7 +36,7 @@ void fillRoundedBox(const FramePixels& frame, const RECT& box, double radius,
             DWORD& pixel = frame.row(y)[x];
             pixel = inside == kAll ? colourAt(x)
                     : inside == 0  ? pixel
-                                   : mixColours(colourAt(x), inside, pixel | 0xFF000000U, kAll - inside, kAll);
+                                   : mixColours(colourAt(x), inside, pixel, kAll - inside, kAll);
         }
     }
 }

@@ -12,6 +12,7 @@ from test_keys import expect_card, large_card_of
 DOWN, UP = "F6", "F7"
 LEVELS = 10
 MAGENTA = (0xFF, 0x00, 0xFF)
+FACE_END = 0x99  # the grey of the face at its ends
 OTHERS = ["Mute", "Lock", "Sleep", "Hibernate", "Touchpad", "Zoom", "KBB", "ODD", "CursorOverlay", "NumericOverlay",
           "PowerPlan", "Output", "Wireless", "Output_2"]
 CHOOSER = "CSliderItemDlg::switchItem"
@@ -81,21 +82,27 @@ def seen_thumb(program):
 
 
 def expect_pixels(program):
-    """The slider fills its window in shades of grey, except for its round corners, through which the screen is seen; no
-    pixel of the colour key is visible."""
+    """The slider fills its window in shades of grey, except for its round corners, which are between its face and the
+    screen behind; no pixel of the colour key is visible."""
     rect = slider_rect(program)
     around = Rect(rect.left - 60, rect.top - 40, rect.right + 60, rect.bottom + 40)
     screen = program.desktop.screen
     wait_until(lambda: thumb(screen.picture(rect), rect), "the thumb is drawn")
     picture = screen.picture(around)
     assert picture.share_of(around, lambda rgb: rgb == MAGENTA) == 0
-    rows = Rect(rect.left, rect.top + 2, rect.right, rect.bottom - 2)
-    columns = Rect(rect.left + 2, rect.top, rect.right - 2, rect.bottom)
+    corner = (rect.bottom - rect.top) // 8 + 1
+    rows = Rect(rect.left, rect.top + corner, rect.right, rect.bottom - corner)
+    columns = Rect(rect.left + corner, rect.top, rect.right - corner, rect.bottom)
     for part in (rows, columns):
         assert picture.share_of(part, is_grey) == 1.0, "only the slider within its window"
-    for x in (rect.left, rect.right - 1):
-        for y in (rect.top, rect.bottom - 1):
-            assert max(picture.at(x, y)) > 0x30, "a black corner"
+    behind = picture.at(rect.right + 10, rect.top)
+    smooth = 0
+    for x, y in itertools.product([*range(corner), *range(-corner, 0)], repeat=2):
+        place = (rect.left if x >= 0 else rect.right) + x, (rect.top if y >= 0 else rect.bottom) + y
+        for value, ground in zip(picture.at(*place), behind):
+            assert min(ground, FACE_END) - 6 <= value <= max(ground, FACE_END) + 8, f"no mixture of both at {place}"
+            smooth += min(abs(value - ground), abs(value - FACE_END)) > 8
+    assert smooth, "corners like stairs"
     # Grey face, nothing of the screen's blue in the middle rows.
     middle = Rect(rect.left + 2, rect.top + 2, rect.right - 2, rect.bottom - 2)
     assert picture.share_of(middle, lambda rgb: min(rgb) > 0x40) > 0.95

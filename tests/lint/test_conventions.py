@@ -337,3 +337,25 @@ def test_the_way_to_write_a_message_table_is_accepted():
 ], ids=["no base", "constexpr", "member", "struct", "declared", "inline"])
 def test_another_way_to_write_a_message_table_is_found(wrong):
     assert other_message_tables(wrong)
+
+
+# Drawing that may scale; the system does it slowly and differently everywhere. Who may call it, and why.
+SCALING = re.compile(r"\b(StretchBlt|StretchDIBits|TransparentBlt|AlphaBlend|GdiAlphaBlend|DrawIconEx|DrawImage)\s*\(")
+SCALING_CALLS = {
+    "src/common/PictureStore.cpp": 2,  # decodes at the picture's own size; draws a picture that has been scaled
+    "src/common/OutlineText.cpp": 1,  # shows a text at its own size
+    "src/UI/FaultNotice.cpp": 1,  # the system's own icon, in a window that is no card
+}
+
+
+def calls_that_may_scale(texts):
+    found = {path: len(SCALING.findall(cpp.code(text))) for path, text in texts.items()}
+    return {path: count for path, count in found.items() if count}
+
+
+def test_pictures_are_scaled_and_drawn_in_one_place():
+    assert calls_that_may_scale({path: tree.text(path) for path in code_files(".cpp", ".h")}) == SCALING_CALLS
+
+
+def test_the_rule_of_scaling_sees_a_call():
+    assert calls_that_may_scale({"a.cpp": "::StretchBlt(dc, 0);  // AlphaBlend(x)\n", "b.cpp": "// DrawImage(1)\n"}) == {"a.cpp": 1}

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <map>
 
+#include "common/GdiPlus.h"
 #include "common/Handle.h"
 #include "common/Rendering.h"
 
@@ -102,6 +103,8 @@ bool onlyTakesTheMouse(HWND window) {
            alpha <= 1;
 }
 
+int g_scalings = 0;
+
 std::string folder() {
     const char* const name = std::getenv("FENWYN_LOOKS");
     return name != nullptr ? name : "";
@@ -180,6 +183,10 @@ Layer layerOf(HWND layeredWindow) {
     return found != handedOver().end() ? found->second : Layer{};
 }
 
+int scalings() {
+    return g_scalings;
+}
+
 std::vector<Layer> visibleLayers() {
     std::vector<Layer> layers;
     for (HWND window = ::GetTopWindow(nullptr); window != nullptr; window = ::GetWindow(window, GW_HWNDNEXT)) {
@@ -246,6 +253,49 @@ bool Sheet::write(const std::string& name) const {
 }
 
 }  // namespace looks
+
+// The linker redirects the program's calls of scalePicture and of the two functions of GDI+ that draw images:
+// CMakeLists.txt names them.
+extern "C" {
+Picture __real__Z12scalePictureRK7PictureRK7tagRECT7tagSIZE(const Picture& picture, const RECT& part, SIZE size);
+Picture __wrap__Z12scalePictureRK7PictureRK7tagRECT7tagSIZE(const Picture& picture, const RECT& part, SIZE size) {
+    ++looks::g_scalings;
+    return __real__Z12scalePictureRK7PictureRK7tagRECT7tagSIZE(picture, part, size);
+}
+
+Gdiplus::GpStatus WINGDIPAPI __real_GdipDrawImageRectI(Gdiplus::GpGraphics* graphics, Gdiplus::GpImage* image, INT x,
+                                                       INT y, INT width, INT height);
+Gdiplus::GpStatus WINGDIPAPI __wrap_GdipDrawImageRectI(Gdiplus::GpGraphics* graphics, Gdiplus::GpImage* image, INT x,
+                                                       INT y, INT width, INT height) {
+    UINT ownWidth = 0;
+    UINT ownHeight = 0;
+    Gdiplus::DllExports::GdipGetImageWidth(image, &ownWidth);
+    Gdiplus::DllExports::GdipGetImageHeight(image, &ownHeight);
+    if (static_cast<INT>(ownWidth) != width || static_cast<INT>(ownHeight) != height) {
+        ++looks::g_scalings;
+    }
+    return __real_GdipDrawImageRectI(graphics, image, x, y, width, height);
+}
+
+Gdiplus::GpStatus WINGDIPAPI __real_GdipDrawImageRectRectI(Gdiplus::GpGraphics* graphics, Gdiplus::GpImage* image,
+                                                           INT x, INT y, INT width, INT height, INT sourceX,
+                                                           INT sourceY, INT sourceWidth, INT sourceHeight,
+                                                           Gdiplus::GpUnit unit,
+                                                           const Gdiplus::GpImageAttributes* attributes,
+                                                           Gdiplus::DrawImageAbort callback, VOID* data);
+Gdiplus::GpStatus WINGDIPAPI __wrap_GdipDrawImageRectRectI(Gdiplus::GpGraphics* graphics, Gdiplus::GpImage* image,
+                                                           INT x, INT y, INT width, INT height, INT sourceX,
+                                                           INT sourceY, INT sourceWidth, INT sourceHeight,
+                                                           Gdiplus::GpUnit unit,
+                                                           const Gdiplus::GpImageAttributes* attributes,
+                                                           Gdiplus::DrawImageAbort callback, VOID* data) {
+    if (width != sourceWidth || height != sourceHeight) {
+        ++looks::g_scalings;
+    }
+    return __real_GdipDrawImageRectRectI(graphics, image, x, y, width, height, sourceX, sourceY, sourceWidth,
+                                         sourceHeight, unit, attributes, callback, data);
+}
+}
 
 // What the linker finds here it does not take from the system's import libraries.
 extern "C" {

@@ -35,6 +35,9 @@ inline constexpr std::array<Backdrop, 3> kBackdrops{Backdrop::White, Backdrop::B
 // ground. With `dark` the darkest pixels. 0 if the part is empty.
 [[nodiscard]] double letterContrast(const Picture& seen, const RECT& area, bool dark = false);
 
+// How often the program had a picture scaled since the start, by its own function or by GDI+.
+[[nodiscard]] int scalings();
+
 // One visible window of this thread, in screen pixels.
 struct Layer {
     HWND window = nullptr;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Data/RegistryPaths.h"
+#include "Logic/ZelCommonFunc.h"
 #include "UI/CardGeometry.h"
 #include "UI/ItemDlg/ErrorItemDlg.h"
 #include "UI/ItemDlg/ItemsFixture.h"
@@ -29,6 +30,20 @@ inline constexpr Offer kPlans{L"PowerPlan", L"Power plan", 0xF};
 inline constexpr Offer kBrightness{L"Brightness", L"Brightness", 10};
 inline constexpr Offer kRadios{L"Wireless", L"Wireless", 0x5009};
 inline constexpr Offer kDisplays{L"Output_2", L"Display output", 0};
+
+// The name of its function in small letters.
+inline std::string lowerName(const Offer& offer) {
+    std::string name;
+    for (const wchar_t* letter = offer.function; *letter != L'\0'; ++letter) {
+        name += static_cast<char>(*letter | 0x20);
+    }
+    return name;
+}
+
+inline constexpr UINT kVolumeLargeCard = 110;
+inline constexpr UINT kKeyboardLightLargeCard = 580;
+// As long as the description of an enlarged card may be.
+inline constexpr wchar_t kThreeLines[] = L"Switch the light of the keys on, off or to a timer";
 
 class LooksTest : public items::ItemTest {
  protected:
@@ -63,6 +78,18 @@ class LooksTest : public items::ItemTest {
         }
         paintAll();
         return card;
+    }
+    // What an enlarged card with that picture and these texts shows, at the ratio that was set.
+    [[nodiscard]] Picture describedCard(UINT uImageId, const wchar_t* pszDesc, const wchar_t* pszStatus) const {
+        CLargeCardDlg card(uImageId, L"Caption", pszDesc, nullptr, m_room.placement());
+        EXPECT_EQ(card.initialize(), S_OK);
+        EXPECT_TRUE(card.Create(nullptr));
+        const double ratio = m_room.placement().ratio;
+        items::place(card.m_hWnd, 400, 100, truncToInt(96 * ratio), truncToInt(144 * ratio));
+        card.setText(pszStatus);
+        ::ShowWindow(card.m_hWnd, SW_SHOWNOACTIVATE);
+        paintAll();
+        return layerOf(LargeCardSeam::layered(card)->m_hWnd).picture;
     }
     // The card of a machine without radios: its only item is the notice.
     CErrorItemDlg& openNotice(double ratio, bool bottom) {

@@ -44,11 +44,7 @@ TEST_F(Sheets, Cards) {
             openCard(ratio, false, offer);
             addRow(sheet);
         }
-        std::string name;
-        for (const wchar_t* letter = offer.function; *letter != L'\0'; ++letter) {
-            name += static_cast<char>(*letter | 0x20);
-        }
-        EXPECT_TRUE(sheet.write("card-" + name));
+        EXPECT_TRUE(sheet.write("card-" + lowerName(offer)));
     }
 }
 
@@ -81,18 +77,48 @@ TEST_F(Sheets, Displays) {
     EXPECT_TRUE(sheet.write("card-displays"));
 }
 
-// Enlarged three times: it is four pixels high.
+// Its left end up to the second joint between two cards' lines. Enlarged four times: it is four pixels high.
 TEST_F(Sheets, HoverStrip) {
     if (!Sheet::wanted()) {
         return;
     }
-    constexpr int kTimes = 3;
+    constexpr int kTimes = 4;
+    constexpr int kEnd = 24;    // pixels of a line beside a joint
+    constexpr int kAround = 4;  // pixels of the backdrop
     Sheet sheet;
     for (const double ratio : kRatios) {
-        showHoverStrip(ratio, false);
-        addRow(sheet, kTimes);
+        const Layer strip = showHoverStrip(ratio, false);
+        const int card = geometry::cardWidth(ratio);
+        for (const Backdrop backdrop : kBackdrops) {
+            for (const int joint : {0, card}) {
+                const LONG left = strip.place.x + joint - (joint == 0 ? kAround : kEnd);
+                const RECT area{left, strip.place.y - kAround, strip.place.x + joint + kEnd,
+                                strip.place.y + strip.picture.height + kAround};
+                sheet.add(enlarged(onBackdrop(onScreen({strip}, area), backdrop), kTimes));
+            }
+        }
+        sheet.newRow();
     }
     EXPECT_TRUE(sheet.write("hover-strip"));
+}
+
+// No shipped description has three lines, but one of another language may.
+TEST_F(Sheets, DescriptionOfThreeLines) {
+    if (!Sheet::wanted()) {
+        return;
+    }
+    constexpr UINT kPictures[] = {kVolumeLargeCard, kKeyboardLightLargeCard};
+    Sheet sheet;
+    for (const double ratio : kRatios) {
+        m_room.setRatio(ratio);
+        for (const UINT picture : kPictures) {
+            for (const Backdrop backdrop : {Backdrop::White, Backdrop::Photo}) {
+                sheet.add(onBackdrop(describedCard(picture, kThreeLines, L"Light on"), backdrop));
+            }
+        }
+        sheet.newRow();
+    }
+    EXPECT_TRUE(sheet.write("three-lines"));
 }
 
 }  // namespace

@@ -1,6 +1,10 @@
 // What can be checked of the looks by number, in every state, at every ratio, on every backdrop.
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include "Messages.h"
 #include "common/PictureStore.h"
@@ -64,6 +68,50 @@ TEST_P(States, TextsOfTheEnlargedCardStandOutAndKeepInside) {
             EXPECT_GE(letterContrast(seen, texts.desc), 4.5) << nameOf(backdrop);
             EXPECT_GE(letterContrast(seen, status), 4.5) << nameOf(backdrop);
         }
+    }
+}
+
+// The rows of the parts of one card that another does not have, from the first to the last; light ones only.
+std::pair<int, int> addedRows(const Picture& with, const Picture& without) {
+    std::pair<int, int> rows{-1, -1};
+    for (int y = 0; y < with.height; ++y) {
+        for (int x = 0; x < with.width; ++x) {
+            const DWORD pixel = with.row(y)[x];
+            if (pixel != without.row(y)[x] && luminance(pixel | 0xFF000000U) > 0.15) {
+                rows = {rows.first < 0 ? y : rows.first, y};
+            }
+        }
+    }
+    return rows;
+}
+
+// The glyph's rows: those between description and status, both of which are empty, that are light in the middle.
+std::pair<int, int> glyphRows(const Picture& card, double ratio) {
+    std::pair<int, int> rows{-1, -1};
+    for (int y = static_cast<int>(28 * ratio); y < static_cast<int>(93 * ratio); ++y) {
+        for (int x = card.width / 4; x < card.width * 3 / 4; ++x) {
+            if (luminance(card.row(y)[x] | 0xFF000000U) > 0.15) {
+                rows = {rows.first < 0 ? y : rows.first, y};
+            }
+        }
+    }
+    return rows;
+}
+
+TEST_P(States, DescriptionOfThreeLinesKeepsOffCaptionAndGlyph) {
+    m_room.setRatio(ratio());
+    for (const UINT picture : {kVolumeLargeCard, kKeyboardLightLargeCard}) {
+        const Picture empty = describedCard(picture, L"", L"");
+        const auto [first, last] = addedRows(describedCard(picture, kThreeLines, L""), empty);
+        ASSERT_GE(first, 0);
+        EXPECT_GE(last - first, static_cast<int>(28 * ratio())) << "three lines";
+        EXPECT_GE(first, static_cast<int>(26 * ratio()));
+        const auto [glyphTop, glyphBottom] = glyphRows(empty, ratio());
+        ASSERT_GE(glyphTop, 0);
+        EXPECT_GE(glyphTop - last - 1, static_cast<int>(2 * ratio())) << "air above the glyph of picture " << picture;
+        const auto status =
+            addedRows(describedCard(picture, kThreeLines, L"Status"), describedCard(picture, kThreeLines, L""));
+        EXPECT_GE(status.first - glyphBottom - 1, static_cast<int>(2 * ratio())) << "air below it";
     }
 }
 
@@ -177,47 +225,142 @@ TEST_P(States, LatchedModifierShowsItsMarkAndNothingElseChanges) {
     }
 }
 
-TEST_P(States, NothingIsScaledWhenItIsPaintedAgain) {
-    showStrip(ratio(), false, {kMute, kPlans, kBrightness});
-    const auto scalings = [this] {
-        int count = 0;
-        for (std::size_t i = 0; i < 3; ++i) {
-            const auto* const stored = dynamic_cast<StoredImage*>(card(i).image());
-            EXPECT_NE(stored, nullptr);
-            count += stored != nullptr ? stored->master().scalings() : 0;
-        }
-        return count;
-    };
+// How often that had a picture scaled.
+int scalingsOf(const std::function<void()>& paints) {
     const int before = scalings();
-    for (int i = 0; i < 5; ++i) {
-        m_room.strip().invalidate();
-        paintAll();
-    }
-    EXPECT_EQ(scalings(), before);
+    paints();
+    return scalings() - before;
 }
 
-TEST_P(States, SliderHasNoBlackEdgesAndShowsItsThumb) {
+void paintEveryWindowAgain() {
+    std::vector<HWND> windows;
+    ::EnumThreadWindows(
+        ::GetCurrentThreadId(),
+        [](HWND window, LPARAM list) -> BOOL {
+            reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&windows));
+    for (const HWND window : windows) {
+        if (::IsWindowVisible(window) != FALSE) {
+            ::RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        }
+    }
+}
+
+TEST_P(States, NothingIsScaledWhenItIsPaintedAgain) {
+    const auto paintTwice = [] {
+        paintEveryWindowAgain();
+        paintEveryWindowAgain();
+    };
+    for (const bool bottom : {false, true}) {
+        showStrip(ratio(), bottom, {kMute, kPlans, kBrightness});
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 1, 0);
+        paintAll();
+        EXPECT_EQ(scalingsOf(paintTwice), 0) << "strip with the latch's mark";
+        ::SendMessageW(m_room.stripWindow(), kMsgLatch, 0, 0);
+        for (const Offer& offer : {kMute, kPlans, kBrightness, kRadios}) {
+            openCard(ratio(), bottom, offer);
+            EXPECT_EQ(scalingsOf(paintTwice), 0) << "enlarged card and items of " << lowerName(offer);
+        }
+        openNotice(ratio(), bottom);
+        EXPECT_EQ(scalingsOf(paintTwice), 0) << "notice";
+        for (const LONG chosen : {0L, 1L}) {
+            openDisplays(ratio(), bottom, true, chosen);
+            EXPECT_EQ(scalingsOf(paintTwice), 0) << "display choice " << chosen << " with its preview";
+        }
+        showHoverStrip(ratio(), bottom);
+        EXPECT_EQ(scalingsOf(paintTwice), 0) << "hover strip";
+    }
+}
+
+TEST_P(States, NothingIsScaledWhenAChoiceIsChosenAgainOrACardOpensAgain) {
+    CBlackCard& middle = openCard(ratio(), false, kMute, 2);
+    const auto step = [&] {
+        for (std::size_t i = 0; i < 2; ++i) {
+            EXPECT_GE(middle.notifyHotkey(kKey, FALSE, false), 0);
+            paintAll();
+        }
+    };
+    step();
+    EXPECT_EQ(scalingsOf(step), 0) << "both items were chosen before";
+    EXPECT_EQ(scalingsOf([&] { openCard(ratio(), false, kMute, 2); }), 0) << "the pictures outlive their windows";
+}
+
+TEST(Scalings, AreCountedWhoeverScales) {
+    MasterPicture master(transparent(8, 8));
+    const auto scale = [&](int size) { static_cast<void>(master.scaled({0, 0, 8, 8}, {size, size})); };
+    EXPECT_EQ(scalingsOf([&] { scale(4); }), 1);
+    EXPECT_EQ(scalingsOf([&] { scale(4); }), 0) << "kept";
+    EXPECT_EQ(scalingsOf([&] { scale(5); }), 1);
+    const GdiplusSession session;
+    Gdiplus::Bitmap source(8, 8, PixelFormat32bppPARGB);
+    Gdiplus::Bitmap target(16, 16, PixelFormat32bppPARGB);
+    Gdiplus::Graphics graphics(&target);
+    EXPECT_EQ(scalingsOf([&] { graphics.DrawImage(&source, 0, 0, 8, 8); }), 0);
+    EXPECT_EQ(scalingsOf([&] { graphics.DrawImage(&source, 0, 0, 16, 8); }), 1);
+    EXPECT_EQ(scalingsOf([&] { graphics.DrawImage(&source, {0, 0, 4, 4}, 0, 0, 8, 8, Gdiplus::UnitPixel); }), 1);
+}
+
+// The corner at the upper left, and the others turned there.
+struct Corner {
+    const char* name;
+    bool right;
+    bool bottom;
+};
+constexpr Corner kCorners[] = {{"upper left", false, false},
+                               {"upper right", true, false},
+                               {"lower left", false, true},
+                               {"lower right", true, true}};
+
+// On any backdrop, a pixel that the corner's arc crosses is between the face and what is behind it, and of no other
+// colour; no row is opaque up to a step.
+TEST_P(States, SliderHasNoBlackEdgesAndNoStaircaseCorners) {
+    constexpr int kFaceEnd = 0x99;  // of the face, at its ends
+    m_plugin->currentItem = 7;
     CBlackCard& middle = openCard(ratio(), false, kBrightness);
     ASSERT_EQ(BlackCardSeam::items(middle).size(), 1U);
-    const HWND slider = BlackCardSeam::items(middle)[0]->windowHandle();
-    for (const Layer& layer : visibleLayers()) {
-        if (layer.window != slider) {
-            continue;
-        }
-        int thumb = 0;
-        for (int x = 0; x < layer.picture.width; ++x) {
-            for (int y = 0; y < layer.picture.height; ++y) {
-                const DWORD pixel = layer.picture.row(y)[x];
-                EXPECT_TRUE(pixel >> 24U == 0 || luminance(pixel) > 0.05) << x << ", " << y;
+    const RECT place = items::windowRect(BlackCardSeam::items(middle)[0]->windowHandle());
+    const std::vector<Layer> layers = visibleLayers();
+    const Picture slider = onScreen(layers, place);
+    const int corner = (place.bottom - place.top) / 8 + 1;
+    for (const Backdrop backdrop : kBackdrops) {
+        const Picture seen = onBackdrop(slider, backdrop);
+        const Picture ground = backdropPicture(backdrop, seen.width, seen.height);
+        for (const Corner& where : kCorners) {
+            int between = 0;
+            for (int i = 0; i < corner * corner; ++i) {
+                const int x = where.right ? seen.width - 1 - i % corner : i % corner;
+                const int y = where.bottom ? seen.height - 1 - i / corner : i / corner;
+                for (const unsigned shift : {0U, 8U, 16U}) {
+                    const int found = static_cast<int>(seen.row(y)[x] >> shift & 0xFFU);
+                    const int behind = static_cast<int>(ground.row(y)[x] >> shift & 0xFFU);
+                    EXPECT_GE(found, std::min(behind, kFaceEnd) - 3) << where.name << " on " << nameOf(backdrop);
+                    EXPECT_LE(found, std::max(behind, kFaceEnd) + 6) << where.name << " on " << nameOf(backdrop);
+                    between += std::abs(found - behind) > 8 && std::abs(found - kFaceEnd) > 8 ? 1 : 0;
+                }
             }
-            // Beside the channel. The smallest thumb is all frame.
-            const DWORD pixel = layer.picture.row(layer.picture.height / 3)[x];
-            thumb += pixel == 0xFFFFFFFFU || pixel == 0xFF696969U ? 1 : 0;
+            EXPECT_TRUE(between > 0 || backdrop == Backdrop::Photo) << where.name << " on " << nameOf(backdrop);
         }
-        EXPECT_GE(thumb, 2) << "no thumb";
-        return;
+        for (int x = corner; x < seen.width / 2; ++x) {  // the thumb is in the right half
+            EXPECT_GT(luminance(seen.row(0)[x]), 0.3) << "a dark edge at " << x;
+            EXPECT_GT(luminance(seen.row(seen.height - 1)[x]), 0.3) << "a dark edge at " << x;
+        }
     }
-    ADD_FAILURE() << "no slider";
+}
+
+TEST_P(States, SliderShowsItsThumb) {
+    CBlackCard& middle = openCard(ratio(), false, kBrightness);
+    ASSERT_EQ(BlackCardSeam::items(middle).size(), 1U);
+    const RECT place = items::windowRect(BlackCardSeam::items(middle)[0]->windowHandle());
+    const Picture slider = onScreen(visibleLayers(), place);
+    int thumb = 0;
+    for (int x = 0; x < slider.width; ++x) {
+        // Beside the channel. The smallest thumb is all frame.
+        const DWORD pixel = slider.row(slider.height / 3)[x];
+        thumb += pixel == 0xFFFFFFFFU || pixel == 0xFF696969U ? 1 : 0;
+    }
+    EXPECT_GE(thumb, 2) << "no thumb";
 }
 
 }  // namespace

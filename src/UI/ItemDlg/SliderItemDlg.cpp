@@ -1,7 +1,9 @@
 #include "UI/ItemDlg/SliderItemDlg.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
@@ -9,6 +11,7 @@
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"
 #include "common/FrameBitmap.h"
+#include "common/PictureStore.h"
 #include "common/ResourceFunc.h"
 #include "common/RoundedBox.h"
 #include "common/Status.h"
@@ -20,6 +23,7 @@ namespace {
 constexpr double kBaseWidth = 200.0;
 constexpr double kHeightPerThumb = 1.2;
 constexpr int kLowestLevel = 1;
+constexpr DWORD kOpaque = 255;
 
 constexpr Gdiplus::ARGB kGrey = 0xFF696969;
 constexpr int kThumbFrame = 2;  // pixels
@@ -36,31 +40,42 @@ int cornerSize(int height) {
     return height / 4;
 }
 
-// The face of the slider: a rounded rectangle, light in the middle, on black corners.
-void drawBackground(const FramePixels& frame) {
+// The face of the slider: a rounded rectangle, light in the middle. A pixel that its corner arcs cross is transparent
+// accordingly, and nothing is outside them.
+void drawFace(const FramePixels& frame) {
     constexpr double kEnd = 0.6;
     constexpr double kMiddle = 0.85;
     const RECT client{0, 0, frame.width, frame.height};
-    fillRoundedBox(frame, client, 0.0, kBlack);
     const double half = frame.width / 2.0;
     fillRoundedBox(frame, client, cornerSize(frame.height) / 2.0,
                    [half](int x) { return greyOf(kMiddle - (kMiddle - kEnd) * std::fabs(x + 0.5 - half) / half); });
 }
 
-// What is black altogether is seen through: on a light desktop the corners would be four stray dots.
-void cutCorners(const FramePixels& frame) {
-    constexpr DWORD kSeenThrough = kBlack | kColourKey;  // the same in both orders of red and blue
-    const double radius = cornerSize(frame.height) / 2.0;
-    for (int y = 0; y < radius; ++y) {
-        for (int x = 0; x < radius && x < frame.width; ++x) {
-            if (std::hypot(radius - x - 0.5, radius - y - 0.5) > radius) {
-                for (const int row : {y, frame.height - 1 - y}) {
-                    frame.row(row)[x] = kSeenThrough;
-                    frame.row(row)[frame.width - 1 - x] = kSeenThrough;
-                }
-            }
-        }
+bool isOpaque(DWORD pixel) {
+    return pixel >> 24U == 0xFFU;
+}
+
+// Applies the function to every pixel.
+template <typename Change>
+void changePixels(const FramePixels& frame, Change change) {
+    for (int y = 0; y < frame.height; ++y) {
+        std::transform(frame.row(y), frame.row(y) + frame.width, frame.row(y), change);
     }
+}
+
+// The control's window has no transparency but the colour key: what its corner arcs cross is left to the picture.
+void leaveCornersOut(const FramePixels& frame) {
+    constexpr DWORD kSeenThrough = kBlack | kColourKey;  // the same in both orders of red and blue
+    changePixels(frame, [](DWORD pixel) { return isOpaque(pixel) ? pixel : kSeenThrough; });
+}
+
+Picture cornersOfFace(int width, int height) {
+    Picture corners{width, height,
+                    std::vector<DWORD>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))};
+    const FramePixels frame{corners.pixels.data(), width, width, height};
+    drawFace(frame);
+    changePixels(frame, [](DWORD pixel) { return isOpaque(pixel) ? 0 : pixel; });
+    return corners;
 }
 
 void drawChannel(const FramePixels& frame, const RECT& channel) {
@@ -99,10 +114,10 @@ LRESULT CQrdSliderCtrl::OnCustomDraw(NMHDR* pHeader) {
     if (draw.dwItemSpec == TBCD_THUMB) {
         const RECT client = clientRect();
         const common::FrameBuffer buffer(client.right, client.bottom);
-        drawBackground(buffer.pixels());
+        drawFace(buffer.pixels());
+        leaveCornersOut(buffer.pixels());
         drawChannel(buffer.pixels(), GetChannelRect());
         drawThumb(buffer.pixels(), draw.rc);
-        cutCorners(buffer.pixels());
         ::BitBlt(draw.hdc, 0, 0, client.right, client.bottom, buffer.dc(), 0, 0, SRCCOPY);
         // Only the dotted frame of a focused control follows the thumb; it must not appear on this face.
         ::IntersectClipRect(draw.hdc, 0, 0, 0, 0);
@@ -124,7 +139,7 @@ void CQrdSliderCtrl::OnKillFocus(HWND hNewWnd) {
 }
 
 CSliderItemDlg::CSliderItemDlg(DWORD dwDecreaseCode, DWORD dwIncreaseCode, LONG lLevelCount, LONG lCurrentLevel)
-    : CItemWnd({IDD_SLIDER_ITEM, Takes::VisiblePixels, WS_EX_TOOLWINDOW, 0}),
+    : CItemWnd({IDD_SLIDER_ITEM, Takes::VisiblePixels, WS_EX_TOOLWINDOW, 1}),
       m_dwDecreaseCode(dwDecreaseCode),
       m_dwIncreaseCode(dwIncreaseCode),
       m_lCurrentLevel(lCurrentLevel),
@@ -182,6 +197,22 @@ bool CSliderItemDlg::OnInitDialog() {
     m_slider.SetPos(m_lCurrentLevel);
     ::MoveWindow(m_slider.m_hWnd, 0, 0, width(), height(), TRUE);
     return false;  // the keyboard stays with the program that the user works in
+}
+
+// The control paints the rest. Its window is opaque, and so are the corners as far as the face covers them.
+void CSliderItemDlg::OnPaint() {
+    CItemWnd::OnPaint();
+    const RECT client = clientRect();
+    if (picture() == nullptr || ::IsRectEmpty(&client) != FALSE) {
+        return;
+    }
+    if (m_pCorners == nullptr || m_pCorners->GetWidth() != static_cast<UINT>(client.right) ||
+        m_pCorners->GetHeight() != static_cast<UINT>(client.bottom)) {
+        m_pCorners =
+            std::make_unique<StoredImage>(std::make_shared<MasterPicture>(cornersOfFace(client.right, client.bottom)));
+    }
+    // It has logged why, and the next paint tries again.
+    static_cast<void>(picture()->paint(m_pCorners.get(), kOpaque, nullptr, nullptr));
 }
 
 HRESULT CSliderItemDlg::switchItem(DWORD dwHotkey, bool bFirstTime, bool /*bSelected*/) {

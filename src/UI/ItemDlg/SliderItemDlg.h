@@ -1,6 +1,8 @@
 // The brightness slider: a trackbar that the program paints completely.
 #pragma once
 
+#include <memory>
+
 #include "UI/CardInput.h"
 #include "UI/ItemDlg/ItemWnd.h"
 #include "common/GdiPlus.h"
@@ -32,6 +34,7 @@ class CSliderItemDlg : public CItemWnd {
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;
+    void OnPaint() override;
 
  private:
     friend struct SliderItemSeam;
@@ -47,5 +50,6 @@ class CSliderItemDlg : public CItemWnd {
     DWORD m_dwIncreaseCode;
     LONG m_lCurrentLevel;  // the last one that the function accepted, at first the one that it reported
     LONG m_lLevelCount;
-    bool m_bDragged = false;  // the last movement was part of a drag
+    std::unique_ptr<Gdiplus::Image> m_pCorners;  // what the opaque window cannot show: the smooth edges of its corners
+    bool m_bDragged = false;                     // the last movement was part of a drag
 };

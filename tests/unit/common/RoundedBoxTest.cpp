@@ -32,6 +32,22 @@ TEST(RoundedBox, IsFullInTheMiddleAndSmoothAtItsCorners) {
     EXPECT_GE(steps, 5) << "no staircase";
 }
 
+TEST(RoundedBox, OnNothingItsCornersAreAsTransparentAsTheyLeaveThePixels) {
+    Canvas canvas(40, 20);
+    fillRoundedBox(canvas.frame(), {0, 0, 40, 20}, 5.0, kFace);
+    EXPECT_EQ(canvas.at(0, 0), 0U);
+    EXPECT_EQ(canvas.at(20, 10), kFace);
+    int steps = 0;
+    for (int y = 0; y < 5; ++y) {
+        for (int x = 0; x < 5; ++x) {
+            const int alpha = static_cast<int>(canvas.at(x, y) >> 24U);
+            steps += alpha > 0 && alpha < 0xFF ? 1 : 0;
+            EXPECT_NEAR(redOf(canvas.at(x, y)), alpha * 0xC0 / 0xFF, 1) << "no other colour in it: " << x << ", " << y;
+        }
+    }
+    EXPECT_GE(steps, 5);
+}
+
 TEST(RoundedBox, TakesAColourForEachColumn) {
     Canvas canvas(10, 4);
     fillRoundedBox(canvas.frame(), {0, 0, 10, 4}, 0.0, [](int x) { return 0xFF000000U | static_cast<DWORD>(x); });
