@@ -58,6 +58,9 @@ BADGE_SHIFT = {
     "mode-extend-right": (0, -3), "mode-extend-left": (0, -3),
     "mode-extend-above": (-3.8, 0), "mode-extend-below": (-3.8, 0),
 }
+# Glyphs with a badge and plates side by side are as wide as the ring; within it they are this much smaller, so that there
+# is air between them and the ring at small ratios too. Their strokes keep their weight.
+WITHIN_RING = {"item": .87, "large-item": .95}
 BADGE_CENTRE, BADGE_SCALE, BADGE_CUT = 19.2, .5, 7.2
 
 GRADIENTS = (
@@ -142,9 +145,15 @@ def _layer(body, colour, weight, extra=""):
             f'stroke-linejoin="round"{extra}>{body}</g>')
 
 
+def within_ring(kind, glyph, badge):
+    """How much smaller a glyph is because it would otherwise touch the ring of its kind."""
+    return WITHIN_RING.get(kind, 1) if badge or glyph.startswith("displays:") else 1
+
+
 def _glyph(kind, glyph, tone, badge):
     """The glyph with its slash ("off") and its badge, each cut out of the lines under it."""
-    cuts, over, weight, own_weight = "", "", WEIGHT[kind], WEIGHT[kind]
+    cuts, over = "", ""
+    weight = own_weight = WEIGHT[kind] / within_ring(kind, glyph, badge)
     if tone == "off":
         own_weight *= OFF_WEIGHT
         slash = weight * SLASH_WEIGHT
@@ -172,6 +181,7 @@ def compose(kind, glyph, tone, badge):
     """The complete SVG text of a picture; the same arguments always give the same text."""
     width, height = UNITS[kind]
     x, y, scale = GLYPH[kind]
+    scale *= within_ring(kind, glyph, badge)
     drawing = _glyph(kind, glyph, tone, badge)
     if kind in ("connector", "mark"):
         drawing = drawing.replace(STROKE, CONNECTOR)

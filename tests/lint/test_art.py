@@ -245,6 +245,31 @@ def test_lines_keep_their_contrast_when_the_picture_is_small(pictures, kind, rat
     assert faint == []
 
 
+# The inner edge of the ring, in pixels of the picture, and the least distance of a glyph from it, as a share of the
+# radius: at ratio 0.8, where the item that is not chosen has 35 pixels, more than a pixel.
+RING = {"item": (44.4, .06), "large-item": (61.2, .08)}
+
+
+def inwards(size, ring):
+    """(distance from the centre, x, y) of the pixels within the ring, the outermost first."""
+    found = ((math.hypot(x + .5 - size / 2, y + .5 - size / 2), x, y) for y in range(size) for x in range(size))
+    # What belongs to the ring begins a pixel before its edge.
+    return sorted((place for place in found if place[0] < ring - 1), reverse=True)
+
+
+@pytest.mark.parametrize("kind", RING)
+def test_glyphs_do_not_touch_their_ring(pictures, kind):
+    ring, least = RING[kind]
+    size, _ = drawing.PIXELS[kind]
+    places = inwards(size, ring)
+    air = {}
+    for row in of_kind(kind):
+        pixels = pictures[row["id"]].rows
+        outermost = next(away for away, x, y in places if max(pixels[y][x * 4:x * 4 + 3]) > BRIGHT)
+        air[row["id"]] = round((ring - outermost) / (size / 2), 3)
+    assert {name: found for name, found in air.items() if found < least} == {}
+
+
 def test_glyphs_look_centred_in_their_ring(pictures):
     """The picture's centre is half-way between the centre of the glyph's outline and its centre of weight.
 
