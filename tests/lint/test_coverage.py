@@ -51,7 +51,7 @@ def test_every_behaviour_is_there_once_with_its_tests(rows):
 
 
 def test_named_tests_exist(rows):
-    sources = [path for path in tree.files(".cpp", ".py") if path.startswith(("tests/unit/", "tests/looks/", "tests/e2e/"))]
+    sources = [path for path in tree.files(".cpp", ".py") if path.startswith(("tests/unit/", "tests/looks/", "tests/e2e/", "tests/package/"))]
     names = set().union(*(names_in(path, tree.text(path)) for path in sources))
     missing = missing_from(names, rows)
     assert not missing, "\n" + "\n".join(missing)

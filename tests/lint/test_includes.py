@@ -42,7 +42,6 @@ PARTS = {
     "plugins/windows": ["plugins/sdk", "companions/include", "companions/keyboard", "companions/OutputSetup/include",
                         "framework", "src/common", "src/res"],
     "settings": ["companions/include", "companions/hotkey/include", "framework", "src/common", "src/res"],
-    "installer": ["companions/include", "src/res"],
 }
 
 # Includes against the direction of the table. (from, to): why. Allowed in sources only: a header uses a forward

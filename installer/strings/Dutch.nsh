@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Dutch"
+${LangFileString} TEXT_IN_USE          "$Problem is in gebruik of mag niet worden gewijzigd.$\n$\nSluit het programma dat het gebruikt en probeer het opnieuw."
+${LangFileString} TEXT_KEPT            "Behouden omdat het is gewijzigd:"
+${LangFileString} TEXT_32              "32-bits programma’s"
+${LangFileString} TEXT_32_MORE         "Voor plug-ins van de fabrikant die alleen in 32 bits bestaan."
+${LangFileString} TEXT_LIST            "Functies van deze computer"
+${LangFileString} TEXT_LIST_MORE       "Maakt de lijst van functies die deze computer biedt. Een bestaande lijst blijft zoals ze is."
+${LangFileString} TEXT_MENU            "Startmenu"
+${LangFileString} TEXT_AUTOSTART       "Starten met Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Toont de kaarten na elke aanmelding."
+${LangFileString} TEXT_REMOVE_SETTINGS "Ook uw instellingen en de functielijst verwijderen?"

@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "English"
+${LangFileString} TEXT_IN_USE          "$Problem is in use, or you may not change it.$\n$\nEnd the program that uses it, then try again."
+${LangFileString} TEXT_KEPT            "Kept, because it was changed:"
+${LangFileString} TEXT_32              "32-bit programs"
+${LangFileString} TEXT_32_MORE         "For plug-ins of the notebook's maker that exist in 32 bits only."
+${LangFileString} TEXT_LIST            "Functions of this computer"
+${LangFileString} TEXT_LIST_MORE       "Lists the functions that this computer offers. A list that is there already stays as it is."
+${LangFileString} TEXT_MENU            "Start menu"
+${LangFileString} TEXT_AUTOSTART       "Start with Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Shows the cards after every sign-in."
+${LangFileString} TEXT_REMOVE_SETTINGS "Remove your settings and the function list too?"

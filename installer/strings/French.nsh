@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "French"
+${LangFileString} TEXT_IN_USE          "$Problem est en cours d’utilisation ou ne peut pas être modifié.$\n$\nFermez le programme qui l’utilise, puis réessayez."
+${LangFileString} TEXT_KEPT            "Conservé car modifié :"
+${LangFileString} TEXT_32              "Programmes 32 bits"
+${LangFileString} TEXT_32_MORE         "Pour les plug-ins du fabricant qui n’existent qu’en 32 bits."
+${LangFileString} TEXT_LIST            "Fonctions de cet ordinateur"
+${LangFileString} TEXT_LIST_MORE       "Établit la liste des fonctions que cet ordinateur propose. Une liste existante reste inchangée."
+${LangFileString} TEXT_MENU            "Menu Démarrer"
+${LangFileString} TEXT_AUTOSTART       "Démarrer avec Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Affiche les cartes après chaque ouverture de session."
+${LangFileString} TEXT_REMOVE_SETTINGS "Supprimer aussi vos paramètres et la liste des fonctions ?"

@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "German"
+${LangFileString} TEXT_IN_USE          "$Problem wird gerade benutzt oder darf nicht geändert werden.$\n$\nBeenden Sie das Programm, das die Datei benutzt, und versuchen Sie es noch einmal."
+${LangFileString} TEXT_KEPT            "Behalten, weil geändert:"
+${LangFileString} TEXT_32              "32-Bit-Programme"
+${LangFileString} TEXT_32_MORE         "Für Plug-ins des Notebook-Herstellers, die es nur mit 32 Bit gibt."
+${LangFileString} TEXT_LIST            "Funktionen dieses Computers"
+${LangFileString} TEXT_LIST_MORE       "Stellt die Funktionen zusammen, die dieser Computer bietet. Eine vorhandene Liste bleibt, wie sie ist."
+${LangFileString} TEXT_MENU            "Startmenü"
+${LangFileString} TEXT_AUTOSTART       "Mit Windows starten"
+${LangFileString} TEXT_AUTOSTART_MORE  "Zeigt die Karten nach jeder Anmeldung."
+${LangFileString} TEXT_REMOVE_SETTINGS "Auch Ihre Einstellungen und die Funktionsliste entfernen?"

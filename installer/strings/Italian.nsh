@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Italian"
+${LangFileString} TEXT_IN_USE          "$Problem è in uso o non può essere modificato.$\n$\nChiudere il programma che lo usa e riprovare."
+${LangFileString} TEXT_KEPT            "Conservato perché modificato:"
+${LangFileString} TEXT_32              "Programmi a 32 bit"
+${LangFileString} TEXT_32_MORE         "Per plug-in del produttore che esistono solo a 32 bit."
+${LangFileString} TEXT_LIST            "Funzioni di questo computer"
+${LangFileString} TEXT_LIST_MORE       "Crea l’elenco delle funzioni offerte da questo computer. Un elenco esistente resta invariato."
+${LangFileString} TEXT_MENU            "Menu Start"
+${LangFileString} TEXT_AUTOSTART       "Avvia con Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Mostra le schede dopo ogni accesso."
+${LangFileString} TEXT_REMOVE_SETTINGS "Rimuovere anche le impostazioni e l’elenco delle funzioni?"

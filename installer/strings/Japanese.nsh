@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Japanese"
+${LangFileString} TEXT_IN_USE          "$Problem は使用中か、変更できません。$\n$\n使用しているプログラムを終了してから、もう一度実行してください。"
+${LangFileString} TEXT_KEPT            "変更されているため残しました:"
+${LangFileString} TEXT_32              "32 ビット版プログラム"
+${LangFileString} TEXT_32_MORE         "32 ビット版しかないメーカー製プラグインのためのものです。"
+${LangFileString} TEXT_LIST            "このコンピューターの機能"
+${LangFileString} TEXT_LIST_MORE       "このコンピューターで使える機能の一覧を作ります。既にある一覧はそのまま残ります。"
+${LangFileString} TEXT_MENU            "スタート メニュー"
+${LangFileString} TEXT_AUTOSTART       "Windows と同時に起動"
+${LangFileString} TEXT_AUTOSTART_MORE  "サインインするたびにカードを表示します。"
+${LangFileString} TEXT_REMOVE_SETTINGS "設定と機能の一覧も削除しますか?"

@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Korean"
+${LangFileString} TEXT_IN_USE          "$Problem 파일이 사용 중이거나 변경할 수 없습니다.$\n$\n사용 중인 프로그램을 끝낸 다음 다시 시도하십시오."
+${LangFileString} TEXT_KEPT            "변경되어 그대로 둠:"
+${LangFileString} TEXT_32              "32비트 프로그램"
+${LangFileString} TEXT_32_MORE         "32비트로만 제공되는 제조업체 플러그인에 필요합니다."
+${LangFileString} TEXT_LIST            "이 컴퓨터의 기능"
+${LangFileString} TEXT_LIST_MORE       "이 컴퓨터가 제공하는 기능의 목록을 만듭니다. 이미 있는 목록은 그대로 둡니다."
+${LangFileString} TEXT_MENU            "시작 메뉴"
+${LangFileString} TEXT_AUTOSTART       "Windows와 함께 시작"
+${LangFileString} TEXT_AUTOSTART_MORE  "로그인할 때마다 카드를 표시합니다."
+${LangFileString} TEXT_REMOVE_SETTINGS "설정과 기능 목록도 제거하시겠습니까?"

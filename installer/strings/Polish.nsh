@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Polish"
+${LangFileString} TEXT_IN_USE          "Plik $Problem jest używany lub nie można go zmienić.$\n$\nZamknij program, który go używa, i spróbuj ponownie."
+${LangFileString} TEXT_KEPT            "Zachowano, ponieważ zmieniono:"
+${LangFileString} TEXT_32              "Programy 32-bitowe"
+${LangFileString} TEXT_32_MORE         "Dla wtyczek producenta, które istnieją tylko w wersji 32-bitowej."
+${LangFileString} TEXT_LIST            "Funkcje tego komputera"
+${LangFileString} TEXT_LIST_MORE       "Tworzy listę funkcji, które oferuje ten komputer. Istniejąca lista pozostaje bez zmian."
+${LangFileString} TEXT_MENU            "Menu Start"
+${LangFileString} TEXT_AUTOSTART       "Uruchamiaj z systemem Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Pokazuje karty po każdym zalogowaniu."
+${LangFileString} TEXT_REMOVE_SETTINGS "Usunąć także ustawienia i listę funkcji?"

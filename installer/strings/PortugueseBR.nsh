@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "PortugueseBR"
+${LangFileString} TEXT_IN_USE          "$Problem está em uso ou não pode ser alterado.$\n$\nFeche o programa que o usa e tente novamente."
+${LangFileString} TEXT_KEPT            "Mantido porque foi alterado:"
+${LangFileString} TEXT_32              "Programas de 32 bits"
+${LangFileString} TEXT_32_MORE         "Para plug-ins do fabricante que só existem em 32 bits."
+${LangFileString} TEXT_LIST            "Funções deste computador"
+${LangFileString} TEXT_LIST_MORE       "Cria a lista das funções que este computador oferece. Uma lista existente não é alterada."
+${LangFileString} TEXT_MENU            "Menu Iniciar"
+${LangFileString} TEXT_AUTOSTART       "Iniciar com o Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Mostra os cartões após cada entrada."
+${LangFileString} TEXT_REMOVE_SETTINGS "Remover também suas configurações e a lista de funções?"

@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Russian"
+${LangFileString} TEXT_IN_USE          "Файл $Problem используется или не может быть изменён.$\n$\nЗакройте программу, которая его использует, и повторите попытку."
+${LangFileString} TEXT_KEPT            "Сохранён, так как изменён:"
+${LangFileString} TEXT_32              "32-разрядные программы"
+${LangFileString} TEXT_32_MORE         "Для модулей изготовителя, которые есть только в 32-разрядном виде."
+${LangFileString} TEXT_LIST            "Функции этого компьютера"
+${LangFileString} TEXT_LIST_MORE       "Составляет список функций, которые есть у этого компьютера. Имеющийся список не меняется."
+${LangFileString} TEXT_MENU            "Меню «Пуск»"
+${LangFileString} TEXT_AUTOSTART       "Запускать вместе с Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Показывает карточки после каждого входа в систему."
+${LangFileString} TEXT_REMOVE_SETTINGS "Удалить также параметры и список функций?"

@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "SimpChinese"
+${LangFileString} TEXT_IN_USE          "$Problem 正在使用，或无法更改。$\n$\n请结束使用它的程序，然后重试。"
+${LangFileString} TEXT_KEPT            "已更改，因此保留："
+${LangFileString} TEXT_32              "32 位程序"
+${LangFileString} TEXT_32_MORE         "用于制造商仅提供 32 位的插件。"
+${LangFileString} TEXT_LIST            "此计算机的功能"
+${LangFileString} TEXT_LIST_MORE       "列出此计算机提供的功能。已有的列表保持不变。"
+${LangFileString} TEXT_MENU            "“开始”菜单"
+${LangFileString} TEXT_AUTOSTART       "随 Windows 启动"
+${LangFileString} TEXT_AUTOSTART_MORE  "每次登录后显示卡片。"
+${LangFileString} TEXT_REMOVE_SETTINGS "是否同时删除您的设置和功能列表？"

@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Spanish"
+${LangFileString} TEXT_IN_USE          "$Problem está en uso o no se puede modificar.$\n$\nCierre el programa que lo usa y vuelva a intentarlo."
+${LangFileString} TEXT_KEPT            "Se conserva porque se modificó:"
+${LangFileString} TEXT_32              "Programas de 32 bits"
+${LangFileString} TEXT_32_MORE         "Para complementos del fabricante que solo existen en 32 bits."
+${LangFileString} TEXT_LIST            "Funciones de este equipo"
+${LangFileString} TEXT_LIST_MORE       "Crea la lista de las funciones que ofrece este equipo. Una lista existente no se modifica."
+${LangFileString} TEXT_MENU            "Menú Inicio"
+${LangFileString} TEXT_AUTOSTART       "Iniciar con Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Muestra las tarjetas después de cada inicio de sesión."
+${LangFileString} TEXT_REMOVE_SETTINGS "¿Quitar también su configuración y la lista de funciones?"

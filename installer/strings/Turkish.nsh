@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Turkish"
+${LangFileString} TEXT_IN_USE          "$Problem kullanımda veya değiştirilemiyor.$\n$\nOnu kullanan programı kapatıp yeniden deneyin."
+${LangFileString} TEXT_KEPT            "Değiştirildiği için korundu:"
+${LangFileString} TEXT_32              "32 bit programlar"
+${LangFileString} TEXT_32_MORE         "Üreticinin yalnızca 32 bit olan eklentileri için."
+${LangFileString} TEXT_LIST            "Bu bilgisayarın işlevleri"
+${LangFileString} TEXT_LIST_MORE       "Bu bilgisayarın sunduğu işlevlerin listesini oluşturur. Var olan liste olduğu gibi kalır."
+${LangFileString} TEXT_MENU            "Başlat menüsü"
+${LangFileString} TEXT_AUTOSTART       "Windows ile başlat"
+${LangFileString} TEXT_AUTOSTART_MORE  "Her oturum açılışından sonra kartları gösterir."
+${LangFileString} TEXT_REMOVE_SETTINGS "Ayarlarınız ve işlev listesi de kaldırılsın mı?"

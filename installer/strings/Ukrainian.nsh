@@ -1,0 +1,12 @@
+; What the installer says; the rest is makensis' own.
+!insertmacro LANGFILE_EXT "Ukrainian"
+${LangFileString} TEXT_IN_USE          "Файл $Problem використовується або його не можна змінити.$\n$\nЗакрийте програму, яка його використовує, і спробуйте ще раз."
+${LangFileString} TEXT_KEPT            "Збережено, бо змінено:"
+${LangFileString} TEXT_32              "32-розрядні програми"
+${LangFileString} TEXT_32_MORE         "Для модулів виробника, які існують лише у 32-розрядному вигляді."
+${LangFileString} TEXT_LIST            "Функції цього комп’ютера"
+${LangFileString} TEXT_LIST_MORE       "Складає список функцій, які має цей комп’ютер. Наявний список не змінюється."
+${LangFileString} TEXT_MENU            "Меню «Пуск»"
+${LangFileString} TEXT_AUTOSTART       "Запускати разом із Windows"
+${LangFileString} TEXT_AUTOSTART_MORE  "Показує картки після кожного входу в систему."
+${LangFileString} TEXT_REMOVE_SETTINGS "Видалити також параметри та список функцій?"
