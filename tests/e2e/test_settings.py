@@ -1,7 +1,10 @@
 """What each setting changes, end to end."""
+import re
+import subprocess
+
 import pytest
-from harness import geometry
-from harness.desktop import CONFIG, MAKER, SHOW_OR_FLASH
+from harness import geometry, places
+from harness.desktop import CONFIG, LIST, MAKER, SHOW_OR_FLASH
 from harness.waiting import stays, wait_until
 from test_keys import expect_card, large_card_of
 
@@ -229,3 +232,55 @@ def test_the_users_own_list_is_not_looked_at_where_the_machine_has_one(program):
     program.expect_strip()
     assert program.calls("Mute") and not program.calls("Zoom")
     assert "The machine has no function list; the user's own is read." not in program.log_texts()
+
+
+PAGE = places.ROOT / "docs" / "configuration.md"
+
+
+def lines_to_type():
+    """The lines of the section's blocks, block by block."""
+    section = PAGE.read_text(encoding="utf-8").split("## Try it\n")[1].split("\n## ")[0]
+    return [block.strip().splitlines() for block in re.findall(r"```bat\n(.*?)```", section, re.S)]
+
+
+@pytest.mark.parametrize("typed", ["at a command prompt", "in a shell"])
+def test_the_lines_of_the_documents_work_as_typed(program, typed, tmp_path):
+    program.offer("Mute", "Lock")
+    stage = "Z:" + str(program.stage).replace("/", "\\")
+
+    def type_in(line):
+        line = line.replace("C:\\Fenwyn", stage)
+        if typed == "in a shell":
+            line = re.sub(r'"?((?:HKLM|Z:)\\[^" ]*)"?', r"'\1'", line)
+            command = f"{places.WINE} {line}"
+        else:
+            (tmp_path / "typed.bat").write_text(f"@{line}\r\n@exit /b %errorlevel%\r\n", encoding="ascii")
+            command = f"{places.WINE} cmd /c typed.bat"
+        done = subprocess.run(["sh", "-c", command], cwd=tmp_path, env=program.desktop.environment, check=False,
+                              capture_output=True, timeout=30)
+        assert done.returncode == 0, f"{line}: {done.stdout} {done.stderr}"
+
+    def text(key, name):
+        return program.probe.get_value("HKLM", key, name).decode("utf-16-le").rstrip("\0")
+    bottom, back, mute, restart, before = lines_to_type()
+    before_list = text(LIST, "FuncList")
+    for block, expected in (bottom, 1), (back, 0):
+        for line in block:
+            type_in(line)
+        for name in "Position", "ShowQrdAtLaunch":
+            assert program.probe.get_value("HKLM", CONFIG, name) == expected.to_bytes(4, "little")
+    for line in mute:
+        type_in(line)
+    assert text(LIST, "FuncList") == "Mute;"
+    assert text(LIST + "\\Mute", "FuncDll").lower() == (stage + "\\plugins\\SimMute.dll").lower()
+    program.functions = program.functions[:1]
+    program.start()
+    program.keyboard.down("Control_R")
+    program.keyboard.press("F2")
+    expect_card(program, "Mute")
+    program.keyboard.up("Control_R")
+    assert [line.split()[-1] for line in restart] == ["/end", "Fenwyn.exe"]
+    program.end()
+    for line in before:
+        type_in(line)
+    assert text(LIST, "FuncList") == before_list
