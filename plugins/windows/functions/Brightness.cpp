@@ -29,18 +29,19 @@ CBrightness::CBrightness(std::shared_ptr<IBacklight> pBacklight)
     : m_pBacklight(std::move(pBacklight)), m_state([pBacklight = m_pBacklight] { return pBacklight->read(); }) {}
 
 std::wstring CBrightness::initialize() {
+    m_state.refreshAfterSleep();
     return m_state.waitForFirst(
         L"There is no built-in screen whose brightness the system can set, and no other that you allow.");
 }
 
-// Asked whenever the card opens, so that changes made elsewhere, or by a resume, are read then.
+// Asked whenever the card opens, so that changes made elsewhere are read then.
 std::optional<ULONG> CBrightness::items() {
     m_state.refresh();
     return static_cast<ULONG>(kBrightnessLevels);
 }
 
 std::optional<LONG> CBrightness::currentItem() {
-    const std::optional<Backlight> screen = m_state.known();
+    const std::optional<Backlight> screen = m_state.fresh();
     return screen ? std::optional<LONG>(levelOf(screen->nPercent)) : std::nullopt;
 }
 

@@ -79,7 +79,7 @@ bool COutputBase::bringPictureBack() {
 std::vector<OutputEntry> COutputWithFavourites::entries() {
     std::vector<OutputEntry> entries;
     std::vector<std::optional<WantedPicture>> wanted;
-    const DisplayState state = m_keeper.state(kFreshLookMs).value_or(DisplayState());
+    const DisplayState state = m_keeper.state(kFreshReadMs).value_or(DisplayState());
     for (const LONG lArrangement : offeredArrangements(state)) {
         entries.push_back(arrangementEntry(lArrangement, state.screens));
         wanted.emplace_back(lArrangement);
@@ -134,7 +134,7 @@ bool COutputWithFavourites::select(LONG lItem) {
 COlderOutput::COlderOutput(PictureTools tools) : COutputBase(std::move(tools)) {}
 
 std::optional<ULONG> COlderOutput::items() {
-    const std::optional<DisplayState> state = m_keeper.state(kFreshLookMs);
+    const std::optional<DisplayState> state = m_keeper.state(kFreshReadMs);
     if (!state) {
         return std::nullopt;
     }

@@ -11,8 +11,6 @@ namespace win {
 // How long the initialisation waits for the first look at the screens, if no earlier start has had one: it decides
 // whether there is a card, and screens that are waking up answer late.
 inline constexpr DWORD kFirstLookMs = 3000;
-// How long a card that opens waits for a new look at the screens.
-inline constexpr DWORD kFreshLookMs = 30;
 // How long bringing a picture back may take before it counts as failed.
 inline constexpr DWORD kPanicMs = 30000;
 

@@ -89,10 +89,10 @@ std::wstring CPowerPlan::initialize() {
 }
 
 std::optional<ULONG> CPowerPlan::items() {
-    if (const std::optional<PlanItems> items = m_state.known()) {
+    m_state.refresh();
+    if (const std::optional<PlanItems> items = m_state.fresh()) {
         m_shown = *items;
     }
-    m_state.refresh();
     const ULONG uPlans = m_shown.mask();
     return uPlans != 0 ? std::optional<ULONG>(uPlans) : std::nullopt;
 }

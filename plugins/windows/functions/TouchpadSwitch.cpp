@@ -31,6 +31,7 @@ std::wstring CTouchpadSwitch::initialize() {
     if (!m_pTouchpad->present()) {
         return L"There is no precision touchpad.";
     }
+    m_enabled.refreshAfterSleep();
     return m_enabled.waitForFirst(L"The system does not tell whether the touchpad is on.");
 }
 
@@ -40,7 +41,7 @@ std::optional<ULONG> CTouchpadSwitch::items() {
 }
 
 std::optional<LONG> CTouchpadSwitch::currentItem() {
-    return toggleItem(m_enabled.known());
+    return toggleItem(m_enabled.fresh());
 }
 
 bool CTouchpadSwitch::select(LONG lItem) {

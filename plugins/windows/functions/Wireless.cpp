@@ -71,13 +71,14 @@ CWireless::CWireless(std::shared_ptr<IRadios> pRadios)
     : m_pRadios(std::move(pRadios)), m_state([pRadios = m_pRadios] { return read(*pRadios); }) {}
 
 std::wstring CWireless::initialize() {
+    m_state.refreshAfterSleep();
     return m_state.waitForFirst(L"There is no radio that the system lets programs switch.");
 }
 
 // If no radio can be switched now, the card shows a notice.
 std::optional<ULONG> CWireless::items() {
-    const std::optional<RadioList> radios = m_state.known();
     m_state.refresh();
+    const std::optional<RadioList> radios = m_state.fresh();
     const bool bAny =
         radios && std::any_of(radios->begin(), radios->end(), [](const Radio& rRadio) { return rRadio.bSwitchable; });
     return bAny ? std::optional<ULONG>(offeredStates(*radios)) : std::nullopt;

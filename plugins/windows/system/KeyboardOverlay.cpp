@@ -6,6 +6,7 @@
 #include <atomic>
 #include <exception>
 #include <memory>
+#include <utility>
 
 #include "keyboard/LibraryThread.h"
 #include "system/Overlay.h"
@@ -173,10 +174,16 @@ struct HookState {
     COverlayShare share;
     common::UniqueHandle hStarted{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     common::UniqueHandle hEnd{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    keyboard::CLibraryThread thread;  // used by the owner and, after its end began, by the next overlay's thread
     std::atomic<bool> bHooked = false;
 };
 
-void runHook(HookState& rState, OverlayKind kind) {
+// `pBefore` is the overlay's earlier thread, which was told to end, or null. It is waited for here, because the owner
+// has no time for it: there must be one hook at a time.
+void runHook(HookState& rState, const HookState* pBefore, OverlayKind kind) {
+    if (pBefore != nullptr) {
+        static_cast<void>(pBefore->thread.wait(kEndWaitMs));  // a hanging one ends later
+    }
     const common::UniqueHook hHook = CHookRoom::makeHook();
     rState.bHooked = static_cast<bool>(hHook);
     if (!hHook) {
@@ -197,7 +204,11 @@ class CKeyboardOverlay final : public IOverlay {
         if (m_share.valid() && m_share.mine(m_kind)) {
             m_share.end(m_kind);
         }
-        _endThread();
+        if (m_pState != nullptr) {
+            ::SetEvent(m_pState->hEnd.get());
+            // The keys that it holds must be lifted before the process ends.
+            static_cast<void>(m_pState->thread.wait(kEndWaitMs));
+        }
     }
 
     bool isOn() override { return m_share.valid() && m_share.current() == m_kind; }
@@ -213,7 +224,6 @@ class CKeyboardOverlay final : public IOverlay {
             m_share.end(m_kind);
             return true;
         }
-        _endThread();
         return _begin();
     }
 
@@ -223,9 +233,12 @@ class CKeyboardOverlay final : public IOverlay {
         if (!pState->share.valid()) {
             return false;
         }
+        const std::shared_ptr<HookState> pBefore = std::exchange(m_pState, pState);
+        if (pBefore != nullptr) {
+            ::SetEvent(pBefore->hEnd.get());
+        }
         m_share.take(m_kind);
-        m_pState = pState;
-        if (FAILED(m_thread.start([pState, kind = m_kind] { runHook(*pState, kind); }))) {
+        if (FAILED(pState->thread.start([pState, pBefore, kind = m_kind] { runHook(*pState, pBefore.get(), kind); }))) {
             m_share.end(m_kind);
             return false;
         }
@@ -233,18 +246,9 @@ class CKeyboardOverlay final : public IOverlay {
         return ::WaitForSingleObject(pState->hStarted.get(), kStartWaitMs) != WAIT_OBJECT_0 || pState->bHooked;
     }
 
-    void _endThread() {
-        if (m_pState != nullptr) {
-            ::SetEvent(m_pState->hEnd.get());
-            static_cast<void>(m_thread.wait(kEndWaitMs));  // a hanging one ends later
-            m_thread = {};
-        }
-    }
-
     const OverlayKind m_kind;
     COverlayShare m_share;
     std::shared_ptr<HookState> m_pState;
-    keyboard::CLibraryThread m_thread;
 };
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "keyboard/Lock.h"
 #include "system/OfferMemory.h"
+#include "system/SleepNews.h"
 #include "system/Worker.h"
 
 namespace win {
@@ -19,6 +20,8 @@ namespace win {
 // the answer of an earlier start is known, which then counts.
 inline constexpr DWORD kFirstAnswerMs = 1000;
 inline constexpr DWORD kNewAnswerMs = 25;
+// How long a card that opens waits for a new look at the machine.
+inline constexpr DWORD kFreshReadMs = 30;
 inline constexpr wchar_t kNoAnswerInTime[] = L"The system did not answer in time.";
 
 // Reads return the known state at once and start a new read in the background. Changes are made in the background too;
@@ -56,8 +59,24 @@ class CSlowState {
         return m_pShared->known;
     }
 
+    // The same, after a brief wait for a read that refresh() asked for: for what a card shows when it opens. The state
+    // that is expected after a change needs no wait.
+    [[nodiscard]] std::optional<State> fresh() const {
+        ::WaitForSingleObject(m_pShared->hFresh.get(), kFreshReadMs);
+        return known();
+    }
+
     // Reads again in the background.
-    void refresh() { m_worker.wake(); }
+    void refresh() {
+        m_pShared->ask();
+        m_worker.wake();
+    }
+
+    // From now on reads again whenever the machine has slept, so that the next card to open need not show what was
+    // before. For a thread that handles messages.
+    void refreshAfterSleep() {
+        m_sleepNews.emplace([this] { refresh(); });
+    }
 
     // Makes a change in the background. Until then `expected` counts as the state; afterwards the machine is read
     // again.
@@ -66,6 +85,7 @@ class CSlowState {
             const keyboard::CExclusiveLock guard(m_pShared->lock);
             m_pShared->change = make;
             m_pShared->known = std::move(expected);
+            ::SetEvent(m_pShared->hFresh.get());
         }
         return m_worker.wake();
     }
@@ -78,6 +98,7 @@ class CSlowState {
             if (const std::function<void()> latest = takeChange()) {
                 latest();
             }
+            const ULONG uAnswered = asked();
             std::optional<State> now = read();
             tellMemory(now.has_value());
             const keyboard::CExclusiveLock guard(lock);
@@ -86,6 +107,20 @@ class CSlowState {
                 known = std::move(now);
             }
             ::SetEvent(hAnswered.get());
+            if (uAnswered == uAsked) {
+                ::SetEvent(hFresh.get());
+            }
+        }
+
+        void ask() {
+            const keyboard::CExclusiveLock guard(lock);
+            ++uAsked;
+            ::ResetEvent(hFresh.get());
+        }
+
+        [[nodiscard]] ULONG asked() const {
+            const keyboard::CExclusiveLock guard(lock);
+            return uAsked;
         }
 
         // Also if the initialisation did not wait for it: the next one goes by it.
@@ -106,11 +141,14 @@ class CSlowState {
         mutable SRWLOCK lock = SRWLOCK_INIT;
         std::function<void()> change;
         std::optional<State> known;
+        ULONG uAsked = 0;                                                           // reads
+        common::UniqueHandle hFresh{::CreateEventW(nullptr, TRUE, TRUE, nullptr)};  // none of them is under way
         common::UniqueHandle hAnswered{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     };
 
     std::shared_ptr<Shared> m_pShared;
     CWorker m_worker;
+    std::optional<CSleepNews> m_sleepNews;  // goes first: it wakes the worker
 };
 
 }  // namespace win

@@ -1,6 +1,8 @@
 // A screen whose brightness can be set, for tests.
 #pragma once
 
+#include <windows.h>
+
 #include <atomic>
 
 #include "system/Backlight.h"
@@ -11,6 +13,7 @@ class CFakeBacklight final : public IBacklight {
  public:
     std::optional<Backlight> read() override {
         ++nReads;
+        ::Sleep(dwReadMs);
         return bThere ? std::optional<Backlight>({levels, nPercent}) : std::nullopt;
     }
     void set(BYTE nNewPercent) override {
@@ -24,6 +27,7 @@ class CFakeBacklight final : public IBacklight {
     std::atomic<BYTE> nPercent = 50;
     std::atomic<bool> bThere = true;
     std::atomic<bool> bRefuses = false;
+    std::atomic<DWORD> dwReadMs = 0;  // how long an answer takes
     std::atomic<int> nReads = 0;
     std::atomic<int> nSets = 0;
 };

@@ -1,6 +1,9 @@
 // Radios for tests.
 #pragma once
 
+#include <windows.h>
+
+#include <atomic>
 #include <mutex>
 
 #include "system/Radios.h"
@@ -12,6 +15,7 @@ class CFakeRadios final : public IRadios {
     explicit CFakeRadios(std::vector<Radio> radios) : m_radios(std::move(radios)) {}
 
     std::vector<Radio> radios() override {
+        ::Sleep(dwReadMs);
         const std::lock_guard<std::mutex> guard(m_mutex);
         return m_radios;
     }
@@ -23,10 +27,17 @@ class CFakeRadios final : public IRadios {
             }
         }
     }
+    // By a switch of the machine, or another program.
+    void put(std::vector<Radio> radios) {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        m_radios = std::move(radios);
+    }
     void refuse() {
         const std::lock_guard<std::mutex> guard(m_mutex);
         m_bRefuses = true;
     }
+
+    std::atomic<DWORD> dwReadMs = 0;  // how long an answer takes
 
  private:
     std::mutex m_mutex;

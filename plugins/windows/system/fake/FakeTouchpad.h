@@ -1,6 +1,8 @@
 // A touchpad for tests.
 #pragma once
 
+#include <windows.h>
+
 #include <atomic>
 
 #include "system/Touchpad.h"
@@ -11,6 +13,7 @@ class CFakeTouchpad final : public ITouchpad {
  public:
     bool present() override { return bPresent; }
     std::optional<bool> enabled() override {
+        ::Sleep(dwReadMs);
         if (nDelayedReads > 0 && --nDelayedReads == 0) {
             bEnabled = !bEnabled;
         }
@@ -27,6 +30,7 @@ class CFakeTouchpad final : public ITouchpad {
     std::atomic<bool> bTells = true;
     std::atomic<bool> bDeaf = false;
     std::atomic<bool> bEnabled = true;
+    std::atomic<DWORD> dwReadMs = 0;  // how long an answer takes
     std::atomic<int> nToggles = 0;
     std::atomic<int> nDelayedReads = 0;
 };

@@ -212,10 +212,16 @@ TEST(ShippedPlugins, RememberWhatTheMachineAnswered) {
 // Two libraries in one process, as in Fenwyn.
 class ShippedOverlay {
  public:
-    explicit ShippedOverlay(const wchar_t* function) : m_hModule(::LoadLibraryW(pathOf(function).c_str())) {
+    explicit ShippedOverlay(const wchar_t* function)
+        : m_strPath(pathOf(function)), m_hModule(::LoadLibraryW(m_strPath.c_str())) {
         call<FenwynInitializeHotkeyDll>(FENWYN_INITIALIZE, 0, nullptr);
     }
-    ~ShippedOverlay() { call<FenwynFinalizeHotkeyDll>(FENWYN_FINALIZE); }
+    // Returns after the end of the overlay's threads, which keep the library loaded, so that none is left for the next.
+    ~ShippedOverlay() {
+        call<FenwynFinalizeHotkeyDll>(FENWYN_FINALIZE);
+        m_hModule.reset();
+        EXPECT_TRUE(soon([this] { return ::GetModuleHandleW(m_strPath.c_str()) == nullptr; }));
+    }
     ShippedOverlay(const ShippedOverlay&) = delete;
     ShippedOverlay& operator=(const ShippedOverlay&) = delete;
 
@@ -233,6 +239,7 @@ class ShippedOverlay {
             arguments...);
     }
 
+    const std::wstring m_strPath;
     common::UniqueModule m_hModule;
 };
 
@@ -269,6 +276,8 @@ TEST(ShippedOverlays, LeaveInjectedKeysAlone) {
     // swallows.
     const common::UniqueHook earlier(::SetWindowsHookExW(WH_KEYBOARD_LL, &seeKeys, ::GetModuleHandleW(nullptr), 0));
     ASSERT_TRUE(earlier);
+    // Its window comes after its hook, and would otherwise be taken for the next one's.
+    ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) != nullptr; }));
     ASSERT_EQ(numeric.select(1), FENWYN_OK);
     ASSERT_TRUE(soon([] { return ::FindWindowW(kOverlayWindow, nullptr) == nullptr; }));
     ASSERT_EQ(numeric.select(0), FENWYN_OK);

@@ -19,4 +19,15 @@ inline bool soon(const std::function<bool()>& condition) {
     return condition();
 }
 
+// Whether one of several tries succeeds: for what is in time unless the machine is busy.
+inline bool someTime(const std::function<bool(int)>& attempt) {
+    constexpr int kTries = 20;
+    for (int nTry = 0; nTry < kTries; ++nTry) {
+        if (attempt(nTry)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace win

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "functions/Brightness.h"
+#include "plugins/windows/Sleeping.h"
 #include "plugins/windows/Waiting.h"
 #include "system/fake/FakeBacklight.h"
 
@@ -99,6 +100,52 @@ TEST_F(WindowsBrightness, ChangesMadeElsewhereAreReadWhenTheCardOpens) {
     m_pScreen->nPercent = 20;
     (void)function.items();
     EXPECT_TRUE(soon([&] { return function.currentItem() == 2; }));
+}
+
+TEST_F(WindowsBrightness, OpensWithAChangeThatWasMadeElsewhere) {
+    m_pScreen->dwReadMs = 5;
+    CBrightness function(m_pScreen);
+    ASSERT_EQ(function.initialize(), L"");
+    EXPECT_TRUE(someTime([&](int nTry) {
+        const LONG level = nTry % 2 == 0 ? 2 : 9;
+        m_pScreen->nPercent = percentOf(level, m_pScreen->levels);
+        (void)function.items();
+        const bool bAtOnce = function.currentItem() == level;
+        return soon([&] { return function.currentItem() == level; }) && bAtOnce;
+    }));
+}
+
+// Many screens are dimmed or brightened while the machine sleeps.
+TEST_F(WindowsBrightness, IsReadAfterTheMachinesSleepBeforeTheCardOpens) {
+    CBrightness function(m_pScreen);
+    ASSERT_EQ(function.initialize(), L"");
+    for (const WPARAM news : kResumes) {
+        m_pScreen->nPercent = m_pScreen->nPercent == 20 ? 90 : 20;
+        wakeUp(news);
+        EXPECT_TRUE(soon([&] { return function.currentItem() == levelOf(m_pScreen->nPercent); })) << news;
+    }
+}
+
+TEST_F(WindowsBrightness, NothingIsReadBecauseOfOtherNewsOfThePower) {
+    CBrightness function(m_pScreen);
+    ASSERT_EQ(function.initialize(), L"");
+    const int nReads = m_pScreen->nReads;
+    wakeUp(PBT_APMSUSPEND);
+    wakeUp(PBT_APMPOWERSTATUSCHANGE);
+    ::Sleep(50);  // for a read that does not come there is nothing to wait for
+    EXPECT_EQ(m_pScreen->nReads, nReads);
+}
+
+TEST_F(WindowsBrightness, LeavesNoWindowBehind) {
+    {
+        CBrightness function(m_pScreen);
+        ASSERT_EQ(function.initialize(), L"");
+        EXPECT_NE(sleepWindow(), nullptr);
+    }
+    EXPECT_EQ(sleepWindow(), nullptr);
+    WNDCLASSW windowClass{};
+    EXPECT_FALSE(::GetClassInfoW(::GetModuleHandleW(nullptr), kSleepWindowClass, &windowClass))
+        << "its procedure may be gone by then";
 }
 
 }  // namespace

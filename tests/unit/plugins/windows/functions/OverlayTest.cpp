@@ -6,6 +6,8 @@
 
 #include <set>
 
+#include "common/Handle.h"
+#include "plugins/windows/Waiting.h"
 #include "support/FailingAllocation.h"
 #include "system/OverlayShare.h"
 #include "system/fake/FakeOverlay.h"
@@ -273,6 +275,36 @@ TEST_F(RealOverlay, GoesOffAtLockAndLogOff) {
         EXPECT_FALSE(m_pCursor->isOn());
         EXPECT_TRUE(windowSoon(false));
     }
+}
+
+// In place of the overlay window's procedure: keeps its thread until the test lets it go on.
+const common::UniqueHandle& goOn() {
+    static const common::UniqueHandle hGoOn(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    return hGoOn;
+}
+
+LRESULT CALLBACK hang(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam) noexcept {
+    if (uMessage == WM_APP) {
+        ::WaitForSingleObject(goOn().get(), 10000);
+    }
+    return ::DefWindowProcW(hWnd, uMessage, wParam, lParam);
+}
+
+// The caller is Fenwyn's user-interface thread.
+TEST_F(RealOverlay, NobodyWaitsForTheThreadOfAnEarlierOverlay) {
+    ASSERT_TRUE(m_pCursor->turn(true));
+    ASSERT_TRUE(windowSoon(true));
+    const HWND hFirst = overlayWindow();
+    ::SetWindowLongPtrW(hFirst, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&hang));
+    ::PostMessageW(hFirst, WM_APP, 0, 0);
+    EXPECT_TRUE(m_pCursor->turn(false));
+    const ULONGLONG ullStart = ::GetTickCount64();
+    EXPECT_TRUE(m_pCursor->turn(true));
+    EXPECT_LT(::GetTickCount64() - ullStart, 250U) << "25 ms, on a busy machine";
+    EXPECT_TRUE(m_pCursor->isOn());
+    ::SetEvent(goOn().get());
+    EXPECT_TRUE(soon([&] { return overlayWindow() != nullptr && overlayWindow() != hFirst; })) << "and its hook comes";
+    EXPECT_TRUE(m_pCursor->isOn());
 }
 
 TEST_F(RealOverlay, GoesOffWithItsLibrary) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "functions/TouchpadSwitch.h"
+#include "plugins/windows/Sleeping.h"
 #include "plugins/windows/Waiting.h"
 #include "system/fake/FakeTouchpad.h"
 
@@ -55,6 +56,28 @@ TEST_F(TouchpadSwitch, RefusesItemsThatThereAreNot) {
     ASSERT_EQ(m_function.initialize(), L"");
     EXPECT_FALSE(m_function.select(2));
     EXPECT_FALSE(m_function.select(-1));
+}
+
+TEST_F(TouchpadSwitch, OpensWithAChangeThatWasMadeElsewhere) {
+    m_pTouchpad->dwReadMs = 5;
+    ASSERT_EQ(m_function.initialize(), L"");
+    EXPECT_TRUE(someTime([&](int nTry) {
+        const LONG item = nTry % 2 == 0 ? 1 : 0;
+        m_pTouchpad->bEnabled = item == 0;
+        (void)m_function.items();
+        const bool bAtOnce = m_function.currentItem() == item;
+        return soon([&] { return m_function.currentItem() == item; }) && bAtOnce;
+    }));
+}
+
+// Many machines switch the touchpad off when they become a tablet.
+TEST_F(TouchpadSwitch, IsReadAfterTheMachinesSleepBeforeTheCardOpens) {
+    ASSERT_EQ(m_function.initialize(), L"");
+    for (const WPARAM news : kResumes) {
+        m_pTouchpad->bEnabled = !m_pTouchpad->bEnabled;
+        wakeUp(news);
+        EXPECT_TRUE(soon([&] { return m_function.currentItem() == (m_pTouchpad->bEnabled ? 0 : 1); })) << news;
+    }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "plugins/windows/Sleeping.h"
 #include "plugins/windows/Waiting.h"
 #include "system/fake/FakeRadios.h"
 
@@ -87,6 +88,35 @@ TEST(Wireless, ARadioThatRefusesIsOfferedAgain) {
     pRadios->refuse();
     EXPECT_TRUE(function.select(0));
     EXPECT_TRUE(soon([&] { return function.items() == 0x4001U; }));
+}
+
+TEST(Wireless, OpensWithAChangeThatWasMadeElsewhere) {
+    const auto pRadios = std::make_shared<CFakeRadios>(RadioList{wlan(true)});
+    pRadios->dwReadMs = 5;
+    CWireless function(pRadios);
+    ASSERT_EQ(function.initialize(), L"");
+    EXPECT_TRUE(someTime([&](int nTry) {
+        const bool bOn = nTry % 2 != 0;
+        const ULONG uStates = (bOn ? 0x1U : 0x2U) | kCancel;
+        pRadios->put({wlan(bOn)});
+        const bool bAtOnce = function.items() == uStates;
+        return soon([&] { return function.items() == uStates; }) && bAtOnce;
+    }));
+}
+
+// A radio that was switched off by the machine's own switch meanwhile.
+TEST(Wireless, IsReadAfterTheMachinesSleepBeforeTheCardOpens) {
+    const auto pRadios = std::make_shared<CFakeRadios>(RadioList{wlan(true)});
+    CWireless function(pRadios);
+    ASSERT_EQ(function.initialize(), L"");
+    for (const WPARAM news : kResumes) {
+        const bool bOn = !pRadios->radios()[0].bOn;
+        pRadios->put({wlan(bOn)});
+        wakeUp(news);
+        // A choice goes by what is known without a look at the machine.
+        EXPECT_TRUE(soon([&] { return function.select(bOn ? 0 : 1); })) << news;
+        EXPECT_TRUE(soon([&] { return pRadios->radios()[0].bOn != bOn; }));
+    }
 }
 
 }  // namespace

@@ -97,8 +97,10 @@ struct SlowNumber {
     std::atomic<int> changes = 0;
     Gate gate;
     std::atomic<bool> gated = false;
+    std::atomic<DWORD> dwReadMs = 0;
 
     std::optional<int> read() {
+        ::Sleep(dwReadMs);
         if (gated) {
             gate.pass();
         }
@@ -208,6 +210,62 @@ TEST_F(SlowState, OfSeveralChangesThatWaitOnlyTheLatestIsMade) {
     EXPECT_TRUE(soon([&] { return m_pMachine->number == 4; }));
     EXPECT_EQ(m_pMachine->changes, 1);
     EXPECT_EQ(m_state.known(), 4);
+}
+
+TEST_F(SlowState, WhoAsksForTheFreshStateWaitsForAReadThatIsUnderWay) {
+    ASSERT_EQ(first(), L"");
+    m_pMachine->dwReadMs = 5;
+    EXPECT_TRUE(someTime([&](int nTry) {
+        m_pMachine->number = 10 + nTry;
+        m_state.refresh();
+        return m_state.fresh() == 10 + nTry;
+    }));
+    m_pMachine->number = 7;
+    EXPECT_NE(m_state.fresh(), 7) << "none is under way";
+}
+
+TEST_F(SlowState, WhoAsksForTheFreshStateOfAMachineThatHangsGetsTheKnownOneSoon) {
+    ASSERT_EQ(first(), L"");
+    m_pMachine->number = 7;
+    m_pMachine->gated = true;
+    m_state.refresh();
+    ASSERT_TRUE(m_pMachine->gate.entered());
+    const ULONGLONG ullStart = ::GetTickCount64();
+    EXPECT_EQ(m_state.fresh(), 1);
+    EXPECT_LT(::GetTickCount64() - ullStart, 250U) << "30 ms, on a busy machine";
+    m_pMachine->gate.open();
+}
+
+// The read began before the card opened, so that it may have missed what was changed since.
+TEST_F(SlowState, TheEndOfAnEarlierReadIsNotYetTheFreshState) {
+    ASSERT_EQ(first(), L"");
+    EXPECT_TRUE(someTime([&](int nTry) {
+        const auto pMachine = std::make_shared<SlowNumber>();
+        const auto pBefore = std::make_shared<std::atomic<bool>>(true);
+        CSlowState<int> state([pMachine, pBefore] {
+            const int nNumber = pMachine->number;
+            if (pBefore->exchange(false)) {
+                pMachine->gate.pass();
+            }
+            return std::optional<int>(nNumber);
+        });
+        state.refresh();
+        EXPECT_TRUE(pMachine->gate.entered());
+        pMachine->number = 100 + nTry;
+        state.refresh();
+        pMachine->gate.open();
+        return state.fresh() == 100 + nTry;
+    }));
+}
+
+TEST_F(SlowState, AnExpectedStateIsFreshAtOnce) {
+    ASSERT_EQ(first(), L"");
+    m_pMachine->gated = true;
+    m_state.refresh();
+    ASSERT_TRUE(m_pMachine->gate.entered());
+    change(4);
+    EXPECT_EQ(m_state.fresh(), 4);
+    m_pMachine->gate.open();
 }
 
 }  // namespace
