@@ -42,6 +42,17 @@ std::wstring joined(const std::vector<std::wstring>& names) {
     return list;
 }
 
+// Empty when the list can have all of `names`, and there are some.
+std::wstring unknownNames(std::span<const std::wstring> names) {
+    std::wstring words = names.empty() ? L"No function is named.\n" : L"";
+    for (const std::wstring& name : names) {
+        if (listedNames({&name, 1}).empty()) {
+            words += L"There is no function \"" + name + L"\" for the list.\n";
+        }
+    }
+    return words.empty() ? words : words + L"The functions are: " + joined(listableNames()) + L"\n";
+}
+
 ExitCode refused(LSTATUS error, const Outside& outside) {
     outside.tell(error == ERROR_ACCESS_DENIED
                      ? L"Nothing was written: that takes administrator rights. With --user it does not.\n"
@@ -67,12 +78,16 @@ std::wstring storedList(HKEY root) {
 }  // namespace
 
 ExitCode registerFunctions(const Options& options, const Outside& outside) {
+    const std::vector<std::wstring> wanted = namesOf(options.functions);
+    if (const std::wstring words = unknownNames(wanted); !options.functions.empty() && !words.empty()) {
+        outside.tell(words);
+        return kWrongUse;
+    }
     if (const std::wstring why = objection(options); !why.empty()) {
         outside.tell(why);
         return kNothingToDo;
     }
-    const std::vector<std::wstring> names =
-        options.functions.empty() ? offeredNames(outside) : namesOf(options.functions);
+    const std::vector<std::wstring> names = listedNames(options.functions.empty() ? offeredNames(outside) : wanted);
     const std::vector<common::Setting> settings = sampleSettings(outside.folder, names, GetUserDefaultUILanguage());
     if (names.empty()) {
         outside.tell(L"This machine offers none of the functions; nothing was written.\n");

@@ -47,10 +47,36 @@ void appendFunction(std::vector<Setting>& settings, const SampleFunction& functi
     settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, samplePlugin(folder, function.name)));
 }
 
+bool isListed(const SampleFunction& function, std::span<const std::wstring> names) {
+    return !function.codes.empty() && std::ranges::any_of(names, [&](const std::wstring& name) {
+        return fenwyn::equalNames(name, function.name);
+    });
+}
+
 }  // namespace
 
 std::span<const SampleFunction> sampleFunctions() {
     return kSample;
+}
+
+std::vector<std::wstring> listedNames(std::span<const std::wstring> names) {
+    std::vector<std::wstring> listed;
+    for (const SampleFunction& function : kSample) {
+        if (isListed(function, names)) {
+            listed.emplace_back(function.name);
+        }
+    }
+    return listed;
+}
+
+std::vector<std::wstring> listableNames() {
+    std::vector<std::wstring> names;
+    for (const SampleFunction& function : kSample) {
+        if (!function.codes.empty()) {
+            names.emplace_back(function.name);
+        }
+    }
+    return names;
 }
 
 std::wstring samplePlugin(const std::wstring& folder, const std::wstring& function) {
@@ -65,9 +91,7 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, std::span<const 
     }
     std::wstring list;
     for (const SampleFunction& function : kSample) {
-        const bool wanted = std::ranges::any_of(
-            names, [&](const std::wstring& name) { return fenwyn::equalNames(name, function.name); });
-        if (wanted && !function.codes.empty()) {
+        if (isListed(function, names)) {
             list += std::wstring(function.name) + L";";
             appendFunction(settings, function, folder, language);
         }

@@ -21,6 +21,12 @@ struct SampleFunction {
 // In the order of the strip, which is that of the keys.
 [[nodiscard]] std::span<const SampleFunction> sampleFunctions();
 
+// Those of `names` that the list can have, in its own spelling and order, each once.
+[[nodiscard]] std::vector<std::wstring> listedNames(std::span<const std::wstring> names);
+
+// All that the list can have.
+[[nodiscard]] std::vector<std::wstring> listableNames();
+
 [[nodiscard]] std::wstring samplePlugin(const std::wstring& folder, const std::wstring& function);
 
 // The settings that make Fenwyn show `names`, in the order of the strip; names that the family does not have are left

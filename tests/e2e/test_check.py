@@ -138,6 +138,10 @@ def test_wrong_use_tells_the_right_one(program):
     code, said = check(program, "--registre")
     assert code == WRONG_USE
     assert said.startswith("FenwynCheck --machine")
+    code, said = check(program, "--register", "--user", "--functions", "Mute;Lokc;")
+    assert code == WRONG_USE
+    assert said.startswith('There is no function "Lokc" for the list.')
+    assert not has_list(program, "HKCU")
 
 
 def test_a_screen_is_allowed_and_forbidden_and_one_that_cannot_be_changed_does_no_harm(program):

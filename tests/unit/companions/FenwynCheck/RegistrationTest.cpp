@@ -77,10 +77,27 @@ TEST_F(Registration, ListThatIsThereStaysUnlessItIsToBeReplaced) {
 }
 
 TEST_F(Registration, FunctionsMayBeGivenByName) {
-    m_options.functions = L"odd;Mute;Nothing;";
+    m_options.functions = L"odd;Mute;Odd";
     EXPECT_EQ(enter(), machine::kWell);
     EXPECT_EQ(list(HKEY_LOCAL_MACHINE), L"Mute;ODD;");
+    EXPECT_TRUE(m_double.tells(L"The function list is written: Mute;ODD;\n")) << m_double.narrow();
     EXPECT_TRUE(m_double.started.empty()) << "nothing is asked of the machine";
+}
+
+// A misspelt name must not leave its owner without that card, and without a word.
+TEST_F(Registration, AFunctionThatTheListCannotHaveIsRefusedAndNothingIsWritten) {
+    for (const wchar_t* name : {L"Nothing", L"Output", L"Mute ", L"KBB"}) {
+        m_options.functions = std::wstring(L"Mute;") + name + L";";
+        m_double.told.clear();
+        EXPECT_EQ(enter(), machine::kWrongUse) << m_double.narrow();
+        EXPECT_TRUE(m_double.tells(std::wstring(L"There is no function \"") + name + L"\" for the list."))
+            << m_double.narrow();
+        EXPECT_TRUE(m_double.tells(L"Mute;Lock;PowerPlan;Sleep;")) << m_double.narrow();
+    }
+    m_options.functions = L";";
+    EXPECT_EQ(enter(), machine::kWrongUse) << "no name at all";
+    EXPECT_FALSE(productKeyExists(HKEY_LOCAL_MACHINE));
+    EXPECT_TRUE(m_double.elevated.empty());
 }
 
 TEST_F(Registration, MachineThatOffersNothingGetsNoList) {
