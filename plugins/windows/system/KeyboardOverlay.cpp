@@ -6,7 +6,6 @@
 #include <atomic>
 #include <exception>
 #include <memory>
-#include <utility>
 
 #include "keyboard/LibraryThread.h"
 #include "system/Overlay.h"
@@ -17,7 +16,8 @@ namespace win {
 namespace {
 
 constexpr DWORD kStartWaitMs = 25;  // until a thread has its hook: usually one
-constexpr DWORD kEndWaitMs = 500;
+constexpr DWORD kEndWaitMs = 25;    // for a thread that ends
+constexpr DWORD kUpsWaitMs = 500;   // for one that has keys to lift
 constexpr wchar_t kWindowClass[] = L"FenwynOverlayWnd";
 
 bool isDown(int nVirtualKey) {
@@ -52,7 +52,9 @@ void send(const COverlayKeys::Output& output) {
 // hook's thread.
 class CHookRoom {
  public:
-    CHookRoom(OverlayKind kind, COverlayShare& rShare) : m_kind(kind), m_rShare(rShare), m_keys(kind, &isHeld) {
+    // `rHolds` becomes true while a key is down that the overlay has to lift.
+    CHookRoom(OverlayKind kind, COverlayShare& rShare, std::atomic<bool>& rHolds)
+        : m_kind(kind), m_rShare(rShare), m_rHolds(rHolds), m_keys(kind, &isHeld) {
         s_pRoom = this;  // before the window, whose first messages may come while it is made
         m_hWnd = _makeWindow();
         ::WTSRegisterSessionNotification(m_hWnd.get(), NOTIFY_FOR_THIS_SESSION);
@@ -62,8 +64,7 @@ class CHookRoom {
         ::WTSUnRegisterSessionNotification(m_hWnd.get());
         m_hWnd.reset();
         ::UnregisterClassW(kWindowClass, _library());
-        CHookRoom* pThis = this;
-        s_pRoom.compare_exchange_strong(pThis, nullptr);  // the next one may have begun, if this one took long
+        s_pRoom = nullptr;
     }
     CHookRoom(const CHookRoom&) = delete;
     CHookRoom& operator=(const CHookRoom&) = delete;
@@ -99,6 +100,7 @@ class CHookRoom {
         for (const COverlayKeys::Output& up : m_keys.end()) {
             send(up);
         }
+        m_rHolds = false;
     }
 
     // Whether the key is hidden from all others. The substitute is sent here rather than later, because following keys
@@ -114,7 +116,9 @@ class CHookRoom {
         const ScanKey scan{static_cast<WORD>(key.scanCode), (key.flags & LLKHF_EXTENDED) != 0};
         const COverlayKeys::Answer answer = m_keys.handle(scan, (key.flags & LLKHF_UP) != 0, modifierIsDown());
         if (answer.output) {
+            m_rHolds = m_rHolds || !answer.output->bUp;
             send(*answer.output);
+            m_rHolds = m_keys.holds();
         }
         return answer.bSwallow;
     }
@@ -159,12 +163,12 @@ class CHookRoom {
                                                       nullptr, nullptr, windowClass.hInstance, nullptr));
     }
 
-    // The hook's callback has no argument. There is one overlay at a time: the next thread begins after the last has
-    // ended.
+    // For the hook's callback.
     static inline std::atomic<CHookRoom*> s_pRoom = nullptr;
 
     const OverlayKind m_kind;
     COverlayShare& m_rShare;
+    std::atomic<bool>& m_rHolds;
     COverlayKeys m_keys;
     common::UniqueWindow m_hWnd;
 };
@@ -174,17 +178,41 @@ struct HookState {
     COverlayShare share;
     common::UniqueHandle hStarted{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     common::UniqueHandle hEnd{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-    keyboard::CLibraryThread thread;  // used by the owner and, after its end began, by the next overlay's thread
+    keyboard::CLibraryThread thread;
     std::atomic<bool> bHooked = false;
+    std::atomic<bool> bHolds = false;  // a key is down that the hook's thread has to lift
 };
 
-// `pBefore` is the overlay's earlier thread, which was told to end, or null. It is waited for here, because the owner
-// has no time for it: there must be one hook at a time.
-void runHook(HookState& rState, const HookState* pBefore, OverlayKind kind) {
-    if (pBefore != nullptr) {
-        static_cast<void>(pBefore->thread.wait(kEndWaitMs));  // a hanging one ends later
+// The right to have a hook. The hook's callback has no argument, so that one thread of the library has it at a time.
+class CTurn {
+ public:
+    // Waits for the thread before, whose overlay has been told to end: here, because their owner has no time for it.
+    CTurn() {
+        const ULONGLONG ullEnd = ::GetTickCount64() + kUpsWaitMs;
+        while (!(m_bMine = ::TryAcquireSRWLockExclusive(&s_lock) != FALSE) && ::GetTickCount64() < ullEnd) {
+            ::Sleep(1);
+        }
     }
-    const common::UniqueHook hHook = CHookRoom::makeHook();
+    ~CTurn() {
+        if (m_bMine) {
+            ::ReleaseSRWLockExclusive(&s_lock);
+        }
+    }
+    CTurn(const CTurn&) = delete;
+    CTurn& operator=(const CTurn&) = delete;
+
+    // False: that thread hangs.
+    [[nodiscard]] bool mine() const { return m_bMine; }
+
+ private:
+    static inline SRWLOCK s_lock = SRWLOCK_INIT;
+
+    bool m_bMine = false;
+};
+
+void runHook(HookState& rState, OverlayKind kind) {
+    const CTurn turn;
+    const common::UniqueHook hHook = turn.mine() ? CHookRoom::makeHook() : common::UniqueHook();
     rState.bHooked = static_cast<bool>(hHook);
     if (!hHook) {
         rState.share.end(kind);
@@ -193,7 +221,7 @@ void runHook(HookState& rState, const HookState* pBefore, OverlayKind kind) {
     ::SetEvent(rState.hStarted.get());
     if (hHook) {
         // It ends after the overlay went off, and must not touch the share then: a new one may be on already.
-        CHookRoom(kind, rState.share).run(rState.hEnd.get());
+        CHookRoom(kind, rState.share, rState.bHolds).run(rState.hEnd.get());
     }
 }
 
@@ -206,8 +234,9 @@ class CKeyboardOverlay final : public IOverlay {
         }
         if (m_pState != nullptr) {
             ::SetEvent(m_pState->hEnd.get());
-            // The keys that it holds must be lifted before the process ends.
-            static_cast<void>(m_pState->thread.wait(kEndWaitMs));
+            // The keys that it holds must be lifted before the process ends. Without any, it needs nobody to wait.
+            static_cast<void>(m_pState->thread.wait(kEndWaitMs) ||
+                              (m_pState->bHolds && m_pState->thread.wait(kUpsWaitMs)));
         }
     }
 
@@ -233,12 +262,12 @@ class CKeyboardOverlay final : public IOverlay {
         if (!pState->share.valid()) {
             return false;
         }
-        const std::shared_ptr<HookState> pBefore = std::exchange(m_pState, pState);
-        if (pBefore != nullptr) {
-            ::SetEvent(pBefore->hEnd.get());
+        if (m_pState != nullptr) {
+            ::SetEvent(m_pState->hEnd.get());
         }
+        m_pState = pState;
         m_share.take(m_kind);
-        if (FAILED(pState->thread.start([pState, pBefore, kind = m_kind] { runHook(*pState, pBefore.get(), kind); }))) {
+        if (FAILED(pState->thread.start([pState, kind = m_kind] { runHook(*pState, kind); }))) {
             m_share.end(m_kind);
             return false;
         }

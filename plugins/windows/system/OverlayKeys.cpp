@@ -93,6 +93,10 @@ COverlayKeys::Ups COverlayKeys::end() noexcept {
     return ups;
 }
 
+bool COverlayKeys::holds() const {
+    return std::find(m_held.begin(), m_held.end(), Held::Translated) != m_held.end();
+}
+
 bool COverlayKeys::drains() const {
     return std::find(m_held.begin(), m_held.end(), Held::Ended) != m_held.end();
 }

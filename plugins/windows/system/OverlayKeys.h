@@ -68,6 +68,9 @@ class COverlayKeys {
     // Ends the overlay: returns the ups of all keys that it holds down. Their own ups are swallowed later.
     [[nodiscard]] Ups end() noexcept;
 
+    // Substitutes are down whose ups are still to be sent.
+    [[nodiscard]] bool holds() const;
+
     // After end(): keys whose ups are to be swallowed are still held.
     [[nodiscard]] bool drains() const;
 

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -36,13 +37,23 @@ class CSlowState {
     // Before everything else: where the machine's answers are kept for the next start.
     void remember(const std::shared_ptr<IOfferMemory>& pMemory) { m_pShared->pMemory = pMemory; }
 
+    // Before waitForFirst(), on a thread that handles messages: from then on reads again whenever the machine has
+    // slept, so that the next card to open need not show what was before.
+    void refreshAfterSleep() { m_bRefreshAfterSleep = true; }
+
     // For an initialisation: waits for the machine's first answer, or takes that of an earlier start for it. Empty: it
     // has what the function needs; otherwise the reason, which is `pszMissing` if the machine answered.
     [[nodiscard]] std::wstring waitForFirst(const wchar_t* pszMissing, DWORD dwTimeoutMs = kFirstAnswerMs) {
         const std::optional<bool> before = m_pShared->pMemory ? m_pShared->pMemory->offered() : std::nullopt;
-        refresh();
         const DWORD dwWaitMs = before ? kNewAnswerMs : dwTimeoutMs;
-        if (::WaitForSingleObject(m_pShared->hAnswered.get(), dwWaitMs) == WAIT_OBJECT_0) {
+        const ULONGLONG ullStart = ::GetTickCount64();
+        refresh();
+        if (m_bRefreshAfterSleep) {
+            m_sleepNews.emplace([this] { refresh(); });
+        }
+        const ULONGLONG ullSpent = std::min<ULONGLONG>(::GetTickCount64() - ullStart, dwWaitMs);
+        if (::WaitForSingleObject(m_pShared->hAnswered.get(), dwWaitMs - static_cast<DWORD>(ullSpent)) ==
+            WAIT_OBJECT_0) {
             return known() ? L"" : pszMissing;
         }
         return !before ? kNoAnswerInTime : *before ? L"" : pszMissing;
@@ -70,12 +81,6 @@ class CSlowState {
     void refresh() {
         m_pShared->ask();
         m_worker.wake();
-    }
-
-    // From now on reads again whenever the machine has slept, so that the next card to open need not show what was
-    // before. For a thread that handles messages.
-    void refreshAfterSleep() {
-        m_sleepNews.emplace([this] { refresh(); });
     }
 
     // Makes a change in the background. Until then `expected` counts as the state; afterwards the machine is read
@@ -148,6 +153,7 @@ class CSlowState {
 
     std::shared_ptr<Shared> m_pShared;
     CWorker m_worker;
+    bool m_bRefreshAfterSleep = false;
     std::optional<CSleepNews> m_sleepNews;  // goes first: it wakes the worker
 };
 

@@ -4,6 +4,7 @@
 
 #include <wtsapi32.h>
 
+#include <atomic>
 #include <set>
 
 #include "common/Handle.h"
@@ -117,7 +118,9 @@ TEST(OverlayKeys, TheEndLiftsWhatIsHeldAndSwallowsItsOwnUpLater) {
     (void)keys.handle({kJ, false}, false, false);
     (void)keys.handle({kI, false}, false, false);
     (void)keys.handle({kI, false}, true, false);
+    EXPECT_TRUE(keys.holds());
     const auto ups = keys.end();
+    EXPECT_FALSE(keys.holds());
     ASSERT_EQ(ups.size(), 1U);
     EXPECT_EQ(ups[0].wVirtualKey, VK_NUMPAD1);
     EXPECT_TRUE(ups[0].bUp);
@@ -242,8 +245,15 @@ bool windowSoon(bool bThere) {
     return false;
 }
 
+// Each test waits for the window of what it switched on, so that no thread of it is left for the next.
 class RealOverlay : public testing::Test {
  protected:
+    void TearDown() override {
+        m_pCursor.reset();
+        m_pNumeric.reset();
+        EXPECT_TRUE(windowSoon(false));
+    }
+
     std::unique_ptr<IOverlay> m_pCursor = makeKeyboardOverlay(OverlayKind::Cursor);
     std::unique_ptr<IOverlay> m_pNumeric = makeKeyboardOverlay(OverlayKind::Numeric);
 };
@@ -258,6 +268,7 @@ TEST_F(RealOverlay, ComesAndGoesWithItsHook) {
     EXPECT_TRUE(windowSoon(false));
     ASSERT_TRUE(m_pCursor->turn(true)) << "again";
     EXPECT_TRUE(m_pCursor->isOn());
+    EXPECT_TRUE(windowSoon(true));
 }
 
 TEST_F(RealOverlay, GoesOffAtLockAndLogOff) {
@@ -283,20 +294,43 @@ const common::UniqueHandle& goOn() {
     return hGoOn;
 }
 
+std::atomic<bool> g_bHangs = false;
+
 LRESULT CALLBACK hang(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam) noexcept {
     if (uMessage == WM_APP) {
+        g_bHangs = true;
         ::WaitForSingleObject(goOn().get(), 10000);
     }
     return ::DefWindowProcW(hWnd, uMessage, wParam, lParam);
 }
 
+// Keeps the thread of the overlay that is on until the event is set. Its window.
+HWND hangOverlay() {
+    ::ResetEvent(goOn().get());
+    EXPECT_TRUE(windowSoon(true));
+    const HWND hWnd = overlayWindow();
+    ::SetWindowLongPtrW(hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&hang));
+    g_bHangs = false;
+    ::PostMessageW(hWnd, WM_APP, 0, 0);
+    EXPECT_TRUE(soon([] { return g_bHangs.load(); }));
+    return hWnd;
+}
+
 // The caller is Fenwyn's user-interface thread.
+TEST_F(RealOverlay, NobodyWaitsForAThreadThatHangsAtTheEnd) {
+    ASSERT_TRUE(m_pCursor->turn(true));
+    static_cast<void>(hangOverlay());
+    const ULONGLONG ullStart = ::GetTickCount64();
+    m_pCursor.reset();
+    EXPECT_LT(::GetTickCount64() - ullStart, 250U) << "25 ms, on a busy machine";
+    EXPECT_EQ(COverlayShare().current(), OverlayKind::None);
+    ::SetEvent(goOn().get());
+    EXPECT_TRUE(windowSoon(false));
+}
+
 TEST_F(RealOverlay, NobodyWaitsForTheThreadOfAnEarlierOverlay) {
     ASSERT_TRUE(m_pCursor->turn(true));
-    ASSERT_TRUE(windowSoon(true));
-    const HWND hFirst = overlayWindow();
-    ::SetWindowLongPtrW(hFirst, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&hang));
-    ::PostMessageW(hFirst, WM_APP, 0, 0);
+    const HWND hFirst = hangOverlay();
     EXPECT_TRUE(m_pCursor->turn(false));
     const ULONGLONG ullStart = ::GetTickCount64();
     EXPECT_TRUE(m_pCursor->turn(true));
@@ -307,8 +341,20 @@ TEST_F(RealOverlay, NobodyWaitsForTheThreadOfAnEarlierOverlay) {
     EXPECT_TRUE(m_pCursor->isOn());
 }
 
+// Two hooks would share what the hook's callback uses. A card must not say "on" where there is none.
+TEST_F(RealOverlay, AnOverlayWhoseEarlierThreadNeverEndsGoesOffAgain) {
+    ASSERT_TRUE(m_pCursor->turn(true));
+    const HWND hFirst = hangOverlay();
+    EXPECT_TRUE(m_pCursor->turn(false));
+    EXPECT_TRUE(m_pCursor->turn(true));
+    EXPECT_TRUE(soon([&] { return !m_pCursor->isOn(); }));
+    EXPECT_EQ(overlayWindow(), hFirst);
+    ::SetEvent(goOn().get());
+}
+
 TEST_F(RealOverlay, GoesOffWithItsLibrary) {
     ASSERT_TRUE(m_pCursor->turn(true));
+    ASSERT_TRUE(windowSoon(true));
     const ULONGLONG start = ::GetTickCount64();
     m_pCursor.reset();
     EXPECT_LT(::GetTickCount64() - start, 1000U);

@@ -83,7 +83,7 @@ TEST_F(PictureKeeper, WhatIsInForceIsNotSetUpAgain) {
 }
 
 // Both extend the desktop to the right; a favourite is chosen from another.
-const Layout kHigh{{L"own", {0, 0, 1000, 800}}, {L"monitor", {1000, 0, 2600, 900}}};
+const Layout kHighLayout{{L"own", {0, 0, 1000, 800}}, {L"monitor", {1000, 0, 2600, 900}}};
 const Layout kOneStepLower{{L"own", {0, 0, 1000, 800}}, {L"monitor", {1000, 16, 2600, 916}}};
 const Layout kLower{{L"own", {0, 0, 1000, 800}}, {L"monitor", {1000, 200, 2600, 1100}}};
 const Layout kSmaller{{L"own", {0, 0, 1000, 800}}, {L"monitor", {1000, 0, 2280, 720}}};
@@ -92,7 +92,7 @@ const Layout kOtherMain{{L"own", {-1000, 0, 0, 800}}, {L"monitor", {0, 0, 1600, 
 TEST_F(PictureKeeper, AnotherLayoutOfTheSameKindIsSetUpAndTakenBack) {
     for (const Layout& wanted : {kOneStepLower, kLower, kSmaller, kOtherMain}) {
         auto pDisplays = std::make_shared<CFakeDisplays>(fakeNotebook());
-        ASSERT_TRUE(pDisplays->apply(kHigh));
+        ASSERT_TRUE(pDisplays->apply(kHighLayout));
         m_pAnswers->nAsked = 0;
         begin(pDisplays);
         ASSERT_TRUE(m_keeper->change(wanted));
@@ -100,7 +100,7 @@ TEST_F(PictureKeeper, AnotherLayoutOfTheSameKindIsSetUpAndTakenBack) {
         EXPECT_EQ(layoutOf(m_pDisplays->read().screens), wanted);
         EXPECT_TRUE(becomes(FENWYN_MODE_EXTEND_RIGHT));
         m_pAnswers->answer(Event::GoBack);
-        EXPECT_TRUE(soon([this] { return layoutOf(m_pDisplays->read().screens) == kHigh; }));
+        EXPECT_TRUE(soon([this] { return layoutOf(m_pDisplays->read().screens) == kHighLayout; }));
         EXPECT_TRUE(settles());
     }
 }
@@ -108,7 +108,7 @@ TEST_F(PictureKeeper, AnotherLayoutOfTheSameKindIsSetUpAndTakenBack) {
 TEST_F(PictureKeeper, ALayoutOfTheSameKindThatDoesNotComeAboutIsSeen) {
     for (const Layout& wanted : {kLower, kSmaller, kOtherMain}) {
         auto pDisplays = std::make_shared<CFakeDisplays>(fakeNotebook());
-        ASSERT_TRUE(pDisplays->apply(kHigh));
+        ASSERT_TRUE(pDisplays->apply(kHighLayout));
         pDisplays->bLayoutsIgnored = true;
         m_pAnswers->nFailures = 0;
         begin(pDisplays);
