@@ -1,6 +1,8 @@
 // Optical drives for tests.
 #pragma once
 
+#include <windows.h>
+
 #include <mutex>
 #include <string>
 
@@ -10,7 +12,10 @@ namespace win {
 
 class CFakeDrives final : public IDrives {
  public:
-    std::vector<OpticalDrive> opticalDrives() override { return drives; }
+    std::vector<OpticalDrive> opticalDrives() override {
+        ::Sleep(dwReadMs);
+        return drives;
+    }
     void eject(wchar_t chLetter) override { _record(L'e', chLetter); }
     void makeQuiet(wchar_t chLetter) override { _record(L'q', chLetter); }
 
@@ -20,6 +25,7 @@ class CFakeDrives final : public IDrives {
         return m_strDone;
     }
 
+    DWORD dwReadMs = 0;                // how long an answer takes
     std::vector<OpticalDrive> drives;  // set before the function under test gets it
 
  private:

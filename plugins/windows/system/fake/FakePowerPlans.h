@@ -1,6 +1,9 @@
 // Power plans for tests.
 #pragma once
 
+#include <windows.h>
+
+#include <atomic>
 #include <mutex>
 
 #include "system/PowerPlans.h"
@@ -10,6 +13,7 @@ namespace win {
 class CFakePowerPlans final : public IPowerPlans {
  public:
     std::vector<PowerPlan> plans() override {
+        ::Sleep(dwReadMs);
         const std::lock_guard<std::mutex> guard(m_mutex);
         return m_plans;
     }
@@ -30,6 +34,8 @@ class CFakePowerPlans final : public IPowerPlans {
         m_active = active;
         m_bRefuses = bRefuses;
     }
+
+    std::atomic<DWORD> dwReadMs = 0;  // how long an answer takes
 
  private:
     std::mutex m_mutex;
