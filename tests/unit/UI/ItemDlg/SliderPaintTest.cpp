@@ -158,6 +158,37 @@ TEST_F(SliderPaint, OnlyWhatItsCornerArcsCrossHasTheColourKey) {
     EXPECT_GT(painted, 200) << "thumb and channel are there";
 }
 
+// The picture that shows the smooth edges of the corners; null while it has no window.
+HWND ownedBy(HWND owner) {
+    HWND found = owner;
+    ::EnumThreadWindows(
+        ::GetCurrentThreadId(),
+        [](HWND window, LPARAM result) -> BOOL {
+            HWND& wanted = *reinterpret_cast<HWND*>(result);
+            const bool here = ::GetWindow(window, GW_OWNER) == wanted;
+            wanted = here ? window : wanted;
+            return here ? FALSE : TRUE;
+        },
+        reinterpret_cast<LPARAM>(&found));
+    return found == owner ? nullptr : found;
+}
+
+TEST_F(SliderPaint, PictureOfItsCornersComesAndGoesWithIt) {
+    open(1.0);
+    place(m_pItem->m_hWnd, 200, 200, m_nWidth, m_nHeight);
+    for (int round = 0; round < 2; ++round) {
+        m_pItem->showItem(true);
+        support::pump();
+        const HWND corners = ownedBy(m_pItem->m_hWnd);
+        ASSERT_NE(corners, nullptr);
+        EXPECT_TRUE(shown(corners));
+        EXPECT_EQ(windowRect(corners), windowRect(m_pItem->m_hWnd));
+        m_pItem->showItem(false);
+        support::pump();
+        EXPECT_FALSE(shown(corners));
+    }
+}
+
 TEST_F(SliderPaint, OneThatHasTheFocusLooksTheSame) {
     open(1.0);
     place(m_pItem->m_hWnd, 200, 200, m_nWidth, m_nHeight);
