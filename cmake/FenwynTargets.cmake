@@ -101,10 +101,28 @@ function(fenwyn_version target)
                INCLUDE_DIRECTORIES "${CMAKE_SOURCE_DIR}/src/res")
 endfunction()
 
+# fenwyn_base_address(<target>): a library's preferred address follows from its name. The linker would take it from the
+# path of the file, so that builds in two folders differed.
+function(fenwyn_base_address target)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "EXECUTABLE")
+    return()
+  endif()
+  string(MD5 digest "${target}")
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    string(SUBSTRING "${digest}" 0 4 place)
+    target_link_options(${target} PRIVATE "-Wl,--image-base,0x3${place}0000")
+  else()
+    string(SUBSTRING "${digest}" 0 3 place)
+    target_link_options(${target} PRIVATE "-Wl,--image-base,0x6${place}0000")
+  endif()
+endfunction()
+
 # fenwyn_ship(<target> [subfolder]): the target's file goes into the stage folder.
 function(fenwyn_ship target)
   add_dependencies(stage ${target})
   fenwyn_version(${target})
+  fenwyn_base_address(${target})
   set(folder "${FENWYN_STAGE_DIR}")
   if(ARGC GREATER 1)
     set(folder "${folder}/${ARGV1}")

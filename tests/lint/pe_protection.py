@@ -1,16 +1,27 @@
 """What protects a shipped program or library from being misused, read from its file."""
+import hashlib
 import struct
 
 import pe_resources
 
 PE32_PLUS = 0x20B
 HIGH_ENTROPY_VA, DYNAMIC_BASE, NX_COMPAT = 0x20, 0x40, 0x100
-RELOCS_STRIPPED = 0x1
+RELOCS_STRIPPED, LIBRARY = 0x1, 0x2000
 WRITE, EXECUTE = 0x80000000, 0x20000000
 BASE_RELOCATIONS, DEBUG = 5, 6
 
 # The stack protector is the only reader of this import: it fills its canary at start.
 CANARY = b"*** stack smashing detected ***"
+
+
+def base_of(data, optional, magic):
+    return struct.unpack_from("<Q", data, optional + 24)[0] if magic == PE32_PLUS else struct.unpack_from("<I", data, optional + 28)[0]
+
+
+def base_by_name(name, magic):
+    """The preferred address that the build gives to a library; without one, the linker takes the path of its file."""
+    digest = hashlib.md5(name.encode()).hexdigest()
+    return int(f"3{digest[:4]}0000" if magic == PE32_PLUS else f"6{digest[:3]}0000", 16)
 
 
 def faults(path):
@@ -38,6 +49,8 @@ def faults(path):
         at = optional + optional_size + 40 * index
         if (rights := struct.unpack_from("<I", data, at + 36)[0]) & WRITE and rights & EXECUTE:
             found.append(f"{data[at:at + 8]} can be written and executed")
+    if characteristics & LIBRARY and base_of(data, optional, magic) != base_by_name(path.stem, magic):
+        found.append("an address that follows from the folder")
     if CANARY not in data:
         found.append("no stack protector")
     try:

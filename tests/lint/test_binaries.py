@@ -42,6 +42,20 @@ def test_a_badly_linked_file_is_found(fault, tmp_path):
     assert "no stack protector" in faults(program) and "no version information" in faults(program)
 
 
+def test_a_library_whose_address_follows_from_its_folder_is_found(tmp_path):
+    compiler = shutil.which("x86_64-w64-mingw32-g++")
+    source = tmp_path / "library.cpp"
+    source.write_text("extern \"C\" __declspec(dllexport) int one() { return 1; }\n", encoding="utf-8")
+    found = set()
+    for folder in "here", "there":
+        (tmp_path / folder).mkdir()
+        library = tmp_path / folder / "library.dll"
+        subprocess.run([compiler, "-shared", source, "-o", library, "-s", "-Wl,--no-insert-timestamp"], check=True)
+        found.add(library.read_bytes())
+        assert "an address that follows from the folder" in faults(library)
+    assert len(found) == 2, "the linker has changed: it takes no address from the folder any more"
+
+
 def test_a_soundly_linked_file_lacks_only_what_its_sources_give(tmp_path):
     compiler = shutil.which("x86_64-w64-mingw32-g++")
     source, program = tmp_path / "good.cpp", tmp_path / "good.exe"
