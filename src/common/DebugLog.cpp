@@ -77,9 +77,13 @@ void close() {
     processLogger().close();
 }
 
-bool enabled(Level level) noexcept {
+constinit std::atomic<int> detail::s_highestLevel{detail::kUnread};
+
+bool detail::readEnabled(Level level) noexcept {
     const KeepLastError keep;
-    return processLogger().enabled(level);
+    const int highest = processLogger().highestLevel();
+    s_highestLevel.store(highest, std::memory_order_relaxed);
+    return static_cast<int>(level) <= highest;
 }
 
 }  // namespace dbglog

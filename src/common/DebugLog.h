@@ -5,6 +5,8 @@
 #include <windows.h>
 
 #include <array>
+#include <atomic>
+#include <climits>
 #include <cstddef>
 #include <string_view>
 
@@ -33,8 +35,22 @@ int logLast(const Record& record, const wchar_t* format, ...) noexcept;
 // The log file with its environment variables expanded, whatever the destination is; empty if it does not fit.
 [[nodiscard]] std::array<wchar_t, 260> logFile() noexcept;
 
-// Whether a line of that level would be written at all. Cheap after the first call.
-[[nodiscard]] bool enabled(Level level) noexcept;
+namespace detail {
+
+// Greater than every level: the settings have not been read yet.
+inline constexpr int kUnread = INT_MAX;
+// The highest level that is written; -1 for none.
+extern constinit std::atomic<int> s_highestLevel;
+// Reads the settings if necessary.
+[[nodiscard]] bool readEnabled(Level level) noexcept;
+
+}  // namespace detail
+
+// Whether a line of that level would be written at all. After the first call, a level that is not costs one comparison.
+[[nodiscard]] inline bool enabled(Level level) noexcept {
+    const int highest = detail::s_highestLevel.load(std::memory_order_relaxed);
+    return static_cast<int>(level) <= highest && (highest != detail::kUnread || detail::readEnabled(level));
+}
 
 // Closes the log file of the process after writing everything. Later lines open it again and are appended.
 void close();
@@ -119,19 +135,25 @@ consteval FunctionName<N> functionName(const char (&pretty)[N]) {
     return result;
 }
 
-// Logs "ENTER %s" when constructed and "LEAVE %s" whenever the scope ends.
+// Logs "ENTER %s" when constructed and "LEAVE %s" whenever the scope ends. The record outlives the object.
 class EnterLeave {
  public:
-    EnterLeave(const Record& record, const wchar_t* plainName) : m_record(record), m_name(plainName) {
-        log(m_record, L"ENTER %s", m_name);
+    EnterLeave(const Record& record, const wchar_t* plainName) noexcept : m_record(record), m_name(plainName) {
+        if (enabled(m_record.level)) {
+            log(m_record, L"ENTER %s", m_name);
+        }
     }
-    ~EnterLeave() { log(m_record, L"LEAVE %s", m_name); }
+    ~EnterLeave() {
+        if (enabled(m_record.level)) {
+            log(m_record, L"LEAVE %s", m_name);
+        }
+    }
     EnterLeave(const EnterLeave&) = delete;
     EnterLeave& operator=(const EnterLeave&) = delete;
 
  private:
-    Record m_record;
-    const wchar_t* m_name;
+    const Record& m_record;
+    const wchar_t* const m_name;
 };
 
 }  // namespace dbglog
@@ -169,9 +191,9 @@ class EnterLeave {
 #define LOG_ASSERT(text) LOG_LINE(::dbglog::Level::Error, L"ASSERT( %s )", text)
 
 // First statement of a function: logs ENTER now and LEAVE on every return.
-#define LOG_ENTER_LEAVE()                                                                                          \
-    static constexpr auto logScopePath_ = ::dbglog::sourcePath(__FILE__);                                          \
-    static constexpr auto logScopeName_ = ::dbglog::functionName(__PRETTY_FUNCTION__);                             \
-    const ::dbglog::EnterLeave logScope_(                                                                          \
-        ::dbglog::Record{logScopePath_.c_str(), __LINE__, logScopeName_.tag.c_str(), L"", ::dbglog::Level::Trace}, \
-        logScopeName_.plain.c_str())
+#define LOG_ENTER_LEAVE()                                                                                              \
+    static constexpr auto logScopePath_ = ::dbglog::sourcePath(__FILE__);                                              \
+    static constexpr auto logScopeName_ = ::dbglog::functionName(__PRETTY_FUNCTION__);                                 \
+    static constexpr ::dbglog::Record logScopeRecord_{logScopePath_.c_str(), __LINE__, logScopeName_.tag.c_str(), L"", \
+                                                      ::dbglog::Level::Trace};                                         \
+    const ::dbglog::EnterLeave logScope_(logScopeRecord_, logScopeName_.plain.c_str())

@@ -33,23 +33,46 @@ void createFoldersOf(const wchar_t* path) {
 // Every write goes to the current end of the file, so that another process that empties the file at its own first line
 // leaves no gap. Others may read, write and empty the file meanwhile. -1 and errno on failure.
 int openForAppending(const wchar_t* path, int truncation) {
-    return ::_wsopen(path, _O_WRONLY | _O_CREAT | _O_APPEND | _O_TEXT | truncation, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+    return ::_wsopen(path, _O_WRONLY | _O_CREAT | _O_APPEND | _O_BINARY | truncation, _SH_DENYNO, _S_IREAD | _S_IWRITE);
 }
 
-bool fitsIntoStream(wchar_t unit) {
-    char bytes[MB_LEN_MAX] = {};
-    return unit < 0x80 || std::wctomb(bytes, unit) >= 0;
-}
+struct Bytes {
+    std::array<char, kLineChars*(MB_LEN_MAX + 1)> text;
+    std::size_t length;
+};
 
-// The runtime stops at the first character that its locale cannot express, so that the rest of the line with its line
-// feed would be lost: such characters become question marks.
-void writeToStream(std::FILE* stream, Line line) {
-    for (wchar_t& unit : line) {
-        if (!fitsIntoStream(unit)) {
-            unit = L'?';
+// In the runtime's locale. Characters that it cannot express become question marks; the runtime's own output of wide
+// text would stop at the first one.
+void narrow(const Line& line, bool bCarriageReturn, Bytes& bytes) {
+    bytes.length = 0;
+    for (const wchar_t* unit = line.data(); *unit != L'\0'; ++unit) {
+        if (*unit == L'\n' && bCarriageReturn) {
+            bytes.text[bytes.length++] = '\r';
         }
+        if (*unit < 0x80) {
+            bytes.text[bytes.length++] = static_cast<char>(*unit);
+            continue;
+        }
+        const int length = std::wctomb(&bytes.text[bytes.length], *unit);
+        if (length < 0) {
+            bytes.text[bytes.length] = '?';
+        }
+        bytes.length += length < 0 ? 1U : static_cast<std::size_t>(length);
     }
-    std::fputws(line.data(), stream);
+}
+
+// In one call, because each takes the stream's lock.
+void writeToFile(std::FILE* stream, const Line& line) {
+    Bytes bytes;
+    narrow(line, true, bytes);
+    std::fwrite(bytes.text.data(), 1, bytes.length, stream);
+}
+
+// The runtime adds the carriage returns.
+void writeToStandardError(const Line& line) {
+    Bytes bytes;
+    narrow(line, false, bytes);
+    std::fwrite(bytes.text.data(), 1, bytes.length, stderr);
 }
 
 // As the runtime writes it: a byte for each character, a carriage return before the line feed.
@@ -78,11 +101,11 @@ void LogOutput::write(const Line& line) {
             break;
         case kFilePerLine:
             if (const Stream stream = _openLogFile(FileMode::Keep)) {
-                writeToStream(stream.get(), line);
+                writeToFile(stream.get(), line);
             }
             break;
         case kStandardError:
-            writeToStream(stderr, line);
+            writeToStandardError(line);
             break;
         default:
             break;
@@ -91,7 +114,7 @@ void LogOutput::write(const Line& line) {
 
 void LogOutput::writeLast(const Line& line, bool bAlone) {
     if (bAlone && m_pStream != nullptr) {
-        writeToStream(m_pStream.get(), line);
+        writeToFile(m_pStream.get(), line);
         std::fflush(m_pStream.get());
     } else if (m_settings.destination == kFile || m_settings.destination == kFilePerLine) {
         _appendDirectly(line);
@@ -130,7 +153,7 @@ void LogOutput::_writeToKeptFile(const Line& line) {
     if (m_pStream == nullptr) {
         return;
     }
-    writeToStream(m_pStream.get(), line);
+    writeToFile(m_pStream.get(), line);
     if (m_settings.flush != 0) {
         std::fflush(m_pStream.get());
     }
@@ -154,7 +177,7 @@ LogOutput::Stream LogOutput::_openLogFile(FileMode mode) const {
         createFoldersOf(m_path.data());
         file = openForAppending(m_path.data(), truncation);
     }
-    Stream stream(file == -1 ? nullptr : ::_fdopen(file, "a"));
+    Stream stream(file == -1 ? nullptr : ::_fdopen(file, "ab"));
     if (stream == nullptr && file != -1) {
         ::_close(file);
     }

@@ -43,9 +43,11 @@ class Logger {
     // The sink outlives the logger.
     Logger(const Settings& settings, ILineSink& sink, const Clock& clock = {});
 
-    [[nodiscard]] bool enabled(Level level) const noexcept {
-        return m_settings.destination != kNowhere && static_cast<int>(level) <= m_settings.level;
+    // That is written; -1: none.
+    [[nodiscard]] int highestLevel() const noexcept {
+        return m_settings.destination != kNowhere ? m_settings.level : -1;
     }
+    [[nodiscard]] bool enabled(Level level) const noexcept { return static_cast<int>(level) <= highestLevel(); }
 
     // Returns the characters of the line, or 0 if it was filtered out.
     int write(const Record& record, const wchar_t* format, va_list args);

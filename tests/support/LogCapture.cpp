@@ -131,7 +131,10 @@ void close() {
     }
 }
 
-bool enabled(Level level) noexcept {
+// Never read once and for all: each object of the class has its own level.
+constinit std::atomic<int> detail::s_highestLevel{detail::kUnread};
+
+bool detail::readEnabled(Level level) noexcept {
     const std::lock_guard lock(support::g_mutex);
     return support::g_pLogger != nullptr && support::g_pLogger->enabled(level);
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 #include <thread>
 #include <vector>
@@ -210,6 +211,39 @@ TEST(Logger, MessageThatCannotBeFormattedGivesAFullLine) {
     EXPECT_EQ(sink.lines.at(0).size(), 511U);
     EXPECT_EQ(sink.lines.at(0).substr(0, kPrefix), L"ZelMain.cpp(50):  [ERR] (CZelMainApp::InitInstance): ");
     EXPECT_EQ(sink.lines.at(0).back(), L'\n');
+}
+
+TEST(Logger, HighestLevelIsBelowAllLevelsWithoutADestination) {
+    KeepingSink sink;
+    Settings settings;
+    settings.level = 2;
+    EXPECT_EQ(Logger(settings, sink).highestLevel(), 2);
+    settings.destination = dbglog::kNowhere;
+    EXPECT_EQ(Logger(settings, sink).highestLevel(), -1);
+}
+
+// Checks that the message of a line is what the runtime makes of it.
+template <typename... Arguments>
+void expectFormatted(const wchar_t* format, Arguments... arguments) {
+    KeepingSink sink;
+    Logger logger(Settings{}, sink);
+    wchar_t expected[200] = L"";
+    const int length = ::_snwprintf(expected, std::size(expected), format, arguments...);
+    EXPECT_GT(write(logger, record(), format, arguments...), length);
+    EXPECT_EQ(sink.lines.at(0).substr(kPrefix), expected + std::wstring(L"\n"));
+}
+
+TEST(Logger, MessagesAreFormattedAsTheRuntimeDoes) {
+    const wchar_t* const missing = nullptr;
+    expectFormatted(L"plain");
+    expectFormatted(L"%s", L"");
+    expectFormatted(L"%s and %s", L"one", missing);
+    expectFormatted(L"%d %d %d", std::numeric_limits<int>::min(), 0, std::numeric_limits<int>::max());
+    expectFormatted(L"%u %u", 0U, std::numeric_limits<unsigned>::max());
+    expectFormatted(L"%x 0x%x", 0xABCDEF01U, 0U);
+    // Those that only the runtime knows, also after others.
+    expectFormatted(L"%d%%", 7);
+    expectFormatted(L"%s: %d(0x%08x), %f, %S, %5d|%-5s|", L"mixed", -1, 0x12U, 1.5, "narrow", 3, L"x");
 }
 
 TEST(Logger, MissingTextsAndUnknownLevelsDoNoHarm) {
