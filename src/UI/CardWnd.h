@@ -57,6 +57,10 @@ class CCardWnd : public CCardInput<CPopupDlg> {
     [[nodiscard]] HRESULT paintBand(const std::vector<Gdiplus::Image*>& vecImages,
                                     const std::vector<DWORD>& vecOpacities, std::vector<const RECT*>& vecPlaces,
                                     bool bBottom, int nRows) const;
+    // The same without showing it, so that it needs not be composed when it is to be shown.
+    [[nodiscard]] HRESULT prepareBand(const std::vector<Gdiplus::Image*>& vecImages,
+                                      const std::vector<DWORD>& vecOpacities, const std::vector<const RECT*>& vecPlaces,
+                                      bool bBottom, int nRows) const;
 
     // Requests one WM_MOUSELEAVE. Handlers of that message clear m_bTracking.
     void trackMouse();
