@@ -11,6 +11,7 @@
 #include "UI/BlackCard.h"
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"
+#include "UI/ItemDlg/CircleItemDlg.h"
 #include "ZelMain.h"
 #include "common/Handle.h"
 #include "common/PictureStore.h"
@@ -21,6 +22,7 @@
 
 namespace {
 
+constexpr std::size_t kMostKeptItems = 8;  // the most that a card usually has
 constexpr DWORD kDimmedOpacity = 150;      // of the cards that the mouse is not on
 
 }  // namespace
@@ -30,6 +32,7 @@ CZelMainDlg::CZelMainDlg() : CCardWnd({IDD_CARD_STRIP, Takes::AllButColourKey, 0
 // The window is destroyed before the cards: a plug-in that is ending may dispatch a message.
 CZelMainDlg::~CZelMainDlg() {
     CZelMainDlg::DestroyWindow();
+    CCircleItemDlg::keepWindows(0);  // before the cards, whose items would need memory to hand theirs on
 }
 
 const MessageMap& CZelMainDlg::messageMap() const {
@@ -127,6 +130,7 @@ bool CZelMainDlg::placementIsStale() const {
 bool CZelMainDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
     CCardWnd::OnInitDialog();
+    CCircleItemDlg::keepWindows(kMostKeptItems);
     static_cast<void>(setBlackCardsPos());
     if (!m_postponed.empty()) {
         // An order to rebuild the cards that arrived during the first build, before there was a window.

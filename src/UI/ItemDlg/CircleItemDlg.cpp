@@ -1,6 +1,8 @@
 #include "UI/ItemDlg/CircleItemDlg.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
@@ -10,12 +12,27 @@
 #include "common/Handle.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
+#include "common/TryMake.h"
 #include "res/DialogIds.h"
 #include "res/Pictures.h"
 
 namespace {
 
 constexpr int kInnerMargin = 11;  // pixels, not scaled: the hysteresis between growing and shrinking
+
+// The windows of an item that has ended; the pictures are destroyed before the window that they shadow.
+struct Windows {
+    CWnd item;
+    CWnd box;
+    std::vector<std::unique_ptr<CLayeredWnd>> vecPictures;
+};
+
+std::vector<std::unique_ptr<Windows>>& keptWindows() {
+    static std::vector<std::unique_ptr<Windows>> kept;
+    return kept;
+}
+
+std::size_t s_uMostKept = 0;
 
 }  // namespace
 
@@ -56,9 +73,50 @@ HRESULT CCircleItemDlg::initialize() {
     return status;
 }
 
+void CCircleItemDlg::keepWindows(std::size_t uMost) {
+    auto& kept = keptWindows();
+    kept.reserve(uMost);  // so that keeping one cannot fail
+    kept.resize(std::min(kept.size(), uMost));
+    s_uMostKept = uMost;
+}
+
+bool CCircleItemDlg::_handWindowsOn() {
+    auto& kept = keptWindows();
+    if (kept.size() >= s_uMostKept || !hasCommonWindows() || !isWindow() || !m_descDlg.isWindow()) {
+        return false;
+    }
+    auto windows = common::tryMake<Windows>();
+    if (windows == nullptr) {
+        return false;
+    }
+    static_cast<void>(showItem(false));
+    windows->vecPictures = takePictures();
+    windows->item.takeWindow(*this);
+    windows->box.takeWindow(m_descDlg);
+    kept.push_back(std::move(windows));
+    return true;
+}
+
+bool CCircleItemDlg::Create(HWND hParent) {
+    auto& kept = keptWindows();
+    if (m_hWnd != nullptr || hParent != nullptr || kept.empty()) {
+        return CItemWnd::Create(hParent);
+    }
+    const std::unique_ptr<Windows> windows = std::move(kept.back());
+    kept.pop_back();
+    takeWindow(windows->item);
+    m_descDlg.takeWindow(windows->box);
+    setPictures(std::move(windows->vecPictures));
+    OnInitDialog();
+    _layOut();  // no message says so if the size stays
+    return true;
+}
+
 HRESULT CCircleItemDlg::destroyItem() {
     LOG_ENTER_LEAVE();
-    DestroyWindow();
+    if (!_handWindowsOn()) {
+        DestroyWindow();
+    }
     m_pImageSmall.reset();
     m_pImageLarge.reset();
     return S_OK;
@@ -72,8 +130,10 @@ bool CCircleItemDlg::DestroyWindow() {
 
 bool CCircleItemDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    CItemWnd::OnInitDialog();
-    m_descDlg.Create(nullptr);
+    if (!m_descDlg.isWindow()) {  // otherwise all windows are those of an earlier item
+        CItemWnd::OnInitDialog();
+        m_descDlg.Create(nullptr);
+    }
     return false;
 }
 
@@ -90,6 +150,10 @@ int CCircleItemDlg::descOverhang() const {
 
 void CCircleItemDlg::OnSize() {
     Default();
+    _layOut();
+}
+
+void CCircleItemDlg::_layOut() {
     m_outerRect = clientRect();
     m_outerRect.bottom = m_outerRect.top + (m_outerRect.right - m_outerRect.left);
     m_innerRect = m_outerRect;
@@ -168,7 +232,11 @@ HRESULT CCircleItemDlg::showItem(bool bShow) {
     if (!bShow) {
         m_descDlg.show(false);
     }
-    return CItemWnd::showItem(bShow);
+    const HRESULT status = CItemWnd::showItem(bShow);
+    if (bShow) {
+        invalidate();  // a window of an earlier item may still show that one's picture
+    }
+    return status;
 }
 
 HRESULT CCircleItemDlg::setItemText(const wchar_t* pszText) {
