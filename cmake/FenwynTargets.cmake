@@ -70,6 +70,17 @@ function(fenwyn_table variable file table)
   set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 
+# fenwyn_captions_of(<target>): links the captions of the functions, in every language, into a program that writes function
+# lists.
+set(FENWYN_CAPTION_RESOURCES "${CMAKE_SOURCE_DIR}/companions/captions/Captions.rc")
+function(fenwyn_captions_of target)
+  target_sources(${target} PRIVATE "${FENWYN_CAPTION_RESOURCES}")
+  file(GLOB inputs CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/companions/captions/CaptionIds.h"
+       "${CMAKE_SOURCE_DIR}/src/res/Languages.rc" "${CMAKE_SOURCE_DIR}/src/res/strings/*")
+  set_source_files_properties("${FENWYN_CAPTION_RESOURCES}" PROPERTIES OBJECT_DEPENDS "${inputs}"
+                              INCLUDE_DIRECTORIES "${CMAKE_SOURCE_DIR}/companions/captions;${CMAKE_SOURCE_DIR}/src/res")
+endfunction()
+
 # `stage` builds everything that ships, without tests.
 add_custom_target(stage)
 

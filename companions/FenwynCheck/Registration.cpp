@@ -4,6 +4,8 @@
 #include "FunctionListRoot.h"
 #include "MachineCheck.h"
 #include "SampleList.h"
+#include "captions/Captions.h"
+#include "common/UiLanguage.h"
 
 namespace machine {
 
@@ -88,7 +90,7 @@ ExitCode registerFunctions(const Options& options, const Outside& outside) {
         return kNothingToDo;
     }
     const std::vector<std::wstring> names = listedNames(options.functions.empty() ? offeredNames(outside) : wanted);
-    const std::vector<common::Setting> settings = sampleSettings(outside.folder, names, GetUserDefaultUILanguage());
+    const std::vector<common::Setting> settings = sampleSettings(outside.folder, names, common::wantedLanguage());
     if (names.empty()) {
         outside.tell(L"This machine offers none of the functions; nothing was written.\n");
         return kNothingToDo;
@@ -113,9 +115,9 @@ ExitCode unregisterFunctions(const Options& options, const Outside& outside) {
     const HKEY root = rootOf(options);
     const std::vector<std::wstring> names = namesOf(storedList(root));
     LSTATUS error = ERROR_SUCCESS;
-    // The captions may be in either language; a value that does not match in one language stays and is
-    // compared in the other.
-    for (const LANGID language : {LANGID{LANG_ENGLISH}, LANGID{LANG_GERMAN}}) {
+    // The captions may be in any language; a value that does not match in one language stays and is compared in the
+    // next.
+    for (const LANGID language : captions::languages()) {
         const LSTATUS status = outside.removeSettings(root, sampleSettings(outside.folder, names, language));
         error = error == ERROR_SUCCESS ? status : error;
     }

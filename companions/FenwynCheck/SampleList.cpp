@@ -5,6 +5,7 @@
 #include "FenwynFunctions.h"
 #include "FenwynRegistry.h"
 #include "ZelHotkey.h"
+#include "captions/Captions.h"
 
 namespace machine {
 
@@ -15,20 +16,13 @@ using common::textSetting;
 
 // Scan codes of the keys: F1 to F12, and letters and the space bar for the functions beyond those.
 const std::vector<SampleFunction> kSample = {
-    {L"Mute", L"Mute", L"Ton", {0x3B}},
-    {L"Lock", L"Lock", L"Sperren", {0x3C}},
-    {L"PowerPlan", L"Power plan", L"Energieplan", {0x3D}},
-    {L"Sleep", L"Sleep", L"Energie sparen", {0x3E}},
-    {L"Output_2", L"Display output", L"Bildschirme", {0x3F}},
-    {L"Brightness", L"Brightness", L"Helligkeit", {0x40, 0x41}},
-    {L"Wireless", L"Wireless", L"Funk", {0x42}},
-    {L"Touchpad", L"Touchpad", L"Touchpad", {0x43}},
-    {L"CursorOverlay", L"Cursor keys", L"Pfeiltasten", {0x44}},
-    {L"NumericOverlay", L"Number pad", L"Ziffernblock", {0x57}},
-    {L"Hibernate", L"Hibernate", L"Ruhezustand", {0x58}},
-    {L"Zoom", L"Zoom", L"Zoom", {0x39}},
-    {L"ODD", L"Optical drive", L"Laufwerk", {0x12}},
-    {L"Output", L"Older output", L"Alte Ausgabe", {}},
+    {L"Mute", {0x3B}},          {L"Lock", {0x3C}},
+    {L"PowerPlan", {0x3D}},     {L"Sleep", {0x3E}},
+    {L"Output_2", {0x3F}},      {L"Brightness", {0x40, 0x41}},
+    {L"Wireless", {0x42}},      {L"Touchpad", {0x43}},
+    {L"CursorOverlay", {0x44}}, {L"NumericOverlay", {0x57}},
+    {L"Hibernate", {0x58}},     {L"Zoom", {0x39}},
+    {L"ODD", {0x12}},           {L"Output", {}},
 };
 
 // Where the sample differs from the program's own defaults: the mouse can call the cards.
@@ -41,8 +35,7 @@ constexpr ConfigValue kConfig[] = {{L"EnableHover", 1}, {L"MouseEnterIdle", 500}
 void appendFunction(std::vector<Setting>& settings, const SampleFunction& function, const std::wstring& folder,
                     LANGID language) {
     const std::wstring key = ZEL_REG_HOTKEY L"\\" + std::wstring(function.name);
-    const bool german = PRIMARYLANGID(language) == LANG_GERMAN;
-    settings.push_back(textSetting(key, L"Caption", german ? function.germanCaption : function.caption));
+    settings.push_back(textSetting(key, L"Caption", captions::captionOf(function.name, language)));
     settings.push_back(common::numbersSetting(key, ZEL_VALUE_CODE, function.codes));
     settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, samplePlugin(folder, function.name)));
 }

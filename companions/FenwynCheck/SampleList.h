@@ -13,8 +13,6 @@ namespace machine {
 
 struct SampleFunction {
     const wchar_t* name;
-    const wchar_t* caption;
-    const wchar_t* germanCaption;
     std::vector<DWORD> codes;  // empty: never in the list
 };
 

@@ -1,14 +1,12 @@
 #include "Texts.h"
 
 #include "SetupIds.h"
+#include "common/UiLanguage.h"
 
 namespace setup {
 
 std::wstring text(UINT id) {
-    // With a length of 0 the call returns the address of the text in the resource, which is not zero-terminated.
-    const wchar_t* place = nullptr;
-    const int length = ::LoadStringW(::GetModuleHandleW(nullptr), id, reinterpret_cast<LPWSTR>(&place), 0);
-    return length <= 0 ? std::wstring() : std::wstring(place, static_cast<std::size_t>(length));
+    return common::textOf(nullptr, id);
 }
 
 std::wstring text(UINT id, const std::wstring& argument) {

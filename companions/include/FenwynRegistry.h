@@ -12,6 +12,11 @@
 /* The card configuration, below both roots. */
 #define FENWYN_REG_CONFIG FENWYN_REG_PRODUCT L"\\Config"
 
+/* In FENWYN_REG_CONFIG, below HKEY_CURRENT_USER or else HKEY_LOCAL_MACHINE, REG_SZ: the name of the language of all
+ * texts
+ * ("de", "pt-BR") in place of the system's. */
+#define FENWYN_VALUE_LANGUAGE L"Language"
+
 /* The list of hotkey functions: in HKEY_LOCAL_MACHINE, and in HKEY_CURRENT_USER for a machine that has none.
  * FunctionListRoot.h says which of the two is in force. REG_SZ: function names, each followed by ';'. */
 #define FENWYN_REG_HOTKEY FENWYN_REG_PRODUCT L"\\HotKey"

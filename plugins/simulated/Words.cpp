@@ -1,5 +1,7 @@
 #include "Words.h"
 
+#include "common/UiLanguage.h"
+
 namespace sim {
 
 namespace {
@@ -35,7 +37,7 @@ static_assert(rowsAreThereOnce());
 }  // namespace
 
 Language uiLanguage() noexcept {
-    return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_GERMAN ? Language::German : Language::English;
+    return PRIMARYLANGID(common::wantedLanguage()) == LANG_GERMAN ? Language::German : Language::English;
 }
 
 std::wstring word(std::wstring_view english, Language language) {

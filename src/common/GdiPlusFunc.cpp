@@ -51,6 +51,7 @@ HRESULT measureTextFont(Gdiplus::Graphics& graphics, const wchar_t* pszText, con
     for (;;) {
         Gdiplus::RectF measured;
         graphics.MeasureString(pszText != nullptr ? pszText : L"", -1, pFont->get(), layout, &format, &measured);
+        coverOtherFonts(graphics, pszText != nullptr ? pszText : L"", **pFont, box.Width, measured);
         if (measured.Height < box.Height) {
             return S_OK;
         }

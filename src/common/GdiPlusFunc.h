@@ -15,6 +15,11 @@
 [[nodiscard]] HRESULT measureTextFont(Gdiplus::Graphics& graphics, const wchar_t* pszText, const Gdiplus::RectF& box,
                                       std::unique_ptr<Gdiplus::Font>* pFont);
 
+// Enlarges what MeasureString measured of a text that is wrapped at `width`, if need be, to what is drawn of it: some
+// systems measure letters that come from another font as if they were missing ones.
+void coverOtherFonts(Gdiplus::Graphics& graphics, const wchar_t* pszText, const Gdiplus::Font& font, float width,
+                     Gdiplus::RectF& measured);
+
 // Draws the text with an outline of which half of `outlineWidth` (pixels; 0: none) stays visible outside the letters.
 // Baselines and upright strokes are aligned to whole pixels, strokes are at least a pixel wide if the letters' size
 // allows it. The format decides position, wrapping and, with StringTrimmingEllipsisCharacter, that text that does not

@@ -206,27 +206,61 @@ std::wstring shortened(std::wstring line, float width, const Measure& measure) {
     return line + kEllipsis;
 }
 
+bool isBlank(wchar_t letter) {
+    return letter == L' ' || letter == L'\r' || letter == L'\n';
+}
+
+// Chinese characters, kana and the punctuation that goes with them.
+bool isEastAsian(wchar_t letter) {
+    return (letter >= 0x2E80 && letter <= 0x9FFF) || (letter >= 0xF900 && letter <= 0xFAFF) ||
+           (letter >= 0xFF00 && letter <= 0xFFEF);
+}
+
+// Chinese and Japanese write without spaces: a line may end after any character, but none begins with a closing mark or
+// a small letter, and none ends with an opening mark.
+bool mayBreak(wchar_t before, wchar_t after) {
+    constexpr std::wstring_view kNeverFirst =
+        L"\u3001\u3002\uFF0C\uFF0E\uFF1A\uFF1B\uFF1F\uFF01\u300D\u300F\uFF09\u3011\u30FB\u30FC\u3005\u201D\u2026.,:;?!)"
+        L"%"
+        L"\u3041\u3043\u3045\u3047\u3049\u3063\u3083\u3085\u3087\u308E\u30A1\u30A3\u30A5\u30A7\u30A9\u30C3\u30E3\u30E5"
+        L"\u30E7\u30EE";
+    constexpr std::wstring_view kNeverLast = L"\u300C\u300E\uFF08\u3010\u201C(";
+    return (isEastAsian(before) || isEastAsian(after)) && kNeverFirst.find(after) == std::wstring_view::npos &&
+           kNeverLast.find(before) == std::wstring_view::npos;
+}
+
+// The length of the first part of a text that stays together.
+std::size_t wordLength(std::wstring_view text) {
+    std::size_t end = 0;
+    while (end < text.size() && !isBlank(text[end]) && (end == 0 || !mayBreak(text[end - 1], text[end]))) {
+        ++end;
+    }
+    return end;
+}
+
 // As many words per line as fit, at least one.
 std::vector<std::wstring> wrapLines(std::wstring_view text, float width, const Measure& measure) {
     std::vector<std::wstring> lines(1);
     bool startLine = true;
+    bool apart = true;  // from the word before
     while (!text.empty()) {
-        const std::size_t end = text.find_first_of(L" \r\n");
+        const std::size_t end = wordLength(text);
         const std::wstring word(text.substr(0, end));
-        const std::wstring candidate = startLine ? word : lines.back() + L" " + word;
+        const std::wstring candidate = startLine ? word : lines.back() + (apart ? L" " : L"") + word;
         if (startLine || measure(candidate) <= width) {
             lines.back() = candidate;
         } else {
             lines.push_back(word);
         }
-        if (end == std::wstring_view::npos) {
+        if (end == text.size()) {
             break;
         }
+        apart = isBlank(text[end]);
         startLine = text[end] == L'\n';
         if (startLine) {
             lines.emplace_back();
         }
-        text.remove_prefix(end + 1);
+        text.remove_prefix(apart ? end + 1 : end);
     }
     return lines;
 }
@@ -293,20 +327,29 @@ float aligned(float start, float size, float block, Gdiplus::StringAlignment ali
                                                          : start;
 }
 
-// GDI+ draws the paths of scripts whose letters join or come from other fonts.
-void addPath(MaskCanvas& canvas, const std::wstring& line, const Gdiplus::Font& font, int baseline, float left,
-             float ascent) {
+// A line in sub-pixels, its upper left corner at `place`.
+std::unique_ptr<Gdiplus::GraphicsPath> pathOf(const std::wstring& line, const Gdiplus::Font& font,
+                                              Gdiplus::PointF place) {
     Gdiplus::FontFamily family;
     font.GetFamily(&family);
-    Gdiplus::GraphicsPath path(Gdiplus::FillModeWinding);
-    path.AddString(line.c_str(), -1, &family, font.GetStyle(), font.GetSize() * kSubPixels,
-                   Gdiplus::PointF(left, static_cast<float>(baseline) - ascent * kSubPixels),
-                   Gdiplus::StringFormat::GenericTypographic());
+    auto path = std::make_unique<Gdiplus::GraphicsPath>(Gdiplus::FillModeWinding);
+    path->AddString(line.c_str(), -1, &family, font.GetStyle(), font.GetSize() * kSubPixels, place,
+                    Gdiplus::StringFormat::GenericTypographic());
+    return path;
+}
+
+// GDI+ draws the paths of scripts whose letters join or come from other fonts. `condensed`: the part of their width
+// that they are given.
+void addPath(MaskCanvas& canvas, const std::wstring& line, const Gdiplus::Font& font, int baseline, float left,
+             float ascent, float condensed) {
+    const auto path = pathOf(line, font, Gdiplus::PointF(left, static_cast<float>(baseline) - ascent * kSubPixels));
+    const Gdiplus::Matrix narrower(condensed, 0.0F, 0.0F, 1.0F, left * (1.0F - condensed), 0.0F);
+    path->Transform(&narrower);
     Gdiplus::Bitmap bitmap(canvas.width(), canvas.height(), PixelFormat32bppARGB);
     {
         Gdiplus::Graphics graphics(&bitmap);
         const Gdiplus::SolidBrush white(Gdiplus::Color(0xFFFFFFFFU));
-        graphics.FillPath(&white, &path);
+        graphics.FillPath(&white, path.get());
     }
     const Gdiplus::Rect area(0, 0, canvas.width(), canvas.height());
     Gdiplus::BitmapData data;
@@ -389,6 +432,16 @@ class TextLayout {
           m_metrics(lineMetrics(font)),
           m_bSimple(m_glyphs.canWrite(_printable(pszText))) {}
 
+    // What it takes, wrapped at `width`, if it has letters of other fonts; otherwise nothing.
+    [[nodiscard]] Gdiplus::SizeF sizeWithOtherFonts(const wchar_t* pszText, float width) {
+        if (m_bSimple) {
+            return {};
+        }
+        const Measure measure = [this](const std::wstring& line) { return _width(line); };
+        const std::vector<std::wstring> lines = wrapLines(pszText, width, measure);
+        return {widestOf(lines, measure), m_metrics.height * static_cast<float>(lines.size())};
+    }
+
     // On a picture of its own, just large enough, to be drawn at `place`.
     [[nodiscard]] Picture draw(const wchar_t* pszText, const Gdiplus::RectF& layout,
                                const Gdiplus::StringFormat& format, double outlineWidth, Gdiplus::ARGB fill,
@@ -448,7 +501,7 @@ class TextLayout {
     [[nodiscard]] Line _spaced(std::wstring text, float room, bool bCentred, bool bWhole) {
         if (!m_bSimple) {
             const float width = _width(text);
-            return {std::move(text), {}, width, false};
+            return {std::move(text), {}, bWhole ? std::min(width, room) : width, false};
         }
         const int em = static_cast<int>(m_font.GetSize() * kSubPixels);
         const int roomPoints = static_cast<int>(room * kSubPixels);
@@ -466,10 +519,10 @@ class TextLayout {
         if (m_bSimple) {
             return static_cast<float>(advanceOf(m_glyphs, line)) / kSubPixels;
         }
-        Gdiplus::RectF measured;
-        m_graphics.MeasureString(line.c_str(), -1, &m_font, Gdiplus::PointF(0.0F, 0.0F),
-                                 Gdiplus::StringFormat::GenericTypographic(), &measured);
-        return measured.Width;
+        // To the end of its path: the system measures letters of other fonts as if they stood on whole pixels.
+        Gdiplus::RectF bounds;
+        pathOf(line, m_font, Gdiplus::PointF(0.0F, 0.0F))->GetBounds(&bounds);
+        return std::max(0.0F, bounds.X + bounds.Width) / kSubPixels;
     }
 
     [[nodiscard]] static float _left(const Gdiplus::RectF& layout, float width, const Gdiplus::StringFormat& format) {
@@ -478,7 +531,9 @@ class TextLayout {
 
     void _addLine(MaskCanvas& letters, const Line& line, float left, int baseline) {
         if (!m_bSimple) {
-            addPath(letters, line.text, m_font, baseline, left * kSubPixels, m_metrics.ascent);
+            const float natural = _width(line.text);
+            addPath(letters, line.text, m_font, baseline, left * kSubPixels, m_metrics.ascent,
+                    natural > 0.0F ? line.width / natural : 1.0F);
             return;
         }
         int start = static_cast<int>(std::lround(left * kSubPixels));
@@ -550,6 +605,22 @@ void OutlineText::draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layout
         graphics.DrawImage(m_pBitmap.get(), static_cast<INT>(m_place.x), static_cast<INT>(m_place.y), m_picture.width,
                            m_picture.height);
     }
+}
+
+void coverOtherFonts(Gdiplus::Graphics& graphics, const wchar_t* pszText, const Gdiplus::Font& font, float width,
+                     Gdiplus::RectF& measured) {
+    // Latin, Greek and Cyrillic letters are in every font of dialogs.
+    constexpr wchar_t kFirstOfOtherFonts = 0x0530;
+    const std::wstring_view text(pszText);
+    const bool others = std::ranges::any_of(
+        text, [](wchar_t letter) { return letter >= kFirstOfOtherFonts && (letter < 0x2000 || letter > 0x20CF); });
+    if (!others || !(font.GetSize() > 0.0F && font.GetSize() <= kLargestFont)) {
+        return;
+    }
+    const Gdiplus::SizeF size =
+        TextLayout(graphics, font, familyName(font), pszText).sizeWithOtherFonts(pszText, width);
+    measured.Width = std::max(measured.Width, size.Width);
+    measured.Height = std::max(measured.Height, size.Height);
 }
 
 void drawOutlineText(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layoutRect, const wchar_t* pszText,

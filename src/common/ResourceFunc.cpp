@@ -7,6 +7,7 @@
 #include "common/Handle.h"
 #include "common/PictureStore.h"
 #include "common/Status.h"
+#include "common/UiLanguage.h"
 
 namespace {
 
@@ -101,7 +102,5 @@ HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszRes
 }
 
 std::wstring loadResString(UINT uResourceId) {
-    return loadGrowing([uResourceId](wchar_t* pszBuffer, int nCapacity) {
-        return ::LoadStringW(::GetModuleHandleW(nullptr), uResourceId, pszBuffer, nCapacity);
-    });
+    return common::textOf(nullptr, uResourceId);
 }

@@ -14,19 +14,5 @@ inline constexpr const wchar_t* kPngResourceType = L"PNG";
 [[nodiscard]] HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType,
                                       std::unique_ptr<Gdiplus::Image>& outImage);
 
-// A text of the program's string table, of any length; empty if there is none.
+// A text of the program's string table in the user's language, of any length; empty if there is none.
 [[nodiscard]] std::wstring loadResString(UINT uResourceId);
-
-// The text that `load(buffer, capacity)` writes, truncated to its capacity, returning its length: loaded into 30
-// characters, then into twice as many until some remain free.
-template <typename Load>
-[[nodiscard]] std::wstring loadGrowing(Load load) {
-    for (int capacity = 30;; capacity *= 2) {
-        std::wstring text(static_cast<std::size_t>(capacity), L'\0');
-        const int length = load(text.data(), capacity);
-        if (length < capacity - 1) {
-            text.resize(length > 0 ? static_cast<std::size_t>(length) : 0U);
-            return text;
-        }
-    }
-}

@@ -62,7 +62,6 @@ def add_function(copy):
     copy.append("plugins/simulated/Functions.inc",
                 f'FUNCTION({NAME}, "{NAME}", {KEY[0]}, "{KEY[1]}", 0, "", Positions, 0x7, 0, 0, 1, L"one", L"two", '
                 'L"three")\n'
-                f'WORD_ROW("{NAME}", "Beispiel")\n' +
                 "".join(f'WORD_ROW("{item.lower()}", "{item} (de)")\n' for item in ITEMS))
     table = "src/Logic/FuncX/FunctionTables.h"
     rows = "".join(f"    {{0x{1 << i:x}, {i}, IDS_EXAMPLE_{item.upper()}, {PICTURES['item'] + 2 * i}, "
@@ -79,9 +78,15 @@ def add_function(copy):
     copy.insert(table, "};\ninline constexpr std::array kExtendedFunctions", ", &kExample")
     copy.append("src/res/StringIds.h", "".join(f"#define IDS_EXAMPLE_{name} {591 + i}\n" for i, name in
                                                enumerate(["DESC", *(item.upper() for item in ITEMS)])))
-    for language, description, mark in (("en", DESCRIPTION, ""), ("de", "Zeigt, wie Karten entstehen", " (de)")):
-        copy.insert(f"src/res/strings/{language}.rc", "END", f'    IDS_EXAMPLE_DESC, "{description}"\n' + "".join(
+    copy.append("companions/captions/CaptionIds.h", "#define IDS_CAPTION_EXAMPLE 721\n")
+    copy.insert("companions/captions/Captions.cpp", "};\n\n}  // namespace", f'    {{L"{NAME}", IDS_CAPTION_EXAMPLE}},\n')
+    for path in sorted((copy.folder / "src/res/strings").glob("*.rc")):
+        language = path.stem
+        mark = "" if language == "en" else f" ({language})"
+        name = f"src/res/strings/{path.name}"
+        copy.insert(name, "END", f'    IDS_EXAMPLE_DESC, "{DESCRIPTION if not mark else "Example" + mark}"\n' + "".join(
             f'    IDS_EXAMPLE_{item.upper()}, "{item}{mark}"\n' for item in ITEMS))
+        copy.insert(name, "END\n\n#else", f'    IDS_CAPTION_EXAMPLE, "{NAME}"\n')
     badges = ["star", "setup", ""]
     copy.append("art/images.csv",
                 f"{PICTURES['large-card']},large-card,moon,,,{NAME}\n{PICTURES['card']},card,moon,,,{NAME}\n" +
@@ -107,11 +112,12 @@ def add_setting(copy):
 def add_language(copy):
     for folder in ("src/res/strings", "companions/OutputSetup/strings"):
         english = (copy.folder / folder / "en.rc").read_text(encoding="utf-8")
-        french, count = re.subn(r"^LANGUAGE .*$", "LANGUAGE LANG_FRENCH, SUBLANG_FRENCH", english, flags=re.M)
+        danish, count = re.subn(r"^LANGUAGE .*$", "LANGUAGE LANG_DANISH, SUBLANG_DEFAULT", english, flags=re.M)
         assert count == 1
-        (copy.folder / folder / "fr.rc").write_text(french, encoding="utf-8")
-    copy.append("src/res/Languages.rc", "#include <strings/fr.rc>  // 0x40C\n")
+        (copy.folder / folder / "da.rc").write_text(danish, encoding="utf-8")
+    copy.append("src/res/Languages.rc", "#include <strings/da.rc>     // 0x406\n")
 
 
-# Each recipe with the number of files that it may touch.
-RECIPES = {"function": (add_function, 8), "setting": (add_setting, 5), "language": (add_language, 3)}
+# Each recipe with the number of files that it may touch. A function has a text in every language.
+LANGUAGES = len(list((ROOT / "src/res/strings").glob("*.rc")))
+RECIPES = {"function": (add_function, 8 + LANGUAGES), "setting": (add_setting, 5), "language": (add_language, 3)}

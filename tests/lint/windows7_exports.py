@@ -30,6 +30,8 @@ ROWS = [
      "LocalFree"),
     ("kernel32.dll", "the size of the display, scaled",
      "MulDiv"),
+    ("kernel32.dll", "texts in the language of the user",
+     "EnumResourceLanguagesW FindResourceExW GetUserDefaultUILanguage LoadResource LocaleNameToLCID LockResource"),
     ("kernel32.dll", "drives and their controls",
      "CreateFileW DeviceIoControl GetDriveTypeW GetLogicalDrives"),
     ("kernel32.dll", "the name under which a plug-in remembers what the machine offered",
@@ -81,7 +83,7 @@ ROWS = [
      "OffsetRect"),
     ("user32.dll", "the question about them",
      "CreateDialogParamW FillRect GetDlgItem GetForegroundWindow GetMonitorInfoW GetSysColor GetSysColorBrush "
-     "GetWindowRect InvalidateRect IsDialogMessageW LoadStringW MonitorFromPoint RegisterHotKey "
+     "GetWindowRect InvalidateRect IsDialogMessageW MonitorFromPoint RegisterHotKey "
      "SendDlgItemMessageW SendMessageW SetDlgItemTextW SetFocus SetForegroundWindow SetTimer SetWindowPos "
      "SetWindowTextW ShowWindow TranslateMessage UnregisterHotKey"),
     ("user32.dll", "locking",

@@ -38,4 +38,4 @@ def test_the_new_setting_is_read(copy):
 def test_the_new_language_is_linked(copy):
     copy.run(*PYTEST, "tests/lint/test_art_resources.py", timeout=600)
     setup = pe_resources.strings(pe_resources.read(copy.folder / "build" / "stage" / "OutputSetup.exe"))
-    assert sorted(setup[0x40C]) == sorted(setup[0x409])
+    assert sorted(setup[0x406]) == sorted(setup[0x409])

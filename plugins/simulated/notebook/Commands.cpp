@@ -7,6 +7,7 @@
 #include "SampleSettings.h"
 #include "Session.h"
 #include "State.h"
+#include "common/UiLanguage.h"
 
 namespace sim {
 
@@ -35,8 +36,8 @@ ExitCode onRegister(const Arguments& arguments, std::wstring& answer) {
         return kDone;
     }
     // A sample that is there already is written again: of an older version, or in another language.
-    const LSTATUS error =
-        registerSample(HKEY_LOCAL_MACHINE, programFolder(), all || list == ListState::WholeSample, uiLanguage());
+    const LSTATUS error = registerSample(HKEY_LOCAL_MACHINE, programFolder(), all || list == ListState::WholeSample,
+                                         common::wantedLanguage());
     return error == ERROR_SUCCESS ? kDone : refused(error, answer);
 }
 
@@ -57,10 +58,10 @@ ExitCode onOffer(const Arguments& arguments, std::wstring& answer) {
     }
     LSTATUS error = ERROR_SUCCESS;
     if (listState(HKEY_LOCAL_MACHINE, programFolder()) == ListState::None) {
-        error = registerSample(HKEY_LOCAL_MACHINE, programFolder(), false, uiLanguage());
+        error = registerSample(HKEY_LOCAL_MACHINE, programFolder(), false, common::wantedLanguage());
     }
     if (error == ERROR_SUCCESS) {
-        error = offerFunction(HKEY_LOCAL_MACHINE, *function, arguments[2], uiLanguage());
+        error = offerFunction(HKEY_LOCAL_MACHINE, *function, arguments[2], common::wantedLanguage());
     }
     return error == ERROR_SUCCESS ? kDone : refused(error, answer);
 }

@@ -13,6 +13,8 @@
 #include "Words.h"
 #include "ZelHotkey.h"
 #include "ZelModifier.h"
+#include "captions/Captions.h"
+#include "common/UiLanguage.h"
 
 namespace sim {
 
@@ -62,7 +64,7 @@ class CFunctionList {
 };
 
 std::wstring captionOf(const Function& function) {
-    std::wstring caption = word(function.caption);
+    std::wstring caption = captions::captionOf(function.name, common::wantedLanguage());
     textOf(std::wstring(ZEL_REG_HOTKEY) + L"\\" + function.name, kCaptionValue, caption);
     return caption;
 }

@@ -6,6 +6,7 @@
 #include "DisplaySource.h"
 #include "FenwynRegistry.h"
 #include "ZelHotkey.h"
+#include "captions/Captions.h"
 
 namespace sim {
 
@@ -24,13 +25,13 @@ struct ConfigValue {
 constexpr ConfigValue kConfig[] = {{L"EnableHover", 1}, {L"MouseEnterIdle", 500}};
 
 void appendFunction(std::vector<Setting>& settings, const Function& function, const std::wstring& library,
-                    Language language) {
+                    LANGID language) {
     const std::wstring key = std::wstring(ZEL_REG_HOTKEY) + L"\\" + function.name;
     std::vector<DWORD> codes;
     for (std::size_t i = 0; i < function.keyCount(); ++i) {
         codes.push_back(function.keys[i].code);
     }
-    settings.push_back(textSetting(key, kCaptionValue, word(function.caption, language)));
+    settings.push_back(textSetting(key, kCaptionValue, captions::captionOf(function.name, language)));
     settings.push_back(numbersSetting(key, ZEL_VALUE_CODE, codes));
     settings.push_back(textSetting(key, ZEL_VALUE_FUNC_DLL, library));
 }
@@ -61,17 +62,9 @@ bool isListed(const std::wstring& list, const Function& function) {
     return false;
 }
 
-// The settings that the sample may have been written as.
-struct Variant {
-    bool all;
-    Language language;
-};
-constexpr Variant kVariants[] = {
-    {false, Language::English}, {false, Language::German}, {true, Language::English}, {true, Language::German}};
-
 }  // namespace
 
-std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, Language language) {
+std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, LANGID language) {
     std::vector<Setting> settings{
         textSetting(FENWYN_REG_PRODUCT, FENWYN_VALUE_INSTALL_PATH, folder),
         textSetting(FENWYN_REG_PRODUCT, DISPLAY_SOURCE_VALUE, folder + L"\\plugins\\SimDisplays.dll")};
@@ -91,11 +84,11 @@ std::vector<Setting> sampleSettings(const std::wstring& folder, bool all, Langua
     return settings;
 }
 
-LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all, Language language) {
+LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all, LANGID language) {
     return common::writeSettings(root, sampleSettings(folder, all, language));
 }
 
-LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& library, Language language) {
+LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& library, LANGID language) {
     std::wstring list;
     if (const LSTATUS error = readList(root, list); error != ERROR_SUCCESS) {
         return error;
@@ -120,11 +113,13 @@ ListState listState(HKEY root, const std::wstring& folder) {
         ERROR_SUCCESS) {
         return ListState::None;
     }
-    for (const auto& [all, language] : kVariants) {
-        std::vector<Setting> settings = sampleSettings(folder, all, language);
-        std::erase_if(settings, [](const Setting& setting) { return !setting.key.starts_with(ZEL_REG_HOTKEY); });
-        if (common::settingsAreThere(root, settings)) {
-            return all ? ListState::WholeSample : ListState::Sample;
+    for (const bool all : {false, true}) {
+        for (const LANGID language : captions::languages()) {
+            std::vector<Setting> settings = sampleSettings(folder, all, language);
+            std::erase_if(settings, [](const Setting& setting) { return !setting.key.starts_with(ZEL_REG_HOTKEY); });
+            if (common::settingsAreThere(root, settings)) {
+                return all ? ListState::WholeSample : ListState::Sample;
+            }
         }
     }
     return ListState::Other;
@@ -132,8 +127,10 @@ ListState listState(HKEY root, const std::wstring& folder) {
 
 LSTATUS unregisterSample(HKEY root, const std::wstring& folder) {
     std::vector<Setting> written;
-    for (const auto& [all, language] : kVariants) {
-        std::ranges::move(sampleSettings(folder, all, language), std::back_inserter(written));
+    for (const bool all : {false, true}) {
+        for (const LANGID language : captions::languages()) {
+            std::ranges::move(sampleSettings(folder, all, language), std::back_inserter(written));
+        }
     }
     return common::removeSettings(root, written);
 }

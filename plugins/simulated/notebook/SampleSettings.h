@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "Functions.h"
-#include "Words.h"
 #include "common/SettingsRecipe.h"
 
 namespace sim {
@@ -17,12 +16,13 @@ namespace sim {
 inline constexpr wchar_t kCaptionValue[] = L"Caption";
 
 // `folder` is that of this program and Fenwyn, without a trailing backslash; the plug-ins are in its "plugins". `all`
-// adds the functions that are not in the sample list. The captions are in `language`.
-[[nodiscard]] std::vector<common::Setting> sampleSettings(const std::wstring& folder, bool all, Language language);
+// adds the functions that are not in the sample list. The captions are in the
+// language that comes nearest to `language`.
+[[nodiscard]] std::vector<common::Setting> sampleSettings(const std::wstring& folder, bool all, LANGID language);
 
 // Writes them below `root` (normally HKEY_LOCAL_MACHINE). Returns a system error code; ERROR_ACCESS_DENIED without the
 // right to write there.
-[[nodiscard]] LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all, Language language);
+[[nodiscard]] LSTATUS registerSample(HKEY root, const std::wstring& folder, bool all, LANGID language);
 
 // Whether there is a function list below `root`, and whether it is the sample's in one of the languages, with or
 // without the functions that are not in the sample list. Settings beside the list say nothing about it.
@@ -32,8 +32,7 @@ enum class ListState { None, Sample, WholeSample, Other };
 // Makes the function list that is below `root` name `function`, carried out by the plug-in `library` (a path). A
 // caption and keys are written, as the sample has them, only if the function has no keys; the rest of the list stays as
 // it is. ERROR_FILE_NOT_FOUND if there is no list.
-[[nodiscard]] LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& library,
-                                    Language language);
+[[nodiscard]] LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& library, LANGID language);
 
 // Removes each value that is unchanged since registerSample wrote it, and the keys that became empty. What others wrote
 // or changed is kept. If there is nothing to remove, this is a success.

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "common/Handle.h"
+#include "common/UiLanguage.h"
 #include "keyboard/OwnModule.h"
 #include "question/QuestionIds.h"
 #include "system/PictureQuestion.h"
@@ -20,10 +21,7 @@ constexpr int kEscapeKey = 1;
 constexpr int kHeadlinePercent = 150;  // of the other texts' size
 
 std::wstring text(UINT uId) {
-    // With a length of 0 the call gives the place of the text in the resource, which is not ended by a zero.
-    const wchar_t* pszPlace = nullptr;
-    const int nLength = ::LoadStringW(keyboard::ownModule(), uId, reinterpret_cast<LPWSTR>(&pszPlace), 0);
-    return nLength <= 0 ? std::wstring() : std::wstring(pszPlace, static_cast<std::size_t>(nLength));
+    return common::textOf(keyboard::ownModule(), uId);
 }
 
 std::wstring remainingText(DWORD dwSeconds) {

@@ -42,6 +42,7 @@ HRESULT CErrorItemDlg::getErrStringRect() {
     if (graphics.MeasureString(m_strError.c_str(), -1, font.get(), layout, &format, &m_textRect) != Gdiplus::Ok) {
         RETURN_LOGGED(E_FAIL);
     }
+    coverOtherFonts(graphics, m_strError.c_str(), *font, layout.Width, m_textRect);
     m_textRect.Inflate(1.0F, 1.0F);
     return S_OK;
 }
@@ -65,7 +66,11 @@ void CErrorItemDlg::OnPaint() {
 HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
-    const CCentredFormat format;
+    CCentredFormat format;
+    if (m_textRect.Height < 1.5F * font->GetHeight(&graphics)) {
+        // It was measured as one line. A little too long for it, it is condensed: there is no room for a second one.
+        format.SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap);
+    }
     Gdiplus::RectF layout = toRectF(clientRect());
     // The window is measured without an outline, and letters exceed their place by less than a pixel.
     layout.Inflate(-static_cast<float>(kOutlineWidth / 2 + 1.0), 0.0F);

@@ -52,6 +52,7 @@ HRESULT CItemDescDlg::measureDescRect(Gdiplus::RectF& outRect) const {
         Gdiplus::Ok) {
         RETURN_LOGGED(E_FAIL);
     }
+    coverOtherFonts(graphics, m_strDesc.c_str(), *font, toRectF(clientRect()).Width, outRect);
     return S_OK;
 }
 

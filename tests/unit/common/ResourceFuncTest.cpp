@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <array>
-#include <cwchar>
 
 #include "Rendering.h"
 #include "common/Handle.h"
@@ -145,30 +144,6 @@ TEST(LoadResString, MissingAndEmptyTextsAreEmpty) {
     EXPECT_EQ(loadResString(777), L"");
     EXPECT_EQ(loadResString(0), L"");
     EXPECT_EQ(loadResString(0xFFFFFFFFU), L"");
-}
-
-// The capacities that a text of that length is loaded into.
-std::vector<int> capacitiesFor(int length) {
-    std::vector<int> capacities;
-    const std::wstring text = loadGrowing([&](wchar_t* buffer, int capacity) {
-        EXPECT_EQ(buffer[0], L'\0');
-        EXPECT_EQ(buffer[capacity - 1], L'\0');
-        capacities.push_back(capacity);
-        const int copied = std::min(length, capacity - 1);
-        std::wmemset(buffer, L'x', static_cast<std::size_t>(std::max(copied, 0)));
-        return copied;
-    });
-    EXPECT_EQ(text, std::wstring(static_cast<std::size_t>(std::max(length, 0)), L'x'));
-    return capacities;
-}
-
-TEST(LoadGrowing, DoublesTheCapacityWhileTheTextFillsIt) {
-    EXPECT_THAT(capacitiesFor(0), ElementsAre(30));
-    EXPECT_THAT(capacitiesFor(-1), ElementsAre(30));
-    EXPECT_THAT(capacitiesFor(28), ElementsAre(30));
-    EXPECT_THAT(capacitiesFor(29), ElementsAre(30, 60));
-    EXPECT_THAT(capacitiesFor(58), ElementsAre(30, 60));
-    EXPECT_THAT(capacitiesFor(59), ElementsAre(30, 60, 120));
 }
 
 }  // namespace

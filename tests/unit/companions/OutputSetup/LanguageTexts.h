@@ -1,22 +1,20 @@
 // The texts of the resources in a language of the test's choice.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
+#include <vector>
 
-inline constexpr WORD kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
-inline constexpr WORD kGerman = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN);
+#include "common/UiLanguage.h"
 
-// A string of one language: tables hold sixteen, each preceded by its length.
 inline std::wstring textOf(UINT id, WORD language) {
-    const HRSRC table = ::FindResourceExW(nullptr, RT_STRING, MAKEINTRESOURCEW(id / 16 + 1), language);
-    const auto* place = static_cast<const wchar_t*>(::LockResource(::LoadResource(nullptr, table)));
-    if (place == nullptr) {
-        return {};
+    return common::textIn(nullptr, id, language);
+}
+
+// A text in every language that it exists in.
+inline std::vector<std::wstring> textsOf(UINT id) {
+    std::vector<std::wstring> texts;
+    for (const LANGID language : common::languagesOfText(nullptr, id)) {
+        texts.push_back(textOf(id, language));
     }
-    for (UINT i = 0; i < id % 16; ++i) {
-        place += 1 + *place;
-    }
-    return {place + 1, *place};
+    return texts;
 }

@@ -1,4 +1,4 @@
-// The layout of the three windows, measured in the font that the system has, at 96 to 192 dpi and in both languages.
+// The layout of the three windows, measured in the font that the system has, at 96 to 192 dpi and in every language.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -62,11 +62,11 @@ SIZE measured(HWND control, const std::wstring& text) {
     return {extent.right, extent.bottom};
 }
 
-// The same text in the other languages; the text alone when it is none of the string table.
+// The same text in every language; the text alone when it is none of the string table.
 std::vector<std::wstring> inEveryLanguage(const std::wstring& shown) {
     for (UINT id = IDS_PROGRAM; id <= IDS_MODE_OTHER; ++id) {
         if (!shown.empty() && setup::text(id) == shown) {
-            return {textOf(id, kEnglish), textOf(id, kGerman)};
+            return textsOf(id);
         }
     }
     return {shown};
@@ -221,8 +221,7 @@ TEST_P(Layout, ColumnsHaveRoomForTheirTitlesAndCells) {
                 }
                 if (title == setup::text(IDS_COLUMN_ARRANGEMENT)) {
                     for (UINT id = IDS_MODE; id <= IDS_MODE_LAST; ++id) {
-                        texts.push_back(textOf(id, kEnglish));
-                        texts.push_back(textOf(id, kGerman));
+                        std::ranges::copy(textsOf(id), std::back_inserter(texts));
                     }
                 }
                 for (const std::wstring& text : texts) {
@@ -239,8 +238,9 @@ TEST_P(Layout, ArrangementsFitTheirList) {
     RECT client{};
     ::GetClientRect(list, &client);
     for (UINT id = IDS_MODE; id <= IDS_MODE_LAST; ++id) {
-        EXPECT_LE(measured(list, textOf(id, kEnglish)).cx, client.right) << id;
-        EXPECT_LE(measured(list, textOf(id, kGerman)).cx, client.right) << id;
+        for (const std::wstring& text : textsOf(id)) {
+            EXPECT_LE(measured(list, text).cx, client.right) << ::testing::PrintToString(text);
+        }
     }
     EXPECT_GE(::SendMessageW(list, LB_GETITEMHEIGHT, 0, 0), measured(list, L"Ág").cy)
         << "lines as high as their letters";

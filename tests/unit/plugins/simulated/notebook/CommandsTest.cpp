@@ -8,7 +8,9 @@
 #include "Session.h"
 #include "State.h"
 #include "ZelHotkey.h"
+#include "captions/Captions.h"
 #include "common/Handle.h"
+#include "common/UiLanguage.h"
 #include "plugins/simulated/Sandbox.h"
 
 namespace plugintest {
@@ -100,7 +102,7 @@ TEST_F(Commands, OfferAddsItsFunctionAloneToAListThatSomebodyChanged) {
     EXPECT_EQ(run({L"/offer", L"Touchpad", L"Z:\\mine.dll"}), sim::kDone);
     EXPECT_EQ(list(), L"Mute;Touchpad;");
     EXPECT_EQ(code(L"Touchpad"), 0x43U);
-    EXPECT_EQ(text(L"\\Touchpad", sim::kCaptionValue), sim::word(L"Touchpad"));
+    EXPECT_EQ(text(L"\\Touchpad", sim::kCaptionValue), captions::captionOf(L"Touchpad", common::wantedLanguage()));
     EXPECT_EQ(text(L"\\Touchpad", ZEL_VALUE_FUNC_DLL), L"Z:\\mine.dll");
     EXPECT_EQ(text(L"\\Mute", sim::kCaptionValue), L"Quiet!");
     EXPECT_EQ(code(L"Mute"), 0x3CU);
@@ -151,15 +153,14 @@ TEST_F(Commands, OfferWritesTheSampleOnlyWhereThereIsNoList) {
 }
 
 TEST_F(Commands, RegisterBringsASampleOfAnotherLanguageUpToDateAsWholeAsItIs) {
-    ASSERT_EQ(sim::registerSample(HKEY_LOCAL_MACHINE, sim::programFolder(), true, sim::Language::German),
-              ERROR_SUCCESS);
+    ASSERT_EQ(sim::registerSample(HKEY_LOCAL_MACHINE, sim::programFolder(), true, LANG_GERMAN), ERROR_SUCCESS);
     EXPECT_EQ(run({L"/register", L"/keep"}), sim::kDone);
     EXPECT_TRUE(m_strAnswer.empty());
     wchar_t caption[64] = L"";
     DWORD bytes = sizeof caption;
     RegGetValueW(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY L"\\Output", sim::kCaptionValue, RRF_RT_REG_SZ, nullptr, caption,
                  &bytes);
-    EXPECT_EQ(caption, sim::word(L"Older output"));
+    EXPECT_EQ(caption, captions::captionOf(L"Output", common::wantedLanguage()));
     EXPECT_EQ(sim::listState(HKEY_LOCAL_MACHINE, sim::programFolder()), sim::ListState::WholeSample);
 }
 

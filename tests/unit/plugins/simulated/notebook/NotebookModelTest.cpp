@@ -12,7 +12,9 @@
 #include "State.h"
 #include "Words.h"
 #include "ZelHotkey.h"
+#include "captions/Captions.h"
 #include "common/Handle.h"
+#include "common/UiLanguage.h"
 #include "plugins/simulated/Plugin.h"
 #include "plugins/simulated/Sandbox.h"
 #include "support/RegistryRoom.h"
@@ -85,7 +87,7 @@ TEST_F(Notebook, CaptionsAreThoseOfTheCards) {
     RegistryRoom::setText(HKEY_LOCAL_MACHINE, ZEL_REG_HOTKEY L"\\Mute", sim::kCaptionValue, L"Quiet!");
     read();
     EXPECT_EQ(row(L"Mute").caption, L"Quiet!");
-    EXPECT_EQ(row(L"Lock").caption, sim::word(L"Lock"));
+    EXPECT_EQ(row(L"Lock").caption, captions::captionOf(L"Lock", common::wantedLanguage()));
 }
 
 TEST_F(Notebook, SaysInWordsWhatWasChosen) {

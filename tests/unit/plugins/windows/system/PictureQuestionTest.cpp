@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "common/Handle.h"
+#include "common/UiLanguage.h"
 #include "plugins/windows/Waiting.h"
 #include "question/QuestionIds.h"
 #include "support/RegistryRoom.h"
@@ -180,28 +181,19 @@ TEST_F(PictureQuestion, AFailureIsToldWithoutAQuestion) {
     closer.join();
 }
 
-constexpr WORD kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
-constexpr WORD kGerman = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN);
-
-// A string of one language: tables hold sixteen, each with its length before it.
-std::wstring stringOf(UINT uId, WORD wLanguage) {
-    const HRSRC hTable = ::FindResourceExW(nullptr, RT_STRING, MAKEINTRESOURCEW(uId / 16 + 1), wLanguage);
-    const auto* psz = static_cast<const wchar_t*>(::LockResource(::LoadResource(nullptr, hTable)));
-    for (UINT i = 0; psz != nullptr && i < uId % 16; ++i) {
-        psz += 1 + *psz;
-    }
-    return psz == nullptr ? std::wstring() : std::wstring(psz + 1, *psz);
-}
-
-TEST(PictureQuestionTexts, ExistInBothLanguages) {
+TEST(PictureQuestionTexts, ExistInEveryLanguage) {
     ASSERT_TRUE(makeWindowsPictureQuestion()->ask()) << "the template is there";
+    const std::vector<LANGID> languages = common::languagesOfText(nullptr, IDS_KEEP_QUESTION);
+    ASSERT_GE(languages.size(), 2U);
+    const auto ampersands = [](const std::wstring& text) { return std::ranges::count(text, L'&'); };
     for (UINT uId = IDS_KEEP_QUESTION; uId <= IDS_CLOSE; ++uId) {
-        const std::wstring english = stringOf(uId, kEnglish);
-        const std::wstring german = stringOf(uId, kGerman);
-        EXPECT_FALSE(english.empty()) << uId;
-        EXPECT_FALSE(german.empty()) << uId;
-        EXPECT_EQ(english.find(L"%1") == std::wstring::npos, german.find(L"%1") == std::wstring::npos) << uId;
-        EXPECT_EQ(std::count(english.begin(), english.end(), L'&'), std::count(german.begin(), german.end(), L'&'));
+        const std::wstring english = common::textIn(nullptr, uId, languages.front());
+        for (const LANGID language : languages) {
+            const std::wstring text = common::textIn(nullptr, uId, language);
+            EXPECT_FALSE(text.empty()) << uId << " in " << language;
+            EXPECT_EQ(text.find(L"%1") == std::wstring::npos, english.find(L"%1") == std::wstring::npos) << uId;
+            EXPECT_EQ(ampersands(text), ampersands(english)) << uId << " in " << language;
+        }
     }
 }
 
