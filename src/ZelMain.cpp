@@ -15,6 +15,7 @@
 #include "UI/CardsInUse.h"
 #include "UI/ZelHideDlg.h"
 #include "UI/ZelMainDlg.h"
+#include "common/ObjectSecurity.h"
 #include "common/SiblingLibrary.h"
 #include "common/Status.h"
 #include "common/TryMake.h"
@@ -134,7 +135,7 @@ HRESULT CZelMainApp::checkMultiInstance() {
 
 HRESULT CZelMainApp::_claimMutex(bool& rbExists) {
     ::SetLastError(ERROR_SUCCESS);
-    const HANDLE mutex = ::CreateMutexW(nullptr, FALSE, kMutexName);
+    const HANDLE mutex = ::CreateMutexW(common::OnlyForTheUser().get(), FALSE, kMutexName);
     rbExists = ::GetLastError() == ERROR_ALREADY_EXISTS;
     m_hMutex.reset(mutex);
     return m_hMutex ? S_OK : E_POINTER;

@@ -5,6 +5,7 @@
 
 #include "Screens.h"
 #include "common/Handle.h"
+#include "common/SystemLibrary.h"
 
 namespace machine {
 
@@ -57,12 +58,7 @@ std::vector<Place> places() {
 // Bound at run time: a system may lack the library, and only this process needs it.
 class CMonitorFunctions {
  public:
-    CMonitorFunctions() {
-        wchar_t folder[MAX_PATH];
-        const UINT length = GetSystemDirectoryW(folder, MAX_PATH);
-        if (length != 0 && length < MAX_PATH) {
-            m_library.reset(LoadLibraryW((std::wstring(folder, length) + L"\\dxva2.dll").c_str()));
-        }
+    CMonitorFunctions() : m_library(loadSystemLibrary(L"dxva2.dll")) {
         _bind(count, "GetNumberOfPhysicalMonitorsFromHMONITOR");
         _bind(open, "GetPhysicalMonitorsFromHMONITOR");
         _bind(close, "DestroyPhysicalMonitors");

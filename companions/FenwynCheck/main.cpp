@@ -18,6 +18,7 @@
 #include "Trial.h"
 #include "common/Handle.h"
 #include "common/LibrarySearch.h"
+#include "common/ObjectSecurity.h"
 #include "plugins/sdk/check/Console.h"
 
 namespace {
@@ -51,7 +52,7 @@ std::optional<DWORD> runElevated(const std::wstring& arguments) {
 // because a plug-in's thread may live as long.
 void leaveDisplaysAlone() {
     static common::UniqueHandle question;
-    question.reset(CreateEventW(nullptr, TRUE, FALSE, fenwyn::kDisplayQuestionEvent));
+    question.reset(CreateEventW(common::OnlyForTheUser().get(), TRUE, FALSE, fenwyn::kDisplayQuestionEvent));
 }
 
 int look(const machine::Finding& finding) {

@@ -5,6 +5,7 @@
 #include "SaveDlg.h"
 #include "SetupIds.h"
 #include "Texts.h"
+#include "common/ObjectSecurity.h"
 
 namespace setup {
 namespace {
@@ -82,7 +83,7 @@ bool CSetupApp::_fail(const std::wstring& message) {
 
 // The mutex decides who is first when two start at the same time; the window is found by its class.
 bool CSetupApp::_isSecondStart(const wchar_t* className, const Request& request) {
-    m_mutex.reset(::CreateMutexW(nullptr, FALSE, className));
+    m_mutex.reset(::CreateMutexW(common::OnlyForTheUser().get(), FALSE, className));
     if (::GetLastError() != ERROR_ALREADY_EXISTS) {
         return false;
     }

@@ -5,6 +5,7 @@
 
 #include "ConfigDigest.h"
 #include "LatchState.h"
+#include "common/ObjectSecurity.h"
 
 namespace hotkey {
 namespace {
@@ -12,7 +13,7 @@ namespace {
 constexpr ULONGLONG kEndRepeat = 1000;  // ms
 
 common::UniqueHandle newEvent(bool bManualReset, const wchar_t* name = nullptr) noexcept {
-    return common::UniqueHandle(::CreateEventW(nullptr, bManualReset, FALSE, name));
+    return common::UniqueHandle(::CreateEventW(common::OnlyForTheUser().get(), bManualReset, FALSE, name));
 }
 
 }  // namespace

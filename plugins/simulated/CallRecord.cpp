@@ -4,6 +4,7 @@
 
 #include "State.h"
 #include "common/Handle.h"
+#include "common/ObjectSecurity.h"
 
 namespace sim {
 
@@ -17,7 +18,7 @@ constexpr DWORD kMutexPatience = 1000;  // ms
 // better than a plug-in that hangs.
 class CRecordLock {
  public:
-    CRecordLock() : m_hMutex(CreateMutexW(nullptr, FALSE, kMutexName)) {
+    CRecordLock() : m_hMutex(CreateMutexW(common::OnlyForTheUser().get(), FALSE, kMutexName)) {
         const DWORD wait = m_hMutex ? WaitForSingleObject(m_hMutex.get(), kMutexPatience) : WAIT_FAILED;
         m_bOwned = wait == WAIT_OBJECT_0 || wait == WAIT_ABANDONED;
     }

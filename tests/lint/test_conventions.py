@@ -359,3 +359,30 @@ def test_pictures_are_scaled_and_drawn_in_one_place():
 
 def test_the_rule_of_scaling_sees_a_call():
     assert calls_that_may_scale({"a.cpp": "::StretchBlt(dc, 0);  // AlphaBlend(x)\n", "b.cpp": "// DrawImage(1)\n"}) == {"a.cpp": 1}
+
+
+# A named object that others of the session can open.
+NAMED = re.compile(r"\bCreate(?:Mutex|Event|Semaphore|FileMapping)(?:Ex)?W\(([^;]*?)\);", re.DOTALL)
+
+
+def unprotected(text):
+    """The calls that give an object a name and not the security of the user's own."""
+    calls = [" ".join(call.split()) for call in NAMED.findall(text)]
+    named = [call for call in calls if re.search(r"\b(?:k[A-Z]\w*(?:Name|Event|Mutex)\w*|ZEL_\w+|className|name)\b", call)]
+    return [call for call in named if "common::OnlyForTheUser().get()" not in call]
+
+
+def test_named_objects_are_the_users_own():
+    wrong = [f"{path}: {call}" for path in tree.files(".cpp", ".h")
+             if path.startswith(("src/", "companions/", "plugins/")) for call in unprotected(tree.text(path))]
+    assert not wrong, "\\n".join(wrong)
+
+
+@pytest.mark.parametrize("text, wrong", [
+    ("x.reset(::CreateEventW(nullptr, TRUE, FALSE, kQuestionEvent));", True),
+    ("x.reset(::CreateEventW(nullptr, TRUE, FALSE,\\n    ZEL_END_EVENT));", True),
+    ("x.reset(::CreateEventW(common::OnlyForTheUser().get(), TRUE, FALSE, kQuestionEvent));", False),
+    ("x.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));", False),
+])
+def test_the_rule_of_named_objects_sees_an_open_one(text, wrong):
+    assert bool(unprotected(text)) == wrong

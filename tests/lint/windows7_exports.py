@@ -12,6 +12,9 @@ ROWS = [
      "RegEnumValueW"),
     ("advapi32.dll", "the privilege that SetSuspendState asks for",
      "AdjustTokenPrivileges LookupPrivilegeValueW OpenProcessToken"),
+    ("advapi32.dll", "named objects that only the user may open",
+     "AddAccessAllowedAce CreateWellKnownSid GetTokenInformation InitializeAcl InitializeSecurityDescriptor "
+     "SetSecurityDescriptorControl SetSecurityDescriptorDacl"),
     ("advapi32.dll", "the runtime of the compiler: a random number for the stack protector",
      "CryptAcquireContextA CryptGenRandom CryptReleaseContext"),
     ("gdi32.dll", "the question's headline and colours",

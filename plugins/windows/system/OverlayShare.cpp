@@ -1,5 +1,7 @@
 #include "system/OverlayShare.h"
 
+#include "common/ObjectSecurity.h"
+
 namespace win {
 
 namespace {
@@ -32,9 +34,10 @@ bool lives(DWORD dwProcess) {
 }  // namespace
 
 COverlayShare::COverlayShare()
-    : m_hSection(::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(LONG64), kSectionName)),
-      m_hCursorChanged(::CreateEventW(nullptr, FALSE, FALSE, kCursorEventName)),
-      m_hNumericChanged(::CreateEventW(nullptr, FALSE, FALSE, kNumericEventName)) {
+    : m_hSection(::CreateFileMappingW(INVALID_HANDLE_VALUE, common::OnlyForTheUser().get(), PAGE_READWRITE, 0,
+                                      sizeof(LONG64), kSectionName)),
+      m_hCursorChanged(::CreateEventW(common::OnlyForTheUser().get(), FALSE, FALSE, kCursorEventName)),
+      m_hNumericChanged(::CreateEventW(common::OnlyForTheUser().get(), FALSE, FALSE, kNumericEventName)) {
     if (m_hSection) {
         m_pWord = static_cast<volatile LONG64*>(
             ::MapViewOfFile(m_hSection.get(), FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, sizeof(LONG64)));

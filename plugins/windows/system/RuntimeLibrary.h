@@ -3,22 +3,14 @@
 
 #include <windows.h>
 
-#include <string>
-
-#include "common/Handle.h"
+#include "common/SystemLibrary.h"
 
 namespace win {
 
 // A library from the system's own folder only.
 class CRuntimeLibrary {
  public:
-    explicit CRuntimeLibrary(const wchar_t* pszName) {
-        wchar_t folder[MAX_PATH];
-        const UINT uLength = ::GetSystemDirectoryW(folder, MAX_PATH);
-        if (uLength != 0 && uLength < MAX_PATH) {
-            m_hModule.reset(::LoadLibraryW((std::wstring(folder, uLength) + L"\\" + pszName).c_str()));
-        }
-    }
+    explicit CRuntimeLibrary(const wchar_t* pszName) : m_hModule(loadSystemLibrary(pszName)) {}
 
     // Null if the library or the function is missing.
     template <typename Function>

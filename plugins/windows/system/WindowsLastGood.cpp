@@ -6,6 +6,7 @@
 #include "DisplayQuestion.h"
 #include "FenwynRegistry.h"
 #include "common/Handle.h"
+#include "common/ObjectSecurity.h"
 #include "system/LastGood.h"
 
 namespace win {
@@ -54,7 +55,7 @@ class CWindowsLastGood final : public ILastGood {
         // The text's own zero ends the list.
         ::RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kLastGood, REG_MULTI_SZ, texts.c_str(),
                           static_cast<DWORD>((texts.size() + 1) * sizeof(wchar_t)));
-        m_hAsking.reset(::CreateEventW(nullptr, TRUE, FALSE, fenwyn::kDisplayQuestionEvent));
+        m_hAsking.reset(::CreateEventW(common::OnlyForTheUser().get(), TRUE, FALSE, fenwyn::kDisplayQuestionEvent));
         writeUnsettled(1);
     }
 

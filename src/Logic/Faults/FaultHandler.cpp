@@ -14,7 +14,7 @@ namespace faults {
 namespace {
 
 // How long the successor may take to look at this process before it ends itself.
-constexpr DWORD kPatienceMs = 10000;
+constexpr DWORD kPatienceMs = 30000;
 constexpr DWORD kGccException = 0x20474343;
 constexpr DWORD kMsvcException = 0xE06D7363;
 // What an overflowing stack keeps for the handlers.

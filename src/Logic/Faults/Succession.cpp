@@ -9,6 +9,7 @@
 #include "Logic/Faults/FaultHandler.h"
 #include "common/DebugLog.h"
 #include "common/Handle.h"
+#include "common/SystemLibrary.h"
 
 namespace faults {
 
@@ -46,7 +47,7 @@ std::wstring fileStem() {
 }
 
 bool writeDump(HANDLE hProcess, DWORD dwProcess, const FaultEntry& fault, const std::wstring& strFile) {
-    const common::UniqueModule library(::LoadLibraryW(L"dbghelp.dll"));
+    const common::UniqueModule library = loadSystemLibrary(L"dbghelp.dll");
     const auto pfWrite = reinterpret_cast<decltype(&::MiniDumpWriteDump)>(
         reinterpret_cast<void*>(library ? ::GetProcAddress(library.get(), "MiniDumpWriteDump") : nullptr));
     if (pfWrite == nullptr) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Logic/Faults/PluginCall.h"
+#include "common/ObjectSecurity.h"
 #include "common/Status.h"
 
 namespace {
@@ -66,7 +67,7 @@ void CPanicThread::start() {
     m_bInPlugin = false;
     m_hOwnEvent.reset(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
     // Created here, so that a function that is destroyed at once finds it.
-    m_hEvent.reset(::CreateEventExW(nullptr, kEventName, 0, SYNCHRONIZE));
+    m_hEvent.reset(::CreateEventExW(common::OnlyForTheUser().get(), kEventName, 0, SYNCHRONIZE));
     m_hPanicThread.reset(::CreateThread(nullptr, 0, &CPanicThread::threadProcedure, this, 0, nullptr));
     if (m_hPanicThread) {
         const std::lock_guard lock(s_waitingLock);

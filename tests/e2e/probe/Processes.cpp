@@ -114,8 +114,9 @@ std::string countHandles(const Arguments& arguments) {
 std::string holdObject(const Arguments& arguments) {
     const wchar_t* name = arguments[1].c_str();
     ::SetLastError(ERROR_SUCCESS);
-    common::UniqueHandle made(arguments[0] == L"mutex" ? ::CreateMutexW(nullptr, FALSE, name)
-                                                       : ::CreateEventW(nullptr, FALSE, FALSE, name));
+    common::UniqueHandle made(arguments[0] == L"mutex"   ? ::CreateMutexW(nullptr, FALSE, name)
+                              : arguments[0] == L"event" ? ::CreateEventW(nullptr, FALSE, FALSE, name)
+                                                         : ::CreateSemaphoreW(nullptr, 0, 1, name));
     const bool existed = ::GetLastError() == ERROR_ALREADY_EXISTS;
     if (!made) {
         return error(L"the object could not be made");

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/SystemLibrary.h"
 #include "support/DependentPlugin.h"
 
 namespace {
@@ -44,6 +45,16 @@ TEST(LibrarySearch, ALibraryFindsWhatItNeedsBesideItself) {
     EXPECT_TRUE(loadLibraryByPath(slashes));
 }
 
+TEST(LibrarySearch, ALibraryOfTheSystemIsThatOfItsFolder) {
+    const common::UniqueModule library = loadSystemLibrary(L"dbghelp.dll");
+    ASSERT_TRUE(library);
+    wchar_t path[MAX_PATH] = {};
+    wchar_t folder[MAX_PATH] = {};
+    ::GetModuleFileNameW(library.get(), path, MAX_PATH);
+    ::GetSystemDirectoryW(folder, MAX_PATH);
+    EXPECT_EQ(_wcsnicmp(path, folder, std::wcslen(folder)), 0) << path;
+}
+
 class Elsewhere : public testing::TestWithParam<Place> {};
 
 TEST_P(Elsewhere, WhatALibraryNeedsIsNotFound) {
@@ -58,6 +69,12 @@ TEST_P(Elsewhere, ALibraryWithoutAFolderIsNotFound) {
     const DependentPlugin plugin(GetParam());
     EXPECT_FALSE(loadLibraryByPath(L"NeededLibrary.dll"));
     EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
+}
+
+TEST_P(Elsewhere, ALibraryOfTheSystemIsNotTakenFromThere) {
+    // Even if the default search were not restricted.
+    const DependentPlugin plugin(GetParam());
+    EXPECT_FALSE(loadSystemLibrary(L"NeededLibrary.dll"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Places, Elsewhere, testing::Values(Place::InTheCurrentFolder, Place::AlongPath));
