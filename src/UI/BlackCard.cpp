@@ -107,7 +107,7 @@ HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
     Gdiplus::RectF desc = toRectF(m_parts.desc);
     desc.Inflate(-static_cast<float>(kOutlineWidth), 0.0F);
     m_descText.draw(graphics, desc, getDesc().c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
-    return m_captionText.complete() && m_descText.complete() ? S_OK : E_OUTOFMEMORY;
+    return S_OK;
 }
 
 HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld) {

@@ -1,8 +1,6 @@
 #include "UI/ItemDlg/CircleItemDlg.h"
 
-#include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
@@ -12,27 +10,12 @@
 #include "common/Handle.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
-#include "common/TryMake.h"
 #include "res/DialogIds.h"
 #include "res/Pictures.h"
 
 namespace {
 
 constexpr int kInnerMargin = 11;  // pixels, not scaled: the hysteresis between growing and shrinking
-
-// The windows of an item that has ended; the pictures are destroyed before the window that they shadow.
-struct Windows {
-    CWnd item;
-    CWnd box;
-    std::vector<std::unique_ptr<CLayeredWnd>> vecPictures;
-};
-
-std::vector<std::unique_ptr<Windows>>& keptWindows() {
-    static std::vector<std::unique_ptr<Windows>> kept;
-    return kept;
-}
-
-std::size_t s_uMostKept = 0;
 
 }  // namespace
 
@@ -73,50 +56,9 @@ HRESULT CCircleItemDlg::initialize() {
     return status;
 }
 
-void CCircleItemDlg::keepWindows(std::size_t uMost) {
-    auto& kept = keptWindows();
-    kept.reserve(uMost);  // so that keeping one cannot fail
-    kept.resize(std::min(kept.size(), uMost));
-    s_uMostKept = uMost;
-}
-
-bool CCircleItemDlg::_handWindowsOn() {
-    auto& kept = keptWindows();
-    if (kept.size() >= s_uMostKept || !hasCommonWindows() || !isWindow() || !m_descDlg.isWindow()) {
-        return false;
-    }
-    auto windows = common::tryMake<Windows>();
-    if (windows == nullptr) {
-        return false;
-    }
-    static_cast<void>(showItem(false));
-    windows->vecPictures = takePictures();
-    windows->item.takeWindow(*this);
-    windows->box.takeWindow(m_descDlg);
-    kept.push_back(std::move(windows));
-    return true;
-}
-
-bool CCircleItemDlg::Create(HWND hParent) {
-    auto& kept = keptWindows();
-    if (m_hWnd != nullptr || hParent != nullptr || kept.empty()) {
-        return CItemWnd::Create(hParent);
-    }
-    const std::unique_ptr<Windows> windows = std::move(kept.back());
-    kept.pop_back();
-    takeWindow(windows->item);
-    m_descDlg.takeWindow(windows->box);
-    setPictures(std::move(windows->vecPictures));
-    OnInitDialog();
-    _layOut();  // no message says so if the size stays
-    return true;
-}
-
 HRESULT CCircleItemDlg::destroyItem() {
     LOG_ENTER_LEAVE();
-    if (!_handWindowsOn()) {
-        DestroyWindow();
-    }
+    DestroyWindow();
     m_pImageSmall.reset();
     m_pImageLarge.reset();
     return S_OK;
@@ -130,10 +72,8 @@ bool CCircleItemDlg::DestroyWindow() {
 
 bool CCircleItemDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    if (!m_descDlg.isWindow()) {  // otherwise all windows are those of an earlier item
-        CItemWnd::OnInitDialog();
-        m_descDlg.Create(nullptr);
-    }
+    CItemWnd::OnInitDialog();
+    m_descDlg.Create(nullptr);
     return false;
 }
 
@@ -150,10 +90,6 @@ int CCircleItemDlg::descOverhang() const {
 
 void CCircleItemDlg::OnSize() {
     Default();
-    _layOut();
-}
-
-void CCircleItemDlg::_layOut() {
     m_outerRect = clientRect();
     m_outerRect.bottom = m_outerRect.top + (m_outerRect.right - m_outerRect.left);
     m_innerRect = m_outerRect;
@@ -232,11 +168,7 @@ HRESULT CCircleItemDlg::showItem(bool bShow) {
     if (!bShow) {
         m_descDlg.show(false);
     }
-    const HRESULT status = CItemWnd::showItem(bShow);
-    if (bShow) {
-        invalidate();  // a window of an earlier item may still show that one's picture
-    }
-    return status;
+    return CItemWnd::showItem(bShow);
 }
 
 HRESULT CCircleItemDlg::setItemText(const wchar_t* pszText) {

@@ -23,21 +23,13 @@ class CCircleItemDlg : public CItemWnd {
     [[nodiscard]] HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
     void setPlacement(const Placement& placement) override;
 
-    // With windows that an earlier item left behind, if there are any.
-    bool Create(HWND hParent) override;
     bool DestroyWindow() override;
-
-    // Creating windows takes longer than anything else when a card is opened. Therefore the windows of so many items
-    // stay, hidden, when their items end, and serve later items. 0, as at first: none; destroys those that have stayed.
-    static void keepWindows(std::size_t uMost);
 
     // Shrinks the item if a row would not fit the screen; 1.0 is the full size.
     void setScale(double scale) { m_scale = scale; }
 
  protected:
     bool OnInitDialog() override;
-    // Whether another item may have its windows: not if it has more of them than every round item.
-    [[nodiscard]] virtual bool hasCommonWindows() const { return true; }
     [[nodiscard]] const MessageMap& messageMap() const override;
     [[nodiscard]] bool enlarged() const { return m_bEnlarged; }
     // Puts the caption box above anything else that the item shows below itself.
@@ -49,8 +41,6 @@ class CCircleItemDlg : public CItemWnd {
     friend struct CircleItemSeam;
 
     void OnSize();
-    void _layOut();
-    [[nodiscard]] bool _handWindowsOn();
     void OnMouseMove(POINT point);
     void OnMouseLeave();
     void OnSetFocus(HWND hOldWnd);

@@ -68,10 +68,7 @@ inline Layer layerOf(HWND window) {
 class ItemTest : public testing::Test {
  protected:
     // The first room of a process reads the settings, and logs what is missing of them.
-    ItemTest() {
-        CCircleItemDlg::keepWindows(0);  // the strip of the room has asked for some
-        m_log.clear();
-    }
+    ItemTest() { m_log.clear(); }
 
     [[nodiscard]] std::vector<std::wstring> errors() const { return m_log.errors(); }
     [[nodiscard]] bool logged(const std::wstring& line) const { return m_log.count(line) > 0; }
