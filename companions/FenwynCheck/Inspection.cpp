@@ -41,10 +41,14 @@ std::wstring offer(const check::Answers& answers) {
 void forgetAnswer(const std::wstring& plugin) {
     const std::size_t start = plugin.find_last_of(L"\\/") + 1;
     const std::wstring name = plugin.substr(start, plugin.rfind(L'.') - start);
-    ::RegDeleteKeyValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, name.c_str());
+    forgetOffer(name.c_str());
 }
 
 }  // namespace
+
+void forgetOffer(const wchar_t* name) {
+    ::RegDeleteKeyValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, name);
+}
 
 Finding inspect(const std::wstring& function, const std::wstring& plugin) {
     forgetAnswer(plugin);

@@ -16,4 +16,8 @@ struct Finding {
 // Asks the plug-in what Fenwyn asks it, and changes nothing.
 [[nodiscard]] Finding inspect(const std::wstring& function, const std::wstring& plugin);
 
+// A plug-in for real machines, by its name without ending, remembers whether it was offered, and goes by it where the
+// machine answers late. Without it, its next start waits for the machine.
+void forgetOffer(const wchar_t* name);
+
 }  // namespace machine

@@ -4,6 +4,7 @@
 #include <cwchar>
 #include <thread>
 
+#include "Inspection.h"
 #include "Outside.h"
 #include "ScreenBrightness.h"
 #include "common/Handle.h"
@@ -107,6 +108,7 @@ int allowScreen(IScreenControl& control, const std::wstring& screen, bool allowe
         tell(L"The permission could not be stored.\n");
         return kNotWritten;
     }
+    forgetOffer(L"WinBrightness");  // it may be offered by this screen alone
     tell(*path + (allowed ? L"\nFenwyn changes its brightness, from its next start on.\n"
                           : L"\nFenwyn leaves its brightness alone.\n"));
     return kWell;

@@ -12,9 +12,9 @@
 /* The card configuration, below both roots. */
 #define FENWYN_REG_CONFIG FENWYN_REG_PRODUCT L"\\Config"
 
-/* In FENWYN_REG_CONFIG, below HKEY_CURRENT_USER or else HKEY_LOCAL_MACHINE, REG_SZ: the name of the language of all
- * texts
- * ("de", "pt-BR") in place of the system's. */
+/* In FENWYN_REG_PRODUCT, below HKEY_CURRENT_USER or else HKEY_LOCAL_MACHINE, REG_SZ: the name of the language of all
+ * texts ("de", "pt-BR") in place of the system's. Not in the card configuration: whoever creates a user's own has its
+ * defaults in place of the machine's values. */
 #define FENWYN_VALUE_LANGUAGE L"Language"
 
 /* The list of hotkey functions: in HKEY_LOCAL_MACHINE, and in HKEY_CURRENT_USER for a machine that has none.
@@ -27,7 +27,8 @@
 #define FENWYN_VALUE_INSTALL_PATH L"InstallPath"
 
 /* What the plug-ins for real machines remember, in HKEY_CURRENT_USER: for each, under its file name without ending,
- * REG_DWORD, whether the machine offered its function when it was asked last. Without a value it is asked anew. */
+ * REG_DWORD, whether the machine offered its function at the plug-in's last start, or has done so since. Without a
+ * value it is asked anew. */
 #define FENWYN_REG_OFFERED FENWYN_REG_PRODUCT L"\\Offered"
 
 /* The button utility's key, in HKEY_LOCAL_MACHINE and in HKEY_CURRENT_USER. */

@@ -23,43 +23,62 @@ std::vector<BYTE> everyLevel() {
 }  // namespace
 
 CPatientScreens::CPatientScreens(std::shared_ptr<IExternalScreens> pScreens, std::function<WakeTime()> time)
-    : m_pScreens(std::move(pScreens)), m_time(std::move(time)) {}
+    : m_pScreens(std::move(pScreens)), m_time(std::move(time)), m_ullAsleep(m_time().ullAsleep) {}
 
 std::optional<BYTE> CPatientScreens::read() {
     const keyboard::CExclusiveLock guard(m_lock);
+    const WakeTime now = _look();
     for (const std::wstring& path : m_pScreens->allowed()) {
-        if (!_mayAsk(path)) {
+        if (!_mayAsk(path, now)) {
             continue;
         }
         if (const std::optional<BYTE> percent = m_pScreens->read(path)) {
             m_failures.erase(path);
             return percent;
         }
-        m_failures[path] = m_time();
+        _noteFailure(path, m_time());
     }
     return std::nullopt;
 }
 
 void CPatientScreens::set(BYTE nPercent) {
     const keyboard::CExclusiveLock guard(m_lock);
+    const WakeTime now = _look();
     for (const std::wstring& path : m_pScreens->allowed()) {
-        if (!_mayAsk(path)) {
+        if (!_mayAsk(path, now)) {
             continue;
         }
         if (m_pScreens->set(path, nPercent)) {
             m_failures.erase(path);
         } else {
-            m_failures[path] = m_time();
+            _noteFailure(path, m_time());
         }
     }
 }
 
-bool CPatientScreens::_mayAsk(const std::wstring& path) const {
+WakeTime CPatientScreens::_look() {
+    const WakeTime now = m_time();
+    if (now.ullAsleep > m_ullAsleep + kRealSleepMs) {
+        m_ullAsleep = now.ullAsleep;
+        m_woken = now.ullNow;
+    }
+    return now;
+}
+
+// A call may have taken long, so `now` is when it ended.
+void CPatientScreens::_noteFailure(const std::wstring& path, const WakeTime& now) {
+    if (m_woken && now.ullNow - *m_woken < kWakingMs) {
+        m_failures.erase(path);
+    } else {
+        m_failures[path] = now;
+    }
+}
+
+bool CPatientScreens::_mayAsk(const std::wstring& path, const WakeTime& now) const {
     const auto failure = m_failures.find(path);
     if (failure == m_failures.end()) {
         return true;
     }
-    const WakeTime now = m_time();
     return now.ullNow - failure->second.ullNow >= kPauseMs || now.ullAsleep > failure->second.ullAsleep + kRealSleepMs;
 }
 

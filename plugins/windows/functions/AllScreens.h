@@ -15,10 +15,12 @@
 namespace win {
 
 // A screen that failed is left alone for some time: it may keep each call waiting until the patience ends. After the
-// machine's sleep it is asked again, because cables and screens are often changed then. Any thread.
+// machine's sleep it is asked again, because cables and screens are often changed then; and again and again for a
+// moment, while it may still be waking. Any thread.
 class CPatientScreens {
  public:
     static constexpr ULONGLONG kPauseMs = 600000;
+    static constexpr ULONGLONG kWakingMs = 15000;
 
     CPatientScreens(std::shared_ptr<IExternalScreens> pScreens, std::function<WakeTime()> time);
 
@@ -28,12 +30,17 @@ class CPatientScreens {
     void set(BYTE nPercent);
 
  private:
-    [[nodiscard]] bool _mayAsk(const std::wstring& path) const;
+    // Each of them knows of the machine's sleep by the time.
+    [[nodiscard]] WakeTime _look();
+    [[nodiscard]] bool _mayAsk(const std::wstring& path, const WakeTime& now) const;
+    void _noteFailure(const std::wstring& path, const WakeTime& now);
 
     const std::shared_ptr<IExternalScreens> m_pScreens;
     const std::function<WakeTime()> m_time;
     SRWLOCK m_lock = SRWLOCK_INIT;
     std::map<std::wstring, WakeTime> m_failures;
+    ULONGLONG m_ullAsleep;  // in total, when last looked at
+    std::optional<ULONGLONG> m_woken;
 };
 
 // With a built-in screen its brightness counts, and the others follow on a thread of their own, so that a slow one does

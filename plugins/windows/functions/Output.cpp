@@ -64,7 +64,7 @@ std::wstring COutputBase::initialize() {
     const std::optional<bool> before = m_pMemory ? m_pMemory->offered() : std::nullopt;
     const std::optional<DisplayState> state = m_keeper.state(before ? kNewAnswerMs : kFirstLookMs);
     if (!state) {
-        return !before ? kNoAnswerInTime : *before ? L"" : kOneConnector;
+        return reasonWithoutAnswer(before, kOneConnector);
     }
     if (state->bRemote) {
         return kRemote;

@@ -89,7 +89,7 @@ class CPictureKeeper::Core {
         }
         _guarded([this] {
             m_tools.pQuestion->close();
-            _goBackIfAsked();
+            static_cast<void>(_goBackIfAsked());
         });
         _finish(_take(), false);
     }
@@ -134,7 +134,7 @@ class CPictureKeeper::Core {
         if (event == IPictureQuestion::Event::Keep) {
             _keep();
         } else if (event == IPictureQuestion::Event::GoBack) {
-            _goBackIfAsked();
+            static_cast<void>(_goBackIfAsked());
         }
         const Job job = _take();
         if (const auto* const pWanted = std::get_if<WantedPicture>(&job)) {
@@ -160,10 +160,9 @@ class CPictureKeeper::Core {
         // Before anything changes: what was never confirmed does not become what one can go back to.
         m_tools.pLastGood->save(m_before);
         if (!_make(wanted)) {
-            _goBackIfAsked();
-            m_tools.pQuestion->tellFailure();
+            m_tools.pQuestion->tellFailure(_goBackIfAsked());
         } else if (!m_tools.pQuestion->ask()) {
-            _goBackIfAsked();
+            static_cast<void>(_goBackIfAsked());
         }
     }
 
@@ -172,16 +171,19 @@ class CPictureKeeper::Core {
         m_tools.pLastGood->settle();
     }
 
-    void _goBackIfAsked() {
+    // Whether the screens are as they were.
+    [[nodiscard]] bool _goBackIfAsked() {
         if (!m_bAsked) {
-            return;
+            return true;
         }
         m_bAsked = false;
         // A screen of that arrangement may be gone by now.
-        if (!isExactly(m_before, m_tools.pDisplays->read().screens) && !_make(m_before)) {
+        const bool bAsBefore = isExactly(m_before, m_tools.pDisplays->read().screens) || _make(m_before);
+        if (!bAsBefore) {
             static_cast<void>(_bringBackByTheOrder());
         }
         m_tools.pLastGood->settle();
+        return bAsBefore;
     }
 
     void _takeBackWhatWasLeft() {
@@ -191,7 +193,7 @@ class CPictureKeeper::Core {
         const std::optional<Layout> before = m_tools.pLastGood->load();
         m_bAsked = before.has_value();
         m_before = before.value_or(Layout());
-        _goBackIfAsked();
+        static_cast<void>(_goBackIfAsked());
         _publish();
     }
 

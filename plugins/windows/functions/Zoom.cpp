@@ -23,7 +23,7 @@ std::optional<ULONG> CZoom::items() {
 }
 
 std::optional<LONG> CZoom::currentItem() {
-    const std::optional<std::size_t> size = m_state.known();
+    const std::optional<std::size_t> size = m_state.fresh();
     return size ? std::optional<LONG>(static_cast<LONG>(*size)) : std::nullopt;
 }
 

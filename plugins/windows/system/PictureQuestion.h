@@ -17,9 +17,9 @@ class IPictureQuestion {
     virtual ~IPictureQuestion() = default;
 
     // Shows the question, or the note that the screens could not be set up so. Either replaces what was shown. False:
-    // there is no window, and nobody will answer.
+    // there is no window, and nobody will answer. `bAsBefore`: they are as they were.
     [[nodiscard]] virtual bool ask() = 0;
-    virtual void tellFailure() = 0;
+    virtual void tellFailure(bool bAsBefore) = 0;
     // Takes either away, without an answer.
     virtual void close() = 0;
 

@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,6 +23,16 @@ inline constexpr DWORD kNewAnswerMs = 25;
 // How long a card that opens waits for a new look at the machine.
 inline constexpr DWORD kFreshReadMs = 30;
 inline constexpr wchar_t kNoAnswerInTime[] = L"The system did not answer in time.";
+inline constexpr wchar_t kEarlierAnswer[] = L" At an earlier start: ";
+
+// Why there is no card when the machine has not answered in time; empty if the answer of an earlier start, `offered`,
+// stands in for it. `pszMissing`: what the machine answered then.
+[[nodiscard]] inline std::wstring reasonWithoutAnswer(std::optional<bool> offered, const wchar_t* pszMissing) {
+    if (!offered) {
+        return kNoAnswerInTime;
+    }
+    return *offered ? std::wstring() : std::wstring(kNoAnswerInTime) + kEarlierAnswer + pszMissing;
+}
 
 // Reads return the known state at once and start a new read in the background. Changes are made in the background too;
 // of several waiting ones only the latest is made. `read` and the changes run on the worker's thread and own what they
@@ -44,19 +53,13 @@ class CSlowState {
     // For an initialisation: waits for the machine's first answer, or takes that of an earlier start for it. Empty: it
     // has what the function needs; otherwise the reason, which is `pszMissing` if the machine answered.
     [[nodiscard]] std::wstring waitForFirst(const wchar_t* pszMissing, DWORD dwTimeoutMs = kFirstAnswerMs) {
-        const std::optional<bool> before = m_pShared->pMemory ? m_pShared->pMemory->offered() : std::nullopt;
-        const DWORD dwWaitMs = before ? kNewAnswerMs : dwTimeoutMs;
-        const ULONGLONG ullStart = ::GetTickCount64();
-        refresh();
-        if (m_bRefreshAfterSleep) {
+        std::wstring reason = _firstAnswer(pszMissing, dwTimeoutMs);
+        // Not before: a process may make its first window for it, and one system here locks itself up when another
+        // thread starts its management service meanwhile. And without a card nobody needs the news.
+        if (reason.empty() && m_bRefreshAfterSleep) {
             m_sleepNews.emplace([this] { refresh(); });
         }
-        const ULONGLONG ullSpent = std::min<ULONGLONG>(::GetTickCount64() - ullStart, dwWaitMs);
-        if (::WaitForSingleObject(m_pShared->hAnswered.get(), dwWaitMs - static_cast<DWORD>(ullSpent)) ==
-            WAIT_OBJECT_0) {
-            return known() ? L"" : pszMissing;
-        }
-        return !before ? kNoAnswerInTime : *before ? L"" : pszMissing;
+        return reason;
     }
 
     // Whether the machine has answered at least once.
@@ -96,6 +99,15 @@ class CSlowState {
     }
 
  private:
+    [[nodiscard]] std::wstring _firstAnswer(const wchar_t* pszMissing, DWORD dwTimeoutMs) {
+        const std::optional<bool> before = m_pShared->pMemory ? m_pShared->pMemory->offered() : std::nullopt;
+        refresh();
+        if (::WaitForSingleObject(m_pShared->hAnswered.get(), before ? kNewAnswerMs : dwTimeoutMs) == WAIT_OBJECT_0) {
+            return known() ? L"" : pszMissing;
+        }
+        return reasonWithoutAnswer(before, pszMissing);
+    }
+
     struct Shared {
         explicit Shared(std::function<std::optional<State>()> reader) : read(std::move(reader)) {}
 
@@ -128,9 +140,11 @@ class CSlowState {
             return uAsked;
         }
 
-        // Also if the initialisation did not wait for it: the next one goes by it.
+        // Also if the initialisation did not wait for it: the next one goes by it. A device that is missing later, such
+        // as a screen that is still waking, is no reason for the next start to do without the card.
         void tellMemory(bool bOffered) {
-            if (pMemory && std::exchange(told, bOffered) != bOffered) {
+            if (pMemory && told != bOffered && (bOffered || !told)) {
+                told = bOffered;
                 pMemory->store(bOffered);
             }
         }

@@ -48,7 +48,10 @@ class CWindowsPictureQuestion final : public IPictureQuestion {
     CWindowsPictureQuestion& operator=(const CWindowsPictureQuestion&) = delete;
 
     bool ask() override { return _open(true); }
-    void tellFailure() override { _open(false); }
+    void tellFailure(bool bAsBefore) override {
+        m_bAsBefore = bAsBefore;
+        _open(false);
+    }
     void close() override { _close(); }
 
     Event wait(HANDLE hWake) override {
@@ -186,7 +189,10 @@ class CWindowsPictureQuestion final : public IPictureQuestion {
         ::SetWindowTextW(hWnd, headline.c_str());
         ::SetDlgItemTextW(hWnd, IDC_HEADLINE, headline.c_str());
         ::SetDlgItemTextW(hWnd, IDC_REMAINING,
-                          (m_bQuestion ? remainingText(m_dwSeconds) : text(IDS_FAILED_DETAIL)).c_str());
+                          (m_bQuestion   ? remainingText(m_dwSeconds)
+                           : m_bAsBefore ? text(IDS_FAILED_DETAIL)
+                                         : std::wstring())
+                              .c_str());
         ::SetDlgItemTextW(hWnd, IDOK, text(IDS_KEEP).c_str());
         ::SetDlgItemTextW(hWnd, IDCANCEL, text(m_bQuestion ? IDS_GO_BACK : IDS_CLOSE).c_str());
         for (const int nOfQuestion : {IDOK, IDC_BAR}) {
@@ -258,6 +264,7 @@ class CWindowsPictureQuestion final : public IPictureQuestion {
     common::UniqueWindow m_hWnd;
     HWND m_hBefore = nullptr;  // had the focus
     bool m_bQuestion = false;  // or a note
+    bool m_bAsBefore = false;  // says the note
     bool m_bBattery = false;   // when the question opened
     ULONGLONG m_ullEnd = 0;
     DWORD m_dwSeconds = 0;  // as shown

@@ -21,7 +21,7 @@ constexpr UINT kOnlyBrazilian = 2020;
 class WantedLanguage : public testing::Test {
  protected:
     static void set(HKEY root, const std::wstring& name) {
-        support::RegistryRoom::setText(root, FENWYN_REG_CONFIG, FENWYN_VALUE_LANGUAGE, name);
+        support::RegistryRoom::setText(root, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE, name);
     }
     support::RegistryRoom m_registry;
 };
@@ -37,7 +37,7 @@ TEST_F(WantedLanguage, IsTheOneThatTheUserOrElseTheMachineNames) {
     EXPECT_EQ(PRIMARYLANGID(wantedLanguage()), LANG_JAPANESE);
     set(HKEY_CURRENT_USER, L"pt-BR");
     EXPECT_EQ(wantedLanguage(), kBrazilian);
-    support::RegistryRoom::removeValue(HKEY_CURRENT_USER, FENWYN_REG_CONFIG, FENWYN_VALUE_LANGUAGE);
+    support::RegistryRoom::removeValue(HKEY_CURRENT_USER, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE);
     EXPECT_EQ(PRIMARYLANGID(wantedLanguage()), LANG_JAPANESE);
 }
 
@@ -49,7 +49,7 @@ TEST_F(WantedLanguage, IgnoresNamesThatAreNone) {
         set(HKEY_CURRENT_USER, name);
         EXPECT_EQ(wantedLanguage(), ::GetUserDefaultUILanguage()) << testing::PrintToString(name);
     }
-    support::RegistryRoom::setDword(HKEY_CURRENT_USER, FENWYN_REG_CONFIG, FENWYN_VALUE_LANGUAGE, kGerman);
+    support::RegistryRoom::setDword(HKEY_CURRENT_USER, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE, kGerman);
     EXPECT_EQ(wantedLanguage(), ::GetUserDefaultUILanguage()) << "not a text";
 }
 

@@ -16,6 +16,7 @@ namespace win {
 struct FakeAnswers {
     std::atomic<int> nAsked = 0;
     std::atomic<int> nFailures = 0;
+    std::atomic<bool> bAsBefore = false;  // at the last failure
     std::atomic<bool> bOpen = false;
     std::atomic<bool> bNoWindow = false;
     std::atomic<int> nAnswer = -1;  // an IPictureQuestion::Event
@@ -36,7 +37,10 @@ class CFakePictureQuestion final : public IPictureQuestion {
         ++m_pAnswers->nAsked;
         return !m_pAnswers->bNoWindow;
     }
-    void tellFailure() override { ++m_pAnswers->nFailures; }
+    void tellFailure(bool bAsBefore) override {
+        m_pAnswers->bAsBefore = bAsBefore;
+        ++m_pAnswers->nFailures;
+    }
     void close() override { m_pAnswers->bOpen = false; }
 
     Event wait(HANDLE hWake) override {

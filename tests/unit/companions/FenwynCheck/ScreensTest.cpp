@@ -102,6 +102,18 @@ TEST_F(Screens, NumbersAndPathsThatAreNotListedAreRefused) {
     }
 }
 
+// Without this one, an answer that comes late would count for less than that of the start before.
+TEST_F(Screens, PermissionMakesTheNextStartAskWhetherThereIsABrightness) {
+    for (const bool allowed : {true, false}) {
+        const DWORD missing = 0;
+        ::RegSetKeyValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, L"WinBrightness", REG_DWORD, &missing, sizeof missing);
+        ASSERT_EQ(allow(L"2", allowed), machine::kWell);
+        EXPECT_EQ(::RegGetValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, L"WinBrightness", RRF_RT_ANY, nullptr, nullptr,
+                                 nullptr),
+                  ERROR_FILE_NOT_FOUND);
+    }
+}
+
 // The system of the tests has a screen, and no way to its brightness.
 TEST_F(Screens, RealOnesAreToldAndWithoutAWayToThemNothingHappens) {
     const std::unique_ptr<machine::IScreenControl> control = machine::makeScreenControl();

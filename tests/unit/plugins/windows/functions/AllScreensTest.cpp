@@ -78,6 +78,26 @@ TEST_F(AllScreens, OneThatFailedIsAskedAgainAfterTheMachinesSleep) {
     EXPECT_TRUE(m_screens.read());
 }
 
+// The machine tells of its resume before the screens are on again.
+TEST_F(AllScreens, OneThatIsStillWakingIsAskedUntilItAnswers) {
+    m_pBuiltIn->bThere = false;
+    m_pExternal->put(L"desk", 40);
+    ASSERT_TRUE(m_screens.read());
+    m_pExternal->put(L"desk", std::nullopt);
+    m_time.ullNow += 60000;
+    m_time.ullAsleep += 50000;
+    EXPECT_FALSE(m_screens.read());
+    m_time.ullNow += CPatientScreens::kWakingMs - 1;
+    EXPECT_FALSE(m_screens.read());
+    m_pExternal->put(L"desk", 40);
+    EXPECT_TRUE(m_screens.read());
+    m_pExternal->put(L"desk", std::nullopt);
+    m_time.ullNow += 1;
+    EXPECT_FALSE(m_screens.read()) << "by now it should be awake";
+    m_pExternal->put(L"desk", 40);
+    EXPECT_FALSE(m_screens.read());
+}
+
 // Of a card without a built-in screen: the function as a whole.
 TEST_F(AllScreens, AnAllowedExternalScreenMakesBrightnessAFunction) {
     m_pBuiltIn->bThere = false;

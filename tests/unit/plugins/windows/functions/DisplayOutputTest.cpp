@@ -96,7 +96,8 @@ TEST_F(DisplayOutput, GoesByAnEarlierStartWhileItsScreensWakeUpAndRemembersThem)
             function.remember(pMemory);
             const ULONGLONG start = ::GetTickCount64();
             EXPECT_EQ(function.initialize(),
-                      before == CFakeOfferMemory::Yes ? L"" : L"There are not two screens or connectors for screens.");
+                      reasonWithoutAnswer(before == CFakeOfferMemory::Yes,
+                                          L"There are not two screens or connectors for screens."));
             EXPECT_LT(::GetTickCount64() - start, kFirstLookMs / 2);
             ::SetEvent(pWaking->hAwake.get());
             EXPECT_TRUE(soon([&] { return pMemory->answer == CFakeOfferMemory::Yes; }));

@@ -136,6 +136,7 @@ TEST_F(PictureKeeper, AChangeThatTheSystemRefusesIsTold) {
     m_pDisplays->bLayoutsRefused = true;
     ASSERT_TRUE(m_keeper->change(LONG{FENWYN_MODE_CLONE}));
     EXPECT_TRUE(soon([this] { return m_pAnswers->nFailures == 1; }));
+    EXPECT_TRUE(m_pAnswers->bAsBefore);
     EXPECT_EQ(m_pAnswers->nAsked, 0);
     EXPECT_EQ(m_pDisplays->active(), "own ");
     EXPECT_TRUE(settles());
@@ -150,6 +151,18 @@ TEST_F(PictureKeeper, AChangeThatDoesNotComeAboutIsSeen) {
     ASSERT_TRUE(m_keeper->change(LONG{FENWYN_MODE_EXTERNAL}));
     EXPECT_TRUE(soon([this] { return m_pAnswers->nFailures == 1; }));
     EXPECT_EQ(m_pAnswers->nAsked, 0);
+}
+
+// The first change was made and not confirmed yet; the second fails, and there is no way back.
+TEST_F(PictureKeeper, AFailureFromWhichThereIsNoWayBackIsNotToldAsOne) {
+    begin();
+    ASSERT_TRUE(m_keeper->change(LONG{FENWYN_MODE_CLONE}));
+    ASSERT_TRUE(isAsked(1));
+    m_pDisplays->bTopologiesRefused = true;
+    m_pDisplays->bLayoutsRefused = true;
+    ASSERT_TRUE(m_keeper->change(LONG{FENWYN_MODE_EXTERNAL}));
+    EXPECT_TRUE(soon([this] { return m_pAnswers->nFailures == 1; }));
+    EXPECT_FALSE(m_pAnswers->bAsBefore) << "the clone is still there";
 }
 
 TEST_F(PictureKeeper, WhereTheSystemsWordDoesNothingALayoutIsTried) {

@@ -44,6 +44,16 @@ TEST_F(Zoom, AChoiceIsCurrentAtOnceAndVerified) {
     EXPECT_TRUE(soon([&] { return m_function.currentItem() == 2; }));
 }
 
+TEST_F(Zoom, OpensWithAChangeThatWasMadeElsewhere) {
+    ASSERT_EQ(m_function.initialize(), L"");
+    EXPECT_TRUE(someTime([&](int nTry) {
+        m_pDesktop->now = nTry % 2 == 0 ? 2 : 1;
+        (void)m_function.items();
+        const bool bAtOnce = m_function.currentItem() == static_cast<LONG>(m_pDesktop->now);
+        return soon([&] { return m_function.currentItem() == static_cast<LONG>(m_pDesktop->now); }) && bAtOnce;
+    }));
+}
+
 // The icon metrics of the prefix: set, visible to everybody, and restored.
 TEST(RealZoom, ResizesTheIconsOfThisDesktop) {
     const auto pDesktop = makeWindowsDesktopIcons();

@@ -169,8 +169,17 @@ TEST_F(PictureQuestion, LiesInTheMiddleOfThePrimaryScreenAndStaysThere) {
 
 TEST_F(PictureQuestion, AFailureIsToldWithoutAQuestion) {
     constexpr wchar_t kFailed[] = L"The displays could not be set up like this";
-    m_pQuestion->tellFailure();
+    const auto detail = [&kFailed] {
+        wchar_t text[200] = L"";
+        ::GetDlgItemTextW(window(kFailed), IDC_REMAINING, text, ARRAYSIZE(text));
+        return std::wstring(text);
+    };
+    m_pQuestion->tellFailure(false);
     ASSERT_NE(window(kFailed), nullptr);
+    EXPECT_EQ(detail(), L"");
+    m_pQuestion->tellFailure(true);
+    ASSERT_NE(window(kFailed), nullptr);
+    EXPECT_EQ(detail(), L"They are as they were before.");
     EXPECT_EQ(::IsWindowVisible(::GetDlgItem(window(kFailed), IDOK)), FALSE);
     std::thread closer([this, &kFailed] {
         ::PostMessageW(window(kFailed), WM_CLOSE, 0, 0);

@@ -146,7 +146,9 @@ TEST_F(SlowState, TheAnswerOfAnEarlierStartStandsInForALateOne) {
         state.remember(std::make_shared<CFakeOfferMemory>(before));
         const ULONGLONG start = ::GetTickCount64();
         EXPECT_EQ(state.waitForFirst(L"There is none.", kDeadlineMs),
-                  before == CFakeOfferMemory::Yes ? L"" : L"There is none.");
+                  before == CFakeOfferMemory::Yes
+                      ? L""
+                      : L"The system did not answer in time. At an earlier start: There is none.");
         EXPECT_LT(::GetTickCount64() - start, kFirstAnswerMs);
         EXPECT_EQ(state.known(), std::nullopt) << "nothing is made up";
         pMachine->gate.open();
@@ -168,11 +170,23 @@ TEST_F(SlowState, ALateAnswerIsRememberedForTheNextStartEvenAfterTheEnd) {
     {
         CSlowState<int> state([pMachine = m_pMachine] { return pMachine->read(); });
         state.remember(pMemory);
-        EXPECT_EQ(state.waitForFirst(L"There is none."), L"There is none.");
+        EXPECT_EQ(state.waitForFirst(L"There is none."), reasonWithoutAnswer(false, L"There is none."));
         ASSERT_TRUE(m_pMachine->gate.entered());
     }
     m_pMachine->gate.open();
     EXPECT_TRUE(soon([&] { return pMemory->answer == CFakeOfferMemory::Yes; }));
+}
+
+// A screen that is still waking, for example.
+TEST_F(SlowState, ADeviceThatIsMissingLaterDoesNotCostTheNextStartItsCard) {
+    const auto pMemory = std::make_shared<CFakeOfferMemory>(CFakeOfferMemory::No);
+    m_state.remember(pMemory);
+    EXPECT_TRUE(soon([&] { return m_state.waitForFirst(L"There is none.").empty(); }));
+    ASSERT_TRUE(soon([&] { return pMemory->answer == CFakeOfferMemory::Yes; }));
+    m_pMachine->there = false;
+    m_state.refresh();
+    EXPECT_TRUE(soon([this] { return !m_state.known(); }));
+    EXPECT_EQ(pMemory->answer, CFakeOfferMemory::Yes);
 }
 
 TEST_F(SlowState, AMachineThatHasNothingSaysSo) {
