@@ -23,7 +23,7 @@ BOOL CALLBACK addLanguage(HMODULE /*module*/, LPCWSTR /*type*/, LPCWSTR /*name*/
 LANGID languageOfSetting(HKEY root) noexcept {
     wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
     DWORD size = sizeof name;
-    if (::RegGetValueW(root, FENWYN_REG_CONFIG, FENWYN_VALUE_LANGUAGE, RRF_RT_REG_SZ, nullptr, name, &size) !=
+    if (::RegGetValueW(root, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE, RRF_RT_REG_SZ, nullptr, name, &size) !=
             ERROR_SUCCESS ||
         name[0] == L'\0') {  // an empty name is one of the system's
         return 0;

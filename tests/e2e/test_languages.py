@@ -6,7 +6,7 @@ import subprocess
 
 import pytest
 from harness import places
-from harness.desktop import CONFIG, LIST
+from harness.desktop import LIST, PRODUCT
 from harness.waiting import wait_until
 
 SETUP_CLASS = "_DCWNDCLS_CONFIG_"
@@ -36,7 +36,7 @@ def setup_titles(program):
     ("cy", "Power plan", "Display settings"),
 ], ids=["fr", "ja", "another"])
 def test_the_setting_overrides_the_language_of_the_system(program, language, caption, title):
-    program.probe.set_text("HKCU", CONFIG, "Language", language)
+    program.probe.set_text("HKCU", PRODUCT, "Language", language)
     with started(program, "NotebookSim.exe", "/register") as process:
         assert process.wait(60) == 0
     assert program.probe.get_value("HKLM", f"{LIST}\\PowerPlan", "Caption").decode("utf-16-le") == caption + "\0"

@@ -249,7 +249,7 @@ def test_the_lines_of_the_documents_work_as_typed(program, typed, tmp_path):
     stage = "Z:" + str(program.stage).replace("/", "\\")
 
     def type_in(line):
-        line = line.replace("C:\\Fenwyn", stage)
+        line = line.replace("C:\\Fenwyn", stage).replace("WinMute", "SimMute")
         if typed == "in a shell":
             line = re.sub(r'"?((?:HKLM|Z:)\\[^" ]*)"?', r"'\1'", line)
             command = f"{places.WINE} {line}"
@@ -279,8 +279,10 @@ def test_the_lines_of_the_documents_work_as_typed(program, typed, tmp_path):
     program.keyboard.press("F2")
     expect_card(program, "Mute")
     program.keyboard.up("Control_R")
-    assert [line.split()[-1] for line in restart] == ["/end", "Fenwyn.exe"]
-    program.end()
+    end, start = restart
+    type_in(end)
+    assert all(program.wait_end(process) == 0 for process in program.running())
+    assert start == "start Fenwyn.exe"
     for line in before:
         type_in(line)
     assert text(LIST, "FuncList") == before_list

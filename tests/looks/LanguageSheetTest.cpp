@@ -60,7 +60,7 @@ TEST_F(LanguageSheet, OfEveryCard) {
     }
     constexpr int kCardsInRow = 4;
     const std::string name(language);
-    support::RegistryRoom::setText(HKEY_CURRENT_USER, FENWYN_REG_CONFIG, FENWYN_VALUE_LANGUAGE,
+    support::RegistryRoom::setText(HKEY_CURRENT_USER, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE,
                                    std::wstring(name.begin(), name.end()));
     m_room.config().bAlwaysShowItemsCaption = 1;
     Sheet sheet;
