@@ -329,7 +329,7 @@ float aligned(float start, float size, float block, Gdiplus::StringAlignment ali
 
 // A line in sub-pixels, its upper left corner at `place`.
 std::unique_ptr<Gdiplus::GraphicsPath> pathOf(const std::wstring& line, const Gdiplus::Font& font,
-                                              Gdiplus::PointF place) {
+                                              const Gdiplus::PointF& place) {
     Gdiplus::FontFamily family;
     font.GetFamily(&family);
     auto path = std::make_unique<Gdiplus::GraphicsPath>(Gdiplus::FillModeWinding);
