@@ -10,6 +10,7 @@ namespace win {
 class CFakeDesktopIcons final : public IDesktopIcons {
  public:
     std::optional<std::size_t> size() override {
+        ::Sleep(dwReadMs);
         return bDesktop ? std::optional<std::size_t>(now.load()) : std::nullopt;
     }
     void resize(std::size_t size) override {
@@ -18,6 +19,7 @@ class CFakeDesktopIcons final : public IDesktopIcons {
         }
     }
 
+    std::atomic<DWORD> dwReadMs = 0;  // how long a look takes
     std::atomic<bool> bDesktop = true;
     std::atomic<bool> bRefuses = false;
     std::atomic<std::size_t> now = 0;

@@ -45,6 +45,7 @@ TEST_F(Zoom, AChoiceIsCurrentAtOnceAndVerified) {
 }
 
 TEST_F(Zoom, OpensWithAChangeThatWasMadeElsewhere) {
+    m_pDesktop->dwReadMs = 5;
     ASSERT_EQ(m_function.initialize(), L"");
     EXPECT_TRUE(someTime([&](int nTry) {
         m_pDesktop->now = nTry % 2 == 0 ? 2 : 1;
