@@ -29,6 +29,7 @@ from harness.desktop import HOTKEY_EVENT, STRIP_CLASS, Desktop, Program  # noqa:
 from harness.functions import SAMPLE, sample  # noqa: E402
 from harness.keyboard import MODIFIER  # noqa: E402
 from harness.probe import Rect  # noqa: E402
+from harness.tasks import process_of, wake_ups  # noqa: E402
 from harness.waiting import wait_until  # noqa: E402
 from harness.xserver import PRESSED, RELEASED  # noqa: E402
 from screen import Pixels  # noqa: E402
@@ -76,26 +77,14 @@ def p99(values):
     return sorted(values)[min(len(values) - 1, int(0.99 * len(values)))]
 
 
-def process_of(file):
-    """The process that runs this program, as the system below the emulated one counts it."""
-    for command in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
-        try:
-            text = command.read_bytes().decode(errors="replace").replace("\\", "/")
-        except OSError:
-            continue
-        if text.split("\0")[0].endswith(str(file)):
-            return command.parent
-    raise SystemExit(f"{file} does not run")
+def running(file):
+    """The process of that program."""
+    return process_of(file) or sys.exit(f"{file} does not run")
 
 
 def private_megabytes(process):
     text = (process / "smaps_rollup").read_text()
     return int(re.search(r"^Private_Dirty:\s+(\d+) kB", text, re.M)[1]) / 1024
-
-
-def wake_ups(process):
-    return sum(int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.M)[1])
-               for status in (process / "task").glob("*/status"))
 
 
 class Side:
@@ -241,12 +230,12 @@ class Bench:
             with self.fenwyn() as (program, _):
                 self.live(ours, life)
                 if life:
-                    self.note("memory", "ours", private_megabytes(process_of("Fenwyn.exe")))
+                    self.note("memory", "ours", private_megabytes(running("Fenwyn.exe")))
                     self.measure_wake_ups()
             with self.bare(areas):
                 self.live(theirs, life)
                 if life:
-                    self.note("memory", "theirs", private_megabytes(process_of("LatencyBare.exe")))
+                    self.note("memory", "theirs", private_megabytes(running("LatencyBare.exe")))
 
     def live(self, side, life):
         if life == 0:
@@ -263,10 +252,10 @@ class Bench:
         seconds = 3
         self.send(MODIFIER, PRESSED)
         time.sleep(1)
-        process = process_of("Fenwyn.exe")
-        before = wake_ups(process)
+        process = running("Fenwyn.exe")
+        before = sum(wake_ups(process).values())
         time.sleep(seconds)
-        self.note("wake-ups", "ours", (wake_ups(process) - before) / seconds)
+        self.note("wake-ups", "ours", (sum(wake_ups(process).values()) - before) / seconds)
         self.tap_up(MODIFIER)
 
     def measure_log(self):

@@ -13,18 +13,18 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "
 
 from harness.desktop import Desktop, Program  # noqa: E402
 from harness.places import BUILD  # noqa: E402
-from harness.tasks import tasks_of, wake_ups  # noqa: E402
+from harness.tasks import process_of, wake_ups  # noqa: E402
 
 KEYS_PER_SECOND = 4
 
 
 def measure(name, program, seconds, act):
-    folder = tasks_of(program.stage / "Fenwyn.exe")
-    if folder is None:
+    process = process_of(program.stage / "Fenwyn.exe")
+    if process is None:
         raise SystemExit("Fenwyn does not run")
-    before, begin = wake_ups(folder), time.monotonic()
+    before, begin = wake_ups(process), time.monotonic()
     act(begin + seconds)
-    after, passed = wake_ups(folder), time.monotonic() - begin
+    after, passed = wake_ups(process), time.monotonic() - begin
     woken = sorted((after[thread] - before.get(thread, 0) for thread in after), reverse=True)
     print(f"{name:8}  {sum(woken):5} wake-ups in {passed:.0f} s, {len(after)} threads, {sum(1 for count in woken if count)} "
           f"of them woken")

@@ -38,7 +38,7 @@ std::vector<LANGID> languages() {
 std::wstring captionOf(std::wstring_view function, LANGID language) {
     for (const Row& row : kRows) {
         if (row.function == function) {
-            return common::textIn(nullptr, row.id, common::nearestLanguage(languages(), language));
+            return common::textNear(nullptr, row.id, language);
         }
     }
     return {};

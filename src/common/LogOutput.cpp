@@ -61,18 +61,11 @@ void narrow(const Line& line, bool bCarriageReturn, Bytes& bytes) {
     }
 }
 
-// In one call, because each takes the stream's lock.
-void writeToFile(std::FILE* stream, const Line& line) {
+// In one call, because each takes the stream's lock. To standard error, the runtime adds the carriage returns.
+void writeToStream(std::FILE* stream, const Line& line) {
     Bytes bytes;
-    narrow(line, true, bytes);
+    narrow(line, stream != stderr, bytes);
     std::fwrite(bytes.text.data(), 1, bytes.length, stream);
-}
-
-// The runtime adds the carriage returns.
-void writeToStandardError(const Line& line) {
-    Bytes bytes;
-    narrow(line, false, bytes);
-    std::fwrite(bytes.text.data(), 1, bytes.length, stderr);
 }
 
 // As the runtime writes it: a byte for each character, a carriage return before the line feed.
@@ -101,11 +94,11 @@ void LogOutput::write(const Line& line) {
             break;
         case kFilePerLine:
             if (const Stream stream = _openLogFile(FileMode::Keep)) {
-                writeToFile(stream.get(), line);
+                writeToStream(stream.get(), line);
             }
             break;
         case kStandardError:
-            writeToStandardError(line);
+            writeToStream(stderr, line);
             break;
         default:
             break;
@@ -114,7 +107,7 @@ void LogOutput::write(const Line& line) {
 
 void LogOutput::writeLast(const Line& line, bool bAlone) {
     if (bAlone && m_pStream != nullptr) {
-        writeToFile(m_pStream.get(), line);
+        writeToStream(m_pStream.get(), line);
         std::fflush(m_pStream.get());
     } else if (m_settings.destination == kFile || m_settings.destination == kFilePerLine) {
         _appendDirectly(line);
@@ -153,7 +146,7 @@ void LogOutput::_writeToKeptFile(const Line& line) {
     if (m_pStream == nullptr) {
         return;
     }
-    writeToFile(m_pStream.get(), line);
+    writeToStream(m_pStream.get(), line);
     if (m_settings.flush != 0) {
         std::fflush(m_pStream.get());
     }

@@ -75,10 +75,14 @@ std::wstring textIn(HMODULE module, UINT id, LANGID language) {
     return {text + 1, *text};
 }
 
-std::wstring textOf(HMODULE module, UINT id) {
-    static const LANGID wanted = wantedLanguage();
+std::wstring textNear(HMODULE module, UINT id, LANGID wanted) {
     const LANGID language = nearestLanguage(languagesOfText(module, id), wanted);
     return language != 0 ? textIn(module, id, language) : std::wstring();
+}
+
+std::wstring textOf(HMODULE module, UINT id) {
+    static const LANGID wanted = wantedLanguage();
+    return textNear(module, id, wanted);
 }
 
 }  // namespace common

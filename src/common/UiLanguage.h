@@ -24,6 +24,9 @@ namespace common {
 // That text in exactly that language; empty if there is none.
 [[nodiscard]] std::wstring textIn(HMODULE module, UINT id, LANGID language);
 
+// That text in the language that comes nearest to `wanted`; empty if there is none.
+[[nodiscard]] std::wstring textNear(HMODULE module, UINT id, LANGID wanted);
+
 // That text in the language that comes nearest to the wanted one, which is looked up at the first call and then stays
 // the same until the process ends, so that nobody sees two languages at once. Any thread.
 [[nodiscard]] std::wstring textOf(HMODULE module, UINT id);

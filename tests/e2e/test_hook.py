@@ -2,7 +2,7 @@
 import time
 
 from harness.keyboard import MODIFIER
-from harness.tasks import tasks_of, wake_ups
+from harness.tasks import process_of, wake_ups
 from harness.waiting import wait_until
 
 LOST = "The keyboard hook was lost. It has been installed anew."
@@ -44,12 +44,12 @@ def test_nothing_wakes_the_program_while_no_key_is_used(program):
     program.hold()
     program.let_go()
     program.expect_strip(shown=False)
-    threads = tasks_of(program.stage / "Fenwyn.exe")
-    assert threads
+    process = process_of(program.stage / "Fenwyn.exe")
+    assert process
     quiet = 1.5  # seconds
 
     def sleeps():
-        before = sum(wake_ups(threads).values())
+        before = sum(wake_ups(process).values())
         time.sleep(quiet)
-        return sum(wake_ups(threads).values()) - before <= 3
+        return sum(wake_ups(process).values()) - before <= 3
     wait_until(sleeps, "no thread wakes up", 20)

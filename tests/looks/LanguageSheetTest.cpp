@@ -34,8 +34,7 @@ constexpr Card kCards[] = {{IDS_CAPTION_MUTE, L"Mute", 3},
 class LanguageSheet : public LooksTest {
  protected:
     static std::wstring captionOf(const Card& card) {
-        const std::vector<LANGID> there = common::languagesOfText(nullptr, card.captionId);
-        return common::textIn(nullptr, card.captionId, common::nearestLanguage(there, common::wantedLanguage()));
+        return common::textNear(nullptr, card.captionId, common::wantedLanguage());
     }
     // On one strip, those that the plug-in of the tests offers with a number.
     void showAll(double ratio) {

@@ -36,7 +36,7 @@ std::optional<BYTE> CPatientScreens::read() {
             m_failures.erase(path);
             return percent;
         }
-        _noteFailure(path, m_time());
+        _noteFailure(path);
     }
     return std::nullopt;
 }
@@ -51,7 +51,7 @@ void CPatientScreens::set(BYTE nPercent) {
         if (m_pScreens->set(path, nPercent)) {
             m_failures.erase(path);
         } else {
-            _noteFailure(path, m_time());
+            _noteFailure(path);
         }
     }
 }
@@ -65,8 +65,8 @@ WakeTime CPatientScreens::_look() {
     return now;
 }
 
-// A call may have taken long, so `now` is when it ended.
-void CPatientScreens::_noteFailure(const std::wstring& path, const WakeTime& now) {
+void CPatientScreens::_noteFailure(const std::wstring& path) {
+    const WakeTime now = m_time();  // the call may have taken long
     if (m_woken && now.ullNow - *m_woken < kWakingMs) {
         m_failures.erase(path);
     } else {

@@ -30,10 +30,10 @@ class CPatientScreens {
     void set(BYTE nPercent);
 
  private:
-    // Each of them knows of the machine's sleep by the time.
+    // The time; notes whether the machine has slept since the last look.
     [[nodiscard]] WakeTime _look();
     [[nodiscard]] bool _mayAsk(const std::wstring& path, const WakeTime& now) const;
-    void _noteFailure(const std::wstring& path, const WakeTime& now);
+    void _noteFailure(const std::wstring& path);
 
     const std::shared_ptr<IExternalScreens> m_pScreens;
     const std::function<WakeTime()> m_time;

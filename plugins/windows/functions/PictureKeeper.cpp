@@ -89,7 +89,7 @@ class CPictureKeeper::Core {
         }
         _guarded([this] {
             m_tools.pQuestion->close();
-            static_cast<void>(_goBackIfAsked());
+            _goBackIfAsked();
         });
         _finish(_take(), false);
     }
@@ -134,7 +134,7 @@ class CPictureKeeper::Core {
         if (event == IPictureQuestion::Event::Keep) {
             _keep();
         } else if (event == IPictureQuestion::Event::GoBack) {
-            static_cast<void>(_goBackIfAsked());
+            _goBackIfAsked();
         }
         const Job job = _take();
         if (const auto* const pWanted = std::get_if<WantedPicture>(&job)) {
@@ -162,7 +162,7 @@ class CPictureKeeper::Core {
         if (!_make(wanted)) {
             m_tools.pQuestion->tellFailure(_goBackIfAsked());
         } else if (!m_tools.pQuestion->ask()) {
-            static_cast<void>(_goBackIfAsked());
+            _goBackIfAsked();
         }
     }
 
@@ -172,7 +172,7 @@ class CPictureKeeper::Core {
     }
 
     // Whether the screens are as they were.
-    [[nodiscard]] bool _goBackIfAsked() {
+    bool _goBackIfAsked() {
         if (!m_bAsked) {
             return true;
         }
@@ -193,7 +193,7 @@ class CPictureKeeper::Core {
         const std::optional<Layout> before = m_tools.pLastGood->load();
         m_bAsked = before.has_value();
         m_before = before.value_or(Layout());
-        static_cast<void>(_goBackIfAsked());
+        _goBackIfAsked();
         _publish();
     }
 
