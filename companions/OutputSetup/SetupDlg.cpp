@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "DialogFont.h"
 #include "Favourites.h"
 #include "OutputSetup.h"
 #include "SetupIds.h"
 #include "Texts.h"
+#include "common/DialogFont.h"
 
 namespace setup {
 namespace {
@@ -129,7 +129,7 @@ bool CSetupDlg::OnInitDialog() {
     const LOGFONTW font = m_surroundings.font();
     m_font.reset(::CreateFontIndirectW(&font));
     if (m_font) {
-        setDialogFont(m_hWnd, m_font.get());
+        common::setDialogFont(m_hWnd, m_font.get());
     }
     return true;
 }

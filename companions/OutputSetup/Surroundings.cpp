@@ -1,9 +1,9 @@
 #include "Surroundings.h"
 
-#include "DialogFont.h"
 #include "DisplaySourceLibrary.h"
 #include "SetupIds.h"
 #include "Texts.h"
+#include "common/DialogFont.h"
 
 namespace setup {
 namespace {
@@ -38,7 +38,7 @@ Surroundings realSurroundings() {
         [](HWND owner, const std::wstring& message) {
             return messageBox(owner, message, MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
         },
-        &messageFont,
+        [] { return common::messageFont(); },
         {},
     };
     takeDisplaySource(surroundings);

@@ -17,7 +17,7 @@ DEFINE = re.compile(r"^#define (\w+)\s+(\d+)\b", re.M)
 LANGUAGES = {language: int(number, 16) for language, number in re.findall(
     r"^#include <strings/([\w-]+)\.rc> +// (0x[0-9a-fA-F]+)$", (RES / "Languages.rc").read_text(encoding="utf-8"), re.M)}
 # Every program with texts: the folder of its resources.
-TEXT_FOLDERS = ["src/res", "companions/OutputSetup"]
+TEXT_FOLDERS = ["src/res", "companions/OutputSetup", "settings"]
 # Under a card 96 pixels wide a description fits on three lines at most.
 LONGEST_DESCRIPTION = 28
 # Texts that are the same in every language: names of connectors, alone or with a sign between them.

@@ -7,7 +7,7 @@ import pytest
 import tree
 
 UNIT = "tests/unit/"
-CODE = ("src/", "framework/", "companions/", "plugins/")
+CODE = ("src/", "framework/", "companions/", "plugins/", "settings/")
 
 # Private methods with names that the design gives them.
 DESIGN_METHODS = {
@@ -374,7 +374,7 @@ def unprotected(text):
 
 def test_named_objects_are_the_users_own():
     wrong = [f"{path}: {call}" for path in tree.files(".cpp", ".h")
-             if path.startswith(("src/", "companions/", "plugins/")) for call in unprotected(tree.text(path))]
+             if path.startswith(("src/", "companions/", "plugins/", "settings/")) for call in unprotected(tree.text(path))]
     assert not wrong, "\\n".join(wrong)
 
 

@@ -24,7 +24,7 @@ NUMBER_0X465 = {OUTPUT_SETUP, "src/Messages.h"}
 def writers(pattern):
     found = re.compile(pattern)
     sources = tree.files(".h", ".c", ".cpp", ".rc")
-    return {name for name in sources if name.split("/")[0] in ("src", "companions", "plugins", "framework")
+    return {name for name in sources if name.split("/")[0] in ("src", "companions", "plugins", "framework", "settings")
             and found.search(tree.text(name))}
 
 

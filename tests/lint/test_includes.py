@@ -11,7 +11,7 @@ INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*"([^"]+)"', re.M)
 
 # A part of the tree -> the parts whose headers it may include in addition to its own. A file belongs to the part with
 # the longest name that its path begins with; "src" itself is the application object and the entry point. A part named
-# "include" is what its neighbour publishes. Some parts do not exist yet.
+# "include" is what its neighbour publishes.
 PARTS = {
     "framework": [],
     "src/common": ["companions/include"],
@@ -43,7 +43,8 @@ PARTS = {
                           "companions/OutputSetup/include", "companions/captions/include", "framework", "src/common"],
     "plugins/windows": ["plugins/sdk", "companions/include", "companions/keyboard", "companions/OutputSetup/include",
                         "framework", "src/common", "src/res"],
-    "settings": ["companions/include", "companions/hotkey/include", "framework", "src/common", "src/res"],
+    "settings": ["companions/include", "companions/hotkey/include", "companions/OutputSetup/include", "plugins/sdk",
+                 "framework", "src/common", "src/res", "src/Messages.h"],
 }
 
 # Includes against the direction of the table. (from, to): why. Allowed in sources only: a header uses a forward

@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "ConfigDlg.h"
-#include "DialogFont.h"
 #include "LanguageTexts.h"
 #include "OutputDlg.h"
 #include "SaveDlg.h"

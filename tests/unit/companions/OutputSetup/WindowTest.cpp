@@ -2,13 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "ConfigDlg.h"
-#include "DialogFont.h"
 #include "NameMessage.h"
 #include "OutputDlg.h"
 #include "SaveDlg.h"
 #include "SetupApp.h"
 #include "SetupIds.h"
 #include "Texts.h"
+#include "common/DialogFont.h"
 #include "support/RegistryRoom.h"
 
 using setup::text;
@@ -30,7 +30,7 @@ class Window : public testing::Test {
             m_applied.push_back(arrangement);
             return m_applyResult;
         };
-        m_surroundings.font = &setup::messageFont;
+        m_surroundings.font = [] { return common::messageFont(); };
         m_surroundings.tell = [this](HWND, const std::wstring& message) {
             m_told.push_back(message);
             if (m_whileTelling) {

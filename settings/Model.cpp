@@ -1,0 +1,185 @@
+#include "Model.h"
+
+#include <algorithm>
+
+#include "Values.h"
+#include "ZelHotkey.h"
+#include "companions/include/FunctionListRoot.h"
+
+namespace settings {
+namespace {
+
+bool isUserConfig(const Place& place) {
+    return place.root == Root::User && place.key == FENWYN_REG_CONFIG;
+}
+
+bool isFunctionList(const Place& place) {
+    return place.key == ZEL_REG_HOTKEY ? place.name == ZEL_VALUE_FUNC_LIST
+                                       : place.key.starts_with(ZEL_REG_HOTKEY L"\\");
+}
+
+bool isButton(const Place& place) {
+    return place.key.starts_with(FENWYN_REG_BUTTON_UTILITY);
+}
+
+bool anyOf(const Changes& changes, bool (*test)(const Place&)) {
+    return std::ranges::any_of(changes, [test](const auto& change) { return test(change.first); });
+}
+
+}  // namespace
+
+Content CModel::content(const Place& place) const {
+    const auto found = m_pending.find(place);
+    return found != m_pending.end() ? found->second : stored(place);
+}
+
+void CModel::set(const Place& place, const Content& content) {
+    if (isUserConfig(place)) {
+        _writeAtOnce(place, content);
+    } else if (stored(place) == content) {
+        m_pending.erase(place);
+    } else {
+        m_pending[place] = content;
+    }
+    _tell();
+}
+
+std::vector<std::wstring> CModel::subkeys(Root root, const std::wstring& key) const {
+    std::vector<std::wstring> names = m_outside.store->subkeys(root, key);
+    const std::wstring below = key + L"\\";
+    for (const auto& [place, content] : m_pending) {
+        if (place.root == root && place.key.starts_with(below) && content) {
+            const std::wstring name = place.key.substr(below.size(), place.key.find(L'\\', below.size()) - below.size());
+            if (std::ranges::find(names, name) == names.end()) {
+                names.push_back(name);
+            }
+        }
+    }
+    return names;
+}
+
+Root CModel::listRoot() const {
+    return fenwyn::hasFunctionList(HKEY_LOCAL_MACHINE) ? Root::Machine : Root::User;
+}
+
+// The user's key hides the machine's as soon as it exists, so it gets all values that are in effect before the first
+// one is changed in it.
+void CModel::_writeAtOnce(const Place& place, const Content& content) {
+    if (stored(place) == content) {
+        return;
+    }
+    if (m_before.empty()) {
+        m_bHadUserKey = m_outside.store->hasKey(Root::User, FENWYN_REG_CONFIG);
+    }
+    if (!m_outside.store->hasKey(Root::User, FENWYN_REG_CONFIG)) {
+        _takeOverMachineValues();
+    }
+    m_before.try_emplace(place, stored(place));
+    m_lastError = m_outside.store->write(place, content);
+}
+
+void CModel::_takeOverMachineValues() {
+    for (const Value& value : values()) {
+        if (value.scope == Scope::UserElseMachine) {
+            const Place place{Root::User, FENWYN_REG_CONFIG, value.name};
+            m_before.try_emplace(place, std::nullopt);
+            m_lastError = m_outside.store->write(
+                place, numberData(numberOf(stored({Root::Machine, FENWYN_REG_CONFIG, value.name}).value_or(Data{}))
+                                      .value_or(value.standard)));
+        }
+    }
+}
+
+bool CModel::needsRights() const {
+    return !_withRights().empty();
+}
+
+Changes CModel::_withRights() const {
+    Changes changes;
+    for (const auto& [place, content] : m_pending) {
+        if (!m_outside.store->mayWrite(place.root)) {
+            changes.emplace(place, content);
+        }
+    }
+    return changes;
+}
+
+// What takes rights comes first: if the person refuses them, nothing is written.
+Applied CModel::_write() {
+    if (const Changes changes = _withRights(); !changes.empty()) {
+        m_lastError = m_outside.writeElevated(changes);
+        if (m_lastError != ERROR_SUCCESS) {
+            return m_lastError == ERROR_CANCELLED ? Applied::Refused : Applied::Failed;
+        }
+        for (const auto& change : changes) {
+            m_pending.erase(change.first);
+        }
+    }
+    while (!m_pending.empty()) {
+        const auto first = m_pending.begin();
+        m_lastError = m_outside.store->write(first->first, first->second);
+        if (m_lastError != ERROR_SUCCESS) {
+            return Applied::Failed;
+        }
+        m_pending.erase(first);
+    }
+    return Applied::Done;
+}
+
+Applied CModel::apply() {
+    const bool list = anyOf(m_pending, &isFunctionList);
+    const bool buttons = anyOf(m_pending, &isButton);
+    const Applied written = _write();
+    if (written == Applied::Done) {
+        m_before.clear();
+    }
+    _tell();
+    if (written != Applied::Done) {
+        return written;
+    }
+    if (buttons) {
+        m_outside.announceButtons();
+    }
+    return list && m_outside.isRunning() && !m_outside.restart() ? Applied::NotRestarted : Applied::Done;
+}
+
+// A value that is removed keeps its last effect in a running Fenwyn. So each one first gets the value that was in
+// effect, and goes when Fenwyn has taken that over.
+void CModel::cancel() {
+    m_pending.clear();
+    bool removes = !m_bHadUserKey && !m_before.empty();
+    for (const auto& [place, content] : m_before) {
+        removes = removes || !content;
+        const Data shown = content.value_or(numberData(_standardOf(place)));
+        m_lastError = m_outside.store->write(place, shown);
+    }
+    if (removes) {
+        m_outside.settle();
+    }
+    for (const auto& [place, content] : m_before) {
+        if (!content) {
+            m_lastError = m_outside.store->write(place, std::nullopt);
+        }
+    }
+    if (!m_before.empty() && !m_bHadUserKey) {
+        m_outside.store->removeEmptyKey(Root::User, FENWYN_REG_CONFIG);
+    }
+    m_before.clear();
+    _tell();
+}
+
+// What was in effect without a value of the user: the machine's if the user had no key at all, else the default.
+DWORD CModel::_standardOf(const Place& place) const {
+    const Value* const value = findValue(place.name);
+    const DWORD standard = value != nullptr ? value->standard : 0;
+    return m_bHadUserKey ? standard
+                         : numberOf(stored({Root::Machine, place.key, place.name}).value_or(Data{})).value_or(standard);
+}
+
+void CModel::_tell() const {
+    if (m_changed) {
+        m_changed();
+    }
+}
+
+}  // namespace settings

@@ -1,0 +1,93 @@
+#pragma once
+
+// Numbers of the dialog templates, their controls and the texts. Plain numbers only, because the resource compiler
+// reads this file too. A control whose text never changes has the number of its text.
+
+// The window class, by which a second start finds the window.
+#define SETTINGS_WINDOW_CLASS L"KESTOVA_Fenwyn_Settings"
+
+// ---- The window
+#define IDD_SETTINGS 100
+#define IDD_PAGE_CARDS 101
+#define IDD_PAGE_KEYS 102
+#define IDD_PAGE_BEHAVIOUR 103
+#define IDD_PAGE_BUTTONS 104
+#define IDD_PAGE_LOG 105
+
+#define IDC_TABS 1000
+
+#define IDS_OK 1      // IDOK
+#define IDS_CANCEL 2  // IDCANCEL
+#define IDS_APPLY 3
+#define IDS_APPLY_FOR_ALL 4
+#define IDS_EXPORT 5
+#define IDS_IMPORT 6
+#define IDS_PROGRAM 7
+#define IDS_TAB_CARDS 8
+#define IDS_TAB_KEYS 9
+#define IDS_TAB_BEHAVIOUR 10
+#define IDS_TAB_BUTTONS 11
+#define IDS_TAB_LOG 12
+#define IDS_ERROR_WINDOW 13  // one argument: the system's error
+#define IDS_ERROR_REFUSED 14
+#define IDS_ERROR_WRITE 15  // one argument: the system's error
+#define IDS_ERROR_RESTART 16
+
+// ---- Cards: controls from 1100, texts from 100
+// ---- Behaviour: controls from 1200, texts from 200. Of a setting its name, and then what it does.
+#define IDS_POSITION 200
+#define IDS_POSITION_MORE 201
+#define IDS_MONITOR 202
+#define IDS_MONITOR_MORE 203
+#define IDS_DISABLE 204
+#define IDS_DISABLE_MORE 205
+#define IDS_HOVER 206
+#define IDS_HOVER_MORE 207
+#define IDS_HOVER_DELAY 208
+#define IDS_HOVER_DELAY_MORE 209
+#define IDS_TOPMOST 210
+#define IDS_TOPMOST_MORE 211
+#define IDS_FULL_SCREEN 212
+#define IDS_FULL_SCREEN_MORE 213
+#define IDS_HIDE_STRIP 214
+#define IDS_HIDE_STRIP_MORE 215
+#define IDS_IGNORE_FN 216
+#define IDS_IGNORE_FN_MORE 217
+#define IDS_AUTO_HIDE 218
+#define IDS_AUTO_HIDE_MORE 219
+#define IDS_AUTO_HIDE_DELAY 220
+#define IDS_AUTO_HIDE_DELAY_MORE 221
+#define IDS_AT_LAUNCH 222
+#define IDS_AT_LAUNCH_MORE 223
+#define IDS_LOST_FOCUS 224
+#define IDS_LOST_FOCUS_MORE 225
+#define IDS_HIDE_CAPTION 226
+#define IDS_HIDE_CAPTION_MORE 227
+#define IDS_ALL_CAPTIONS 228
+#define IDS_ALL_CAPTIONS_MORE 229
+#define IDS_ITEM_WIDTH 230
+#define IDS_ITEM_WIDTH_MORE 231
+#define IDS_THUMB_SIZE 232
+#define IDS_THUMB_SIZE_MORE 233
+#define IDS_PROGRAMMABLE 234
+#define IDS_PROGRAMMABLE_MORE 235
+#define IDS_PATIENCE 236
+#define IDS_PATIENCE_MORE 237
+#define IDS_END_TIME 238
+#define IDS_END_TIME_MORE 239
+#define IDS_LANGUAGE 240
+#define IDS_LANGUAGE_MORE 241
+#define IDS_INSTALL_PATH 242
+#define IDS_INSTALL_PATH_MORE 243
+#define IDS_DISPLAY_SOURCE 244
+#define IDS_DISPLAY_SOURCE_MORE 245
+#define IDS_MODIFIER 246
+#define IDS_MODIFIER_MORE 247
+#define IDS_STICKY 248
+#define IDS_STICKY_MORE 249
+#define IDS_RELEASE_DELAY 250
+#define IDS_RELEASE_DELAY_MORE 251
+// ---- Keys: controls from 1400, texts from 400
+// ---- Buttons: controls from 1500, texts from 500
+// ---- Log and help: controls from 1600, texts from 600
+// ---- The icon in the notification area: texts from 700
