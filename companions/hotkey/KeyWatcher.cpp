@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "KeyTrial.h"
 #include "include/ZelHotkey.h"
 #include "keyboard/Lock.h"
 #include "keyboard/OwnInput.h"
@@ -54,9 +55,18 @@ bool CKeyWatcher::handleKey(const keyboard::KeyEvent& event) noexcept {
     m_nLastSlot = event.down ? event.slot : 0;
     m_secondRoad.hookSaw(event, ::GetTickCount64());
     const CKeyTracker::Alone before = m_tracker.alone();
-    const bool bSwallow = m_tracker.handle(event);
+    const bool bTried = event.down && _mayAct(event) && keysAreTried();
+    if (bTried) {
+        m_tracker.releaseAll();
+    }
+    const bool bSwallow = !bTried && m_tracker.handle(event);
     _setAlarms(before);
     return bSwallow;
+}
+
+// Ordinary typing is not to cost a call of the system for each key.
+bool CKeyWatcher::_mayAct(const keyboard::KeyEvent& event) const noexcept {
+    return event.virtualKey == m_nModifier || m_tracker.anythingDown() || m_alone.any();
 }
 
 // By our own clock: what a key says of its time is its sender's.
@@ -92,6 +102,7 @@ void CKeyWatcher::handleWake() noexcept {
 }
 
 void CKeyWatcher::_takeSettings(const TrackerSettings& settings) noexcept {
+    m_nModifier = settings.modifierKey;
     m_nReleaseDelay = settings.releaseDelay;
     m_alone = settings.alone;
     m_tracker.setSettings(settings);
@@ -109,7 +120,7 @@ void CKeyWatcher::keyboardUsed() noexcept {
 void CKeyWatcher::registeredKeyPressed(DWORD id) noexcept {
     const ULONGLONG now = ::GetTickCount64();
     const keyboard::KeyEvent event = m_secondRoad.pressed(id, now);
-    if (event.slot == 0) {
+    if (event.slot == 0 || keysAreTried()) {
         return;
     }
     m_watchdog.keyboardUsed(now);
@@ -137,7 +148,8 @@ void CKeyWatcher::handleTick() noexcept {
     if (m_aloneEnd.takeIfDue(now)) {
         m_tracker.endAlone();
     }
-    if (m_watchdog.takeIfLost(now, lastInputTime())) {
+    // Whoever tries keys out hides them from this hook.
+    if (m_watchdog.takeIfLost(now, lastInputTime()) && !keysAreTried()) {
         m_nWhyNewHook = ZEL_CONFIG_HOOK_LOST;
         const CKeyTracker::Alone before = m_tracker.alone();
         m_tracker.releaseHidden();

@@ -40,6 +40,8 @@ class CKeyWatcher : public keyboard::IHookClient, private IKeyPresser, private I
     void keyboardUsed() noexcept override;
     void registeredKeyPressed(DWORD id) noexcept override;
     void keyboardChangedHands() noexcept override;
+    // Whether the press of a key can be more than typing.
+    [[nodiscard]] bool _mayAct(const keyboard::KeyEvent& event) const noexcept;
     void _takeSettings(const TrackerSettings& settings) noexcept;
     // `before`: what the tracker said of keys without the modifier before the change.
     void _setAlarms(CKeyTracker::Alone before) noexcept;
@@ -52,10 +54,11 @@ class CKeyWatcher : public keyboard::IHookClient, private IKeyPresser, private I
     CKeyTracker m_tracker;
     CLostKeyRhythm m_rhythm;
     std::size_t m_nLastSlot = 0;  // of the last key that was pressed; 0: none
-    DWORD m_nReleaseDelay = 0;    // ms
-    keyboard::KeySet m_alone;     // keys that act without the modifier
-    CAlarm m_look;                // for keys whose release was not seen
-    CAlarm m_aloneEnd;            // the keys without the modifier are over
+    DWORD m_nModifier = TrackerSettings().modifierKey;
+    DWORD m_nReleaseDelay = 0;  // ms
+    keyboard::KeySet m_alone;   // keys that act without the modifier
+    CAlarm m_look;              // for keys whose release was not seen
+    CAlarm m_aloneEnd;          // the keys without the modifier are over
     CStickyWindow m_stickyWindow;
     CNewsWindow m_newsWindow;
     CSecondRoad m_secondRoad;

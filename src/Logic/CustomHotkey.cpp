@@ -1,11 +1,10 @@
 #include "Logic/CustomHotkey.h"
 
-#include <shellapi.h>
-
 #include <algorithm>
 #include <new>
 
 #include "Data/RegistryPaths.h"
+#include "common/StartByShell.h"
 #include "common/Status.h"
 
 namespace {
@@ -14,21 +13,6 @@ using storage::Policy;
 using storage::Storage;
 
 constexpr DWORD kCodeBits = 0x7F;
-constexpr INT_PTR kLastShellError = 32;
-
-// Addresses and extended paths may be longer than MAX_PATH. However, some shells copy the text together with words of
-// their own into a buffer of 1024 characters, and crash when it overflows.
-constexpr std::size_t kMostFileChars = 960;
-
-// The shell's result: above kLastShellError the program was started.
-INT_PTR startProgram(const std::wstring& file, const std::wstring& param) {
-    if (file.size() > kMostFileChars) {
-        LOG_LINE(::dbglog::Level::Error, L"%u characters are more than the shell takes as a file.",
-                 static_cast<unsigned>(file.size()));
-        return SE_ERR_FNF;
-    }
-    return reinterpret_cast<INT_PTR>(::ShellExecuteW(nullptr, nullptr, file.c_str(), param.c_str(), nullptr, SW_SHOW));
-}
 
 }  // namespace
 
@@ -110,9 +94,9 @@ HRESULT CCustomHotkey::handleHotkey(DWORD code) {
     // A copy, because the shell may dispatch messages, and one of them may rebuild the list.
     const CustomHotkeyInfo hotkey = *found;
     LOG_INFO(L"File:%s, param:%s.", hotkey.file.c_str(), hotkey.param.c_str());
-    const INT_PTR result = startProgram(hotkey.file, hotkey.param);
-    if (result <= kLastShellError) {
-        RETURN_LOGGED(static_cast<HRESULT>(result));
+    const DWORD error = common::startByShell(hotkey.file, hotkey.param);
+    if (error != ERROR_SUCCESS) {
+        RETURN_LOGGED(static_cast<HRESULT>(error));
     }
     return S_OK;
 }

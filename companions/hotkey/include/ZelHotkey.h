@@ -164,6 +164,12 @@ typedef LONG(WINAPI* ZelStop)(void);
  * unsignalled and resets one that exists. Open it with EVENT_MODIFY_STATE and call SetEvent. */
 #define ZEL_END_EVENT L"Local\\KESTOVA_Fenwyn_End"
 
+/* While an event of this name exists, somebody tries keys out, as the settings program does: the library reports and
+ * swallows nothing that begins then, and installs no hook anew. (Keys without the modifier stay registered with Windows
+ * as hotkeys; whoever tries them out hides them with a hook.) Whoever creates it need not signal it; it goes with its
+ * last handle, however its owner ends. A maker's library should honour it too. */
+#define ZEL_KEY_TRIAL_EVENT L"Local\\KESTOVA_Fenwyn_KeyTrial"
+
 /* ------------------------------------------------------------------------------------------------------------------
  * ZelEvnt.dll
  * ---------------------------------------------------------------------------------------------------------------- */

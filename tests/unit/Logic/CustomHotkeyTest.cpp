@@ -271,8 +271,9 @@ TEST_F(CustomHotkey, WhatNoShellSurvivesIsRefusedAndLogged) {
     EXPECT_EQ(customized(), Codes{0x41});
     const LogCapture capture(0);
     EXPECT_EQ(m_hotkeys.handleHotkey(0x41), SE_ERR_FNF);
-    EXPECT_EQ(capture.lines(), (Lines{L"[ERR] (startProgram): 5007 characters are more than the shell takes as a file.",
-                                      L"[ERR] (CCustomHotkey::handleHotkey): Error Code: 0x2"}));
+    EXPECT_EQ(capture.lines(),
+              (Lines{L"[ERR] (common::startByShell): 5007 characters are more than the shell takes as a file.",
+                     L"[ERR] (CCustomHotkey::handleHotkey): Error Code: 0x2"}));
 }
 
 TEST(HbqNotify, NumberIsTheRegisteredMessageOfItsName) {
