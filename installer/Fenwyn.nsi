@@ -89,14 +89,14 @@ Var Problem      ; what is in use, for the message
 !insertmacro MUI_UNPAGE_INSTFILES
 
 ; Of a few languages, makensis lacks some texts; those that it has count.
-!macro FENWYN_LANGUAGE NAME
-  !if /FileExists "strings\missing\${NAME}.nsh"
-    !include "strings\missing\${NAME}.nsh"
+!macro FENWYN_LANGUAGE TAG NAME
+  !if /FileExists "strings\missing\${TAG}.nsh"
+    !include "strings\missing\${TAG}.nsh"
   !endif
   !insertmacro MUI_LANGUAGE "${NAME}"
-  !insertmacro LANGFILE_INCLUDE "strings\${NAME}.nsh"
+  !insertmacro LANGFILE_INCLUDE "strings\${TAG}.nsh"
 !macroend
-!include languages.nsh
+!include "${CONTENTS}\languages.nsh"
 
 ; ---- Both in the installer and in the uninstaller
 

@@ -2,9 +2,11 @@
 """installer/contents.py OUT STAGE64 STAGE32: what the packages contain, as lists for the installer and as portable zips.
 
 Both stage folders hold the same files; a difference is an error. The simulated notebook stays at home: it is for those
-who have no notebook. OUT gets install-64.nsh, install-32.nsh, check.nsh, remove.nsh, size.nsh and files.txt.
+who have no notebook. OUT gets install-64.nsh, install-32.nsh, check.nsh, remove.nsh, size.nsh, languages.nsh and
+files.txt.
 """
 import pathlib
+import re
 import sys
 import zipfile
 
@@ -46,6 +48,14 @@ def remove_list(names):
         [f'RMDir "$INSTDIR\\{windows(folder)}"' for folder in folders_of(names)]
 
 
+def language_list():
+    """The product's languages in its order, each with makensis' name for it; the first is the one for all others."""
+    tags = re.findall(r"<strings/([\w-]+)\.rc>", (ROOT / "src" / "res" / "Languages.rc").read_text())
+    texts = {tag: (ROOT / "installer" / "strings" / f"{tag}.nsh").read_text() for tag in tags}
+    names = {tag: re.search(r'LANGFILE_EXT "(\w+)"', text)[1] for tag, text in texts.items()}
+    return [f'!insertmacro FENWYN_LANGUAGE "{tag}" "{name}"' for tag, name in names.items()]
+
+
 def write(path, lines):
     path.write_text("\n".join(lines) + "\n")
 
@@ -72,6 +82,7 @@ def main():
     write(out / "check.nsh", [f'!insertmacro CHECK_FILE "{windows(name)}"' for name in names])
     write(out / "remove.nsh", remove_list(names))
     write(out / "size.nsh", [f"!define SIZE_KB {sum(path.stat().st_size for path in flavours['64'].values()) // 1024}"])
+    write(out / "languages.nsh", language_list())
     write(out / "files.txt", names)
 
 
