@@ -2,24 +2,33 @@
 
 #include <algorithm>
 
-#include "Values.h"
+#include "Allowed.h"
+#include "Data/RegistryPaths.h"
 #include "ZelHotkey.h"
+#include "ZelModifier.h"
 #include "companions/include/FunctionListRoot.h"
 
 namespace settings {
 namespace {
 
 bool isUserConfig(const Place& place) {
-    return place.root == Root::User && place.key == FENWYN_REG_CONFIG;
+    return place.root == Root::User && place.key == regpath::kConfigKey;
 }
 
 bool isFunctionList(const Place& place) {
-    return place.key == ZEL_REG_HOTKEY ? place.name == ZEL_VALUE_FUNC_LIST
-                                       : place.key.starts_with(ZEL_REG_HOTKEY L"\\");
+    return place.key == regpath::kHotkeyKey ? place.name == regpath::kFuncList
+                                       : place.key.starts_with(std::wstring(regpath::kHotkeyKey) + L"\\");
 }
 
 bool isButton(const Place& place) {
     return place.key.starts_with(FENWYN_REG_BUTTON_UTILITY);
+}
+
+// Including the settings that stand beside the list.
+bool belongsToList(const Place& place) {
+    const Value* const value = findValue(place.name);
+    return place.root != Root::LogFile && (isFunctionList(place) || (value != nullptr && (value->scope == Scope::List ||
+                                                                                       value->scope == Scope::Product)));
 }
 
 bool anyOf(const Changes& changes, bool (*test)(const Place&)) {
@@ -62,6 +71,93 @@ Root CModel::listRoot() const {
     return fenwyn::hasFunctionList(HKEY_LOCAL_MACHINE) ? Root::Machine : Root::User;
 }
 
+Place CModel::placeOf(const Value& value) const {
+    switch (value.scope) {
+        case Scope::UserElseMachine:
+            return {_hasUserKey() ? Root::User : Root::Machine, regpath::kConfigKey, value.name};
+        case Scope::Machine:
+            return {Root::Machine, regpath::kConfigKey, value.name};
+        case Scope::Language: {
+            const Place users{Root::User, regpath::kProgramKey, value.name};
+            return content(users) ? users : Place{Root::Machine, regpath::kProgramKey, value.name};
+        }
+        case Scope::List:
+            return {listRoot(), regpath::kHotkeyKey, value.name};
+        case Scope::Product:
+            break;
+    }
+    return {listRoot(), regpath::kProgramKey, value.name};
+}
+
+Place CModel::placeToWrite(const Value& value) const {
+    Place place = placeOf(value);
+    if (value.scope == Scope::UserElseMachine || value.scope == Scope::Language) {
+        place.root = Root::User;
+    }
+    return place;
+}
+
+CModel::Reading CModel::read(const Value& value) const {
+    Reading reading{content(placeOf(value)), value.standard, {}, true};
+    if (reading.content) {
+        reading.isGood = isGood(value, *reading.content);
+        reading.number = numberOf(*reading.content).value_or(value.standard);
+        reading.text = textOf(*reading.content);
+    }
+    if (value.kind == Kind::VirtualKey) {
+        reading.number = zelModifierKey(reading.number);
+    }
+    return reading;
+}
+
+void CModel::setText(const Value& value, const std::wstring& text) {
+    set(placeToWrite(value), text.empty() ? Content() : textData(text));
+}
+
+Changes CModel::everything() const {
+    Changes all;
+    const auto add = [&](const Place& place) {
+        if (const Content there = content(place); there && isAllowed(place, there)) {
+            all.emplace(place, there);
+        }
+    };
+    for (const Value& value : values()) {
+        const Reading reading = read(value);
+        const Content shown = isText(value.kind) ? reading.content : numberData(reading.number);
+        if (const Place place = placeToWrite(value); reading.isGood && shown && isAllowed(place, shown)) {
+            all.emplace(place, shown);
+        }
+    }
+    for (const Family& family : families()) {
+        const Root root = family.forUsers ? listRoot() : Root::Machine;
+        for (const std::wstring& key : subkeys(root, family.parent)) {
+            for (const wchar_t* name : family.names) {
+                if (name != nullptr) {
+                    add({root, std::wstring(family.parent) + L"\\" + key, name});
+                }
+            }
+        }
+    }
+    add({listRoot(), regpath::kHotkeyKey, regpath::kFuncList});
+    for (const wchar_t* name : logNames()) {
+        add({Root::LogFile, kLogSection, name});
+    }
+    return all;
+}
+
+void CModel::takeOver(const Changes& changes) {
+    const Root root = listRoot();
+    for (const auto& [place, content] : changes) {
+        Place here = place;
+        here.root = belongsToList(place) ? root : place.root;
+        set(here, content);
+    }
+}
+
+bool CModel::_hasUserKey() const {
+    return m_outside.store->hasKey(Root::User, regpath::kConfigKey);
+}
+
 // The user's key hides the machine's as soon as it exists, so it gets all values that are in effect before the first
 // one is changed in it.
 void CModel::_writeAtOnce(const Place& place, const Content& content) {
@@ -69,9 +165,9 @@ void CModel::_writeAtOnce(const Place& place, const Content& content) {
         return;
     }
     if (m_before.empty()) {
-        m_bHadUserKey = m_outside.store->hasKey(Root::User, FENWYN_REG_CONFIG);
+        m_bHadUserKey = _hasUserKey();
     }
-    if (!m_outside.store->hasKey(Root::User, FENWYN_REG_CONFIG)) {
+    if (!_hasUserKey()) {
         _takeOverMachineValues();
     }
     m_before.try_emplace(place, stored(place));
@@ -81,10 +177,10 @@ void CModel::_writeAtOnce(const Place& place, const Content& content) {
 void CModel::_takeOverMachineValues() {
     for (const Value& value : values()) {
         if (value.scope == Scope::UserElseMachine) {
-            const Place place{Root::User, FENWYN_REG_CONFIG, value.name};
+            const Place place{Root::User, regpath::kConfigKey, value.name};
             m_before.try_emplace(place, std::nullopt);
             m_lastError = m_outside.store->write(
-                place, numberData(numberOf(stored({Root::Machine, FENWYN_REG_CONFIG, value.name}).value_or(Data{}))
+                place, numberData(numberOf(stored({Root::Machine, regpath::kConfigKey, value.name}).value_or(Data{}))
                                       .value_or(value.standard)));
         }
     }
@@ -162,7 +258,7 @@ void CModel::cancel() {
         }
     }
     if (!m_before.empty() && !m_bHadUserKey) {
-        m_outside.store->removeEmptyKey(Root::User, FENWYN_REG_CONFIG);
+        m_outside.store->removeEmptyKey(Root::User, regpath::kConfigKey);
     }
     m_before.clear();
     _tell();

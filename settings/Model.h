@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Store.h"
+#include "Values.h"
 
 namespace settings {
 
@@ -56,11 +57,34 @@ class CModel {
     // Drops what is pending, and puts back what took effect at once.
     void cancel();
 
+    // A setting as it is, or is to be: `content` is what is stored, even if the setting may not have that; `number` is
+    // what Fenwyn makes of it.
+    struct Reading {
+        Content content;
+        DWORD number = 0;
+        std::wstring text;
+        bool isGood = true;  // nothing is good too
+    };
+    [[nodiscard]] Reading read(const Value& value) const;
+    // Where the setting is read, and where a change of it is written.
+    [[nodiscard]] Place placeOf(const Value& value) const;
+    [[nodiscard]] Place placeToWrite(const Value& value) const;
+    void setNumber(const Value& value, DWORD number) { set(placeToWrite(value), numberData(number)); }
+    // An empty text removes the setting.
+    void setText(const Value& value, const std::wstring& text);
+
+    // Everything that is set, as it is to be after Apply; what a setting may not have is left out.
+    [[nodiscard]] Changes everything() const;
+    // Takes settings over from elsewhere; all of them are allowed. What belongs to a function list goes to the one in
+    // force here.
+    void takeOver(const Changes& changes);
+
     // Called after every change.
     void watch(std::function<void()> changed) { m_changed = std::move(changed); }
 
  private:
     void _writeAtOnce(const Place& place, const Content& content);
+    [[nodiscard]] bool _hasUserKey() const;
     void _takeOverMachineValues();
     [[nodiscard]] DWORD _standardOf(const Place& place) const;
     [[nodiscard]] Changes _withRights() const;

@@ -1,5 +1,6 @@
 #include "Outside.h"
 
+#include "Elevation.h"
 #include "RunningFenwyn.h"
 
 namespace settings {
@@ -34,7 +35,7 @@ void settle() {
 }  // namespace
 
 Outside realOutside(IStore& store) {
-    return {&store,   [](const Changes& /*changes*/) { return LSTATUS{ERROR_CANCELLED}; },
+    return {&store,   &writeElevated,
             [] { return frameOfFenwyn() != nullptr; },
             &restart, &settle, [] {}};
 }

@@ -153,7 +153,7 @@ bool CSystemStore::mayWrite(Root root) const {
                                                     nullptr));
         return static_cast<bool>(file);
     }
-    for (const wchar_t* key : {FENWYN_REG_CONFIG, FENWYN_REG_PRODUCT, FENWYN_REG_MAKER, FENWYN_REG_SOFTWARE}) {
+    for (const wchar_t* key : {FENWYN_REG_CONFIG, FENWYN_REG_PRODUCT, FENWYN_REG_MAKER, FENWYN_REG_SOFTWARE, L""}) {
         common::UniqueRegKey opened;
         const LSTATUS error =
             ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, key, 0, KEY_SET_VALUE | KEY_CREATE_SUB_KEY, opened.put());

@@ -17,8 +17,9 @@ PARTS = {
     "src/common": ["companions/include"],
     "src/res": [],
     "src/Messages.h": [],
-    "src/Data": ["src/common", "companions/include"],
-    "src/Logic": ["src/Data", "src/common", "src/res", "src/Messages.h", "framework", "companions/hotkey/include",
+    "src/Data/RegistryPaths.h": ["companions/include"],
+    "src/Data": ["src/Data/RegistryPaths.h", "src/common", "companions/include"],
+    "src/Logic": ["src/Data", "src/Data/RegistryPaths.h", "src/common", "src/res", "src/Messages.h", "framework", "companions/hotkey/include",
                   "companions/OutputSetup/include", "plugins/sdk"],
     "src/UI": ["src/Logic", "src/Data", "src/common", "src/res", "src/Messages.h", "framework",
                "companions/OutputSetup/include", "plugins/sdk"],
@@ -44,7 +45,7 @@ PARTS = {
     "plugins/windows": ["plugins/sdk", "companions/include", "companions/keyboard", "companions/OutputSetup/include",
                         "framework", "src/common", "src/res"],
     "settings": ["companions/include", "companions/hotkey/include", "companions/OutputSetup/include", "plugins/sdk",
-                 "framework", "src/common", "src/res", "src/Messages.h"],
+                 "framework", "src/common", "src/res", "src/Messages.h", "src/Data/RegistryPaths.h"],
 }
 
 # Includes against the direction of the table. (from, to): why. Allowed in sources only: a header uses a forward
