@@ -2,6 +2,10 @@
 
 #include <uxtheme.h>
 
+#include <algorithm>
+
+#include "Allowed.h"
+#include "ChangeFile.h"
 #include "Model.h"
 #include "Pages.h"
 #include "SettingsIds.h"
@@ -33,6 +37,11 @@ RECT placeIn(HWND dialog, HWND control) {
     ::GetWindowRect(control, &place);
     ::MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
     return place;
+}
+
+FileQuestion settingsFile(UINT title, bool save) {
+    constexpr wchar_t kPattern[] = L"\0*.fenwyn\0";
+    return {text(title), text(IDS_FILE_KIND) + std::wstring(kPattern, std::size(kPattern) - 1), L"fenwyn", save};
 }
 
 }  // namespace
@@ -196,9 +205,53 @@ void CSettingsDlg::_press(UINT id) {
         case IDS_APPLY:
             static_cast<void>(_apply());
             break;
+        case IDS_EXPORT:
+            _export();
+            break;
+        case IDS_IMPORT:
+            _import();
+            break;
         default:
             break;
     }
+}
+
+void CSettingsDlg::_export() {
+    if (!_storePages()) {
+        return;
+    }
+    const auto file = m_surroundings.chooseFile(m_hWnd, settingsFile(IDS_EXPORT_TITLE, true));
+    if (!file) {
+        return;
+    }
+    if (const LSTATUS error = writeTextFile(*file, fileText(m_model.everything())); error != ERROR_SUCCESS) {
+        m_surroundings.tell(m_hWnd, text(IDS_ERROR_FILE, {systemErrorText(static_cast<DWORD>(error))}));
+    }
+}
+
+// Everything is checked before anything changes.
+void CSettingsDlg::_import() {
+    const auto file = m_surroundings.chooseFile(m_hWnd, settingsFile(IDS_IMPORT_TITLE, false));
+    std::wstring words;
+    if (!file) {
+        return;
+    }
+    if (const LSTATUS error = readTextFile(*file, words); error != ERROR_SUCCESS) {
+        return m_surroundings.tell(m_hWnd, text(IDS_ERROR_FILE, {systemErrorText(static_cast<DWORD>(error))}));
+    }
+    std::size_t line = 0;
+    const std::optional<Changes> changes = parseFile(words, line);
+    if (!changes) {
+        return m_surroundings.tell(m_hWnd, text(IDS_ERROR_LINE, {std::to_wstring(line)}));
+    }
+    const auto wrong =
+        std::ranges::find_if(*changes, [](const auto& change) { return !isAllowed(change.first, change.second); });
+    if (wrong != changes->end()) {
+        return m_surroundings.tell(m_hWnd, text(IDS_ERROR_ALLOWED, {fileText({*wrong})}));
+    }
+    m_model.takeOver(*changes);
+    _loadPages();
+    m_surroundings.tell(m_hWnd, text(IDS_IMPORTED, {std::to_wstring(changes->size())}));
 }
 
 LRESULT CSettingsDlg::OnNotify(WPARAM /*wParam*/, LPARAM lParam) {

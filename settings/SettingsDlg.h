@@ -44,6 +44,8 @@ class CSettingsDlg : public CDialog {
     void _press(UINT id);
     [[nodiscard]] bool _apply();
     void _cancel();
+    void _export();
+    void _import();
     void _showButtons() const;
     void _turn(int by);
     void _setFont(UINT dpi);

@@ -32,9 +32,39 @@
 #define IDS_ERROR_REFUSED 14
 #define IDS_ERROR_WRITE 15  // one argument: the system's error
 #define IDS_ERROR_RESTART 16
+#define IDS_FILE_KIND 17
+#define IDS_EXPORT_TITLE 18
+#define IDS_IMPORT_TITLE 19
+#define IDS_IMPORTED 20       // one argument: how many
+#define IDS_ERROR_FILE 21     // one argument: the system's error
+#define IDS_ERROR_LINE 22     // one argument: the number of the line
+#define IDS_ERROR_ALLOWED 23  // one argument: what is not allowed
 
 // ---- Cards: controls from 1100, texts from 100
 // ---- Behaviour: controls from 1200, texts from 200. Of a setting its name, and then what it does.
+#define IDC_FIRST_ROW 1200  // of a row for each setting
+#define IDS_GROUP_PLACE 260
+#define IDS_GROUP_SHOWING 261
+#define IDS_GROUP_CAPTIONS 262
+#define IDS_GROUP_PLUGINS 263
+#define IDS_GROUP_LANGUAGE 264
+#define IDS_DEFAULT 265  // one argument: the default
+#define IDS_FOR_ALL 266
+#define IDS_ON 267
+#define IDS_OFF 268
+#define IDS_TOP 269
+#define IDS_BOTTOM 270
+#define IDS_EMPTY 271
+#define IDS_LANGUAGE_OF_WINDOWS 272
+#define IDS_MILLISECONDS 273
+#define IDS_PIXELS 274
+#define IDS_REPAIR 275
+#define IDS_BAD_TEXT 276     // one argument: what is stored
+#define IDS_BAD_RANGE 277    // the number, the lowest and the highest one
+#define IDS_BAD_WORD 278     // what is stored, and the number that it counts as
+#define IDS_BAD_TYPE 279     // the number that it counts as
+#define IDS_ERROR_RANGE 280  // the lowest and the highest number
+#define IDS_ERROR_PATH 281
 #define IDS_POSITION 200
 #define IDS_POSITION_MORE 201
 #define IDS_MONITOR 202

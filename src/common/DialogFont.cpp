@@ -10,17 +10,6 @@ namespace {
 
 constexpr std::wstring_view kAlphabet = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 
-// The pixels of four horizontal and eight vertical dialog units, as the system counts them.
-SIZE unitsOf(HFONT font) {
-    const WindowDc screen(nullptr);
-    const SelectScope select(screen.get(), font);
-    TEXTMETRICW metrics{};
-    SIZE extent{};
-    ::GetTextMetricsW(screen.get(), &metrics);
-    ::GetTextExtentPoint32W(screen.get(), kAlphabet.data(), static_cast<int>(kAlphabet.size()), &extent);
-    return {(extent.cx / 26 + 1) / 2, metrics.tmHeight};
-}
-
 struct Scale {
     SIZE from;
     SIZE to;
@@ -117,14 +106,24 @@ UINT dpiOf(HWND window) {
     return dpi != 0 ? dpi : systemDpi();
 }
 
+SIZE dialogUnitsOf(HFONT font) {
+    const WindowDc screen(nullptr);
+    const SelectScope select(screen.get(), font);
+    TEXTMETRICW metrics{};
+    SIZE extent{};
+    ::GetTextMetricsW(screen.get(), &metrics);
+    ::GetTextExtentPoint32W(screen.get(), kAlphabet.data(), static_cast<int>(kAlphabet.size()), &extent);
+    return {(extent.cx / 26 + 1) / 2, metrics.tmHeight};
+}
+
 void setDialogFont(HWND dialog, HFONT font) {
     RECT units{0, 0, 4, 8};
     ::MapDialogRect(dialog, &units);
-    resizeDialog(dialog, font, {{units.right, units.bottom}, unitsOf(font)});
+    resizeDialog(dialog, font, {{units.right, units.bottom}, dialogUnitsOf(font)});
 }
 
 void changeDialogFont(HWND dialog, HFONT from, HFONT to) {
-    resizeDialog(dialog, to, {unitsOf(from), unitsOf(to)});
+    resizeDialog(dialog, to, {dialogUnitsOf(from), dialogUnitsOf(to)});
 }
 
 void leaveScalingToDialog(HWND dialog) {

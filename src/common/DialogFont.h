@@ -14,6 +14,9 @@ namespace common {
 // The dpi of the screen that the window is on; that of the primary one where the system knows no other.
 [[nodiscard]] UINT dpiOf(HWND window);
 
+// The pixels of four horizontal and eight vertical dialog units of a font, as the system counts them.
+[[nodiscard]] SIZE dialogUnitsOf(HFONT font);
+
 // Gives a dialog and its controls a font and the sizes that the template means in units of that font. A window stays in
 // the middle of the work area, a child at its place. The dialog does not own the font.
 void setDialogFont(HWND dialog, HFONT font);
