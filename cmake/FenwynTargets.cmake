@@ -16,8 +16,10 @@ add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=./ -fmacro-prefix-ma
 add_compile_options(-fstack-protector-strong)
 
 # -static: no compiler runtime library to ship; --kill-at: plain export names on 32 bit; without the time of linking, two
-# builds of one commit are the same bytes.
-add_link_options(-static -fstack-protector-strong -Wl,--kill-at -Wl,--tsaware -Wl,--no-insert-timestamp)
+# builds of one commit are the same bytes. With sections at whole pages of the file, every system maps them, and processes
+# share them; some would read them into memory otherwise.
+add_link_options(-static -fstack-protector-strong -Wl,--kill-at -Wl,--tsaware -Wl,--no-insert-timestamp
+                 -Wl,--file-alignment,4096)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   add_link_options(-s)
 endif()

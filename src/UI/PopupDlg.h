@@ -16,4 +16,15 @@ class CPopupDlg : public CDialog {
         return ::SetWindowPos(m_hWnd, hAfter, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
                               SWP_NOACTIVATE) != FALSE;
     }
+
+ protected:
+    [[nodiscard]] const MessageMap& messageMap() const override {
+        static constexpr MessageEntry kEntries[] = {onMessage<&CPopupDlg::OnNcCalcSize>(WM_NCCALCSIZE)};
+        static const MessageMap kMap{&CDialog::messageMap(), kEntries};
+        return kMap;
+    }
+
+ private:
+    // The whole window is client area. Some systems look up all fonts and measures of frames, at every move, to find out.
+    LRESULT OnNcCalcSize(WPARAM /*wParam*/, LPARAM /*lParam*/) { return 0; }
 };

@@ -10,8 +10,9 @@ constexpr wchar_t kClassPrefix[] = L"QRD_LayeredWnd";
 constexpr DWORD kExStyle = WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_WINDOWEDGE | WS_EX_TOOLWINDOW | WS_EX_TRANSPARENT;
 constexpr UINT kShowInPlace = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW;
 
+// There is no frame, which some systems find out slowly, at every move.
 LRESULT CALLBACK defaultProcedure(HWND hWnd, UINT nMessage, WPARAM wParam, LPARAM lParam) noexcept {
-    return ::DefWindowProcW(hWnd, nMessage, wParam, lParam);
+    return nMessage == WM_NCCALCSIZE ? 0 : ::DefWindowProcW(hWnd, nMessage, wParam, lParam);
 }
 
 LONG width(const RECT& rect) noexcept {
