@@ -15,6 +15,7 @@ inline constexpr UINT kMsgHotkey = WM_USER + 101;    // wParam code, lParam 0 ma
 inline constexpr UINT kMsgCardsFree = WM_APP + 1;    // from the strip itself: handle what waited for the cards
 inline constexpr UINT kMsgPrintScreen = WM_APP + 2;  // sent: hide before the picture is taken
 inline constexpr UINT kMsgLatch = WM_APP + 3;        // wParam 1 / 0: the modifier is latched / is not
+inline constexpr UINT kMsgPrepare = WM_APP + 6;      // from the strip itself, wParam: the card whose turn it is
 
 // Timers on the strip.
 inline constexpr UINT_PTR kTimerAutoHide = 1;     // apply the selections and hide

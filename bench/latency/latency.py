@@ -230,8 +230,8 @@ class Bench:
             with self.fenwyn() as (program, _):
                 self.live(ours, life)
                 if life:
-                    self.note("memory", "ours", private_megabytes(running("Fenwyn.exe")))
-                    self.measure_wake_ups()
+                    self.note("memory", "ours", private_megabytes(running(program.stage / "Fenwyn.exe")))
+                    self.measure_wake_ups(program)
             with self.bare(areas):
                 self.live(theirs, life)
                 if life:
@@ -248,11 +248,11 @@ class Bench:
             self.show_and_hide(side, False)
             self.open_and_close(side, step="step")
 
-    def measure_wake_ups(self):
+    def measure_wake_ups(self, program):
         seconds = 3
         self.send(MODIFIER, PRESSED)
         time.sleep(1)
-        process = running("Fenwyn.exe")
+        process = running(program.stage / "Fenwyn.exe")
         before = sum(wake_ups(process).values())
         time.sleep(seconds)
         self.note("wake-ups", "ours", (sum(wake_ups(process).values()) - before) / seconds)

@@ -87,6 +87,16 @@ bool CWnd::CreateEx(DWORD exStyle, const wchar_t* className, const wchar_t* titl
                                            parent, menuOrId, ::GetModuleHandleW(nullptr), nullptr));
 }
 
+bool CWnd::takeWindow(CWnd& other) noexcept {
+    if (m_pBinding != nullptr || other.m_pBinding == nullptr) {
+        return false;
+    }
+    m_pBinding = std::move(other.m_pBinding);
+    m_pBinding->object = this;
+    m_hWnd = std::exchange(other.m_hWnd, nullptr);
+    return true;
+}
+
 bool CWnd::DestroyWindow() {
     return m_hWnd != nullptr && ::DestroyWindow(m_hWnd) != FALSE;
 }

@@ -7,6 +7,7 @@
 #include "Messages.h"
 #include "UI/CardStyle.h"
 #include "UI/CardsInUse.h"
+#include "UI/ItemDlg/CircleItemDlg.h"
 #include "UI/LargeCardDlg.h"
 #include "ZelMain.h"
 #include "common/GdiPlusFunc.h"
@@ -107,7 +108,7 @@ HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
     Gdiplus::RectF desc = toRectF(m_parts.desc);
     desc.Inflate(-static_cast<float>(kOutlineWidth), 0.0F);
     m_descText.draw(graphics, desc, getDesc().c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
-    return S_OK;
+    return m_captionText.complete() && m_descText.complete() ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld) {
@@ -329,6 +330,7 @@ HRESULT CBlackCard::createItemDlgs() {
     if (m_pFunx == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
+    const CCircleItemDlg::CHandOver handOver;
     clearItems();
     const HRESULT status = common::statusOf([this] { return _buildItems(); });
     if (FAILED(status)) {

@@ -3,6 +3,14 @@
 #include "UI/CardGeometry.h"
 #include "UI/CardStyle.h"
 
+namespace {
+
+int firstRow(bool bBottom, int nRows) {
+    return bBottom ? 0 : geometry::kPictureRows - nRows;
+}
+
+}  // namespace
+
 CCardWnd::CCardWnd(const Pair& pair, IDrawTextOnLayeredWnd* pTextPainter)
     : CCardInput(pair.uTemplateId), m_pair(pair), m_pTextPainter(pTextPainter) {}
 
@@ -61,9 +69,16 @@ HRESULT CCardWnd::paintPicture(Gdiplus::Image* pImage) const {
 
 HRESULT CCardWnd::paintBand(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecOpacities,
                             std::vector<const RECT*>& vecPlaces, bool bBottom, int nRows) const {
-    const int sourceTop = bBottom ? 0 : geometry::kPictureRows - nRows;
-    return picture() == nullptr ? S_FALSE
-                                : picture()->paint(vecImages, vecOpacities, vecPlaces, nullptr, sourceTop, nRows);
+    return picture() == nullptr
+               ? S_FALSE
+               : picture()->paint(vecImages, vecOpacities, vecPlaces, nullptr, firstRow(bBottom, nRows), nRows);
+}
+
+HRESULT CCardWnd::prepareBand(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecOpacities,
+                              const std::vector<const RECT*>& vecPlaces, bool bBottom, int nRows) const {
+    return picture() == nullptr
+               ? S_FALSE
+               : picture()->prepare(vecImages, vecOpacities, vecPlaces, firstRow(bBottom, nRows), nRows);
 }
 
 void CCardWnd::OnPaint() {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "UI/CardInput.h"
@@ -46,6 +47,9 @@ class CCardWnd : public CCardInput<CPopupDlg> {
     void makeSurface() const;
     void makePictures();
     void dropPictures() { m_vecPictures.clear(); }
+    // For a window that is handed on: without its pictures it has none, until it gets them back.
+    [[nodiscard]] std::vector<std::unique_ptr<CLayeredWnd>> takePictures() { return std::move(m_vecPictures); }
+    void setPictures(std::vector<std::unique_ptr<CLayeredWnd>> vecPictures) { m_vecPictures = std::move(vecPictures); }
 
     // Null while there is none: before the window is created, after its end, and between dropping and making.
     [[nodiscard]] CLayeredWnd* picture(std::size_t uIndex = 0) const;
@@ -57,6 +61,10 @@ class CCardWnd : public CCardInput<CPopupDlg> {
     [[nodiscard]] HRESULT paintBand(const std::vector<Gdiplus::Image*>& vecImages,
                                     const std::vector<DWORD>& vecOpacities, std::vector<const RECT*>& vecPlaces,
                                     bool bBottom, int nRows) const;
+    // The same without showing it, so that it needs not be composed when it is to be shown.
+    [[nodiscard]] HRESULT prepareBand(const std::vector<Gdiplus::Image*>& vecImages,
+                                      const std::vector<DWORD>& vecOpacities, const std::vector<const RECT*>& vecPlaces,
+                                      bool bBottom, int nRows) const;
 
     // Requests one WM_MOUSELEAVE. Handlers of that message clear m_bTracking.
     void trackMouse();

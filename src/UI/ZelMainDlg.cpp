@@ -1,6 +1,7 @@
 #include "UI/ZelMainDlg.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "Data/ZelConfig.h"
@@ -37,6 +38,7 @@ const MessageMap& CZelMainDlg::messageMap() const {
         onMessage<&CZelMainDlg::OnCardsFree>(kMsgCardsFree),
         onMessage<&CZelMainDlg::OnPrintScreen>(kMsgPrintScreen),
         onMessage<&CZelMainDlg::OnLatch>(kMsgLatch),
+        onMessage<&CZelMainDlg::OnPrepare>(kMsgPrepare),
         onTimer<&CZelMainDlg::OnTimer>(),
         onFocus<&CZelMainDlg::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CZelMainDlg::OnKillFocus>(WM_KILLFOCUS),
@@ -166,7 +168,44 @@ HRESULT CZelMainDlg::setBlackCardsPos() {
     for (const auto& card : m_vecCards) {
         card->setCardRect(geometry::cardRect(strip, index++));
     }
+    _prepareLater(0);
     return S_OK;
+}
+
+void CZelMainDlg::_prepareLater(std::size_t uCard) const {
+    if (m_hWnd != nullptr) {
+        ::PostMessageW(m_hWnd, kMsgPrepare, uCard, 0);
+    }
+}
+
+// Draws the hidden strip, so that it is shown sooner: one card at each message, so that a key waits for no more than
+// that, and then all cards together, which then takes little.
+LRESULT CZelMainDlg::OnPrepare(WPARAM wParam, LPARAM /*lParam*/) {
+    if (isVisible() || CCardsInUse::any() || wParam > m_vecCards.size() || m_vecCards.empty()) {
+        return 0;
+    }
+    const bool last = wParam == m_vecCards.size();
+    Pictures pictures;
+    for (const auto& card : m_vecCards) {
+        if (last || card == m_vecCards[wParam]) {
+            _addPicture(pictures, *card, kCardOpacity);
+        }
+    }
+    m_pOnlyCard = last ? nullptr : m_vecCards[wParam].get();
+    // What fails now is tried again, and reported, when the strip is shown.
+    static_cast<void>(prepareBand(pictures.vecImages, pictures.vecOpacities, pictures.vecPlaces, m_placement.bottom,
+                                  geometry::kPictureBand));
+    m_pOnlyCard = nullptr;
+    if (!last) {
+        _prepareLater(wParam + 1);
+    }
+    return 0;
+}
+
+void CZelMainDlg::_addPicture(Pictures& pictures, const CBlackCard& card, DWORD dwOpacity) {
+    pictures.vecImages.push_back(card.image());
+    pictures.vecPlaces.push_back(&card.imageRect());
+    pictures.vecOpacities.push_back(dwOpacity);
 }
 
 void CZelMainDlg::OnPaint() {
@@ -212,30 +251,43 @@ HRESULT CZelMainDlg::showBlackCards() {
 
     _refreshImages();
     const CCardsInUse inUse;
-    std::vector<Gdiplus::Image*> images;
-    std::vector<DWORD> opacities;
-    std::vector<const RECT*> places;
+    Pictures pictures;
     int index = 0;
     for (const auto& card : m_vecCards) {
-        images.push_back(card->image());
-        places.push_back(&card->imageRect());
-        opacities.push_back(_cardOpacity(index++));
+        _addPicture(pictures, *card, _cardOpacity(index++));
     }
     if (!isVisible()) {
         return S_OK;
     }
-    RETURN_IF_FAILED(paintBand(images, opacities, places, m_placement.bottom, geometry::kPictureBand));
+    RETURN_IF_FAILED(paintBand(pictures.vecImages, pictures.vecOpacities, pictures.vecPlaces, m_placement.bottom,
+                               geometry::kPictureBand));
     return S_OK;
 }
 
 HRESULT CZelMainDlg::drawText(Gdiplus::Graphics& graphics) {
+    HRESULT status = S_OK;
     for (const auto& card : m_vecCards) {
-        static_cast<void>(card->drawText(graphics));
+        if (m_pOnlyCard == nullptr || card.get() == m_pOnlyCard) {
+            const HRESULT cardStatus = card->drawText(graphics);
+            status = FAILED(cardStatus) ? cardStatus : status;  // the others have their texts
+        }
     }
     if (m_bLatched && !m_vecCards.empty()) {
         RETURN_IF_FAILED(_drawLatchMark(graphics));
     }
-    return S_OK;
+    return status;
+}
+
+// What the texts are made of, but for the places of the cards, which are those of their pictures.
+std::optional<std::size_t> CZelMainDlg::textState() const {
+    std::wstring all =
+        std::to_wstring(m_placement.ratio) + (m_placement.bottom ? L"b" : L"t") + (m_bLatched ? L"l" : L"-");
+    for (const auto& card : m_vecCards) {
+        if (m_pOnlyCard == nullptr || card.get() == m_pOnlyCard) {
+            all += L'\n' + card->getCaption() + L'\n' + card->getDesc();
+        }
+    }
+    return std::hash<std::wstring>()(all);
 }
 
 HRESULT CZelMainDlg::_drawLatchMark(Gdiplus::Graphics& graphics) {

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Data/HotkeyConfig.h"
@@ -42,6 +43,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     [[nodiscard]] int cardCount() const { return static_cast<int>(m_vecCards.size()); }
 
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
+    [[nodiscard]] std::optional<std::size_t> textState() const override;
     [[nodiscard]] HRESULT processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) override;
     bool DestroyWindow() override;
 
@@ -60,6 +62,14 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     [[nodiscard]] HRESULT setBlackCardsPos();
     [[nodiscard]] HRESULT showBlackCards();
     void _refreshImages();
+    // Images, opacities and places of the cards, in parallel.
+    struct Pictures {
+        std::vector<Gdiplus::Image*> vecImages;
+        std::vector<DWORD> vecOpacities;
+        std::vector<const RECT*> vecPlaces;
+    };
+    static void _addPicture(Pictures& pictures, const CBlackCard& card, DWORD dwOpacity);
+    void _prepareLater(std::size_t uCard) const;
     [[nodiscard]] DWORD _cardOpacity(int nCard) const;
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;
     static void _leaveMouseFor(DWORD dwHotkey);
@@ -81,6 +91,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     LRESULT OnCardsFree(WPARAM wParam, LPARAM lParam);
     LRESULT OnPrintScreen(WPARAM wParam, LPARAM lParam);
     LRESULT OnLatch(WPARAM wParam, LPARAM lParam);
+    LRESULT OnPrepare(WPARAM wParam, LPARAM lParam);
     [[nodiscard]] HRESULT _drawLatchMark(Gdiplus::Graphics& graphics);
     void OnPaint() override;
     void OnTimer(UINT_PTR uId);
@@ -97,6 +108,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     std::vector<std::unique_ptr<CBlackCard>> m_vecCards;
     CCustomHotkey m_customHotkey;
     int m_nHoveredCard = -1;
+    const CBlackCard* m_pOnlyCard = nullptr;       // whose text is drawn, while the cards are prepared one by one
     bool m_bLatched = false;                       // the modifier is active without being held
     std::unique_ptr<Gdiplus::Image> m_pLatchMark;  // loaded when it is shown first
     std::deque<Postponed> m_postponed;

@@ -35,6 +35,8 @@ class OutlineText {
     void draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layoutRect, const wchar_t* pszText,
               const Gdiplus::Font& font, const Gdiplus::StringFormat* pFormat, double outlineWidth,
               Gdiplus::ARGB fillColour, Gdiplus::ARGB outlineColour);
+    // False if there was no memory for what was to be drawn last.
+    [[nodiscard]] bool complete() const { return m_key.has_value(); }
 
  private:
     struct Key {

@@ -1,6 +1,10 @@
 #include "common/LayeredWnd.h"
 
+#include <array>
+#include <utility>
+
 #include "common/FrameSurface.h"
+#include "common/PictureStore.h"
 #include "common/Status.h"
 #include "common/TryMake.h"
 
@@ -93,7 +97,7 @@ HRESULT CLayeredWnd::destroyWnd() {
 HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
                            std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
                            int nSourceHeight) try {
-    RETURN_IF_FAILED(_placeWnd());
+    RETURN_IF_FAILED(_placeWnd(pPosition));
     _prepareFrame();
     if (m_pFrame == nullptr) {
         RETURN_LOGGED(E_POINTER);
@@ -103,22 +107,12 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
     }
     RETURN_UNLESS(vecImages.size() == vecDrawRects.size(), L"vecImages.size() == vecDrawRects.size()", E_FAIL);
     RETURN_UNLESS(vecImages.size() == vecAlphas.size(), L"vecImages.size() == vecAlphas.size()", E_FAIL);
-    for (std::size_t i = 0; i < vecImages.size(); ++i) {
-        RETURN_IF_FAILED(drawImage(vecImages[i], vecAlphas[i], nSourceHeight, nSourceTop, vecDrawRects[i]));
-    }
-    if (m_pTextPainter != nullptr) {
-        Gdiplus::Graphics graphics(m_pFrame->dc());
-        if (graphics.GetLastStatus() == Gdiplus::OutOfMemory) {
-            RETURN_LOGGED(E_POINTER);
-        }
-        graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
-        static_cast<void>(m_pTextPainter->drawText(graphics));  // a frame without its text is shown anyway
-    }
+    RETURN_IF_FAILED(_compose({vecImages, vecAlphas, vecDrawRects, nSourceTop, nSourceHeight}));
+    const common::WindowDc screenDc(nullptr);
     if (::IsWindowVisible(m_hWnd) == FALSE) {
         m_shown.reset();
+        ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
     }
-    const common::WindowDc screenDc(nullptr);
-    ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
     const HRESULT status = updateLyrWnd(screenDc.get(), m_pFrame->dc(), pPosition);
     if (FAILED(status)) {
         LOG_STATUS(status);
@@ -126,6 +120,85 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
     return status;
 } catch (...) {
     RETURN_LOGGED(common::caughtStatus());
+}
+
+HRESULT CLayeredWnd::prepare(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
+                             const std::vector<const RECT*>& vecDrawRects, int nSourceTop, int nSourceHeight) try {
+    const HRESULT status = _placeWnd(nullptr);
+    if (FAILED(status)) {
+        return status;
+    }
+    _prepareFrame();
+    if (m_pFrame == nullptr) {
+        return E_POINTER;
+    }
+    return _compose({vecImages, vecAlphas, vecDrawRects, nSourceTop, nSourceHeight});
+} catch (...) {
+    return common::caughtStatus();
+}
+
+HRESULT CLayeredWnd::_compose(const Content& content) {
+    auto signature = _signature(content);
+    if (signature && signature == m_composed) {
+        return S_OK;
+    }
+    m_composed.reset();
+    ++m_nCompositions;
+    bool complete = true;
+    const HRESULT status = _draw(content, complete);
+    if (SUCCEEDED(status)) {
+        m_uPixels = m_pFrame->hash();
+        m_composed = complete ? std::move(signature) : std::nullopt;
+    }
+    return status;
+}
+
+HRESULT CLayeredWnd::_draw(const Content& content, bool& rbComplete) const {
+    m_pFrame->clear();
+    for (std::size_t i = 0; i < content.vecImages.size(); ++i) {
+        const HRESULT status = drawImage(content.vecImages[i], content.vecAlphas[i], content.nSourceHeight,
+                                         content.nSourceTop, content.vecDrawRects[i]);
+        if (FAILED(status)) {
+            return status;
+        }
+    }
+    if (m_pTextPainter == nullptr) {
+        return S_OK;
+    }
+    Gdiplus::Graphics graphics(m_pFrame->dc());
+    if (graphics.GetLastStatus() == Gdiplus::OutOfMemory) {
+        return E_POINTER;
+    }
+    graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
+    rbComplete = SUCCEEDED(m_pTextPainter->drawText(graphics));  // a frame without its text is shown anyway
+    return S_OK;
+}
+
+// Empty if equal numbers would not mean an equal frame: images whose pixels have no number, or a text without a state.
+std::optional<std::vector<std::size_t>> CLayeredWnd::_signature(const Content& content) const {
+    std::vector<std::size_t> numbers{static_cast<std::size_t>(content.nSourceTop),
+                                     static_cast<std::size_t>(content.nSourceHeight)};
+    if (m_pTextPainter != nullptr) {
+        const auto text = m_pTextPainter->textState();
+        if (!text) {
+            return std::nullopt;
+        }
+        numbers.push_back(*text);
+    }
+    for (std::size_t i = 0; i < content.vecImages.size(); ++i) {
+        const auto* const stored = dynamic_cast<const StoredImage*>(content.vecImages[i]);
+        if (stored == nullptr && content.vecImages[i] != nullptr) {
+            return std::nullopt;
+        }
+        numbers.insert(numbers.end(), {stored != nullptr ? stored->master().id() : 0, content.vecAlphas[i]});
+        const RECT* const rect = content.vecDrawRects[i];
+        numbers.push_back(rect != nullptr ? 1 : 0);
+        for (const LONG side :
+             rect != nullptr ? std::array{rect->left, rect->top, rect->right, rect->bottom} : std::array<LONG, 4>{}) {
+            numbers.push_back(static_cast<std::size_t>(side));
+        }
+    }
+    return numbers;
 }
 
 HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect) try {
@@ -144,13 +217,20 @@ void CLayeredWnd::hide() const {
     }
 }
 
-// Above the shadowed window. A popup that was destroyed with its owner is created again.
-HRESULT CLayeredWnd::_placeWnd() {
+// Above the shadowed window, or with its corner at the position. A popup that was destroyed with its owner is created
+// again.
+HRESULT CLayeredWnd::_placeWnd(const POINT* pPosition) {
     if (::IsWindow(m_hWnd) == FALSE) {
         return createWnd();
     }
-    const RECT rect = screenRect(m_hRealWnd);
-    ::MoveWindow(m_hWnd, rect.left, rect.top, width(rect), height(rect), FALSE);
+    RECT rect = screenRect(m_hRealWnd);
+    if (pPosition != nullptr) {
+        ::OffsetRect(&rect, pPosition->x - rect.left, pPosition->y - rect.top);
+    }
+    const RECT now = screenRect(m_hWnd);
+    if (::EqualRect(&rect, &now) == FALSE) {
+        ::MoveWindow(m_hWnd, rect.left, rect.top, width(rect), height(rect), FALSE);
+    }
     return S_OK;
 }
 
@@ -171,12 +251,13 @@ HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourc
 }
 
 // Shows what has been composed in the memory device context. If the same frame is already on the screen at the same
-// place, nothing is passed on: that would cost more than the rest of the paint.
+// place, nothing is passed on: that would cost more than the rest of the paint. A popup that was hidden gets its frame
+// again, even if the window system has kept it: some show it only upon a message that comes much later.
 HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition) {
     const RECT rect = screenRect(m_hRealWnd);
     SIZE size{width(rect), height(rect)};
     POINT target = pPosition != nullptr ? *pPosition : POINT{rect.left, rect.top};
-    const Shown shown{m_pFrame->hash(), target.x, target.y, size.cx, size.cy};
+    const Shown shown{m_uPixels, target.x, target.y, size.cx, size.cy};
     // A frame with a place of its own was moved with its window meanwhile.
     const RECT now = screenRect(m_hWnd);
     if (m_shown && *m_shown == shown && now.left == target.x && now.top == target.y) {
@@ -192,13 +273,13 @@ HRESULT CLayeredWnd::updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPo
     return S_OK;
 }
 
-// As large as the popup, and fully transparent.
+// As large as the popup.
 void CLayeredWnd::_prepareFrame() {
     const RECT rect = screenRect(m_hWnd);
     if (m_pFrame != nullptr && m_pFrame->hasSize(width(rect), height(rect))) {
-        m_pFrame->clear();
         return;
     }
+    m_composed.reset();
     m_pFrame = common::tryMake<common::FrameBuffer>(width(rect), height(rect));
     if (m_pFrame != nullptr && !*m_pFrame) {
         m_pFrame.reset();

@@ -15,9 +15,14 @@ class IDrawTextOnLayeredWnd {
  public:
     virtual ~IDrawTextOnLayeredWnd() = default;
 
-    // Called once per frame, after all images and before the frame is shown. The graphics draws into the frame, in
-    // pixels from its top-left corner, and is valid during the call only. The status does not stop the frame.
+    // Called once per frame that is composed, after all images and before the frame is shown. The graphics draws into
+    // the frame, in pixels from its top-left corner, and is valid during the call only. A failure does not stop the
+    // frame, but the next paint composes it again.
     [[nodiscard]] virtual HRESULT drawText(Gdiplus::Graphics& graphics) = 0;
+
+    // Changes whenever drawText would draw something else; empty: nobody can tell, so the text is drawn for every
+    // frame.
+    [[nodiscard]] virtual std::optional<std::size_t> textState() const { return std::nullopt; }
 };
 
 class CLayeredWnd {
@@ -41,11 +46,18 @@ class CLayeredWnd {
     [[nodiscard]] HRESULT paint(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
                                 std::vector<const RECT*>& vecDrawRects, const POINT* pPosition, int nSourceTop,
                                 int nSourceHeight);
+    // Creates the popup and composes the frame without showing it, so that painting the same needs not compose it. One
+    // opacity and one rectangle belong to each image. The paint reports failures.
+    [[nodiscard]] HRESULT prepare(const std::vector<Gdiplus::Image*>& vecImages, const std::vector<DWORD>& vecAlphas,
+                                  const std::vector<const RECT*>& vecDrawRects, int nSourceTop, int nSourceHeight);
     // One image; S_FALSE and no effect while the shadowed window is hidden.
     [[nodiscard]] HRESULT paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* pPosition, const RECT* pDrawRect);
 
     // Removes the picture from the screen until the next paint.
     void hide() const;
+
+    // How many frames had to be composed.
+    [[nodiscard]] int compositions() const { return m_nCompositions; }
 
     [[nodiscard]] const std::wstring& className() const { return m_strClassName; }
 
@@ -62,7 +74,19 @@ class CLayeredWnd {
         bool operator==(const Shown&) const = default;
     };
 
-    [[nodiscard]] HRESULT _placeWnd();
+    // All that a frame is composed of.
+    struct Content {
+        const std::vector<Gdiplus::Image*>& vecImages;
+        const std::vector<DWORD>& vecAlphas;
+        const std::vector<const RECT*>& vecDrawRects;
+        int nSourceTop;
+        int nSourceHeight;
+    };
+
+    [[nodiscard]] HRESULT _placeWnd(const POINT* pPosition);
+    [[nodiscard]] HRESULT _compose(const Content& content);
+    [[nodiscard]] HRESULT _draw(const Content& content, bool& rbComplete) const;
+    [[nodiscard]] std::optional<std::vector<std::size_t>> _signature(const Content& content) const;
     [[nodiscard]] HRESULT drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourceHeight, int nSourceTop,
                                     const RECT* pDrawRect) const;
     [[nodiscard]] HRESULT updateLyrWnd(HDC hScreenDc, HDC hMemoryDc, const POINT* pPosition);
@@ -75,5 +99,9 @@ class CLayeredWnd {
     const std::wstring m_strClassName;  // one window class per object
     IDrawTextOnLayeredWnd* const m_pTextPainter;
     std::unique_ptr<common::FrameBuffer> m_pFrame;  // kept from one paint to the next; null without memory
-    std::optional<Shown> m_shown;                   // empty: the frame must be passed to the window system again
+    std::size_t m_uPixels = 0;                      // their hash
+    int m_nCompositions = 0;
+    // What the frame was composed of, as numbers; empty: it must be composed again.
+    std::optional<std::vector<std::size_t>> m_composed;
+    std::optional<Shown> m_shown;  // empty: the frame must be passed to the window system again
 };

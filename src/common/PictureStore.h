@@ -16,6 +16,8 @@ class MasterPicture {
     explicit MasterPicture(Picture picture) : m_picture(std::move(picture)) {}
 
     [[nodiscard]] const Picture& pixels() const { return m_picture; }
+    // Its number; no two pictures of the process have the same.
+    [[nodiscard]] std::size_t id() const { return m_uId; }
     // A part of it (pixels) at a size, created at the first call. Valid until the next call.
     [[nodiscard]] const Picture& scaled(const RECT& part, SIZE size);
 
@@ -30,6 +32,9 @@ class MasterPicture {
         Picture picture;
     };
 
+    static inline std::size_t s_uPictures = 0;
+
+    const std::size_t m_uId = ++s_uPictures;
     Picture m_picture;
     std::vector<Version> m_versions;  // the most recently used comes first
     int m_nScalings = 0;

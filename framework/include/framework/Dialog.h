@@ -9,7 +9,7 @@ class CDialog : public CWnd {
     explicit CDialog(UINT templateId) : m_uTemplateId(templateId) {}
 
     // Creates the dialog, modeless. False: the last system error tells why.
-    bool Create(HWND parent);
+    virtual bool Create(HWND parent);
 
     bool PreTranslateMessage(MSG& message) override;
 

@@ -31,6 +31,10 @@ class CWnd {
     bool SubclassWindow(HWND window);
     bool SubclassDlgItem(int id, const CWnd& dialog) { return SubclassWindow(::GetDlgItem(dialog.m_hWnd, id)); }
 
+    // Takes the other object's window over, so that its messages come to this object from now on, without any message
+    // about it. False, with no effect, if this object has a window or the other one has none.
+    bool takeWindow(CWnd& other) noexcept;
+
     // Destroys the window; false if there was none.
     virtual bool DestroyWindow();
 

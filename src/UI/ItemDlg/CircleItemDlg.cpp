@@ -1,6 +1,7 @@
 #include "UI/ItemDlg/CircleItemDlg.h"
 
 #include <utility>
+#include <vector>
 
 #include "Data/ZelConfig.h"
 #include "Logic/ZelCommonFunc.h"
@@ -56,9 +57,72 @@ HRESULT CCircleItemDlg::initialize() {
     return status;
 }
 
+// The pictures are destroyed before the window that they shadow.
+struct CCircleItemDlg::CHandOver::Windows {
+    CWnd item;
+    CWnd box;
+    std::vector<std::unique_ptr<CLayeredWnd>> vecPictures;
+};
+
+CCircleItemDlg::CHandOver* CCircleItemDlg::CHandOver::s_pCurrent = nullptr;
+
+CCircleItemDlg::CHandOver::CHandOver() noexcept : m_pOuter(std::exchange(s_pCurrent, this)) {}
+
+CCircleItemDlg::CHandOver::~CHandOver() {
+    s_pCurrent = m_pOuter;
+}
+
+// Without memory the windows end with their item.
+bool CCircleItemDlg::CHandOver::take(CCircleItemDlg& item) {
+    if (FAILED(common::statusOf([this] {
+            m_kept.push_back(std::make_unique<Windows>());
+            return S_OK;
+        }))) {
+        return false;
+    }
+    Windows& windows = *m_kept.back();
+    windows.vecPictures = item.takePictures();
+    windows.item.takeWindow(item);
+    windows.box.takeWindow(item.m_descDlg);
+    return true;
+}
+
+bool CCircleItemDlg::CHandOver::give(CCircleItemDlg& item) {
+    if (m_kept.empty()) {
+        return false;
+    }
+    const std::unique_ptr<Windows> windows = std::move(m_kept.front());
+    m_kept.erase(m_kept.begin());
+    item.takeWindow(windows->item);
+    item.m_descDlg.takeWindow(windows->box);
+    item.setPictures(std::move(windows->vecPictures));
+    return true;
+}
+
+bool CCircleItemDlg::_handWindowsOn() {
+    CHandOver* const handOver = CHandOver::s_pCurrent;
+    if (handOver == nullptr || !hasCommonWindows() || !isWindow() || !m_descDlg.isWindow()) {
+        return false;
+    }
+    static_cast<void>(showItem(false));
+    return handOver->take(*this);
+}
+
+bool CCircleItemDlg::Create(HWND hParent) {
+    CHandOver* const handOver = CHandOver::s_pCurrent;
+    if (m_hWnd != nullptr || hParent != nullptr || handOver == nullptr || !handOver->give(*this)) {
+        return CItemWnd::Create(hParent);
+    }
+    OnInitDialog();
+    _layOut();  // no message says so if the size stays
+    return true;
+}
+
 HRESULT CCircleItemDlg::destroyItem() {
     LOG_ENTER_LEAVE();
-    DestroyWindow();
+    if (!_handWindowsOn()) {
+        DestroyWindow();
+    }
     m_pImageSmall.reset();
     m_pImageLarge.reset();
     return S_OK;
@@ -72,8 +136,10 @@ bool CCircleItemDlg::DestroyWindow() {
 
 bool CCircleItemDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
-    CItemWnd::OnInitDialog();
-    m_descDlg.Create(nullptr);
+    if (!m_descDlg.isWindow()) {  // otherwise all windows are those of an earlier item
+        CItemWnd::OnInitDialog();
+        m_descDlg.Create(nullptr);
+    }
     return false;
 }
 
@@ -90,6 +156,10 @@ int CCircleItemDlg::descOverhang() const {
 
 void CCircleItemDlg::OnSize() {
     Default();
+    _layOut();
+}
+
+void CCircleItemDlg::_layOut() {
     m_outerRect = clientRect();
     m_outerRect.bottom = m_outerRect.top + (m_outerRect.right - m_outerRect.left);
     m_innerRect = m_outerRect;
@@ -168,7 +238,11 @@ HRESULT CCircleItemDlg::showItem(bool bShow) {
     if (!bShow) {
         m_descDlg.show(false);
     }
-    return CItemWnd::showItem(bShow);
+    const HRESULT status = CItemWnd::showItem(bShow);
+    if (bShow) {
+        invalidate();  // a window of an earlier item may still show that one's picture
+    }
+    return status;
 }
 
 HRESULT CCircleItemDlg::setItemText(const wchar_t* pszText) {

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "UI/ItemDlg/ItemDescDlg.h"
 #include "UI/ItemDlg/ItemWnd.h"
@@ -23,13 +24,39 @@ class CCircleItemDlg : public CItemWnd {
     [[nodiscard]] HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
     void setPlacement(const Placement& placement) override;
 
+    // With the windows of an earlier item, if one hands them over.
+    bool Create(HWND hParent) override;
     bool DestroyWindow() override;
+
+    // Creating windows takes longer than anything else when a card is opened. While one of these exists, the windows of
+    // items that end stay, hidden, and the next items take them over in the same order. What is left ends with it.
+    class CHandOver {
+     public:
+        CHandOver() noexcept;
+        ~CHandOver();
+        CHandOver(const CHandOver&) = delete;
+        CHandOver& operator=(const CHandOver&) = delete;
+
+     private:
+        friend class CCircleItemDlg;
+        struct Windows;
+
+        [[nodiscard]] bool take(CCircleItemDlg& item);
+        [[nodiscard]] bool give(CCircleItemDlg& item);
+
+        static CHandOver* s_pCurrent;
+
+        CHandOver* const m_pOuter;
+        std::vector<std::unique_ptr<Windows>> m_kept;
+    };
 
     // Shrinks the item if a row would not fit the screen; 1.0 is the full size.
     void setScale(double scale) { m_scale = scale; }
 
  protected:
     bool OnInitDialog() override;
+    // Whether another item may have its windows: not if it has more of them than every round item.
+    [[nodiscard]] virtual bool hasCommonWindows() const { return true; }
     [[nodiscard]] const MessageMap& messageMap() const override;
     [[nodiscard]] bool enlarged() const { return m_bEnlarged; }
     // Puts the caption box above anything else that the item shows below itself.
@@ -41,6 +68,8 @@ class CCircleItemDlg : public CItemWnd {
     friend struct CircleItemSeam;
 
     void OnSize();
+    void _layOut();
+    [[nodiscard]] bool _handWindowsOn();
     void OnMouseMove(POINT point);
     void OnMouseLeave();
     void OnSetFocus(HWND hOldWnd);

@@ -17,6 +17,7 @@ class CFxOutputItemDlg : public CCircleItemDlg {
 
  protected:
     bool OnInitDialog() override;
+    [[nodiscard]] bool hasCommonWindows() const override { return false; }
     void OnPaint() override;
     void OnLButtonDown(POINT point) override;
 

@@ -183,6 +183,24 @@ TEST_F(StripTest, HiddenStripIsNotPainted) {
     EXPECT_TRUE(logged(L"[TRC] (CZelMainDlg::showBlackCards): The mouse is not operating."));
 }
 
+TEST_F(StripTest, IsDrawnWhileItIsHiddenAndThenOnlyShown) {
+    addThreeCards();
+    pump();
+    CLayeredWnd* const picture = MainDlgSeam::layered(strip());
+    ASSERT_TRUE(::IsWindow(picture->m_hWnd));
+    EXPECT_FALSE(shown(picture->m_hWnd));
+    EXPECT_TRUE(m_log.lines().empty()) << "drawing ahead is not logged";
+    const int composed = picture->compositions();
+    showStrip();
+    paint();
+    EXPECT_TRUE(shown(picture->m_hWnd));
+    EXPECT_EQ(picture->compositions(), composed);
+    ::PostMessageW(stripWindow(), kMsgLatch, 1, 0);
+    pump();
+    paint();
+    EXPECT_GT(picture->compositions(), composed) << "the mark of the latched modifier is new";
+}
+
 TEST_F(StripTest, TopStripShowsTheLowerRowsOfThePictures) {
     addStripedCards();
     showStrip();

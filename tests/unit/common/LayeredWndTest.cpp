@@ -8,6 +8,7 @@
 #include <set>
 
 #include "Rendering.h"
+#include "common/PictureStore.h"
 #include "common/Status.h"
 #include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
@@ -491,6 +492,86 @@ TEST_F(LayeredWndTest, OnlyAFrameThatChangedIsHandedToTheWindowSystem) {
     EXPECT_EQ(paint({m_pRed.get()}, {255}), E_FAIL) << "hidden meanwhile";
     const POINT position{300, 250};
     EXPECT_EQ(paint({m_pRed.get()}, {255}, {}, &position), E_FAIL) << "at another place";
+}
+
+// A text painter that tells when its text changes.
+class StatedText final : public IDrawTextOnLayeredWnd {
+ public:
+    HRESULT drawText(Gdiplus::Graphics& /*graphics*/) override {
+        ++calls;
+        return result;
+    }
+    std::optional<std::size_t> textState() const override { return state; }
+
+    int calls = 0;
+    HRESULT result = S_OK;
+    std::optional<std::size_t> state = 1;
+};
+
+std::unique_ptr<StoredImage> storedImage(DWORD pixel) {
+    return std::make_unique<StoredImage>(
+        std::make_shared<MasterPicture>(Picture{kWidth, kHeight, std::vector<DWORD>(kWidth * kHeight, pixel)}));
+}
+
+class ComposedOnceTest : public LayeredWndTest {
+ protected:
+    // Whether painting that draws its text, that is, composes the frame.
+    bool composes(const Images& images, const Alphas& alphas, Rects rects = {}, int top = 0) {
+        const int before = m_text.calls;
+        EXPECT_EQ(m_popup.paint(images, alphas, rects, nullptr, top, 0), S_OK);
+        return m_text.calls != before;
+    }
+
+    StatedText m_text;
+    CLayeredWnd m_popup{m_shadowed.get(), &m_text};
+    std::unique_ptr<StoredImage> m_pOne = storedImage(0xFFFF0000U);
+    std::unique_ptr<StoredImage> m_pOther = storedImage(0xFF00FF00U);
+    RECT m_place{0, 0, 20, 20};
+    RECT m_otherPlace{0, 0, 20, 21};
+};
+
+TEST_F(ComposedOnceTest, AFrameOfTheSameIsNotComposedAgain) {
+    EXPECT_TRUE(composes({m_pOne.get()}, {255}, {&m_place}));
+    EXPECT_FALSE(composes({m_pOne.get()}, {255}, {&m_place}));
+    m_popup.hide();
+    EXPECT_FALSE(composes({m_pOne.get()}, {255}, {&m_place}));
+    EXPECT_TRUE(::IsWindowVisible(m_popup.m_hWnd));
+}
+
+TEST_F(ComposedOnceTest, EveryDifferenceComposesItAgain) {
+    EXPECT_TRUE(composes({m_pOne.get()}, {255}, {&m_place}));
+    EXPECT_TRUE(composes({m_pOther.get()}, {255}, {&m_place})) << "another picture";
+    EXPECT_TRUE(composes({m_pOther.get()}, {254}, {&m_place})) << "another opacity";
+    EXPECT_TRUE(composes({m_pOther.get()}, {254}, {&m_otherPlace})) << "another place";
+    EXPECT_TRUE(composes({m_pOther.get()}, {254}, {nullptr})) << "the whole window";
+    EXPECT_TRUE(composes({m_pOther.get()}, {254}, {nullptr}, 1)) << "other rows";
+    EXPECT_TRUE(composes({m_pOther.get(), nullptr}, {254, 254}, {nullptr, nullptr}, 1)) << "one more";
+    m_text.state = 2;
+    EXPECT_TRUE(composes({m_pOther.get(), nullptr}, {254, 254}, {nullptr, nullptr}, 1)) << "another text";
+    ::SetWindowPos(m_shadowed.get(), nullptr, 0, 0, kWidth + 1, kHeight, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    EXPECT_TRUE(composes({m_pOther.get(), nullptr}, {254, 254}, {nullptr, nullptr}, 1)) << "another size";
+    EXPECT_FALSE(composes({m_pOther.get(), nullptr}, {254, 254}, {nullptr, nullptr}, 1));
+}
+
+TEST_F(ComposedOnceTest, WhatCannotBeComparedIsComposedEachTime) {
+    EXPECT_TRUE(composes({m_pRed.get()}, {255}));
+    EXPECT_TRUE(composes({m_pRed.get()}, {255})) << "a picture without a number";
+    m_text.state.reset();
+    EXPECT_TRUE(composes({m_pOne.get()}, {255}));
+    EXPECT_TRUE(composes({m_pOne.get()}, {255})) << "a text without a state";
+    m_text.state = 1;
+    m_text.result = E_OUTOFMEMORY;
+    EXPECT_TRUE(composes({m_pOne.get()}, {255}));
+    EXPECT_TRUE(composes({m_pOne.get()}, {255})) << "the text was not drawn";
+}
+
+TEST_F(ComposedOnceTest, APreparedFrameIsShownByTheNextPaint) {
+    EXPECT_EQ(m_popup.prepare({m_pOne.get()}, {255}, {nullptr}, 0, 0), S_OK);
+    EXPECT_EQ(m_text.calls, 1);
+    ASSERT_TRUE(::IsWindow(m_popup.m_hWnd));
+    EXPECT_FALSE(::IsWindowVisible(m_popup.m_hWnd));
+    EXPECT_FALSE(composes({m_pOne.get()}, {255}));
+    EXPECT_TRUE(::IsWindowVisible(m_popup.m_hWnd));
 }
 
 // Nothing of the old frame remains from one paint to the next.

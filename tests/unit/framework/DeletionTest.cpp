@@ -158,3 +158,28 @@ TEST(Deletion, HandleIsFreeForANewObjectAfterwards) {
     }
     EXPECT_EQ(ScriptedWnd::s_nAlive, 0);
 }
+
+// The window of an object may be handed to another one, also by one of its own handlers.
+TEST(Deletion, OfAnObjectThatHandedItsWindowOnLeavesTheWindow) {
+    ScriptedWnd taker;
+    auto* window = new ScriptedWnd;
+    ASSERT_TRUE(create(*window));
+    const HWND handle = window->m_hWnd;
+    window->on(kOuter, [&taker](ScriptedWnd& self) {
+        EXPECT_TRUE(taker.takeWindow(self));
+        EXPECT_FALSE(taker.takeWindow(self)) << "there is nothing left to take";
+        delete &self;
+        return LRESULT{7};
+    });
+    EXPECT_EQ(::SendMessageW(handle, kOuter, 0, 0), 7);
+    ASSERT_TRUE(::IsWindow(handle));
+    EXPECT_EQ(taker.m_hWnd, handle);
+    EXPECT_EQ(CWnd::fromHandle(handle), &taker);
+    taker.on(kInner, [](ScriptedWnd&) { return LRESULT{5}; });
+    EXPECT_EQ(::SendMessageW(handle, kInner, 0, 0), 5);
+    ScriptedWnd other;
+    ASSERT_TRUE(create(other));
+    EXPECT_FALSE(taker.takeWindow(other)) << "it has a window already";
+    EXPECT_TRUE(taker.DestroyWindow());
+    EXPECT_FALSE(::IsWindow(handle));
+}

@@ -306,6 +306,68 @@ TEST_F(CircleItem, DestroyingTakesAllItsWindowsAndPictures) {
     EXPECT_EQ(m_pItem->destroyItem(), S_OK) << "twice is harmless";
 }
 
+class HandedOverWindows : public CircleItem {
+ protected:
+    [[nodiscard]] std::vector<HWND> windows() const { return {item(), smallWnd(), largeWnd(), box()}; }
+    void end() {
+        EXPECT_EQ(m_pItem->destroyItem(), S_OK);
+        m_pItem.reset();
+    }
+    void makeAnother(UINT uSmallId, UINT uLargeId, const wchar_t* pszText) {
+        m_pItem = std::make_unique<CCircleItemDlg>(uSmallId, uLargeId, pszText);
+        m_pItem->setPlacement(m_room.placement());
+        EXPECT_EQ(m_pItem->initialize(), S_OK);
+        EXPECT_TRUE(m_pItem->Create(nullptr));
+    }
+
+    std::optional<CCircleItemDlg::CHandOver> m_handOver{std::in_place};
+};
+
+TEST_F(HandedOverWindows, StayHiddenAndServeTheNextItem) {
+    show();
+    select(true);
+    const std::vector<HWND> before = windows();
+    end();
+    for (const HWND window : before) {
+        EXPECT_TRUE(::IsWindow(window));
+        EXPECT_FALSE(shown(window));
+    }
+    m_log.clear();
+    makeAnother(113, 112, L"Another text");
+    m_handOver.reset();
+    EXPECT_TRUE(logged(L"[TRC] (CCircleItemDlg::OnInitDialog): LEAVE CCircleItemDlg::OnInitDialog"));
+    EXPECT_EQ(windows(), before);
+    EXPECT_EQ(ItemDescSeam::text(CircleItemSeam::box(*m_pItem)), L"Another text");
+    EXPECT_FALSE(enlarged());
+    show();
+    EXPECT_TRUE(shown(smallWnd()));
+    EXPECT_FALSE(shown(largeWnd()));
+    EXPECT_FALSE(shown(box()));
+    // The place and the size of the old item's windows are known without a message.
+    EXPECT_EQ(windowRect(smallWnd()).left, kX + 11);
+    select(true);
+    EXPECT_TRUE(shown(largeWnd()));
+    EXPECT_TRUE(shown(box()));
+}
+
+TEST_F(HandedOverWindows, AreTakenInTheirOrderAndEndIfNobodyTakesThem) {
+    CCircleItemDlg other(kSmallId, kLargeId, L"");
+    other.setPlacement(m_room.placement());
+    EXPECT_TRUE(other.Create(nullptr));
+    const HWND otherWindow = other.windowHandle();
+    const HWND window = item();
+    end();
+    EXPECT_EQ(other.destroyItem(), S_OK);
+    makeAnother(113, 112, L"");
+    EXPECT_EQ(item(), window);
+    EXPECT_TRUE(::IsWindow(otherWindow));
+    m_handOver.reset();
+    EXPECT_FALSE(::IsWindow(otherWindow));
+    EXPECT_TRUE(::IsWindow(window));
+    end();
+    EXPECT_FALSE(::IsWindow(window)) << "nobody hands over any more";
+}
+
 TEST_F(CircleItem, DeletedWithItsWindowItLeavesNothingBehind) {
     show();
     select(true);
