@@ -35,8 +35,18 @@ HRESULT CCustomHotkey::getCustomizedHotkeys() {
     return S_OK;
 }
 
+// A later button of a code that has its record would only be mentioned in the log.
+bool CCustomHotkey::_wouldChangeNothing(const Storage& button) const {
+    DWORD makeValue = 0;
+    return !dbglog::enabled(dbglog::Level::Info) &&
+           (!button.getDword(regpath::kMakeValue, makeValue) || _find(makeValue & kCodeBits) != nullptr);
+}
+
 void CCustomHotkey::_readButton(const Storage& button, const Storage& userSettings) {
     LOG_ENTER_LEAVE();
+    if (_wouldChangeNothing(button)) {
+        return;
+    }
     DWORD isQrdControl = 0;
     if (!button.getDword(regpath::kIsQrdControl, isQrdControl) || isQrdControl == 0) {
         return;

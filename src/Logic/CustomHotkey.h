@@ -33,6 +33,7 @@ class CCustomHotkey {
         std::wstring param;
     };
 
+    [[nodiscard]] bool _wouldChangeNothing(const storage::Storage& button) const;
     void _readButton(const storage::Storage& button, const storage::Storage& userSettings);
     [[nodiscard]] const CustomHotkeyInfo* _find(DWORD code) const;
 
