@@ -18,13 +18,8 @@ class CPopupDlg : public CDialog {
     }
 
  protected:
-    [[nodiscard]] const MessageMap& messageMap() const override {
-        static constexpr MessageEntry kEntries[] = {onMessage<&CPopupDlg::OnNcCalcSize>(WM_NCCALCSIZE)};
-        static const MessageMap kMap{&CDialog::messageMap(), kEntries};
-        return kMap;
-    }
+    [[nodiscard]] const MessageMap& messageMap() const override;
 
  private:
-    // The whole window is client area. Some systems look up all fonts and measures of frames, at every move, to find out.
-    LRESULT OnNcCalcSize(WPARAM /*wParam*/, LPARAM /*lParam*/) { return 0; }
+    LRESULT OnNcCalcSize(WPARAM wParam, LPARAM lParam);
 };

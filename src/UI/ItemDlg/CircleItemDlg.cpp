@@ -73,7 +73,7 @@ CCircleItemDlg::CHandOver::~CHandOver() {
 }
 
 // Without memory the windows end with their item.
-bool CCircleItemDlg::CHandOver::take(CCircleItemDlg& item) {
+bool CCircleItemDlg::CHandOver::_take(CCircleItemDlg& item) {
     if (FAILED(common::statusOf([this] {
             m_kept.push_back(std::make_unique<Windows>());
             return S_OK;
@@ -87,7 +87,7 @@ bool CCircleItemDlg::CHandOver::take(CCircleItemDlg& item) {
     return true;
 }
 
-bool CCircleItemDlg::CHandOver::give(CCircleItemDlg& item) {
+bool CCircleItemDlg::CHandOver::_give(CCircleItemDlg& item) {
     if (m_kept.empty()) {
         return false;
     }
@@ -105,12 +105,12 @@ bool CCircleItemDlg::_handWindowsOn() {
         return false;
     }
     static_cast<void>(showItem(false));
-    return handOver->take(*this);
+    return handOver->_take(*this);
 }
 
 bool CCircleItemDlg::Create(HWND hParent) {
     CHandOver* const handOver = CHandOver::s_pCurrent;
-    if (m_hWnd != nullptr || hParent != nullptr || handOver == nullptr || !handOver->give(*this)) {
+    if (m_hWnd != nullptr || hParent != nullptr || handOver == nullptr || !handOver->_give(*this)) {
         return CItemWnd::Create(hParent);
     }
     OnInitDialog();

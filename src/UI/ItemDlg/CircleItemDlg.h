@@ -41,8 +41,8 @@ class CCircleItemDlg : public CItemWnd {
         friend class CCircleItemDlg;
         struct Windows;
 
-        [[nodiscard]] bool take(CCircleItemDlg& item);
-        [[nodiscard]] bool give(CCircleItemDlg& item);
+        [[nodiscard]] bool _take(CCircleItemDlg& item);
+        [[nodiscard]] bool _give(CCircleItemDlg& item);
 
         static CHandOver* s_pCurrent;
 
