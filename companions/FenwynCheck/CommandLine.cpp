@@ -32,8 +32,8 @@ class CParser {
             _command(Command::Unregister);
         } else if (word == L"--forgive") {
             _command(Command::Forgive);
-        } else if (word == L"--inspect" || word == L"--try-one") {
-            _command(word == L"--inspect" ? Command::Inspect : Command::Try);
+        } else if (word == L"--ask" || word == L"--inspect" || word == L"--try-one") {
+            _command(word == L"--ask" ? Command::Ask : word == L"--inspect" ? Command::Inspect : Command::Try);
             m_options.function = _value();
             m_options.plugin = _value();
         } else if (word == L"--screens") {
@@ -120,6 +120,10 @@ std::wstring usage() {
            L"    whether the machine offers them or not; a name that is none of a function is refused.\n"
            L"FenwynCheck --unregister [--user]\n"
            L"    Removes what --register wrote and nobody changed since.\n"
+           L"FenwynCheck --ask FUNCTION PLUG-IN\n"
+           L"    For other programs: one plug-in. Writes outcome=offered, outcome=declined or outcome=faulty, and in the\n"
+           L"    next line why=, with the plug-in's reason or the fault. The plug-in runs in a process of its own, for\n"
+           L"    20 seconds at most. Exit code 4: declined.\n"
            L"FenwynCheck --screens\n"
            L"    Lists the active screens. --allow-screen NUMBER (or path): Fenwyn may change the brightness of this\n"
            L"    external screen over its cable. Some screens answer slowly or fail at that, so none is changed "
@@ -131,21 +135,6 @@ std::wstring usage() {
            L"Exit codes: 0 all is well; 1 a plug-in is at fault, or a change had no effect; 2 wrong use; 3 something\n"
            L"could not be written; 4 there is nothing to check or to register, a list is there already,\n"
            L"or there is no such screen.\n";
-}
-
-std::wstring quoted(const std::wstring& argument) {
-    std::wstring result = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : argument) {
-        if (c == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        result.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
-        backslashes = 0;
-        result += c;
-    }
-    return result.append(2 * backslashes, L'\\') + L'"';
 }
 
 }  // namespace machine

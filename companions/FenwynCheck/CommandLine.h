@@ -13,6 +13,7 @@ enum class Command {
     Register,      // write a function list
     Unregister,    // remove it again
     Forgive,       // load plug-ins again that ended the program
+    Ask,           // one plug-in, for another program
     Inspect,       // one plug-in, in a process of its own
     Try,           // the same, with a change that is taken back
     ListScreens,   // and whether Fenwyn may change their brightness
@@ -29,7 +30,7 @@ struct Options {
     bool elevated = false;          // this is the run with administrator rights; there is no further one
     std::wstring reportFile;        // empty: none
     std::wstring functions;         // of the list to be written, as in "Mute;Lock;"; empty: what the machine offers
-    std::wstring function, plugin;  // of Inspect and Try
+    std::wstring function, plugin;  // of Ask, Inspect and Try
     std::wstring screen;            // a number of the list or a path; of ScreenBrightness a path
     std::optional<unsigned long> percentage;  // that ScreenBrightness sets; nothing: it reads
 };
@@ -38,8 +39,5 @@ struct Options {
 [[nodiscard]] std::optional<Options> parseCommandLine(std::span<const std::wstring> arguments);
 
 [[nodiscard]] std::wstring usage();
-
-// One argument as it stands on a command line, quoted so that it arrives as it is.
-[[nodiscard]] std::wstring quoted(const std::wstring& argument);
 
 }  // namespace machine

@@ -67,7 +67,8 @@ Finding findingOf(const ChildResult& child, DWORD patience) {
 }
 
 std::wstring command(const wchar_t* name, const Entry& entry) {
-    return std::wstring(name) + L" " + quoted(entry.name) + L" " + quoted(entry.plugin);
+    return std::wstring(name) + L" " + common::quotedArgument(entry.name) + L" " +
+           common::quotedArgument(entry.plugin);
 }
 
 // Keeps what it tells, for the report.
@@ -210,6 +211,27 @@ std::wstring withoutProfile(std::wstring text, const std::wstring& profile) {
                          same);
     }
     return text;
+}
+
+ExitCode askPlugin(const Options& options, const Outside& outside) {
+    const Finding finding = inspectApart({options.function, options.plugin, {}, {}}, outside);
+    struct Answer {
+        Outcome outcome;
+        std::wstring_view word;
+        std::wstring_view before;  // what stands before the reason in the words for people
+        ExitCode code;
+    };
+    constexpr Answer kAnswers[] = {{Outcome::Offered, L"offered", {}, kWell},
+                                   {Outcome::Declined, L"declined", L"not offered: ", kNothingToDo},
+                                   {Outcome::Faulty, L"faulty", L"FAULT: ", kFaulty}};
+    const Answer& answer = *std::ranges::find(kAnswers, finding.outcome, &Answer::outcome);
+    std::wstring text = L"outcome=" + std::wstring(answer.word) + L"\n";
+    if (const std::size_t at = finding.text.find(answer.before); !answer.before.empty() && at != std::wstring::npos) {
+        const std::size_t start = at + answer.before.size();
+        text += L"why=" + finding.text.substr(start, finding.text.find(L'\n', start) - start) + L"\n";
+    }
+    outside.tell(text);
+    return answer.code;
 }
 
 ExitCode checkMachine(const Options& options, const Outside& outside) {

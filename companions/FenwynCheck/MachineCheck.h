@@ -12,6 +12,9 @@ namespace machine {
 
 [[nodiscard]] ExitCode checkMachine(const Options& options, const Outside& outside);
 
+// --ask: the same for one plug-in, in lines that a program reads.
+[[nodiscard]] ExitCode askPlugin(const Options& options, const Outside& outside);
+
 // Looks at one function in a process of its own. A plug-in that crashes or does not return is at fault.
 [[nodiscard]] Finding inspectApart(const Entry& entry, const Outside& outside);
 

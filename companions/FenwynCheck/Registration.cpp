@@ -100,7 +100,7 @@ ExitCode registerFunctions(const Options& options, const Outside& outside) {
     if (error == ERROR_ACCESS_DENIED && !options.forUser) {
         code = elevate(
             options,
-            std::wstring(L"--register --functions ") + quoted(joined(names)) + (options.replace ? L" --replace" : L""),
+            std::wstring(L"--register --functions ") + common::quotedArgument(joined(names)) + (options.replace ? L" --replace" : L""),
             outside);
     } else if (error != ERROR_SUCCESS) {
         code = refused(error, outside);

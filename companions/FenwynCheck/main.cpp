@@ -94,6 +94,8 @@ int run(const machine::Options& options) {
             return machine::unregisterFunctions(options, outside);
         case Command::Forgive:
             return machine::forgivePlugins(outside);
+        case Command::Ask:
+            return machine::askPlugin(options, outside);
         case Command::Inspect:
             check::tellCrashes();
             leaveDisplaysAlone();

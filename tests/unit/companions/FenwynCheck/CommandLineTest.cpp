@@ -5,6 +5,8 @@
 
 #include <shellapi.h>
 
+#include "common/ChildProcess.h"
+
 namespace {
 
 using machine::Command;
@@ -36,6 +38,11 @@ TEST(CheckCommandLine, TakesEachCommandWithItsSwitchesInAnyOrder) {
     ASSERT_TRUE(inspect);
     EXPECT_EQ(inspect->function, L"Mute");
     EXPECT_EQ(inspect->plugin, L"C:\\Mute.dll");
+    const auto question = parse({L"--ask", L"Mute", L"C:\\Mute.dll"});
+    ASSERT_TRUE(question);
+    EXPECT_EQ(question->command, Command::Ask);
+    EXPECT_EQ(question->plugin, L"C:\\Mute.dll");
+    EXPECT_FALSE(parse({L"--ask", L"Mute"}));
 }
 
 TEST(CheckCommandLine, TakesScreensByNumberOrPathAndAPercentage) {
@@ -88,7 +95,7 @@ TEST(CheckCommandLine, QuotedArgumentsArriveAsTheyAre) {
     for (const std::wstring argument :
          {L"plain", L"with blank", L"C:\\folder with blank\\", L"a\"b", L"a\\\"b", L"\\\\", L"%PATH%"}) {
         int count = 0;
-        LPWSTR* const words = CommandLineToArgvW((L"x.exe " + machine::quoted(argument) + L" end").c_str(), &count);
+        LPWSTR* const words = CommandLineToArgvW((L"x.exe " + common::quotedArgument(argument) + L" end").c_str(), &count);
         ASSERT_EQ(count, 3);
         EXPECT_EQ(std::wstring(words[1]), argument);
         LocalFree(words);

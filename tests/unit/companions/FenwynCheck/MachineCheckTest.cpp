@@ -53,6 +53,37 @@ TEST_F(MachineCheck, PluginThatCrashesHangsOrIsNotWhollyListedIsAtFaultAndNoOthe
     EXPECT_TELLS(L"\n4 functions: 1 offered, 0 not offered, 3 at fault.\n");
 }
 
+// For other programs: the settings show why a card is missing.
+TEST_F(MachineCheck, OnePlugInIsToldInLinesForPrograms) {
+    struct Case {
+        machine::ChildResult child;
+        machine::ExitCode code;
+        std::wstring lines;
+    };
+    const Case cases[] = {
+        {{true, 0, L"offered\nstate: muted\ncalls: x\n"}, machine::kWell, L"outcome=offered\n"},
+        {{true, 10, L"not offered: There is no drive.\ncalls: x\n"},
+         machine::kNothingToDo,
+         L"outcome=declined\nwhy=There is no drive.\n"},
+        {{true, 1, L"note: slow\nFAULT: The export A is missing.\nFAULT: B\n"},
+         machine::kFaulty,
+         L"outcome=faulty\nwhy=The export A is missing.\n"},
+        {{true, 0xC0000005, L""}, machine::kFaulty, L"outcome=faulty\nwhy=its process ended with 0xC0000005.\n"},
+        {{false, 1, L""},
+         machine::kFaulty,
+         L"outcome=faulty\nwhy=it did not return within 20 seconds and was ended.\n"},
+    };
+    m_options.command = machine::Command::Ask;
+    m_options.function = L"ODD";
+    m_options.plugin = L"C:\\a b\\Odd.dll";
+    for (const Case& each : cases) {
+        m_double.told.clear();
+        m_double.children[L"--inspect \"ODD\" \"C:\\a b\\Odd.dll\""] = each.child;
+        EXPECT_EQ(machine::askPlugin(m_options, m_double.outside()), each.code);
+        EXPECT_EQ(m_double.told, each.lines) << m_double.narrow();
+    }
+}
+
 TEST_F(MachineCheck, NothingThereHasAnExitCodeOfItsOwn) {
     EXPECT_EQ(run(), machine::kNothingToDo);
     EXPECT_TELLS(L"0 functions");

@@ -1,10 +1,10 @@
-#include "OwnProcess.h"
+#include "common/ChildProcess.h"
 
 #include <algorithm>
 
 #include "common/Handle.h"
 
-namespace machine {
+namespace common {
 
 namespace {
 
@@ -12,8 +12,8 @@ namespace {
 constexpr DWORD kPipeBytes = 1024 * 1024;
 
 struct Pipe {
-    common::UniqueHandle read;
-    common::UniqueHandle write;  // inheritable
+    UniqueHandle read;
+    UniqueHandle write;  // inheritable
 };
 
 bool open(Pipe& pipe) {
@@ -37,29 +37,30 @@ std::wstring contentOf(const Pipe& pipe) {
     return text;
 }
 
-common::UniqueHandle start(std::wstring commandLine, HANDLE output) {
+UniqueHandle start(const std::wstring& program, const std::wstring& arguments, HANDLE output) {
+    std::wstring commandLine = L"\"" + program + L"\" " + arguments;
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = output;
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(programPath().c_str(), commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
+    if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
                        nullptr, &startup, &process) == FALSE) {
         return {};
     }
     CloseHandle(process.hThread);
-    return common::UniqueHandle(process.hProcess);
+    return UniqueHandle(process.hProcess);
 }
 
 }  // namespace
 
-ChildResult runSelf(const std::wstring& arguments, DWORD patience) {
+ChildResult runChild(const std::wstring& program, const std::wstring& arguments, DWORD patience) {
     ChildResult result;
     Pipe pipe;
     if (!open(pipe)) {
         return result;
     }
-    const common::UniqueHandle process = start(L"\"" + programPath() + L"\" " + arguments, pipe.write.get());
+    const UniqueHandle process = start(program, arguments, pipe.write.get());
     pipe.write.reset();
     if (!process) {
         return result;
@@ -74,4 +75,19 @@ ChildResult runSelf(const std::wstring& arguments, DWORD patience) {
     return result;
 }
 
-}  // namespace machine
+std::wstring quotedArgument(const std::wstring& argument) {
+    std::wstring result = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : argument) {
+        if (c == L'\\') {
+            ++backslashes;
+            continue;
+        }
+        result.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
+        backslashes = 0;
+        result += c;
+    }
+    return result.append(2 * backslashes, L'\\') + L'"';
+}
+
+}  // namespace common
