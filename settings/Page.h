@@ -11,6 +11,9 @@ namespace settings {
 
 class CModel;
 
+// To the window: the page with the title wParam comes to the front.
+inline constexpr UINT kMsgGoTo = WM_APP + 1;
+
 class CPage : public CDialog {
  public:
     // Model and surroundings outlive the page.
@@ -46,6 +49,8 @@ class CPage : public CDialog {
     [[nodiscard]] CModel& model() const { return m_model; }
     [[nodiscard]] const Surroundings& surroundings() const { return m_surroundings; }
     void tell(const std::wstring& message) const;
+    // Brings the page with that title to the front.
+    void goTo(UINT title) const { ::SendMessageW(::GetParent(m_hWnd), kMsgGoTo, title, 0); }
     [[nodiscard]] bool ask(const std::wstring& question) const;
 
  private:

@@ -56,6 +56,7 @@ const MessageMap& CSettingsDlg::messageMap() const {
         onMessage<&CSettingsDlg::OnControl>(WM_COMMAND),
         onMessage<&CSettingsDlg::OnNotify>(WM_NOTIFY),
         onMessage<&CSettingsDlg::OnDpiChanged>(WM_DPICHANGED),
+        onMessage<&CSettingsDlg::OnGoTo>(kMsgGoTo),
         onEvent<&CSettingsDlg::OnClose>(WM_CLOSE),
     };
     static const MessageMap kMap{&CDialog::messageMap(), kEntries};
@@ -261,6 +262,14 @@ LRESULT CSettingsDlg::OnNotify(WPARAM /*wParam*/, LPARAM lParam) {
         return 0;
     }
     return Default();
+}
+
+LRESULT CSettingsDlg::OnGoTo(WPARAM wParam, LPARAM /*lParam*/) {
+    const auto found = std::ranges::find(pages(), static_cast<UINT>(wParam), &PageEntry::title);
+    if (found != pages().end()) {
+        select(static_cast<std::size_t>(found - pages().begin()));
+    }
+    return 0;
 }
 
 LRESULT CSettingsDlg::OnDpiChanged(WPARAM wParam, LPARAM lParam) {

@@ -33,6 +33,7 @@ class CSettingsDlg : public CDialog {
  private:
     LRESULT OnControl(WPARAM wParam, LPARAM lParam);
     LRESULT OnNotify(WPARAM wParam, LPARAM lParam);
+    LRESULT OnGoTo(WPARAM wParam, LPARAM lParam);
     LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
     void OnClose() { _cancel(); }
 

@@ -41,6 +41,27 @@
 #define IDS_ERROR_ALLOWED 23  // one argument: what is not allowed
 
 // ---- Cards: controls from 1100, texts from 100
+#define IDC_CARDS 1100
+#define IDC_CARD_CAPTION 1101
+#define IDC_CARD_PLUGIN 1102
+#define IDC_CARD_WHY 1103
+#define IDC_CARD_REMEDY 1104
+#define IDS_CARD_UP 100
+#define IDS_CARD_DOWN 101
+#define IDS_CARD_CHECK 102
+#define IDS_CARD_CAPTION 103
+#define IDS_CARD_PLUGIN 104
+#define IDS_CARD_CHOOSE 105
+#define IDS_COLUMN_CARD 106
+#define IDS_COLUMN_KEY 107
+#define IDS_COLUMN_STATE 108
+#define IDS_PLUGIN_TITLE 109  // one argument: the caption
+#define IDS_PLUGIN_FILES 110
+#define IDS_ERROR_PLUGIN 111
+#define IDS_CARD_FORGIVEN 112
+#define IDS_CARD_STATE 120   // + CardState
+#define IDS_CARD_WHY 140     // + CardState; arguments: why, and when
+#define IDS_CARD_REMEDY 160  // + CardState
 // ---- Behaviour: controls from 1200, texts from 200. Of a setting its name, and then what it does.
 #define IDC_FIRST_ROW 1200  // of a row for each setting
 #define IDS_GROUP_PLACE 260
@@ -120,4 +141,4 @@
 // ---- Keys: controls from 1400, texts from 400
 // ---- Buttons: controls from 1500, texts from 500
 // ---- Log and help: controls from 1600, texts from 600
-// ---- The icon in the notification area: texts from 700
+// ---- The icon in the notification area: texts from 800

@@ -42,6 +42,7 @@ Surroundings realSurroundings() {
             return messageBox(owner, message, MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
         },
         &chooseFile,
+        &askPlugin,
         [](UINT dpi) { return common::messageFont(dpi); },
     };
 }

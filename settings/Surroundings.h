@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "PluginState.h"
+
 namespace settings {
 
 // A question for a file: its title and the kinds of files, as in the common dialogs ("Plug-ins\0*.dll\0\0").
@@ -24,6 +26,8 @@ struct Surroundings {
     std::function<bool(HWND owner, const std::wstring& text)> ask;
     // A file; nothing when the person chose none.
     std::function<std::optional<std::wstring>(HWND owner, const FileQuestion& question)> chooseFile;
+    // What a plug-in says of itself. Takes half a minute at most. Thread: any.
+    std::function<PluginAnswer(const std::wstring& function, const std::wstring& plugin)> askPlugin;
     // The font of the windows on a screen of that dpi; its height is in pixels.
     std::function<LOGFONTW(UINT dpi)> font;
 };

@@ -67,8 +67,7 @@ Finding findingOf(const ChildResult& child, DWORD patience) {
 }
 
 std::wstring command(const wchar_t* name, const Entry& entry) {
-    return std::wstring(name) + L" " + common::quotedArgument(entry.name) + L" " +
-           common::quotedArgument(entry.plugin);
+    return std::wstring(name) + L" " + common::quotedArgument(entry.name) + L" " + common::quotedArgument(entry.plugin);
 }
 
 // Keeps what it tells, for the report.

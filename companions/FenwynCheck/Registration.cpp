@@ -98,10 +98,10 @@ ExitCode registerFunctions(const Options& options, const Outside& outside) {
     const LSTATUS error = outside.writeSettings(rootOf(options), settings);
     ExitCode code = kWell;
     if (error == ERROR_ACCESS_DENIED && !options.forUser) {
-        code = elevate(
-            options,
-            std::wstring(L"--register --functions ") + common::quotedArgument(joined(names)) + (options.replace ? L" --replace" : L""),
-            outside);
+        code = elevate(options,
+                       std::wstring(L"--register --functions ") + common::quotedArgument(joined(names)) +
+                           (options.replace ? L" --replace" : L""),
+                       outside);
     } else if (error != ERROR_SUCCESS) {
         code = refused(error, outside);
     }

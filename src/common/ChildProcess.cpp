@@ -44,8 +44,8 @@ UniqueHandle start(const std::wstring& program, const std::wstring& arguments, H
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = output;
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                       nullptr, &startup, &process) == FALSE) {
+    if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
+                       &startup, &process) == FALSE) {
         return {};
     }
     CloseHandle(process.hThread);

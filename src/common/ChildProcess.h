@@ -13,8 +13,8 @@ struct ChildResult {
     std::wstring text;  // what it wrote to standard output, line feeds only
 };
 
-// Runs the program with these arguments, without a window, and waits until it ends, for `patience` milliseconds at most.
-// Thread: any.
+// Runs the program with these arguments, without a window, and waits until it ends, for `patience` milliseconds at
+// most. Thread: any.
 [[nodiscard]] ChildResult runChild(const std::wstring& program, const std::wstring& arguments, DWORD patience);
 
 // One argument as it stands on a command line, quoted so that it arrives as it is.

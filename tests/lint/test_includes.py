@@ -19,7 +19,8 @@ PARTS = {
     "src/Messages.h": [],
     "src/Data/RegistryPaths.h": ["companions/include"],
     "src/Data": ["src/Data/RegistryPaths.h", "src/common", "companions/include"],
-    "src/Logic": ["src/Data", "src/Data/RegistryPaths.h", "src/common", "src/res", "src/Messages.h", "framework", "companions/hotkey/include",
+    "src/Logic/FuncX/FunctionTables.h": ["plugins/sdk", "src/res"],
+    "src/Logic": ["src/Logic/FuncX/FunctionTables.h", "src/Data", "src/Data/RegistryPaths.h", "src/common", "src/res", "src/Messages.h", "framework", "companions/hotkey/include",
                   "companions/OutputSetup/include", "plugins/sdk"],
     "src/UI": ["src/Logic", "src/Data", "src/common", "src/res", "src/Messages.h", "framework",
                "companions/OutputSetup/include", "plugins/sdk"],
@@ -45,7 +46,8 @@ PARTS = {
     "plugins/windows": ["plugins/sdk", "companions/include", "companions/keyboard", "companions/OutputSetup/include",
                         "framework", "src/common", "src/res"],
     "settings": ["companions/include", "companions/hotkey/include", "companions/OutputSetup/include", "plugins/sdk",
-                 "framework", "src/common", "src/res", "src/Messages.h", "src/Data/RegistryPaths.h"],
+                 "framework", "src/common", "src/res", "src/Messages.h", "src/Data/RegistryPaths.h",
+                 "src/Logic/FuncX/FunctionTables.h", "companions/captions/include"],
 }
 
 # Includes against the direction of the table. (from, to): why. Allowed in sources only: a header uses a forward

@@ -95,7 +95,8 @@ TEST(CheckCommandLine, QuotedArgumentsArriveAsTheyAre) {
     for (const std::wstring argument :
          {L"plain", L"with blank", L"C:\\folder with blank\\", L"a\"b", L"a\\\"b", L"\\\\", L"%PATH%"}) {
         int count = 0;
-        LPWSTR* const words = CommandLineToArgvW((L"x.exe " + common::quotedArgument(argument) + L" end").c_str(), &count);
+        LPWSTR* const words =
+            CommandLineToArgvW((L"x.exe " + common::quotedArgument(argument) + L" end").c_str(), &count);
         ASSERT_EQ(count, 3);
         EXPECT_EQ(std::wstring(words[1]), argument);
         LocalFree(words);
