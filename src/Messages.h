@@ -28,6 +28,8 @@ inline constexpr UINT_PTR kTimerIdle = 200;
 
 // To the enlarged card.
 inline constexpr UINT kMsgTakeFocusBack = WM_APP + 5;  // from the card itself
+// To every window of the cards, from its accessible object: what an assistive program asks of it.
+inline constexpr UINT kMsgAccessible = WM_APP + 7;
 // Timer on the enlarged card: from now on a lost focus counts, after a strip with the focus made way for the card.
 inline constexpr UINT_PTR kTimerFocusSettled = 2;
 inline constexpr UINT kFocusSettlesMs = 500;
@@ -35,6 +37,9 @@ inline constexpr UINT kFocusSettlesMs = 500;
 // Timer on the frame.
 inline constexpr UINT_PTR kTimerFlash = 100;  // end of the flash
 inline constexpr UINT kFlashMs = 500;
+
+// The product's name, the same in every language.
+inline constexpr wchar_t kProductName[] = L"Fenwyn";
 
 // Window classes and titles by which other programs find this one.
 inline constexpr wchar_t kFrameClass[] = L"ZelMainCls";

@@ -272,6 +272,7 @@ HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
     }
     m_pZelMainDlg->show(false);
     m_pZelMainDlg->hideLargeCards();
+    accessible::giveFocusBack();
     if (bCancelSticky) {
         static_cast<void>(_cancelFnSticky());  // the cards are hidden anyway
     }
@@ -441,6 +442,7 @@ int CZelMainApp::ExitInstance() {
         m_pZelHideDlg->DestroyWindow();
         m_pZelHideDlg.reset();
     }
+    accessible::stop();
     m_hPngDll.reset();
     m_hPrtHookDll.reset();
     CHotkeyEventHandler::stopHotkeyEventLoop();

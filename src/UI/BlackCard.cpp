@@ -94,6 +94,44 @@ std::wstring CBlackCard::getDesc() const {
     return m_pFunx->getDesc();
 }
 
+accessible::Facts CBlackCard::accessibleFacts() const {
+    if (m_pFunx == nullptr) {
+        return {{}, {}, {}, STATE_SYSTEM_UNAVAILABLE};
+    }
+    std::wstring name = m_pFunx->getCaption();
+    std::wstring desc = m_pFunx->getDesc();
+    // Captions can be switched off.
+    return name.empty() ? accessible::Facts{std::move(desc), {}, {}, 0}
+                        : accessible::Facts{std::move(name), {}, std::move(desc), 0};
+}
+
+std::vector<accessible::ITarget*> CBlackCard::accessibleItems() const {
+    std::vector<accessible::ITarget*> targets;
+    for (CQrdItem* item : m_vecItems) {
+        if (auto* target = dynamic_cast<accessible::ITarget*>(item); target != nullptr) {
+            targets.push_back(target);
+        }
+    }
+    return targets;
+}
+
+accessible::ITarget* CBlackCard::accessibleCard() const {
+    return m_pLargeCardDlg.get();
+}
+
+bool CBlackCard::isSelected(const CQrdItem* pItem) const {
+    return hasValidSelection() && m_vecItems[static_cast<std::size_t>(m_nSelItem)] == pItem;
+}
+
+// The system's focus stays with the program that the user works in: without this, steps would be silent.
+void CBlackCard::_announceSelection() const {
+    const HWND item = m_vecItems[static_cast<std::size_t>(m_nSelItem)]->windowHandle();
+    if (::IsWindowVisible(item) != FALSE) {
+        accessible::announce(item, EVENT_OBJECT_SELECTION);
+        accessible::announceFocus(item);
+    }
+}
+
 HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
     const CDescFormat format(m_placement.bottom ? Gdiplus::StringAlignmentFar : Gdiplus::StringAlignmentNear);
 
@@ -133,11 +171,14 @@ HRESULT CBlackCard::notifyHotkey(DWORD dwHotkey, BOOL bBreak, bool bHeld) {
         RETURN_IF_FAILED(handleHotkeyFirstTime(dwHotkey));
         return S_OK;
     }
-    ++m_nSelItem;
+    const int before = m_nSelItem++;
     if (!indexInContainer(m_nSelItem, m_vecItems)) {
         m_nSelItem = 0;
     }
     RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
+    if (m_nSelItem != before) {
+        _announceSelection();
+    }
     return S_OK;
 }
 
@@ -160,6 +201,7 @@ HRESULT CBlackCard::handleHotkeyFirstTime(DWORD dwHotkey) {
     m_nSelItem = indexInContainer(item, m_vecItems) ? static_cast<int>(item) : -1;
     RETURN_IF_FAILED(refreshItemDlgs(dwHotkey));
     m_bFirstTime = false;
+    _announceSelection();
     return S_OK;
 }
 

@@ -8,6 +8,7 @@
 
 #include "Logic/FuncX/FuncX.h"
 #include "Logic/Placement.h"
+#include "UI/Accessible.h"
 #include "UI/CardGeometry.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/GdiPlusFunc.h"
@@ -44,6 +45,14 @@ class CBlackCard {
     [[nodiscard]] Gdiplus::Image* image() const { return m_pImage.get(); }
     [[nodiscard]] std::wstring getCaption() const;
     [[nodiscard]] std::wstring getDesc() const;
+
+    // What assistive programs learn about the card in the strip; and the windows of its items, from left to right, and
+    // of the enlarged card above them, null while there is none.
+    [[nodiscard]] accessible::Facts accessibleFacts() const;
+    [[nodiscard]] std::vector<accessible::ITarget*> accessibleItems() const;
+    [[nodiscard]] accessible::ITarget* accessibleCard() const;
+    // Whether the keys have selected this item.
+    [[nodiscard]] bool isSelected(const CQrdItem* pItem) const;
 
     // One key event: code 0 is the modifier. S_FALSE: the card is not concerned. bHeld: no later event has arrived, so
     // that a pressed key may count as held.
@@ -87,6 +96,7 @@ class CBlackCard {
     [[nodiscard]] HRESULT setItemDlgPos();
     void clearItems();
     void _showItems(bool bShow) const;
+    void _announceSelection() const;
     [[nodiscard]] HRESULT handleHotkeyFirstTime(DWORD dwHotkey);
     [[nodiscard]] HRESULT refreshItemDlgs(DWORD dwHotkey);
 

@@ -1,6 +1,7 @@
 // The rule for user input to cards, items and the slider during a plug-in call.
 #pragma once
 
+#include "Messages.h"
 #include "UI/CardsInUse.h"
 
 // Whether a message is ignored while cards are in use. The mouse and the keys of the slider are ignored, because nobody
@@ -18,6 +19,7 @@
         case WM_MOUSEHWHEEL:
         case WM_KEYDOWN:
         case WM_TIMER:
+        case kMsgAccessible:
             return true;
         case WM_HSCROLL:
             return LOWORD(wParam) != SB_ENDSCROLL;

@@ -56,6 +56,16 @@ void CLargeCardDlg::setText(std::wstring strText) {
     // A line ends with its line feed; some text outputs do not skip the carriage return before it.
     std::erase(m_strText, L'\r');
     ::InvalidateRect(m_hWnd, &m_rects.text, TRUE);
+    accessible::announce(m_hWnd, EVENT_OBJECT_VALUECHANGE);
+}
+
+accessible::Facts CLargeCardDlg::accessibleFacts(LONG /*nPart*/) const {
+    return m_strCaption.empty() ? accessible::Facts{m_strDesc, m_strText, {}, 0}
+                                : accessible::Facts{m_strCaption, m_strText, m_strDesc, 0};
+}
+
+std::vector<accessible::ITarget*> CLargeCardDlg::accessibleChildren() const {
+    return m_pBlackCard == nullptr ? std::vector<accessible::ITarget*>{} : m_pBlackCard->accessibleItems();
 }
 
 void CLargeCardDlg::OnSize() {

@@ -28,6 +28,11 @@ class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
 
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
 
+    // The items are below it.
+    [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kEnlargedCard; }
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG nPart) const override;
+    [[nodiscard]] std::vector<accessible::ITarget*> accessibleChildren() const override;
+
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;

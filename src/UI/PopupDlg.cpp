@@ -1,8 +1,13 @@
 #include "UI/PopupDlg.h"
 
+#include "Messages.h"
+
 const MessageMap& CPopupDlg::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
         onMessage<&CPopupDlg::OnNcCalcSize>(WM_NCCALCSIZE),
+        onMessage<&CPopupDlg::OnGetObject>(WM_GETOBJECT),
+        onMessage<&CPopupDlg::OnAccessible>(kMsgAccessible),
+        onMessage<&CPopupDlg::OnWindowPosChanged>(WM_WINDOWPOSCHANGED),
     };
     static const MessageMap kMap{&CDialog::messageMap(), kEntries};
     return kMap;
@@ -11,4 +16,42 @@ const MessageMap& CPopupDlg::messageMap() const {
 // The whole window is client area. Some systems look up all measures and fonts of frames, at every move, to find out.
 LRESULT CPopupDlg::OnNcCalcSize(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     return 0;
+}
+
+accessible::Facts CPopupDlg::accessibleFacts(LONG /*nPart*/) const {
+    return {};
+}
+
+RECT CPopupDlg::accessiblePlace(LONG /*nPart*/) const {
+    return windowRect();
+}
+
+LRESULT CPopupDlg::OnGetObject(WPARAM wParam, LPARAM lParam) {
+    LRESULT result = 0;
+    return accessible::answer(*this, wParam, lParam, result) ? result : Default();
+}
+
+LRESULT CPopupDlg::OnAccessible(WPARAM wParam, LPARAM lParam) {
+    if (!isVisible()) {
+        return 0;  // hidden since then
+    }
+    const auto nArgument = static_cast<LONG>(lParam);
+    if (wParam == accessible::kPress) {
+        accessiblePress(nArgument);
+    } else if (wParam == accessible::kSetValue) {
+        accessibleSetValue(nArgument);
+    }
+    return 0;
+}
+
+// Not every system tells others itself that a window appears or disappears.
+LRESULT CPopupDlg::OnWindowPosChanged(WPARAM /*wParam*/, LPARAM lParam) {
+    const UINT uChanges = reinterpret_cast<const WINDOWPOS*>(lParam)->flags;
+    const LRESULT result = Default();
+    if ((uChanges & SWP_SHOWWINDOW) != 0) {
+        accessible::announce(m_hWnd, EVENT_OBJECT_SHOW);
+    } else if ((uChanges & SWP_HIDEWINDOW) != 0) {
+        accessible::announce(m_hWnd, EVENT_OBJECT_HIDE);
+    }
+    return result;
 }

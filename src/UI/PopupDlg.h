@@ -1,10 +1,11 @@
 // A dialog without a frame that appears, moves and disappears without activation: the focus stays with the program that
-// the user works in.
+// the user works in. Assistive programs can read it (UI/Accessible.h).
 #pragma once
 
+#include "UI/Accessible.h"
 #include "framework/Dialog.h"
 
-class CPopupDlg : public CDialog {
+class CPopupDlg : public CDialog, public accessible::ITarget {
  public:
     using CDialog::CDialog;
 
@@ -17,9 +18,29 @@ class CPopupDlg : public CDialog {
                               SWP_NOACTIVATE) != FALSE;
     }
 
+    // Derived classes say what they are and what they show.
+    [[nodiscard]] HWND accessibleWindow() const override { return m_hWnd; }
+    [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kNote; }
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG nPart) const override;
+    [[nodiscard]] LONG accessibleParts() const override { return 0; }
+    [[nodiscard]] RECT accessiblePlace(LONG nPart) const override;
+    [[nodiscard]] std::vector<accessible::ITarget*> accessibleChildren() const override { return {}; }
+    [[nodiscard]] accessible::ITarget* accessibleParent() const override { return nullptr; }
+    [[nodiscard]] IAccessible* accessibleObject() override { return m_accessible.get(*this); }
+
  protected:
     [[nodiscard]] const MessageMap& messageMap() const override;
+    void PostNcDestroy() override { m_accessible.disconnect(); }
+
+    // An assistive program presses the window or one of its parts, as a click would; or changes its value.
+    virtual void accessiblePress(LONG /*nPart*/) {}
+    virtual void accessibleSetValue(LONG /*nValue*/) {}
 
  private:
     LRESULT OnNcCalcSize(WPARAM wParam, LPARAM lParam);
+    LRESULT OnGetObject(WPARAM wParam, LPARAM lParam);
+    LRESULT OnAccessible(WPARAM wParam, LPARAM lParam);
+    LRESULT OnWindowPosChanged(WPARAM wParam, LPARAM lParam);
+
+    accessible::CObjectOwner m_accessible;
 };

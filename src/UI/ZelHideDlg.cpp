@@ -116,8 +116,20 @@ void CZelHideDlg::OnTimer(UINT_PTR uId) {
     if (!std::exchange(m_bTimerRunning, false) || !mouseIsOn()) {
         return;
     }
+    _showCards();
+}
+
+void CZelHideDlg::_showCards() {
     static_cast<void>(theApp.showMainDlg(TRUE, TRUE));
     theApp.mouseOperating() = TRUE;
+}
+
+accessible::Facts CZelHideDlg::accessibleFacts(LONG /*nPart*/) const {
+    return {kProductName, {}, {}, CZelConfig::getQrdConfig().bDisable ? STATE_SYSTEM_UNAVAILABLE : 0};
+}
+
+void CZelHideDlg::accessiblePress(LONG /*nPart*/) {
+    _showCards();
 }
 
 // A click on the edge of the screen does not move the focus.

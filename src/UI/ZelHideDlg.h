@@ -14,9 +14,13 @@ class CZelHideDlg : public CCardWnd {
     // Sets a new number of cards and places the strip again.
     [[nodiscard]] HRESULT refresh(int nCardCount);
 
+    [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kHoverStrip; }
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG nPart) const override;
+
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;
+    void accessiblePress(LONG nPart) override;
 
  private:
     friend struct HideDlgSeam;
@@ -28,6 +32,7 @@ class CZelHideDlg : public CCardWnd {
     void OnMouseLeave();
     LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
     void OnTimer(UINT_PTR uId);
+    static void _showCards();
 
     std::unique_ptr<Gdiplus::Image> m_pBorderImage;
     int m_nCardCount;

@@ -114,6 +114,7 @@ HRESULT CZelMainDlg::refreshCards(bool bReinitialize) {
     LOG_ENTER_LEAVE();
     if (bReinitialize) {
         RETURN_IF_FAILED(initialize());
+        accessible::announce(m_hWnd, EVENT_OBJECT_REORDER);
     }
     RETURN_IF_FAILED(setBlackCardsPos());
     return S_OK;
@@ -359,10 +360,41 @@ bool CZelMainDlg::_keyWaits() const {
 
 LRESULT CZelMainDlg::OnLatch(WPARAM wParam, LPARAM /*lParam*/) {
     m_bLatched = wParam != 0;
+    accessible::announce(m_hWnd, EVENT_OBJECT_STATECHANGE);
     if (isVisible()) {
         invalidate();
     }
     return 0;
+}
+
+const CBlackCard* CZelMainDlg::_cardOf(LONG nPart) const {
+    return indexInContainer(nPart - 1, m_vecCards) ? m_vecCards[static_cast<std::size_t>(nPart - 1)].get() : nullptr;
+}
+
+// The mark of a latched modifier makes it a pressed tool bar.
+accessible::Facts CZelMainDlg::accessibleFacts(LONG nPart) const {
+    if (nPart == CHILDID_SELF) {
+        return {kProductName, {}, {}, m_bLatched ? STATE_SYSTEM_PRESSED : 0};
+    }
+    const CBlackCard* const card = _cardOf(nPart);
+    return card == nullptr ? accessible::Facts{} : card->accessibleFacts();
+}
+
+RECT CZelMainDlg::accessiblePlace(LONG nPart) const {
+    const CBlackCard* const card = _cardOf(nPart);
+    if (card == nullptr) {
+        return windowRect();
+    }
+    RECT place = card->imageRect();
+    ::MapWindowPoints(m_hWnd, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+void CZelMainDlg::accessiblePress(LONG nPart) {
+    if (const CBlackCard* const card = _cardOf(nPart); card != nullptr) {
+        const RECT& image = card->imageRect();
+        OnLButtonDown({(image.left + image.right) / 2, (image.top + image.bottom) / 2});
+    }
 }
 
 LRESULT CZelMainDlg::OnPrintScreen(WPARAM /*wParam*/, LPARAM /*lParam*/) {

@@ -47,9 +47,16 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     [[nodiscard]] HRESULT processHotkeyInfo(const HotkeyInfo* pHotkeyInfo) override;
     bool DestroyWindow() override;
 
+    // Its parts are the cards.
+    [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kStrip; }
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG nPart) const override;
+    [[nodiscard]] LONG accessibleParts() const override { return cardCount(); }
+    [[nodiscard]] RECT accessiblePlace(LONG nPart) const override;
+
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;
+    void accessiblePress(LONG nPart) override;
 
  private:
     friend struct MainDlgSeam;
@@ -92,6 +99,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     LRESULT OnPrintScreen(WPARAM wParam, LPARAM lParam);
     LRESULT OnLatch(WPARAM wParam, LPARAM lParam);
     LRESULT OnPrepare(WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] const CBlackCard* _cardOf(LONG nPart) const;
     [[nodiscard]] HRESULT _drawLatchMark(Gdiplus::Graphics& graphics);
     void OnPaint() override;
     void OnTimer(UINT_PTR uId);

@@ -10,6 +10,8 @@
 
 // Shared by every function that may have no choices.
 #define IDS_CANCEL 200
+// What assistive programs say of cards and items: what one can do with them.
+#define IDS_PRESS 201
 
 // Mute. Item 0 is the muted state, item 1 the audible one; each text serves as item and as status.
 #define IDS_MUTE_DESC 211

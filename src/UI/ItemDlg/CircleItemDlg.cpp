@@ -253,6 +253,18 @@ HRESULT CCircleItemDlg::setItemText(const wchar_t* pszText) {
     return S_OK;
 }
 
+// The enlarged item is the one that would be applied.
+accessible::Facts CCircleItemDlg::accessibleFacts(LONG /*nPart*/) const {
+    constexpr LONG kChosen = STATE_SYSTEM_SELECTED | STATE_SYSTEM_FOCUSED;
+    return {m_descDlg.text(), {}, {}, m_bEnlarged && isVisible() ? kChosen : 0};
+}
+
+// From now on the user works with these cards as with the mouse.
+void CCircleItemDlg::accessiblePress(LONG /*nPart*/) {
+    theApp.mouseOperating() = TRUE;
+    OnLButtonDown({});
+}
+
 void CCircleItemDlg::OnMouseMove(POINT point) {
     if (!theApp.mouseOperating()) {
         return;

@@ -28,6 +28,8 @@ class CCircleItemDlg : public CItemWnd {
     bool Create(HWND hParent) override;
     bool DestroyWindow() override;
 
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG nPart) const override;
+
     // Creating windows takes longer than anything else when a card is opened. While one of these exists, the windows of
     // items that end stay, hidden, and the next items take them over in the same order. What is left ends with it.
     class CHandOver {
@@ -62,6 +64,7 @@ class CCircleItemDlg : public CItemWnd {
     // Puts the caption box above anything else that the item shows below itself.
     void raiseCaption() const;
     void OnPaint() override;
+    void accessiblePress(LONG nPart) override;
     virtual void OnLButtonDown(POINT point);
 
  private:

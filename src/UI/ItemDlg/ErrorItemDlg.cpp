@@ -58,6 +58,14 @@ bool CErrorItemDlg::OnInitDialog() {
     return CItemWnd::OnInitDialog();
 }
 
+HRESULT CErrorItemDlg::showItem(bool bShow) {
+    const HRESULT status = CItemWnd::showItem(bShow);
+    if (bShow) {
+        accessible::announce(m_hWnd, EVENT_SYSTEM_ALERT);  // it is read wherever the focus is
+    }
+    return status;
+}
+
 void CErrorItemDlg::OnPaint() {
     Default();
     static_cast<void>(paintPicture(nullptr));  // it has logged why, and the next paint tries again
@@ -83,6 +91,7 @@ HRESULT CErrorItemDlg::setItemText(const wchar_t* pszText) {
         RETURN_LOGGED(E_POINTER);
     }
     m_strError = pszText;
+    accessible::announce(m_hWnd, EVENT_OBJECT_NAMECHANGE);
     return S_OK;
 }
 

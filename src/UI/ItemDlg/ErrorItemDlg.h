@@ -22,6 +22,10 @@ class CErrorItemDlg : public CItemWnd, public IDrawTextOnLayeredWnd {
 
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
 
+    [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kNotice; }
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG /*nPart*/) const override { return {m_strError, {}, {}, 0}; }
+    [[nodiscard]] HRESULT showItem(bool bShow) override;
+
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;

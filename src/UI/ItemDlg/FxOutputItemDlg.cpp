@@ -90,6 +90,14 @@ HRESULT CFxOutputItemDlg::showPreviewWnd() {
     return S_OK;
 }
 
+accessible::Facts CFxOutputItemDlg::accessibleFacts(LONG nPart) const {
+    accessible::Facts facts = CCircleItemDlg::accessibleFacts(nPart);
+    if (m_pPreviewWnd != nullptr) {
+        facts.description = m_pPreviewWnd->text();
+    }
+    return facts;
+}
+
 void CFxOutputItemDlg::OnLButtonDown(POINT /*point*/) {
     if (theApp.mouseOperating() && m_pBlackCard != nullptr) {
         static_cast<void>(m_pBlackCard->selectItem(this, -1, true));

@@ -15,6 +15,9 @@ class CFxOutputItemDlg : public CCircleItemDlg {
     [[nodiscard]] int descOverhang() const override;
     bool DestroyWindow() override;
 
+    // With what the preview shows.
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG nPart) const override;
+
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] bool hasCommonWindows() const override { return false; }

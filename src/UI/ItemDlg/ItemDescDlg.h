@@ -15,6 +15,9 @@ class CItemDescDlg : public CNoteWnd {
     void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // Places the box under a part of the item, given in screen coordinates, as wide as its text needs. E_POINTER: null.
     [[nodiscard]] HRESULT setWndPos(const RECT* pItemRect);
+    [[nodiscard]] const std::wstring& text() const { return m_strDesc; }
+
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG /*nPart*/) const override { return {m_strDesc, {}, {}, 0}; }
 
  private:
     friend struct ItemDescSeam;

@@ -1,6 +1,7 @@
 // An item as a window: a card window that its card uses through the item interface.
 #pragma once
 
+#include "UI/BlackCard.h"
 #include "UI/CardWnd.h"
 #include "UI/ItemDlg/QrdItem.h"
 
@@ -10,6 +11,10 @@ class CItemWnd : public CCardWnd, public CQrdItem {
     [[nodiscard]] HRESULT showItem(bool bShow) override {
         show(bShow);
         return S_OK;
+    }
+    [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kItem; }
+    [[nodiscard]] accessible::ITarget* accessibleParent() const override {
+        return m_pBlackCard == nullptr ? nullptr : m_pBlackCard->accessibleCard();
     }
 
  protected:

@@ -111,6 +111,17 @@ HRESULT COutputPreviewWnd::setWndPos(const RECT* pItemRect, const Placement& pla
     return S_OK;
 }
 
+std::wstring COutputPreviewWnd::text() const {
+    std::wstring all;
+    for (const auto& row : m_vecRows) {
+        all += (all.empty() ? L"" : L", ") + row->strNumber + L" " + row->strConnector;
+        if (m_bShowResolution) {
+            all += L" " + row->strResolution;
+        }
+    }
+    return all;
+}
+
 void COutputPreviewWnd::OnPaint() {
     const RECT client = clientRect();
     const CBufferedPaint paint(m_hWnd, client);

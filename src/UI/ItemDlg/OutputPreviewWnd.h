@@ -28,6 +28,10 @@ class COutputPreviewWnd : public CNoteWnd {
     // Places the window below the item (screen coordinates), or above the cards if the strip is at the bottom.
     [[nodiscard]] HRESULT setWndPos(const RECT* pItemRect, const Placement& placement);
 
+    // What it shows, in one line.
+    [[nodiscard]] std::wstring text() const;
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG /*nPart*/) const override { return {text(), {}, {}, 0}; }
+
     // The image id of a connector's picture; E_FAIL if the name contains none of the known words.
     [[nodiscard]] static HRESULT getConnectorImageID(const wchar_t* pszConnectorName, UINT* puImageID);
 

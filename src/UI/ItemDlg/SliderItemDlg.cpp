@@ -95,6 +95,7 @@ void drawThumb(const FramePixels& frame, const RECT& thumb) {
 const MessageMap& CQrdSliderCtrl::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
         onReflectedNotify<&CQrdSliderCtrl::OnCustomDraw>(NM_CUSTOMDRAW),
+        onMessage<&CQrdSliderCtrl::OnGetObject>(WM_GETOBJECT),
         onFocus<&CQrdSliderCtrl::OnSetFocus>(WM_SETFOCUS),
         onFocus<&CQrdSliderCtrl::OnKillFocus>(WM_KILLFOCUS),
     };
@@ -123,6 +124,12 @@ LRESULT CQrdSliderCtrl::OnCustomDraw(NMHDR* pHeader) {
         ::IntersectClipRect(draw.hdc, 0, 0, 0, 0);
     }
     return CDRF_SKIPDEFAULT;
+}
+
+// It is one slider for assistive programs, whichever of its two windows they ask.
+LRESULT CQrdSliderCtrl::OnGetObject(WPARAM wParam, LPARAM lParam) {
+    return static_cast<LONG>(lParam) == OBJID_CLIENT ? ::SendMessageW(::GetParent(m_hWnd), WM_GETOBJECT, wParam, lParam)
+                                                     : Default();
 }
 
 void CQrdSliderCtrl::OnSetFocus(HWND /*hOldWnd*/) {
@@ -240,6 +247,21 @@ HRESULT CSliderItemDlg::switchItem(DWORD dwHotkey, bool bFirstTime, bool /*bSele
     return S_OK;
 }
 
+accessible::Facts CSliderItemDlg::accessibleFacts(LONG /*nPart*/) const {
+    const bool bFocused =
+        ::GetFocus() == m_slider.m_hWnd || (m_pBlackCard != nullptr && m_pBlackCard->isSelected(this));
+    return {loadResString(IDS_BRIGHTNESS_LEVEL),
+            std::to_wstring(m_slider.GetPos()),
+            {},
+            bFocused && isVisible() ? STATE_SYSTEM_FOCUSED : 0};
+}
+
+// As if the user had dragged it there.
+void CSliderItemDlg::accessibleSetValue(LONG nValue) {
+    m_slider.SetPos(nValue);  // the nearest level
+    static_cast<void>(updateBrightness());
+}
+
 // Lets the card pass the level to the plug-in; the strip does not hide. Fails also if the function refuses.
 HRESULT CSliderItemDlg::_applyLevel(LONG lLevel) {
     HRESULT functionStatus = S_OK;
@@ -282,6 +304,7 @@ HRESULT CSliderItemDlg::updateStatus() {
     if (m_pBlackCard == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
+    accessible::announce(m_hWnd, EVENT_OBJECT_VALUECHANGE);
     return m_pBlackCard->updateStatus(loadResString(IDS_BRIGHTNESS_LEVEL) + L" " + std::to_wstring(m_slider.GetPos()));
 }
 

@@ -14,6 +14,7 @@ class CQrdSliderCtrl : public CCardInput<CSliderCtrl> {
 
  private:
     LRESULT OnCustomDraw(NMHDR* pHeader);
+    LRESULT OnGetObject(WPARAM wParam, LPARAM lParam);
     void OnSetFocus(HWND hOldWnd);
     void OnKillFocus(HWND hNewWnd);
 };
@@ -31,10 +32,14 @@ class CSliderItemDlg : public CItemWnd {
     // Steps the level by one if the code is one of the function's two, except on the first press.
     [[nodiscard]] HRESULT switchItem(DWORD dwHotkey, bool bFirstTime, bool bSelected) override;
 
+    [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kSlider; }
+    [[nodiscard]] accessible::Facts accessibleFacts(LONG nPart) const override;
+
  protected:
     bool OnInitDialog() override;
     [[nodiscard]] const MessageMap& messageMap() const override;
     void OnPaint() override;
+    void accessibleSetValue(LONG nValue) override;
 
  private:
     friend struct SliderItemSeam;

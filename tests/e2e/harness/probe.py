@@ -36,6 +36,27 @@ class Window:
         return f"<{self.cls} {self.title!r} {tuple(self.rect)} {shown} ex=0x{self.exstyle:x} pid={self.pid}>"
 
 
+Heard = collections.namedtuple("Heard", "event hwnd object child name value")
+
+
+class Accessible:
+    """An accessible object or a part of one, with what is below it."""
+
+    def __init__(self, entry):
+        self.role = entry["role"]
+        self.name = entry["name"]
+        self.value = entry["value"]
+        self.description = entry["description"]
+        self.state = entry["state"]
+        self.action = entry["action"]
+        self.rect = Rect(*entry["rect"])
+        self.children = [Accessible(child) for child in entry["children"]]
+
+    def __repr__(self):
+        return (f"<role {self.role} {self.name!r} value {self.value!r} ({self.description!r}) state 0x{self.state:x} "
+                f"{tuple(self.rect)} {self.children}>")
+
+
 class Probe:
     def __init__(self, environment):
         assert places.PROBE.exists(), "there is no probe yet: tools/build x64-release"
@@ -101,6 +122,27 @@ class Probe:
 
     def destroy(self, hwnd):
         return self.ask("destroy-window", hwnd)
+
+    # Accessible objects
+    def read(self, hwnd):
+        return Accessible(self.ask("read", hwnd))
+
+    def read_at(self, x, y):
+        return Accessible(self.ask("read-at", x, y))
+
+    def press(self, hwnd, part=0):
+        """Its status."""
+        return self.ask("press", hwnd, part)
+
+    def set_value(self, hwnd, value):
+        return self.ask("set", hwnd, value)
+
+    def listen(self):
+        assert self.ask("listen")
+
+    def heard(self):
+        """The events since listen(), in order."""
+        return [Heard(*(entry[field] for field in Heard._fields)) for entry in self.ask("heard")]
 
     # Processes and objects
     def processes(self, file):

@@ -40,4 +40,11 @@ std::string getValue(const Arguments& arguments);     // root, key, name -> type
 std::string deleteKey(const Arguments& arguments);    // root, key (with all below it)
 std::string deleteValue(const Arguments& arguments);  // root, key, name
 
+std::string readAccessible(const Arguments& arguments);   // window -> its accessible object and all below it
+std::string pressAccessible(const Arguments& arguments);  // window, part -> status of its default action
+std::string setAccessible(const Arguments& arguments);    // window, value -> status
+std::string accessibleAt(const Arguments& arguments);     // x, y -> the accessible object on the screen there
+std::string listen(const Arguments& arguments);           // begins to record the events of accessible objects
+std::string heardEvents(const Arguments& arguments);      // -> those since listen
+
 }  // namespace probe
