@@ -27,6 +27,9 @@ SetDateSave off
 !define RECORD "$INSTDIR\installed.ini"
 !define FRAME_CLASS "ZelMainCls"
 !define END_WAIT_MS 15000
+!define TRAY_CLASS "FenwynTray"
+!define TRAY_END_EVENT "Local\KESTOVA_Fenwyn_Tray_End"
+!define EVENT_MODIFY_STATE 2
 
 !define ERROR_IN_USE 2
 !define ERROR_RIGHTS 3
@@ -68,6 +71,7 @@ VIAddVersionKey /LANG=0 "LegalCopyright" "The Fenwyn developers"
 
 Var GivenFolder
 Var Running      ; "1": Fenwyn was ended and is to be started again
+Var TrayRunning  ; the same of the icon in the notification area
 Var Problem      ; what is in use, for the message
 
 !define MUI_ICON "..\src\res\Fenwyn.ico"
@@ -153,11 +157,36 @@ Function ${un}endFenwyn
 FunctionEnd
 !macroend
 
+; The same of the icon in the notification area, by its own event. $TrayRunning tells whether there was one.
+!macro END_TRAY un
+Function ${un}endTray
+  StrCpy $TrayRunning ""
+  FindWindow $0 "${TRAY_CLASS}" ""
+  ${If} $0 P<> 0
+    System::Call 'user32::GetWindowThreadProcessId(p r0, *i .r1) i'
+    System::Call 'kernel32::OpenProcess(i 0x101000, i 0, i r1) p .r2'
+    ${If} $2 P<> 0
+      System::Call 'kernel32::QueryFullProcessImageNameW(p r2, i 0, w .r3, *i ${NSIS_MAX_STRLEN}) i .r4'
+      ${If} $4 <> 0
+      ${AndIf} $3 == "$INSTDIR\FenwynSettings.exe"
+        StrCpy $TrayRunning "1"
+        System::Call 'kernel32::OpenEventW(i ${EVENT_MODIFY_STATE}, i 0, w "${TRAY_END_EVENT}") p .r4'
+        System::Call 'kernel32::SetEvent(p r4) i'
+        System::Call 'kernel32::WaitForSingleObject(p r2, i ${END_WAIT_MS}) i'
+        System::Call 'kernel32::CloseHandle(p r4) i'
+      ${EndIf}
+      System::Call 'kernel32::CloseHandle(p r2) i'
+    ${EndIf}
+  ${EndIf}
+FunctionEnd
+!macroend
+
 ; Ends Fenwyn and sees to it that our files can be replaced; asks again until they can. Does not return otherwise.
 !macro MAKE_READY un
 Function ${un}makeReady
   ${Do}
     Call ${un}endFenwyn
+    Call ${un}endTray
     StrCpy $Problem ""
     !insertmacro CHECK_FILE "Uninstall.exe"
     !include "${CONTENTS}\check.nsh"
@@ -175,6 +204,8 @@ FunctionEnd
 !insertmacro FILE_STATE "un."
 !insertmacro END_FENWYN ""
 !insertmacro END_FENWYN "un."
+!insertmacro END_TRAY ""
+!insertmacro END_TRAY "un."
 !insertmacro MAKE_READY ""
 
 ; ---- Installer
@@ -262,11 +293,15 @@ SectionEnd
 
 Section "$(TEXT_AUTOSTART)" SecAutostart
   WriteRegStr SHCTX "${RUN_KEY}" "Fenwyn" '"$INSTDIR\Fenwyn.exe"'
+  WriteRegStr SHCTX "${RUN_KEY}" "FenwynTray" '"$INSTDIR\FenwynSettings.exe" /tray'
 SectionEnd
 
 Section "-restart"
   ${If} $Running == "1"
     Call startFenwyn
+  ${EndIf}
+  ${If} $TrayRunning == "1"
+    Call startTray
   ${EndIf}
 SectionEnd
 
@@ -290,6 +325,13 @@ Function startFenwyn
     Exec '"$WINDIR\explorer.exe" "$INSTDIR\Fenwyn.exe"'
   ${Else}
     Exec '"$INSTDIR\Fenwyn.exe"'
+  ${EndIf}
+FunctionEnd
+
+; The shell passes no arguments on; the icon of all users comes back with the next sign-in, or by the settings.
+Function startTray
+  ${If} $MultiUser.InstallMode != "AllUsers"
+    Exec '"$INSTDIR\FenwynSettings.exe" /tray'
   ${EndIf}
 FunctionEnd
 
@@ -399,6 +441,14 @@ Function un.removeSettings
   ${EndIf}
 FunctionEnd
 
+; The settings write the value for the user, also where the installer did so for everybody.
+!macro REMOVE_TRAY_START ROOT
+  ReadRegStr $0 ${ROOT} "${RUN_KEY}" "FenwynTray"
+  ${If} $0 == '"$INSTDIR\FenwynSettings.exe" /tray'
+    DeleteRegValue ${ROOT} "${RUN_KEY}" "FenwynTray"
+  ${EndIf}
+!macroend
+
 Section "Uninstall"
   ${GetParameters} $R0
   ClearErrors
@@ -434,6 +484,8 @@ Section "Uninstall"
     ${If} $0 == '"$INSTDIR\Fenwyn.exe"'
       DeleteRegValue SHCTX "${RUN_KEY}" "Fenwyn"
     ${EndIf}
+    !insertmacro REMOVE_TRAY_START SHCTX
+    !insertmacro REMOVE_TRAY_START HKCU
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"
   ${EndIf}
   !include "${CONTENTS}\remove.nsh"

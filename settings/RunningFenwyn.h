@@ -15,4 +15,16 @@ namespace settings {
 // the arguments. False: it could not be started.
 [[nodiscard]] bool startFenwyn(const wchar_t* arguments);
 
+enum class CardsShown {
+    No,     // it does not run or does not answer
+    Held,   // until releaseCards()
+    Itself  // it hides them itself, or they were there already
+};
+
+// Shows the strip as a press of the modifier would. Where the modifier alone shows nothing (HideMainDlg, IgnoreFnKey), as
+// a second start of the program would.
+[[nodiscard]] CardsShown showCards() noexcept;
+// After CardsShown::Held: hides the strip as a release of the modifier would, unless the user has gone on with it.
+void releaseCards() noexcept;
+
 }  // namespace settings

@@ -26,6 +26,16 @@ bool registerDialogClass() {
     return ::RegisterClassW(&description) != 0 || ::GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
 
+// The background of a page is that of its tab. The library stays loaded: it belongs to every window with controls.
+void paintAsTab(HWND page) {
+    const HMODULE library = ::GetModuleHandleW(L"uxtheme.dll");
+    const auto paint = reinterpret_cast<decltype(&::EnableThemeDialogTexture)>(
+        reinterpret_cast<void*>(::GetProcAddress(library, "EnableThemeDialogTexture")));
+    if (library != nullptr && paint != nullptr) {
+        paint(page, ETDT_ENABLETAB);
+    }
+}
+
 HICON programIcon(int widthMetric, int heightMetric) {
     return static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON,
                                            ::GetSystemMetrics(widthMetric), ::GetSystemMetrics(heightMetric),
@@ -108,7 +118,7 @@ bool CSettingsDlg::_createPages() {
         common::leaveScalingToDialog(page->m_hWnd);
         common::setDialogFont(page->m_hWnd, m_font.get());
         setControlTexts(page->m_hWnd);
-        ::EnableThemeDialogTexture(page->m_hWnd, ETDT_ENABLETAB);
+        paintAsTab(page->m_hWnd);
         m_vecPages.push_back(std::move(page));
     }
     return true;

@@ -139,6 +139,57 @@
 #define IDS_RELEASE_DELAY 250
 #define IDS_RELEASE_DELAY_MORE 251
 // ---- Keys: controls from 1400, texts from 400
+#define IDS_KEY_NUMBER 400
+#define IDS_KEY_WITH_FN 401
+#define IDS_KEYS_CHOOSE_FN 402
+#define IDS_KEYS_LIST 403
+#define IDS_KEYS_COLUMN_CARD 404
+#define IDS_KEYS_COLUMN_KEY 405
+#define IDS_KEYS_ADD 406
+#define IDS_KEYS_REMOVE 407
+#define IDS_KEYS_USE_FN 408
+#define IDS_KEYS_USE_ALONE 409
+#define IDS_KEYS_NONE 410
+#define IDS_KEYS_PRESS 411
+#define IDS_KEYS_PRESS_FN 412
+#define IDS_KEYS_NOTHING 413
+#define IDS_KEYS_OTHER_INPUT 414
+#define IDS_KEYS_HEARD 415
+#define IDS_KEYS_NO_SCAN_CODE 416
+#define IDS_KEYS_FROM 417
+#define IDS_KEYS_TAKEN_FN 418
+#define IDS_KEYS_TAKEN_ALONE 419
+#define IDS_KEYS_STARTS 420
+#define IDS_KEYS_TYPING 421
+#define IDS_KEYS_IS_FN 422
+#define IDS_KEYS_NO_HOOK 423
+#define IDS_KEYS_USED 424
+#define IDS_KEYS_DELAY_RANGE 425
+#define IDS_KEYS_TRY 427
+#define IDS_KEYS_TRY_IDLE 428
+#define IDS_KEYS_TRY_ON 429
+#define IDS_KEYS_TRY_SHOWN 430
+#define IDS_KEYS_TRY_OPENS 431
+#define IDS_KEYS_TRY_STARTS 432
+#define IDS_KEYS_TRY_NOTHING 433
+#define IDS_KEYS_TRY_APPLIED 434
+#define IDS_KEYS_TRY_LATCHED 435
+#define IDS_KEY_RIGHT_CTRL 436
+#define IDS_KEY_RIGHT_ALT 437
+#define IDS_KEY_RIGHT_WINDOWS 438
+#define IDS_KEY_CAPS_LOCK 439
+#define IDS_KEY_MENU 440
+#define IDC_KEYS_MODIFIER 1400
+#define IDC_KEYS_DELAY 1401
+#define IDC_KEYS_LIST 1402
+#define IDC_KEYS_HEARD 1403
+#define IDC_KEYS_FIELD 1404
+#define IDC_KEYS_TRIED 1405
 // ---- Buttons: controls from 1500, texts from 500
 // ---- Log and help: controls from 1600, texts from 600
-// ---- The icon in the notification area: texts from 800
+// ---- The icon in the notification area: texts from 800, which are its commands too
+#define IDS_TRAY_TIP 800
+#define IDS_TRAY_SETTINGS 801
+#define IDS_TRAY_CARDS 802
+#define IDS_TRAY_START 803
+#define IDS_TRAY_END 804

@@ -7,6 +7,7 @@
 #include "SettingsIds.h"
 #include "Texts.h"
 #include "common/DialogFont.h"
+#include "common/SystemLibrary.h"
 
 namespace settings {
 namespace {
@@ -15,6 +16,18 @@ constexpr DWORD kLongestPath = 32768;
 
 int messageBox(HWND owner, const std::wstring& message, UINT style) {
     return ::MessageBoxW(owner, message.c_str(), text(IDS_PROGRAM).c_str(), style | MB_SETFOREGROUND);
+}
+
+// Loaded when it is needed: the icon in the notification area is this program too, and would have the library in memory
+// for good.
+BOOL askForFile(OPENFILENAMEW& dialog, bool save) {
+    const common::UniqueModule library = loadSystemLibrary(L"comdlg32.dll");
+    if (!library) {
+        return FALSE;
+    }
+    const auto ask = reinterpret_cast<decltype(&::GetOpenFileNameW)>(reinterpret_cast<void*>(
+        ::GetProcAddress(library.get(), save ? "GetSaveFileNameW" : "GetOpenFileNameW")));
+    return ask != nullptr ? ask(&dialog) : FALSE;
 }
 
 std::optional<std::wstring> chooseFile(HWND owner, const FileQuestion& question) {
@@ -29,8 +42,7 @@ std::optional<std::wstring> chooseFile(HWND owner, const FileQuestion& question)
     dialog.lpstrDefExt = question.extension.c_str();
     dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST |
                    (question.save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
-    const BOOL chosen = question.save ? ::GetSaveFileNameW(&dialog) : ::GetOpenFileNameW(&dialog);
-    return chosen != FALSE ? std::optional<std::wstring>(path.data()) : std::nullopt;
+    return askForFile(dialog, question.save) != FALSE ? std::optional<std::wstring>(path.data()) : std::nullopt;
 }
 
 }  // namespace

@@ -17,11 +17,6 @@ constexpr unsigned kMaxFunctions = keyboard::kKeySlots;
 // More than a minute is a mistake.
 constexpr DWORD kLongestReleaseDelay = 60000;
 
-void addCode(DWORD code, TrackerSettings& settings) {
-    const bool bAlone = (code & ZEL_CODE_ALONE) != 0;
-    (bAlone ? settings.alone : settings.listed).set(keyboard::slotOfCode(code & ~ZEL_CODE_ALONE));
-}
-
 void addCodesOf(HKEY hotkeyKey, const std::wstring& function, TrackerSettings& settings) {
     const common::UniqueRegKey key = openKey(hotkeyKey, function.c_str());
     if (!key || !readBytes(key.get(), ZEL_VALUE_FUNC_DLL)) {
@@ -47,8 +42,6 @@ void readListed(HKEY hotkeyKey, TrackerSettings& settings) {
         addCodesOf(hotkeyKey, list.substr(start, end - start), settings);
         start = end + 1;
     }
-    settings.listed.reset(0);  // codes that no key can send, and the modifier itself, are never swallowed
-    settings.alone.reset(0);
 }
 
 // As the program reads it: the user's key, where there is one, hides the machine's.
@@ -61,6 +54,13 @@ bool isDisabled() {
 }
 
 }  // namespace
+
+void addCode(DWORD code, TrackerSettings& settings) {
+    const bool bAlone = (code & ZEL_CODE_ALONE) != 0;
+    if (const std::size_t slot = keyboard::slotOfCode(code & ~ZEL_CODE_ALONE); slot != 0) {
+        (bAlone ? settings.alone : settings.listed).set(slot);
+    }
+}
 
 TrackerSettings readTrackerSettings() {
     TrackerSettings settings;

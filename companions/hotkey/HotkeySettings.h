@@ -9,4 +9,8 @@ namespace hotkey {
 // defaults. Throws std::bad_alloc only. Thread: any.
 [[nodiscard]] TrackerSettings readTrackerSettings();
 
+// Adds a code of the function list. One that no key can send, and the modifier's own, changes nothing: neither is ever
+// swallowed.
+void addCode(DWORD code, TrackerSettings& settings);
+
 }  // namespace hotkey

@@ -45,7 +45,8 @@ PARTS = {
                           "companions/OutputSetup/include", "companions/captions/include", "framework", "src/common"],
     "plugins/windows": ["plugins/sdk", "companions/include", "companions/keyboard", "companions/OutputSetup/include",
                         "framework", "src/common", "src/res"],
-    "settings": ["companions/include", "companions/hotkey/include", "companions/OutputSetup/include", "plugins/sdk",
+    "settings": ["companions/include", "companions/hotkey/include", "companions/hotkey", "companions/keyboard",
+                 "companions/OutputSetup/include", "plugins/sdk",
                  "framework", "src/common", "src/res", "src/Messages.h", "src/Data/RegistryPaths.h",
                  "src/Logic/FuncX/FunctionTables.h", "companions/captions/include"],
 }

@@ -16,6 +16,7 @@ UNINSTALL = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Fenwyn"
 RUN = "Software\\Microsoft\\Windows\\CurrentVersion\\Run"
 FOLDER = "C:\\Fenwyn"
 INSTALLER = places.ROOT / "installer"
+TRAY_CLASS = "FenwynTray"
 IN_USE = 2
 ROOTS = {"CurrentUser": "HKEY_CURRENT_USER", "AllUsers": "HKEY_LOCAL_MACHINE"}
 OWN = ["Uninstall.exe", "installed.ini"]
@@ -110,6 +111,7 @@ def test_what_is_installed_is_what_is_uninstalled(desktop, windows, setup, mode)
     assert entry["QuietUninstallString"] == f'"\\"{quoted}\\\\Uninstall.exe\\" /{mode} /S"'
     assert entry["DisplayName"] == '"Fenwyn"' and int(entry["EstimatedSize"][6:], 16) > 1000
     assert now[f"{ROOTS[mode]}\\{RUN}", '"Fenwyn"'] == f'"\\"{quoted}\\\\Fenwyn.exe\\""'
+    assert now[f"{ROOTS[mode]}\\{RUN}", '"FenwynTray"'] == f'"\\"{quoted}\\\\FenwynSettings.exe\\" /tray"'
     menu = "ProgramData" if mode == "AllUsers" else "users"
     links = [path for path in windows.files() if path.endswith("Fenwyn.lnk")]
     assert len(links) == 1 and links[0].startswith(menu)
@@ -119,9 +121,11 @@ def test_what_is_installed_is_what_is_uninstalled(desktop, windows, setup, mode)
     windows.start(f"{FOLDER}\\Fenwyn.exe")
     expect_running(desktop)
     expect_strip_by_key(desktop)
-    # Uninstalling ends it first.
+    windows.start(f"{FOLDER}\\FenwynSettings.exe", "/tray")
+    wait_until(lambda: desktop.probe.windows(TRAY_CLASS), "the icon is there", 20)
+    # Uninstalling ends both first.
     assert uninstall(windows, mode, "/REMOVESETTINGS") == 0
-    assert not desktop.probe.processes("Fenwyn.exe")
+    assert not desktop.probe.processes("Fenwyn.exe") and not desktop.probe.processes("FenwynSettings.exe")
     assert windows.files() == files
     assert windows.registry() == registry
 
@@ -152,10 +156,15 @@ def test_an_upgrade_ends_the_running_program_and_keeps_what_is_the_users(desktop
     (folder / "PrtHook.dll").write_bytes(b"a maker's own")
     (folder / "plugins" / "Own.dll").write_bytes(b"the user's")
     windows.start(f"{FOLDER}\\Fenwyn.exe")
+    windows.start(f"{FOLDER}\\FenwynSettings.exe", "/tray")
+    wait_until(lambda: desktop.probe.windows(TRAY_CLASS), "the icon is there", 20)
+    icon = desktop.probe.windows(TRAY_CLASS)[0].pid
     old = expect_running(desktop)
     assert install(windows, setup, "/CurrentUser") == 0, "in the folder of the first time"
     wait_until(lambda: frame_of(desktop) and frame_of(desktop).pid != old, "it was started again", 30)
     expect_running(desktop)
+    wait_until(lambda: [window.pid for window in desktop.probe.windows(TRAY_CLASS)] not in ([], [icon]),
+               "the icon was started again", 20)
     assert user_value(desktop, desk.CONFIG, "Position") == 1
     assert user_value(desktop, desk.LIST, "FuncList") == "Zoom;Lock;"
     assert user_value(desktop, RUN, "Fenwyn") is None, "it had been switched off"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Allowed.h"
 #include "Notebook.h"
 
 namespace settings {
