@@ -30,6 +30,8 @@ inline constexpr UINT_PTR kTimerIdle = 200;
 inline constexpr UINT kMsgTakeFocusBack = WM_APP + 5;  // from the card itself
 // To every window of the cards, from its accessible object: what an assistive program asks of it.
 inline constexpr UINT kMsgAccessible = WM_APP + 7;
+// The same, from the system: the window is on a screen of another scale now (WM_DPICHANGED of newer headers).
+inline constexpr UINT kMsgDpiChanged = 0x02E0;
 // Timer on the enlarged card: from now on a lost focus counts, after a strip with the focus made way for the card.
 inline constexpr UINT_PTR kTimerFocusSettled = 2;
 inline constexpr UINT kFocusSettlesMs = 500;

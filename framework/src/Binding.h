@@ -22,6 +22,7 @@ struct Binding {
     bool ownsWindow;
     bool destroying = false;  // the system is already destroying the window
     const Dispatch* current = nullptr;
+    int fontDpi = 0;  // 0: the system's
 };
 
 // Marks a message as the current one, to which CWnd::Default refers.

@@ -36,6 +36,9 @@ INT_PTR CALLBACK CDialog::_dialogProcedure(HWND dialog, UINT message, WPARAM /*w
         return FALSE;
     }
     auto* object = dynamic_cast<CDialog*>(fromHandle(dialog));
+    if (object != nullptr) {
+        object->noteFont();
+    }
     try {
         return object == nullptr || object->OnInitDialog() ? TRUE : FALSE;
     } catch (...) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Binding.h"
+#include "FontDpi.h"
 #include "framework/WinApp.h"
 
 using framework::Binding;
@@ -119,6 +120,16 @@ RECT CWnd::windowRect() const {
 
 void CWnd::addExStyle(DWORD bits) const {
     ::SetWindowLongPtrW(m_hWnd, GWL_EXSTYLE, ::GetWindowLongPtrW(m_hWnd, GWL_EXSTYLE) | static_cast<LONG_PTR>(bits));
+}
+
+int CWnd::fontDpi() const {
+    return m_pBinding == nullptr || m_pBinding->fontDpi == 0 ? framework::systemDpi() : m_pBinding->fontDpi;
+}
+
+void CWnd::noteFont() const {
+    if (m_pBinding != nullptr) {
+        m_pBinding->fontDpi = framework::newFontDpi(m_hWnd);
+    }
 }
 
 const MessageMap& CWnd::messageMap() const {

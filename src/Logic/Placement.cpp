@@ -1,21 +1,25 @@
 #include "Logic/Placement.h"
 
 #include "Data/ZelConfig.h"
+#include "Logic/MonitorScale.h"
 #include "Logic/ZelCommonFunc.h"
-#include "common/Handle.h"
 
-double screenScale() {
-    static const double scale = [] {
-        const common::WindowDc screen(nullptr);
-        return (screen.get() == nullptr ? kNormalDpi : ::GetDeviceCaps(screen.get(), LOGPIXELSX)) /
-               static_cast<double>(kNormalDpi);
-    }();
-    return scale;
+namespace {
+
+[[nodiscard]] HRESULT getPrimaryScreen(CardsScreen& outScreen) {
+    RECT workArea{};
+    if (FAILED(getWorkArea(workArea))) {
+        return E_FAIL;
+    }
+    outScreen = {workArea, monitorScale(::MonitorFromPoint({0, 0}, MONITOR_DEFAULTTOPRIMARY))};
+    return S_OK;
 }
 
-HRESULT getCardsWorkArea(RECT& outRect) {
+}  // namespace
+
+HRESULT getCardsScreen(CardsScreen& outScreen) {
     if (!CZelConfig::getQrdConfig().bMonitorOfActiveWindow) {
-        return getWorkArea(outRect);
+        return getPrimaryScreen(outScreen);
     }
     // If one of the program's own windows is active, it is on the cards' monitor, so they stay there. No active window:
     // the primary screen.
@@ -23,8 +27,8 @@ HRESULT getCardsWorkArea(RECT& outRect) {
     MONITORINFO info{};
     info.cbSize = sizeof(info);
     if (::GetMonitorInfoW(monitor, &info) == FALSE) {
-        return getWorkArea(outRect);
+        return getPrimaryScreen(outScreen);
     }
-    outRect = info.rcWork;
+    outScreen = {info.rcWork, monitorScale(monitor)};
     return S_OK;
 }

@@ -18,9 +18,11 @@ struct Placement {
 // The initial placement of a window or function: full size, on no screen.
 inline const Placement kUnplaced{};
 
-// The screen's scale, read once: it does not change during a session.
-[[nodiscard]] double screenScale();
+struct CardsScreen {
+    RECT workArea{};     // in screen pixels
+    double scale = 1.0;  // 1.0 at 96 dots per inch
+};
 
-// The work area for the cards, in screen pixels: that of the primary screen, or with "MonitorOfActiveWindow" that of
-// the monitor with the window that the user works in. E_FAIL, unlogged: unchanged.
-[[nodiscard]] HRESULT getCardsWorkArea(RECT& outRect);
+// The screen for the cards: the primary one, or with "MonitorOfActiveWindow" that with the window that the user works
+// in. E_FAIL, unlogged: unchanged.
+[[nodiscard]] HRESULT getCardsScreen(CardsScreen& outScreen);

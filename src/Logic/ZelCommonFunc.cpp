@@ -1,22 +1,8 @@
 #include "Logic/ZelCommonFunc.h"
 
 #include "ZelMain.h"
-#include "common/Handle.h"
 #include "common/Status.h"
 #include "framework/Wnd.h"
-
-namespace {
-
-// Read once: the whole user interface keeps one scale until the next start.
-int screenVerticalDpi() {
-    static const int dpi = [] {
-        const common::WindowDc screenDc(nullptr);
-        return screenDc.get() != nullptr ? ::GetDeviceCaps(screenDc.get(), LOGPIXELSY) : kNormalDpi;
-    }();
-    return dpi;
-}
-
-}  // namespace
 
 HRESULT getNormalDPIWndFont(const CWnd* pWindow, Gdiplus::Graphics& graphics, std::unique_ptr<Gdiplus::Font>& outFont) {
     if (pWindow == nullptr) {
@@ -25,7 +11,7 @@ HRESULT getNormalDPIWndFont(const CWnd* pWindow, Gdiplus::Graphics& graphics, st
     LOGFONTW logFont{};
     const LRESULT font = ::SendMessageW(pWindow->m_hWnd, WM_GETFONT, 0, 0);
     ::GetObjectW(reinterpret_cast<HFONT>(font), sizeof(logFont), &logFont);
-    logFont.lfHeight = normalDpiFontHeight(logFont.lfHeight, screenVerticalDpi(), theApp.getPngRatio());
+    logFont.lfHeight = normalDpiFontHeight(logFont.lfHeight, pWindow->fontDpi(), theApp.getPngRatio());
     const GraphicsDc dc(graphics);
     auto made = tryMakeGdiPlus<Gdiplus::Font>(dc.get(), &logFont);
     if (made == nullptr) {

@@ -7,6 +7,7 @@ const MessageMap& CPopupDlg::messageMap() const {
         onMessage<&CPopupDlg::OnNcCalcSize>(WM_NCCALCSIZE),
         onMessage<&CPopupDlg::OnGetObject>(WM_GETOBJECT),
         onMessage<&CPopupDlg::OnAccessible>(kMsgAccessible),
+        onMessage<&CPopupDlg::OnDpiChanged>(kMsgDpiChanged),
         onMessage<&CPopupDlg::OnWindowPosChanged>(WM_WINDOWPOSCHANGED),
     };
     static const MessageMap kMap{&CDialog::messageMap(), kEntries};
@@ -41,6 +42,11 @@ LRESULT CPopupDlg::OnAccessible(WPARAM wParam, LPARAM lParam) {
     } else if (wParam == accessible::kSetValue) {
         accessibleSetValue(nArgument);
     }
+    return 0;
+}
+
+// The system would scale the window and its font. Both follow the placement of the cards instead.
+LRESULT CPopupDlg::OnDpiChanged(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     return 0;
 }
 

@@ -40,6 +40,7 @@ class CPopupDlg : public CDialog, public accessible::ITarget {
     LRESULT OnNcCalcSize(WPARAM wParam, LPARAM lParam);
     LRESULT OnGetObject(WPARAM wParam, LPARAM lParam);
     LRESULT OnAccessible(WPARAM wParam, LPARAM lParam);
+    LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
     LRESULT OnWindowPosChanged(WPARAM wParam, LPARAM lParam);
 
     accessible::CObjectOwner m_accessible;

@@ -47,6 +47,7 @@ const MessageMap& CZelMainDlg::messageMap() const {
         onMouseLeave<&CZelMainDlg::OnMouseLeave>(),
         onMessage<&CZelMainDlg::OnMouseActivate>(WM_MOUSEACTIVATE),
         onMessage<&CZelMainDlg::OnSysCommand>(WM_SYSCOMMAND),
+        onMessage<&CZelMainDlg::OnDpiChanged>(kMsgDpiChanged),
     };
     static const MessageMap kMap{&CCardWnd::messageMap(), kEntries};
     return kMap;
@@ -121,8 +122,9 @@ HRESULT CZelMainDlg::refreshCards(bool bReinitialize) {
 }
 
 bool CZelMainDlg::placementIsStale() const {
-    RECT workArea{};
-    return SUCCEEDED(getCardsWorkArea(workArea)) && ::EqualRect(&workArea, &m_placement.workArea) == FALSE;
+    CardsScreen screen;
+    return SUCCEEDED(getCardsScreen(screen)) &&
+           (::EqualRect(&screen.workArea, &m_placement.workArea) == FALSE || screen.scale != m_placement.dpi);
 }
 
 bool CZelMainDlg::OnInitDialog() {
@@ -144,9 +146,11 @@ bool CZelMainDlg::DestroyWindow() {
 HRESULT CZelMainDlg::calcRatioForPng() {
     LOG_ENTER_LEAVE();
     m_placement.workArea = {};
-    m_placement.dpi = screenScale();
     m_placement.bottom = CZelConfig::getQrdConfig().uPosition != 0;
-    RETURN_IF_FAILED(getCardsWorkArea(m_placement.workArea));
+    CardsScreen screen;
+    RETURN_IF_FAILED(getCardsScreen(screen));
+    m_placement.workArea = screen.workArea;
+    m_placement.dpi = screen.scale;
     if (m_vecCards.empty()) {
         return S_OK;
     }
@@ -588,6 +592,14 @@ void CZelMainDlg::OnMouseLeave() {
     if (isVisible()) {
         static_cast<void>(theApp.showMainDlg(FALSE, TRUE));
     }
+}
+
+// It also comes while the strip is placed on another screen; the cards know that one's scale already.
+LRESULT CZelMainDlg::OnDpiChanged(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    if (placementIsStale()) {
+        static_cast<void>(theApp.refreshCards(FALSE));
+    }
+    return 0;
 }
 
 // The strip cannot be closed, moved or minimised through system commands.

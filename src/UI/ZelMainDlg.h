@@ -111,6 +111,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
     void OnLButtonDown(POINT point);
     LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
+    LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
 
     Placement m_placement;  // before the cards, which use it until they are destroyed
     std::vector<std::unique_ptr<CBlackCard>> m_vecCards;

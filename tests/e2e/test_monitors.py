@@ -103,3 +103,26 @@ def test_the_setting_is_taken_over_while_the_program_runs(program):
     program.change("MonitorOfActiveWindow", 1)
     program.hold()
     expect_strip_on(program, SECOND)
+
+
+def test_each_monitor_has_its_own_ratio(program):
+    """So many cards that their share of the screen's width decides."""
+    program.configure(MonitorOfActiveWindow=1)
+    names = ["Mute", "Lock", "Sleep", "Touchpad", "Hibernate", "CursorOverlay", "NumericOverlay", "KBB", "Zoom", "ODD",
+             "PowerPlan", "Output"]
+    program.offer(*names)
+    program.start()
+    widths = []
+    for monitor in (FIRST, SECOND, FIRST):
+        work_on(program, monitor)
+        program.hold()
+        strip = expect_strip_on(program, monitor)
+        widths.append(strip.right - strip.left)
+        program.press("Zoom")
+        card = geometry.large_card(monitor, len(names), names.index("Zoom"))
+        wait_until(lambda: program.shown_with(card), lambda: f"the card at {card}: {program.shown_dialogs()}")
+        for item in geometry.circle_items(monitor, len(names), names.index("Zoom"), 3):
+            wait_until(lambda: program.shown_with(item), lambda: f"an item at {item}: {program.shown_dialogs()}")
+        program.let_go()
+        wait_until(lambda: not program.shown_dialogs(), "the cards are gone")
+    assert widths[0] == widths[2] == 12 * 90 and widths[1] == 12 * 72

@@ -161,6 +161,12 @@ int gdiplusSessions() {
     return g_gdiplusSessions;
 }
 
+double scaleOf(HMONITOR monitor) asm("__wrap__Z12monitorScaleP10HMONITOR__");
+double scaleOf(HMONITOR monitor) {
+    return monitor == reinterpret_cast<HMONITOR>(&state().monitorOfForeground) ? state().scaleOfForeground
+                                                                               : state().scaleOfOthers;
+}
+
 }  // namespace system_double
 
 // The linker prefers these functions to the system's import libraries.

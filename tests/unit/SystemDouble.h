@@ -34,6 +34,8 @@ struct State {
     HWND foreground = nullptr;
     std::optional<RECT> monitorOfForeground;
     bool monitorFails = false;
+    double scaleOfForeground = 1.0;  // of that monitor
+    double scaleOfOthers = 1.0;
     bool keepFrames = false;
     std::map<HWND, Frame> frames;  // the last one of each owner of a layered window
 

@@ -48,6 +48,8 @@ class CWnd {
     [[nodiscard]] RECT windowRect() const;  // screen coordinates
     void invalidate() const { ::InvalidateRect(m_hWnd, nullptr, TRUE); }
     void addExStyle(DWORD bits) const;
+    // The dots per inch for which the system made the window's own font.
+    [[nodiscard]] int fontDpi() const;
 
     HWND m_hWnd = nullptr;  // null before creation and after destruction
 
@@ -57,6 +59,8 @@ class CWnd {
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     // The window's behaviour without this object.
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+    // A dialog has been created: the system has made its font.
+    void noteFont() const;
     // Default processing of the message being handled, with its own parameters.
     LRESULT Default();
 

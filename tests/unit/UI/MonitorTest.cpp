@@ -106,6 +106,49 @@ TEST_F(MonitorTest, NarrowMonitorMakesEverythingSmaller) {
     EXPECT_EQ(BlackCardSeam::items(card(0)).front()->width(), static_cast<int>(72 * 300 * 0.85 / 3 / 96));
 }
 
+// The ratio does not exceed the screen's scale.
+TEST_F(MonitorTest, ScreenOfAnotherScaleHasARatioOfItsOwn) {
+    workOn(kAbove);
+    system_double::state().scaleOfForeground = 1.25;
+    showStrip();
+    EXPECT_TRUE(ratioIs(1.25));
+    EXPECT_EQ(stripPlace(), geometry::cardStrip(kAbove, 3, 1.25, false).place);
+    EXPECT_EQ(key(kMuteKey, kMake), S_OK);
+    EXPECT_EQ(windowRect(BlackCardSeam::largeCard(card(0))->m_hWnd).bottom -
+                  windowRect(BlackCardSeam::largeCard(card(0))->m_hWnd).top,
+              144 * 5 / 4);
+    EXPECT_EQ(key(kModifier, kBreak), S_OK);
+    system_double::state().scaleOfForeground = 1.0;
+    showStrip();
+    EXPECT_TRUE(ratioIs(1.0)) << "the same work area at another scale";
+}
+
+TEST_F(MonitorTest, ScaleOfThePrimaryScreenCounts) {
+    config().bMonitorOfActiveWindow = 0;
+    system_double::state().scaleOfOthers = 1.125;
+    system_double::state().scaleOfForeground = 1.25;
+    layOut();
+    EXPECT_TRUE(ratioIs(1.125));
+}
+
+TEST_F(MonitorTest, NewScaleOfTheScreenIsTakenOverAtOnce) {
+    m_log.clear();
+    RECT suggested{0, 0, 700, 300};
+    const auto tell = [&](HWND window) {
+        ::SendMessageW(window, kMsgDpiChanged, MAKEWPARAM(120, 120), reinterpret_cast<LPARAM>(&suggested));
+    };
+    tell(stripWindow());
+    EXPECT_EQ(layouts(), 0U) << "it was placed there, with the right ratio";
+    system_double::state().scaleOfForeground = 1.25;
+    tell(stripWindow());
+    EXPECT_EQ(stripPlace(), geometry::cardStrip(kLeft, 3, 1.25, false).place);
+    EXPECT_EQ(layouts(), 1U);
+    // No window lets the system scale it.
+    const RECT hover = windowRect(hoverWindow());
+    tell(hoverWindow());
+    EXPECT_EQ(windowRect(hoverWindow()), hover);
+}
+
 TEST_F(MonitorTest, HoverStripGoesAlong) {
     config().bEnableHover = 1;
     EXPECT_EQ(theApp.refreshCards(FALSE), S_OK);

@@ -216,3 +216,17 @@ TEST(DialogKeys, OtherMessagesAndDialogsWithoutAWindowAreLeftAlone) {
     mouse.message = WM_MOUSEMOVE;
     EXPECT_FALSE(dialog.PreTranslateMessage(mouse));
 }
+
+// Whatever the system scales dialogs for, this one's font was made for so many dots per inch: its 8 points in pixels.
+TEST(Dialog, KnowsForWhichResolutionItsFontWasMade) {
+    TestDialog dialog(IDD_PLAIN);
+    ASSERT_TRUE(dialog.Create(nullptr));
+    LOGFONTW font{};
+    ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(dialog.m_hWnd, WM_GETFONT, 0, 0)), sizeof(font), &font);
+    EXPECT_EQ(font.lfHeight, -::MulDiv(8, dialog.fontDpi(), 72));
+    // It goes with the window.
+    TestDialog other(IDD_PLAIN);
+    const int dpi = dialog.fontDpi();
+    ASSERT_TRUE(other.takeWindow(dialog));
+    EXPECT_EQ(other.fontDpi(), dpi);
+}
