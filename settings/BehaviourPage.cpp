@@ -375,7 +375,11 @@ void CBehaviourPage::scaleChanged() {
 
 // From the top; the places of all rows follow from each other.
 void CBehaviourPage::_layOut() {
-    ::SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
+    // To draw again would show a page that is hidden.
+    const bool shown = (::GetWindowLongPtrW(m_hWnd, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (shown) {
+        ::SendMessageW(m_hWnd, WM_SETREDRAW, FALSE, 0);
+    }
     int top = _y(kMargin) - m_nScrolled;
     for (const Row& row : m_vecRows) {
         top = row.value == nullptr ? _placeHeading(row, top) : _placeRow(row, top);
@@ -383,8 +387,10 @@ void CBehaviourPage::_layOut() {
     m_nHeight = top + m_nScrolled;
     SCROLLINFO info{sizeof info, SIF_ALL | SIF_DISABLENOSCROLL, 0, m_nHeight - 1, static_cast<UINT>(clientRect().bottom), m_nScrolled, 0};
     ::SetScrollInfo(m_hWnd, SB_VERT, &info, TRUE);
-    ::SendMessageW(m_hWnd, WM_SETREDRAW, TRUE, 0);
-    ::RedrawWindow(m_hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    if (shown) {
+        ::SendMessageW(m_hWnd, WM_SETREDRAW, TRUE, 0);
+        ::RedrawWindow(m_hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    }
 }
 
 int CBehaviourPage::_placeHeading(const Row& row, int top) const {

@@ -9,6 +9,7 @@
 #include "CardList.h"
 #include "CardPictures.h"
 #include "Controls.h"
+#include "KeyNames.h"
 #include "Pages.h"
 #include "PluginState.h"
 #include "SettingsIds.h"
@@ -52,12 +53,6 @@ constexpr Remedy remedyOf(CardState state) {
 
 UINT stateText(UINT base, CardState state) {
     return base + static_cast<UINT>(state);
-}
-
-std::wstring keyWithModifier(DWORD code) {
-    wchar_t name[64] = L"";
-    ::GetKeyNameTextW(static_cast<LONG>((code & 0xFF) << 16), name, 64);
-    return name;
 }
 
 std::wstring keysOf(const Card& card) {

@@ -152,15 +152,16 @@ bool CSettingsDlg::_storePages() {
 }
 
 void CSettingsDlg::select(std::size_t page) {
+    _show(page);
+    const HWND first = ::GetNextDlgTabItem(m_vecPages[page]->m_hWnd, nullptr, FALSE);
+    ::SetFocus(first != nullptr ? first : _control(IDC_TABS));
+}
+
+void CSettingsDlg::_show(std::size_t page) {
     m_uSelected = page;
     TabCtrl_SetCurSel(_control(IDC_TABS), static_cast<int>(page));
     for (std::size_t i = 0; i < m_vecPages.size(); ++i) {
         m_vecPages[i]->setShown(i == page);
-    }
-    // A hidden page must not keep the focus.
-    if (::GetFocus() != _control(IDC_TABS)) {
-        const HWND first = ::GetNextDlgTabItem(m_vecPages[page]->m_hWnd, nullptr, FALSE);
-        ::SetFocus(first != nullptr ? first : _control(IDC_TABS));
     }
 }
 
@@ -268,7 +269,7 @@ void CSettingsDlg::_import() {
 LRESULT CSettingsDlg::OnNotify(WPARAM /*wParam*/, LPARAM lParam) {
     const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
     if (header.idFrom == IDC_TABS && header.code == TCN_SELCHANGE) {
-        select(static_cast<std::size_t>(TabCtrl_GetCurSel(header.hwndFrom)));
+        _show(static_cast<std::size_t>(TabCtrl_GetCurSel(header.hwndFrom)));  // the tabs keep the focus
         return 0;
     }
     return Default();
@@ -334,6 +335,10 @@ void CSettingsDlg::_cancel() {
 
 void CSettingsDlg::_showButtons() const {
     const bool rights = m_model.needsRights();
+    // A button that is switched off must not keep the focus.
+    if (!m_model.isChanged() && ::GetFocus() == _control(IDS_APPLY)) {
+        ::SendMessageW(m_hWnd, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(_control(IDOK)), TRUE);
+    }
     ::EnableWindow(_control(IDS_APPLY), m_model.isChanged());
     ::SetWindowTextW(_control(IDS_APPLY), text(rights ? IDS_APPLY_FOR_ALL : IDS_APPLY).c_str());
     for (const int button : {IDOK, IDS_APPLY}) {

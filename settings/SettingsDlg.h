@@ -21,7 +21,7 @@ class CSettingsDlg : public CDialog {
 
     bool PreTranslateMessage(MSG& message) override;
 
-    // Brings a page to the front.
+    // Brings a page to the front and gives its first control the focus.
     void select(std::size_t page);
     [[nodiscard]] std::size_t selected() const { return m_uSelected; }
     [[nodiscard]] CPage& page(std::size_t index) const { return *m_vecPages[index]; }
@@ -40,6 +40,7 @@ class CSettingsDlg : public CDialog {
     [[nodiscard]] HWND _control(int id) const { return ::GetDlgItem(m_hWnd, id); }
     [[nodiscard]] bool _createPages();
     void _placePages() const;
+    void _show(std::size_t page);
     void _loadPages() const;
     [[nodiscard]] bool _storePages();
     void _press(UINT id);

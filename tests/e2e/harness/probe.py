@@ -26,6 +26,7 @@ class Window:
         self.style = entry["style"]
         self.exstyle = entry["exstyle"]
         self.owner = entry["owner"]
+        self.id = entry["id"]  # of a control
 
     @property
     def size(self):
@@ -85,6 +86,10 @@ class Probe:
         found = [Window(entry) for entry in self.ask("windows")]
         return [w for w in found if (cls is None or w.cls == cls) and (pid is None or w.pid == pid)
                 and (visible is None or w.visible == visible)]
+
+    def controls(self, hwnd):
+        """All windows inside this one."""
+        return [Window(entry) for entry in self.ask("controls", hwnd)]
 
     def work_area(self):
         return Rect(*self.ask("work-area")["rect"])

@@ -17,6 +17,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {L"windows", 0, listWindows},
     {L"foreground", 0, foreground},
+    {L"controls", 1, listControls},
     {L"text-field", 1, textField},
     {L"work-area", 0, workArea},
     {L"message", 5, sendOrPost},

@@ -17,6 +17,7 @@ using Arguments = std::vector<std::wstring>;
 
 // The commands, by source file.
 std::string listWindows(const Arguments& arguments);      // -> every top-level window, topmost first
+std::string listControls(const Arguments& arguments);     // window -> every window inside it
 std::string foreground(const Arguments& arguments);       // -> the window with the focus
 std::string textField(const Arguments& arguments);        // window -> the text in its (first) text field
 std::string workArea(const Arguments& arguments);         // -> rectangle and DPI

@@ -1,4 +1,4 @@
-// The windows on the desktop, and messages to them.
+// The windows on the desktop, their controls, and messages to them.
 #include <windows.h>
 
 #include "Commands.h"
@@ -42,6 +42,7 @@ std::string describe(HWND window) {
                    {"visible", boolean(::IsWindowVisible(window) != FALSE)},
                    {"style", number(static_cast<DWORD>(::GetWindowLongW(window, GWL_STYLE)))},
                    {"exstyle", number(static_cast<DWORD>(::GetWindowLongW(window, GWL_EXSTYLE)))},
+                   {"id", number(::GetDlgCtrlID(window))},
                    {"owner", ofWindow(::GetWindow(window, GW_OWNER))}});
 }
 
@@ -55,6 +56,13 @@ BOOL CALLBACK collect(HWND window, LPARAM list) {
 std::string listWindows(const Arguments&) {
     std::vector<std::string> found;
     ::EnumWindows(collect, reinterpret_cast<LPARAM>(&found));
+    return array(found);
+}
+
+// With the controls of its child windows.
+std::string listControls(const Arguments& arguments) {
+    std::vector<std::string> found;
+    ::EnumChildWindows(toWindow(arguments[0]), collect, reinterpret_cast<LPARAM>(&found));
     return array(found);
 }
 
