@@ -25,6 +25,7 @@ SetDateSave off
 !define MAKER_KEY "SOFTWARE\KESTOVA"
 ; Size and time of each file as it was installed. A file that differs is somebody else's.
 !define RECORD "$INSTDIR\installed.ini"
+!define SETTINGS_LINK "Fenwyn Settings.lnk"
 !define FRAME_CLASS "ZelMainCls"
 !define END_WAIT_MS 15000
 !define TRAY_CLASS "FenwynTray"
@@ -289,6 +290,7 @@ SectionEnd
 Section "$(TEXT_MENU)" SecMenu
   SetOutPath $INSTDIR
   CreateShortcut "$SMPROGRAMS\Fenwyn.lnk" "$INSTDIR\Fenwyn.exe"
+  CreateShortcut "$SMPROGRAMS\${SETTINGS_LINK}" "$INSTDIR\FenwynSettings.exe"
 SectionEnd
 
 Section "$(TEXT_AUTOSTART)" SecAutostart
@@ -480,6 +482,7 @@ Section "Uninstall"
       Call un.removeSettings
     ${EndIf}
     Delete "$SMPROGRAMS\Fenwyn.lnk"
+    Delete "$SMPROGRAMS\${SETTINGS_LINK}"
     ReadRegStr $0 SHCTX "${RUN_KEY}" "Fenwyn"
     ${If} $0 == '"$INSTDIR\Fenwyn.exe"'
       DeleteRegValue SHCTX "${RUN_KEY}" "Fenwyn"

@@ -239,7 +239,7 @@ PAGE = places.ROOT / "docs" / "configuration.md"
 
 def lines_to_type():
     """The lines of the section's blocks, block by block."""
-    section = PAGE.read_text(encoding="utf-8").split("## Try it\n")[1].split("\n## ")[0]
+    section = PAGE.read_text(encoding="utf-8").split("## Appendix: with a registry editor\n")[1].split("\n## ")[0]
     return [block.strip().splitlines() for block in re.findall(r"```bat\n(.*?)```", section, re.S)]
 
 

@@ -103,21 +103,30 @@ def add_setting(copy):
     copy.insert("src/Data/ZelConfig.cpp", "};\n\nvoid readSettings",
                 '    {L"ExampleSetting", &QrdConfig::uExample, 17, Scope::Machine},\n')
     copy.insert("docs/configuration.md", "| `HideMainUIWhenLostFocus`",
-                "| `ExampleSetting` | `REG_DWORD` | 17 | none |\n")
+                "| `ExampleSetting` | milliseconds | 17 | machine | none |\n")
     copy.insert("tests/e2e/harness/desktop.py", "]\nCONFIG_DEFAULTS", '    Setting("ExampleSetting", 17, MACHINE),\n')
     copy.insert("tests/unit/Data/ZelConfigTest.cpp", "};\n\nDWORD rowOf(",
                 '    {L"ExampleSetting", &QrdConfig::uExample, 17, false},\n')
+    copy.insert("settings/Values.cpp", "\n    {L\"HideCaption\"",
+                '    {L"ExampleSetting", Machine, Kind::Milliseconds, 17, 0, 100, Group::Showing, IDS_EXAMPLE},\n')
+    copy.insert("settings/SettingsIds.h", "#define IDS_GROUP_PLACE",
+                "#define IDS_EXAMPLE 290\n#define IDS_EXAMPLE_MORE 291\n")
+    for file in sorted((copy.folder / "settings/strings").glob("*.rc")):
+        copy.insert(f"settings/strings/{file.name}", "    IDS_GROUP_PLACE,",
+                    '    IDS_EXAMPLE, "Example"\n    IDS_EXAMPLE_MORE, "A value that nothing uses."\n')
 
 
 def add_language(copy):
-    for folder in ("src/res/strings", "companions/OutputSetup/strings"):
+    for folder in ("src/res/strings", "companions/OutputSetup/strings", "settings/strings"):
         english = (copy.folder / folder / "en.rc").read_text(encoding="utf-8")
         danish, count = re.subn(r"^LANGUAGE .*$", "LANGUAGE LANG_DANISH, SUBLANG_DEFAULT", english, flags=re.M)
         assert count == 1
         (copy.folder / folder / "da.rc").write_text(danish, encoding="utf-8")
+    copy.insert("settings/Allowed.cpp", 'L"ko"};', 'L"da", ')
     copy.append("src/res/Languages.rc", "#include <strings/da.rc>     // 0x406\n")
 
 
-# Each recipe with the number of files that it may touch. A function has a text in every language.
+# Each recipe with the number of files that it may touch. A function and a setting have a text in every language.
 LANGUAGES = len(list((ROOT / "src/res/strings").glob("*.rc")))
-RECIPES = {"function": (add_function, 8 + LANGUAGES), "setting": (add_setting, 5), "language": (add_language, 3)}
+RECIPES = {"function": (add_function, 8 + LANGUAGES), "setting": (add_setting, 7 + LANGUAGES),
+           "language": (add_language, 5)}

@@ -113,8 +113,9 @@ def test_what_is_installed_is_what_is_uninstalled(desktop, windows, setup, mode)
     assert now[f"{ROOTS[mode]}\\{RUN}", '"Fenwyn"'] == f'"\\"{quoted}\\\\Fenwyn.exe\\""'
     assert now[f"{ROOTS[mode]}\\{RUN}", '"FenwynTray"'] == f'"\\"{quoted}\\\\FenwynSettings.exe\\" /tray"'
     menu = "ProgramData" if mode == "AllUsers" else "users"
-    links = [path for path in windows.files() if path.endswith("Fenwyn.lnk")]
-    assert len(links) == 1 and links[0].startswith(menu)
+    links = [path for path in windows.files() if path.endswith(".lnk") and "Fenwyn" in path]
+    assert len(links) == 2 and all(link.startswith(menu) for link in links)
+    assert {link.replace("\\", "/").rsplit("/", 1)[1] for link in links} == {"Fenwyn.lnk", "Fenwyn Settings.lnk"}
     # What this machine offers: at least the overlays.
     listed = now[f"{ROOTS[mode]}\\{desk.LIST.replace('SOFTWARE', 'Software')}", '"FuncList"']
     assert "CursorOverlay;NumericOverlay;" in listed
@@ -203,7 +204,7 @@ def test_the_32_bit_programs_in_the_same_file(windows, setup):
     registry = windows.registry()
     assert not any(name == '"Fenwyn"' and key.endswith("\\Run") for key, name in registry)
     assert not any("KESTOVA" in key for key, _ in registry)
-    assert not any(path.endswith("Fenwyn.lnk") for path in windows.files())
+    assert not any(path.endswith(".lnk") and "Fenwyn" in path for path in windows.files())
 
 
 def test_the_portable_zip_runs_without_an_installation(desktop, windows, packages):
