@@ -129,7 +129,7 @@ class CBehaviourPage : public CPage {
     void _createChoice(Row& row);
     [[nodiscard]] HWND _child(Part part, const wchar_t* kind, const std::wstring& words, DWORD style);
 
-    void _load(const Row& row);
+    [[nodiscard]] bool _showProblem(const Row& row, const CModel::Reading& reading) const;
     void _loadControl(const Row& row, const CModel::Reading& reading) const;
     void _take(const Row& row);
     [[nodiscard]] bool _isBadEntry(const Row& row) const;
@@ -208,6 +208,7 @@ void CBehaviourPage::_createRow(const Value& value) {
     row.parts[kMore] = _child(kMore, WC_STATICW, sentenceOf(value), SS_LEFT | SS_NOPREFIX);
     row.parts[kBad] = _child(kBad, WC_STATICW, L"", SS_LEFT | SS_NOPREFIX);
     row.parts[kRepair] = _child(kRepair, WC_BUTTONW, text(IDS_REPAIR), BS_PUSHBUTTON | BS_NOTIFY | WS_TABSTOP);
+    ::ShowWindow(row.parts[kRepair], SW_HIDE);
     m_vecRows.push_back(row);
 }
 
@@ -239,22 +240,31 @@ void CBehaviourPage::_createChoice(Row& row) {
 
 void CBehaviourPage::load() {
     m_bLoading = true;
+    bool moved = false;
     for (const Row& row : m_vecRows) {
         if (row.value != nullptr) {
-            _load(row);
+            const CModel::Reading reading = model().read(*row.value);
+            _loadControl(row, reading);
+            moved = _showProblem(row, reading) || moved;
         }
     }
     m_bLoading = false;
-    _layOut();  // what is wrong with a value takes room
+    if (moved) {
+        _layOut();
+    }
 }
 
-void CBehaviourPage::_load(const Row& row) {
-    const CModel::Reading reading = model().read(*row.value);
-    _loadControl(row, reading);
-    ::SetWindowTextW(row.parts[kBad], reading.isGood ? L"" : problemOf(*row.value, reading).c_str());
+// What is wrong with the stored value, and the button that repairs it. True: it takes more or less room than before.
+bool CBehaviourPage::_showProblem(const Row& row, const CModel::Reading& reading) const {
+    const std::wstring problem = reading.isGood ? L"" : problemOf(*row.value, reading);
+    if (problem == windowText(row.parts[kBad])) {
+        return false;
+    }
+    ::SetWindowTextW(row.parts[kBad], problem.c_str());
     for (const Part part : {kBad, kRepair}) {
         ::ShowWindow(row.parts[part], reading.isGood ? SW_HIDE : SW_SHOWNA);
     }
+    return true;
 }
 
 void CBehaviourPage::_loadControl(const Row& row, const CModel::Reading& reading) const {
@@ -282,7 +292,7 @@ void CBehaviourPage::_loadControl(const Row& row, const CModel::Reading& reading
     }
 }
 
-// What the control of a setting shows now.
+// What the control of a setting shows now. The control stays as it is: somebody may be typing in it.
 void CBehaviourPage::_take(const Row& row) {
     const HWND control = row.parts[kControl];
     switch (row.value->kind) {
@@ -308,8 +318,9 @@ void CBehaviourPage::_take(const Row& row) {
             }
             break;
     }
-    _load(row);
-    _layOut();
+    if (_showProblem(row, model().read(*row.value))) {
+        _layOut();
+    }
 }
 
 // Of a text field that the person has changed.

@@ -1,0 +1,253 @@
+#include "SettingsDlg.h"
+
+#include <algorithm>
+
+#include "ChangeFile.h"
+#include "Pages.h"
+#include "SettingsWindow.h"
+#include "common/UiLanguage.h"
+
+namespace settings {
+namespace {
+
+class Window : public SettingsWindow {};
+
+// The same at every scale.
+class WindowLayout : public SettingsWindow, public testing::WithParamInterface<int> {
+ protected:
+    void SetUp() override {
+        SettingsWindow::SetUp();
+        m_nDpi = GetParam();
+        giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;");
+        open();
+    }
+};
+
+std::vector<HWND> childrenOf(HWND parent) {
+    std::vector<HWND> children;
+    for (HWND child = ::GetWindow(parent, GW_CHILD); child != nullptr; child = ::GetWindow(child, GW_HWNDNEXT)) {
+        children.push_back(child);
+    }
+    return children;
+}
+
+SIZE measured(HWND control, const std::wstring& text) {
+    const common::WindowDc dc(control);
+    const common::SelectScope select(dc.get(), reinterpret_cast<HFONT>(::SendMessageW(control, WM_GETFONT, 0, 0)));
+    RECT extent{};
+    ::DrawTextW(dc.get(), text.c_str(), -1, &extent, DT_CALCRECT | DT_SINGLELINE);
+    return {extent.right, extent.bottom};
+}
+
+}  // namespace
+
+TEST_F(Window, TurnsThePagesByKeysInBothDirections) {
+    open();
+    const auto turn = [&](WPARAM key, bool shift) {
+        BYTE keys[256] = {};
+        keys[VK_CONTROL] = 0x80;
+        keys[VK_SHIFT] = shift ? 0x80 : 0;
+        ::SetKeyboardState(keys);
+        MSG message{m_pWindow->m_hWnd, WM_KEYDOWN, key, 0, 0, {}};
+        EXPECT_TRUE(m_pWindow->PreTranslateMessage(message));
+        BYTE none[256] = {};
+        ::SetKeyboardState(none);
+    };
+    EXPECT_EQ(m_pWindow->selected(), 0U);
+    turn(VK_TAB, false);
+    EXPECT_EQ(m_pWindow->selected(), 1U);
+    turn(VK_TAB, true);
+    turn(VK_TAB, true);
+    EXPECT_EQ(m_pWindow->selected(), pages().size() - 1);
+    turn(VK_NEXT, false);
+    EXPECT_EQ(m_pWindow->selected(), 0U);
+    for (std::size_t i = 0; i < pages().size(); ++i) {
+        EXPECT_EQ(m_pWindow->page(i).isVisible(), i == 0) << i;
+    }
+}
+
+TEST_F(Window, APageThatIsNotShownStaysHiddenWhenEverythingIsLoadedAnew) {
+    open();
+    m_model.setNumber(value(L"HideCaption"), 1);
+    press(IDS_APPLY);
+    for (std::size_t i = 1; i < pages().size(); ++i) {
+        EXPECT_FALSE(m_pWindow->page(i).isVisible()) << i;
+    }
+}
+
+TEST_F(Window, ApplyIsThereOnlyForChangesAndNamesTheRightsThatItTakes) {
+    m_store.machineMayBeWritten = false;
+    open();
+    EXPECT_FALSE(isEnabled(IDS_APPLY));
+    m_model.setText(value(L"Language"), L"de");
+    EXPECT_TRUE(isEnabled(IDS_APPLY));
+    EXPECT_EQ(words(control(IDS_APPLY)), text(IDS_APPLY));
+    m_model.setNumber(value(L"HideCaption"), 1);
+    EXPECT_EQ(words(control(IDS_APPLY)), text(IDS_APPLY_FOR_ALL));
+    press(IDS_APPLY);
+    EXPECT_EQ(m_elevated.size(), 1U);
+    EXPECT_FALSE(isEnabled(IDS_APPLY));
+    EXPECT_TRUE(m_told.empty());
+    EXPECT_TRUE(m_pWindow->isWindow());
+}
+
+TEST_F(Window, RefusedRightsAreToldInWordsAndNothingIsLost) {
+    m_store.machineMayBeWritten = false;
+    m_elevatedResult = ERROR_CANCELLED;
+    open();
+    m_model.setNumber(value(L"HideCaption"), 1);
+    press(IDOK);
+    EXPECT_EQ(m_told, std::vector<std::wstring>{text(IDS_ERROR_REFUSED)});
+    ASSERT_TRUE(m_pWindow->isWindow());
+    EXPECT_TRUE(isEnabled(IDS_APPLY));
+}
+
+TEST_F(Window, OkSavesAndClosesAndCancelPutsBackAndCloses) {
+    open();
+    m_model.setNumber(value(L"HideCaption"), 1);
+    press(IDOK);
+    EXPECT_FALSE(m_pWindow->isWindow());
+    EXPECT_EQ(number(Root::Machine, L"HideCaption"), 1U);
+    open();
+    m_model.setNumber(value(L"Position"), 1);
+    press(IDCANCEL);
+    EXPECT_FALSE(m_pWindow->isWindow());
+    EXPECT_FALSE(number(Root::User, L"Position"));
+}
+
+TEST_F(Window, ExportsEverythingAndTakesItOverAgain) {
+    m_file = (m_folder / L"all.fenwyn").wstring();
+    give(Root::Machine, L"AutoHideDelayTime", 1234);
+    open();
+    press(IDS_EXPORT);
+    give(Root::Machine, L"AutoHideDelayTime", 1);
+    press(IDS_IMPORT);
+    EXPECT_EQ(m_model.read(value(L"AutoHideDelayTime")).number, 1234U);
+    ASSERT_EQ(m_told.size(), 1U) << "that it was taken over";
+    press(IDOK);
+    EXPECT_EQ(number(Root::Machine, L"AutoHideDelayTime"), 1234U);
+}
+
+TEST_F(Window, AnImportOfGarbageIsToldAndChangesNothing) {
+    m_file = (m_folder / L"bad.fenwyn").wstring();
+    open();
+    const int writes = m_store.writes;
+    for (const wchar_t* words :
+         {L"MZ", L"Fenwyn settings 1\r\n[User\\Fenwyn\\Config]\r\nPosition=number:1\r\nPosition=number:1\r\n",
+          L"Fenwyn settings 1\r\n[User\\Fenwyn\\Config]\r\nPosition=number:1\r\nHideCaption=number:1\r\n",
+          L"Fenwyn settings 1\r\n[User\\Fenwyn\\Config]\r\nPosition=number:1\r\n[Machine\\Other]\r\nA=text:b\r\n"}) {
+        ASSERT_EQ(writeTextFile(*m_file, words), ERROR_SUCCESS);
+        m_told.clear();
+        press(IDS_IMPORT);
+        EXPECT_EQ(m_told.size(), 1U);
+        EXPECT_EQ(m_store.writes, writes);
+        EXPECT_FALSE(m_model.isChanged());
+    }
+    m_file = (m_folder / L"none.fenwyn").wstring();
+    m_told.clear();
+    press(IDS_IMPORT);
+    EXPECT_EQ(m_told.size(), 1U);
+    m_file = std::nullopt;
+    press(IDS_IMPORT);
+    press(IDS_EXPORT);
+    EXPECT_EQ(m_told.size(), 1U) << "no file was chosen";
+}
+
+TEST_F(Window, ANumberThatCannotBeIsNotTaken) {
+    open();
+    constexpr std::size_t kBehaviour = 2;
+    constexpr int kHoverDelay = IDC_FIRST_ROW + 6 * 7 + 1;
+    const HWND field = ::GetDlgItem(m_pWindow->page(kBehaviour).m_hWnd, kHoverDelay);
+    ::SendMessageW(field, EM_SETSEL, 0, -1);
+    for (const wchar_t digit : std::wstring(L"70000")) {
+        ::SendMessageW(field, WM_CHAR, digit, 0);
+    }
+    press(IDOK);
+    ASSERT_TRUE(m_pWindow->isWindow());
+    EXPECT_EQ(m_told, std::vector<std::wstring>{text(IDS_ERROR_RANGE, {L"0", L"60000"})});
+    EXPECT_EQ(m_pWindow->selected(), kBehaviour) << "where the number is";
+    EXPECT_EQ(number(Root::User, L"MouseEnterIdle"), 7000U) << "what could be was seen at once";
+    press(IDCANCEL);
+    EXPECT_FALSE(number(Root::User, L"MouseEnterIdle"));
+}
+
+TEST_F(Window, TakesTheScaleOfTheScreenThatItIsMovedTo) {
+    open();
+    RECT before{};
+    ::GetClientRect(m_pWindow->m_hWnd, &before);
+    m_nDpi = 192;
+    RECT place{10, 20, 1000, 1000};
+    ::SendMessageW(m_pWindow->m_hWnd, WM_DPICHANGED, MAKEWPARAM(192, 192), reinterpret_cast<LPARAM>(&place));
+    RECT after{};
+    ::GetClientRect(m_pWindow->m_hWnd, &after);
+    EXPECT_NEAR(after.right, 2 * before.right, before.right / 8);
+    EXPECT_NEAR(after.bottom, 2 * before.bottom, before.bottom / 8);
+    EXPECT_EQ(m_pWindow->windowRect().left, 10);
+    LOGFONTW font{};
+    ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(control(IDOK), WM_GETFONT, 0, 0)), sizeof font, &font);
+    EXPECT_EQ(font.lfHeight, fontAt(192).lfHeight);
+}
+
+TEST_P(WindowLayout, EveryControlLiesInsideItsPage) {
+    for (std::size_t i = 0; i < pages().size(); ++i) {
+        m_pWindow->select(i);
+        const HWND page = m_pWindow->page(i).m_hWnd;
+        RECT area{};
+        ::GetClientRect(page, &area);
+        for (const HWND child : childrenOf(page)) {
+            RECT place{};
+            ::GetWindowRect(child, &place);
+            ::MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&place), 2);
+            EXPECT_GE(place.left, 0);
+            EXPECT_LE(place.right, area.right + 1) << i << " " << ::GetDlgCtrlID(child);  // units are rounded
+        }
+    }
+}
+
+// Of the window and the page Cards; the rows of the page Behaviour take as many lines as they need.
+TEST_P(WindowLayout, NoButtonIsTooNarrowInAnyLanguage) {
+    const LONG padding = ::MulDiv(8, GetParam(), USER_DEFAULT_SCREEN_DPI);
+    const auto check = [&](HWND button, UINT id) {
+        RECT area{};
+        ::GetClientRect(button, &area);
+        for (const LANGID language : common::languagesOfText(nullptr, id)) {
+            const std::wstring words = common::textIn(nullptr, id, language);
+            EXPECT_LE(measured(button, words).cx + padding, area.right)
+                << testing::PrintToString(words) << " in " << language;
+        }
+    };
+    for (const int id : {IDOK, IDCANCEL, IDS_APPLY, IDS_EXPORT, IDS_IMPORT}) {
+        check(control(id), static_cast<UINT>(id));
+    }
+    check(control(IDS_APPLY), IDS_APPLY_FOR_ALL);
+    const HWND cards = m_pWindow->page(0).m_hWnd;
+    for (const int id :
+         {IDS_CARD_UP, IDS_CARD_DOWN, IDS_CARD_CHECK, IDS_CARD_CHOOSE, IDS_CARD_CAPTION, IDS_CARD_PLUGIN}) {
+        check(::GetDlgItem(cards, id), static_cast<UINT>(id));
+    }
+    for (UINT state = 0; state < 10; ++state) {
+        if (!text(IDS_CARD_REMEDY + state).empty()) {
+            check(::GetDlgItem(cards, IDC_CARD_REMEDY), IDS_CARD_REMEDY + state);
+        }
+    }
+}
+
+TEST_P(WindowLayout, WhyACardIsMissingFitsItsPlaceInEveryLanguage) {
+    const HWND field = ::GetDlgItem(m_pWindow->page(0).m_hWnd, IDC_CARD_WHY);
+    const common::WindowDc dc(field);
+    const common::SelectScope select(dc.get(), reinterpret_cast<HFONT>(::SendMessageW(field, WM_GETFONT, 0, 0)));
+    RECT area{};
+    ::GetClientRect(field, &area);
+    for (UINT state = 0; state <= 10; ++state) {
+        for (const LANGID language : common::languagesOfText(nullptr, IDS_CARD_WHY + state)) {
+            const std::wstring words = common::textIn(nullptr, IDS_CARD_WHY + state, language);
+            RECT extent{0, 0, area.right, 0};
+            ::DrawTextW(dc.get(), words.c_str(), -1, &extent, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+            EXPECT_LE(extent.bottom, area.bottom) << testing::PrintToString(words);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Dpi, WindowLayout, testing::Values(96, 192));
+
+}  // namespace settings
