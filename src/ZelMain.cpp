@@ -15,6 +15,7 @@
 #include "UI/CardsInUse.h"
 #include "UI/ZelHideDlg.h"
 #include "UI/ZelMainDlg.h"
+#include "common/Contrast.h"
 #include "common/ObjectSecurity.h"
 #include "common/SiblingLibrary.h"
 #include "common/Status.h"
@@ -50,6 +51,7 @@ bool CZelMainApp::InitInstance() {
         return false;
     }
     settingsRead();
+    renewContrast();
     // "/hide" hides the cards; any other command line shows them even if the configuration says otherwise.
     BOOL show = CZelConfig::getQrdConfig().bShowQrdAtLaunch != 0;
     if (m_lpCmdLine[0] != L'\0') {
@@ -404,6 +406,20 @@ LONG WINAPI CZelMainApp::hideQrdWhenPrtsc() noexcept {
 
 void CZelMainApp::settingsRead() {
     faultcare::readPatience();
+}
+
+void CZelMainApp::renewContrast() {
+    if (!contrast::use(contrast::systemPalette())) {
+        return;
+    }
+    LOG_INFO(L"High contrast is %s.", contrast::used() ? L"on" : L"off");
+    ::EnumThreadWindows(
+        ::GetCurrentThreadId(),
+        [](HWND hWnd, LPARAM) -> BOOL {
+            ::RedrawWindow(hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+            return TRUE;
+        },
+        0);
 }
 
 void CZelMainApp::endSession() {

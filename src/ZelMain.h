@@ -44,6 +44,8 @@ class CZelMainApp : public CWinApp {
     [[nodiscard]] HRESULT refreshCards(BOOL bReinitialize);
     // The card configuration has been read: what depends on it elsewhere takes effect.
     static void settingsRead();
+    // Takes the system's choice of contrast and colours over, and paints everything again if that is a change.
+    static void renewContrast();
     // The session ends, and the process with it: does the same as ExitInstance(), at once, and closes the log. During a
     // plug-in call its card cannot be destroyed; the program then ends as soon as the call returns.
     void endSession();

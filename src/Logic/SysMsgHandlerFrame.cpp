@@ -26,6 +26,8 @@ const MessageMap& CSysMsgHandlerFrame::messageMap() const {
         onMessage<&CSysMsgHandlerFrame::OnPowerBroadcast>(WM_POWERBROADCAST),
         onMessage<&CSysMsgHandlerFrame::OnSessionChange>(WM_WTSSESSION_CHANGE),
         onMessage<&CSysMsgHandlerFrame::OnSettingChange>(WM_SETTINGCHANGE),
+        onMessage<&CSysMsgHandlerFrame::OnColoursChanged>(WM_SYSCOLORCHANGE),
+        onMessage<&CSysMsgHandlerFrame::OnColoursChanged>(WM_THEMECHANGED),
         onMessage<&CSysMsgHandlerFrame::OnSysCommand>(WM_SYSCOMMAND),
         onMessage<&CSysMsgHandlerFrame::OnEndSession>(WM_ENDSESSION),
         onTimer<&CSysMsgHandlerFrame::OnTimer>(),
@@ -109,11 +111,19 @@ LRESULT CSysMsgHandlerFrame::OnSessionChange(WPARAM wParam, LPARAM /*lParam*/) {
 
 LRESULT CSysMsgHandlerFrame::OnSettingChange(WPARAM wParam, LPARAM /*lParam*/) {
     const LRESULT result = Default();
+    if (wParam == SPI_SETHIGHCONTRAST) {
+        CZelMainApp::renewContrast();
+    }
     if (wParam == kSettingWorkArea) {
         LOG_INFO(L"Workarea change event.");
         static_cast<void>(theApp.refreshCards(FALSE));
     }
     return result;
+}
+
+LRESULT CSysMsgHandlerFrame::OnColoursChanged(WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    CZelMainApp::renewContrast();
+    return Default();
 }
 
 // The hidden frame cannot be closed, moved or shown through system commands.

@@ -145,7 +145,14 @@ HRESULT CBlackCard::drawText(Gdiplus::Graphics& graphics) {
     // The outline extends beyond the letters: this keeps neighbours' descriptions apart.
     Gdiplus::RectF desc = toRectF(m_parts.desc);
     desc.Inflate(-static_cast<float>(kOutlineWidth), 0.0F);
-    m_descText.draw(graphics, desc, getDesc().c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
+    const auto drawDesc = [&, text = getDesc()] {
+        m_descText.draw(graphics, desc, text.c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);
+    };
+    drawDesc();
+    if (const RECT place = m_descText.place(); contrast::used() && ::IsRectEmpty(&place) == FALSE) {
+        drawPlate(graphics, toRectF(place));  // not on the desktop itself
+        drawDesc();
+    }
     return m_captionText.complete() && m_descText.complete() ? S_OK : E_OUTOFMEMORY;
 }
 

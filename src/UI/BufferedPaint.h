@@ -2,6 +2,7 @@
 // when text is drawn directly onto a window.
 #pragma once
 
+#include "common/Contrast.h"
 #include "common/FrameBitmap.h"
 #include "common/Handle.h"
 
@@ -13,7 +14,10 @@ class CBufferedPaint {
           m_width(client.right - client.left),
           m_height(client.bottom - client.top),
           m_buffer(m_width, m_height) {}
-    ~CBufferedPaint() { ::BitBlt(m_paint.get(), 0, 0, m_width, m_height, m_buffer.dc(), 0, 0, SRCCOPY); }
+    ~CBufferedPaint() {
+        contrast::recolour(m_buffer.pixels(), contrast::Tone::Light);
+        ::BitBlt(m_paint.get(), 0, 0, m_width, m_height, m_buffer.dc(), 0, 0, SRCCOPY);
+    }
     CBufferedPaint(const CBufferedPaint&) = delete;
     CBufferedPaint& operator=(const CBufferedPaint&) = delete;
 

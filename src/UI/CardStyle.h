@@ -1,6 +1,7 @@
 // Look and layout constants shared by all card windows.
 #pragma once
 
+#include "common/Contrast.h"
 #include "common/GdiPlus.h"
 
 inline constexpr COLORREF kColourKey = RGB(0xFF, 0x00, 0xFF);  // pixels of this colour let the mouse through
@@ -14,6 +15,15 @@ inline constexpr double kOutlineWidth = 3.0;   // pixels, of white text with a b
 [[nodiscard]] inline Gdiplus::RectF toRectF(const RECT& rect) {
     return {static_cast<float>(rect.left), static_cast<float>(rect.top), static_cast<float>(rect.right - rect.left),
             static_cast<float>(rect.bottom - rect.top)};
+}
+
+// In high contrast, an opaque ground with a border for a text that has none in the program's own look.
+inline void drawPlate(Gdiplus::Graphics& graphics, const Gdiplus::RectF& place) {
+    const Gdiplus::SolidBrush ground(Gdiplus::Color{kBlack});
+    const Gdiplus::Pen border(Gdiplus::Color{kWhite}, 1.0F);
+    graphics.SetSmoothingMode(Gdiplus::SmoothingModeNone);
+    graphics.FillRectangle(&ground, place);
+    graphics.DrawRectangle(&border, place.X, place.Y, place.Width - 1.0F, place.Height - 1.0F);
 }
 
 // A format for texts centred horizontally.

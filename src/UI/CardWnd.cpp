@@ -49,7 +49,9 @@ void CCardWnd::makeSurface() const {
 
 void CCardWnd::makePictures() {
     while (m_vecPictures.size() < m_pair.pictures) {
-        m_vecPictures.push_back(std::make_unique<CLayeredWnd>(m_hWnd, m_pTextPainter));
+        const bool last = m_vecPictures.size() + 1 == m_pair.pictures;
+        m_vecPictures.push_back(
+            std::make_unique<CLayeredWnd>(m_hWnd, m_pTextPainter, last ? m_pair.lastTone : contrast::Tone::Plain));
     }
 }
 

@@ -36,6 +36,7 @@ class CCardWnd : public CCardInput<CPopupDlg> {
         Takes takes;
         DWORD exStyle;  // of the surface, in addition to WS_EX_LAYERED
         std::size_t pictures;
+        contrast::Tone lastTone = contrast::Tone::Plain;  // of the last picture in high contrast; the others are plain
     };
 
     // pTextPainter draws text on the pictures; null: no text.

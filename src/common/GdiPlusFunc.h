@@ -38,6 +38,11 @@ class OutlineText {
     // False if there was no memory for what was to be drawn last.
     [[nodiscard]] bool complete() const { return m_key.has_value(); }
 
+    // Where the text was drawn last, in pixels of the graphics. Empty: nowhere.
+    [[nodiscard]] RECT place() const {
+        return {m_place.x, m_place.y, m_place.x + m_picture.width, m_place.y + m_picture.height};
+    }
+
  private:
     struct Key {
         std::wstring text;

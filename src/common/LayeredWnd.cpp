@@ -50,11 +50,12 @@ void registerWndClass(const std::wstring& strName) noexcept {
 
 unsigned CLayeredWnd::s_nInstances = 0;
 
-CLayeredWnd::CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter)
+CLayeredWnd::CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter, contrast::Tone tone)
     : m_hRealWnd(hRealWnd),
       m_nInstance(++s_nInstances),
       m_strClassName(kClassPrefix + std::to_wstring(m_nInstance)),
-      m_pTextPainter(pTextPainter) {
+      m_pTextPainter(pTextPainter),
+      m_tone(tone) {
     if (::IsWindow(hRealWnd) == FALSE) {
         LOG_ASSERT(L"::IsWindow(hRealWnd)");
     }
@@ -147,6 +148,7 @@ HRESULT CLayeredWnd::_compose(const Content& content) {
     bool complete = true;
     const HRESULT status = _draw(content, complete);
     if (SUCCEEDED(status)) {
+        contrast::recolour(m_pFrame->pixels(), m_tone);
         m_uPixels = m_pFrame->hash();
         m_composed = complete ? std::move(signature) : std::nullopt;
     }
@@ -176,7 +178,7 @@ HRESULT CLayeredWnd::_draw(const Content& content, bool& rbComplete) const {
 
 // Empty if equal numbers would not mean an equal frame: images whose pixels have no number, or a text without a state.
 std::optional<std::vector<std::size_t>> CLayeredWnd::_signature(const Content& content) const {
-    std::vector<std::size_t> numbers{static_cast<std::size_t>(content.nSourceTop),
+    std::vector<std::size_t> numbers{contrast::state(), static_cast<std::size_t>(content.nSourceTop),
                                      static_cast<std::size_t>(content.nSourceHeight)};
     if (m_pTextPainter != nullptr) {
         const auto text = m_pTextPainter->textState();
@@ -243,7 +245,9 @@ HRESULT CLayeredWnd::drawImage(Gdiplus::Image* pImage, DWORD dwAlpha, int nSourc
         ::GetClientRect(m_hWnd, &destination);
     }
     PixelSurface surface(m_pFrame->pixels());
-    const HRESULT status = composeImage(surface, pImage, dwAlpha, {nSourceTop, nSourceHeight}, destination);
+    constexpr DWORD kOpaque = 255;
+    const HRESULT status =
+        composeImage(surface, pImage, contrast::used() ? kOpaque : dwAlpha, {nSourceTop, nSourceHeight}, destination);
     if (FAILED(status)) {
         LOG_STATUS(status);
     }

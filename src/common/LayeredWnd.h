@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "common/Contrast.h"
 #include "common/FrameBitmap.h"
 #include "common/GdiPlus.h"
 
@@ -27,8 +28,10 @@ class IDrawTextOnLayeredWnd {
 
 class CLayeredWnd {
  public:
-    // The text painter is not owned, may be null, and must outlive the object. Creates no window yet.
-    explicit CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter = nullptr);
+    // The text painter is not owned, may be null, and must outlive the object. Creates no window yet. The tone: which
+    // colours the picture has in high contrast.
+    explicit CLayeredWnd(HWND hRealWnd, IDrawTextOnLayeredWnd* pTextPainter = nullptr,
+                         contrast::Tone tone = contrast::Tone::Plain);
     ~CLayeredWnd();
     CLayeredWnd(const CLayeredWnd&) = delete;
     CLayeredWnd& operator=(const CLayeredWnd&) = delete;
@@ -98,6 +101,7 @@ class CLayeredWnd {
     const unsigned m_nInstance;
     const std::wstring m_strClassName;  // one window class per object
     IDrawTextOnLayeredWnd* const m_pTextPainter;
+    const contrast::Tone m_tone;
     std::unique_ptr<common::FrameBuffer> m_pFrame;  // kept from one paint to the next; null without memory
     std::size_t m_uPixels = 0;                      // their hash
     int m_nCompositions = 0;

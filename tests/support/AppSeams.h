@@ -69,6 +69,7 @@ struct BlackCardSeam {
     static int& selected(CBlackCard& card) { return card.m_nSelItem; }
     static bool& firstTime(CBlackCard& card) { return card.m_bFirstTime; }
     static geometry::Card& parts(CBlackCard& card) { return card.m_parts; }
+    static const OutlineText& descText(const CBlackCard& card) { return card.m_descText; }
     static HRESULT placeItems(CBlackCard& card) { return card.setItemDlgPos(); }
     static HRESULT placeLargeCard(CBlackCard& card) { return card.setLargeCardDlgPos(); }
     static HRESULT createLargeCard(CBlackCard& card) { return card.createLargeCardDlg(); }

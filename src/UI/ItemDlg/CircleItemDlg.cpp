@@ -21,7 +21,8 @@ constexpr int kInnerMargin = 11;  // pixels, not scaled: the hysteresis between 
 }  // namespace
 
 CCircleItemDlg::CCircleItemDlg(UINT uSmallImageId, UINT uLargeImageId, std::wstring strDesc)
-    : CItemWnd({IDD_CIRCLE_ITEM, Takes::AllButColourKey, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, 2}),
+    : CItemWnd(
+          {IDD_CIRCLE_ITEM, Takes::AllButColourKey, WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, 2, contrast::Tone::Chosen}),
       m_descDlg(std::move(strDesc)),
       m_uSmallImageId(uSmallImageId),
       m_uLargeImageId(uLargeImageId) {}

@@ -80,6 +80,9 @@ HRESULT CErrorItemDlg::drawText(Gdiplus::Graphics& graphics) {
         format.SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap);
     }
     Gdiplus::RectF layout = toRectF(clientRect());
+    if (contrast::used()) {
+        drawPlate(graphics, layout);
+    }
     // The window is measured without an outline, and letters exceed their place by less than a pixel.
     layout.Inflate(-static_cast<float>(kOutlineWidth / 2 + 1.0), 0.0F);
     m_errorText.draw(graphics, layout, m_strError.c_str(), *font, &format, kOutlineWidth, kWhite, kBlack);

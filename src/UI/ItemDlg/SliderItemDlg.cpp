@@ -47,6 +47,13 @@ void drawFace(const FramePixels& frame) {
     constexpr double kMiddle = 0.85;
     const RECT client{0, 0, frame.width, frame.height};
     const double half = frame.width / 2.0;
+    if (contrast::used()) {
+        const double radius = cornerSize(frame.height) / 2.0;
+        fillRoundedBox(frame, client, radius, contrast::used()->plain.ink);
+        fillRoundedBox(frame, {1, 1, client.right - 1, client.bottom - 1}, std::max(radius - 1.0, 0.0),
+                       contrast::used()->plain.ground);
+        return;
+    }
     fillRoundedBox(frame, client, cornerSize(frame.height) / 2.0,
                    [half](int x) { return greyOf(kMiddle - (kMiddle - kEnd) * std::fabs(x + 0.5 - half) / half); });
 }
@@ -79,15 +86,17 @@ Picture cornersOfFace(int width, int height) {
 }
 
 void drawChannel(const FramePixels& frame, const RECT& channel) {
-    fillRoundedBox(frame, channel, (channel.bottom - channel.top) / 2.0, kGrey);
+    const DWORD colour = contrast::used() ? contrast::used()->plain.ink : kGrey;
+    fillRoundedBox(frame, channel, (channel.bottom - channel.top) / 2.0, colour);
 }
 
 // White, framed in grey. Its last row and column stay free.
 void drawThumb(const FramePixels& frame, const RECT& thumb) {
     RECT box{thumb.left, thumb.top, thumb.right - 1, thumb.bottom - 1};
-    fillRoundedBox(frame, box, kThumbRadius, kGrey);
+    const auto& palette = contrast::used();
+    fillRoundedBox(frame, box, kThumbRadius, palette ? palette->plain.ink : kGrey);
     ::InflateRect(&box, -kThumbFrame, -kThumbFrame);
-    fillRoundedBox(frame, box, 0.0, kWhite);
+    fillRoundedBox(frame, box, 0.0, palette ? palette->chosen.ground : kWhite);
 }
 
 }  // namespace
@@ -146,7 +155,7 @@ void CQrdSliderCtrl::OnKillFocus(HWND hNewWnd) {
 }
 
 CSliderItemDlg::CSliderItemDlg(DWORD dwDecreaseCode, DWORD dwIncreaseCode, LONG lLevelCount, LONG lCurrentLevel)
-    : CItemWnd({IDD_SLIDER_ITEM, Takes::VisiblePixels, WS_EX_TOOLWINDOW, 1}),
+    : CItemWnd({IDD_SLIDER_ITEM, Takes::VisiblePixels, WS_EX_TOOLWINDOW, 1, contrast::Tone::AsDrawn}),
       m_dwDecreaseCode(dwDecreaseCode),
       m_dwIncreaseCode(dwIncreaseCode),
       m_lCurrentLevel(lCurrentLevel),
@@ -213,10 +222,12 @@ void CSliderItemDlg::OnPaint() {
     if (picture() == nullptr || ::IsRectEmpty(&client) != FALSE) {
         return;
     }
-    if (m_pCorners == nullptr || m_pCorners->GetWidth() != static_cast<UINT>(client.right) ||
+    if (m_pCorners == nullptr || m_uCornersState != contrast::state() ||
+        m_pCorners->GetWidth() != static_cast<UINT>(client.right) ||
         m_pCorners->GetHeight() != static_cast<UINT>(client.bottom)) {
         m_pCorners =
             std::make_unique<StoredImage>(std::make_shared<MasterPicture>(cornersOfFace(client.right, client.bottom)));
+        m_uCornersState = contrast::state();
     }
     // It has logged why, and the next paint tries again.
     static_cast<void>(picture()->paint(m_pCorners.get(), kOpaque, nullptr, nullptr));

@@ -55,6 +55,7 @@ class CSliderItemDlg : public CItemWnd {
     DWORD m_dwIncreaseCode;
     LONG m_lCurrentLevel;  // the last one that the function accepted, at first the one that it reported
     LONG m_lLevelCount;
+    std::size_t m_uCornersState = 0;             // the contrast of m_pCorners
     std::unique_ptr<Gdiplus::Image> m_pCorners;  // what the opaque window cannot show: the smooth edges of its corners
     bool m_bDragged = false;                     // the last movement was part of a drag
 };
