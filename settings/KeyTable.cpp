@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "Data/RegistryPaths.h"
+#include "Values.h"
 #include "companions/hotkey/HotkeySettings.h"
 #include "ZelHotkey.h"
 #include "ZelModifier.h"
@@ -14,7 +15,6 @@ namespace {
 // Buttons that this program makes begin with this, so that it removes no others.
 constexpr wchar_t kOwnButton[] = L"Fenwyn_";
 constexpr DWORD kFirstOwnFunction = 40000;  // the numbers of the button utility's own functions are small
-constexpr wchar_t kProgrammable[] = L"Programmable";
 
 Place ofList(const CModel& model, const wchar_t* name) {
     return {model.listRoot(), regpath::kHotkeyKey, name};

@@ -20,6 +20,10 @@ bool isFunctionList(const Place& place) {
                                        : place.key.starts_with(std::wstring(regpath::kHotkeyKey) + L"\\");
 }
 
+bool isReadAtTheStart(const Place& place) {
+    return isFunctionList(place) || (place.key == regpath::kConfigKey && place.name == kProgrammable);
+}
+
 bool isButton(const Place& place) {
     return place.key.starts_with(FENWYN_REG_BUTTON_UTILITY);
 }
@@ -223,7 +227,8 @@ Applied CModel::_write() {
 }
 
 Applied CModel::apply() {
-    const bool list = anyOf(m_pending, &isFunctionList);
+    const bool restart = anyOf(m_pending, &isReadAtTheStart);
+    const bool icon = anyOf(m_pending, [](const Place& place) { return place.name == FENWYN_VALUE_TRAY_ICON; });
     const bool buttons = anyOf(m_pending, &isButton);
     const Applied written = _write();
     if (written == Applied::Done) {
@@ -236,7 +241,10 @@ Applied CModel::apply() {
     if (buttons) {
         m_outside.announceButtons();
     }
-    return list && m_outside.isRunning() && !m_outside.restart() ? Applied::NotRestarted : Applied::Done;
+    if (icon) {
+        m_outside.followIconSetting();
+    }
+    return restart && m_outside.isRunning() && !m_outside.restart() ? Applied::NotRestarted : Applied::Done;
 }
 
 // A value that is removed keeps its last effect in a running Fenwyn. So each one first gets the value that was in

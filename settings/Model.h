@@ -23,6 +23,8 @@ struct Outside {
     std::function<void()> settle;
     // Tells Fenwyn of customised keys that changed.
     std::function<void()> announceButtons;
+    // Makes the icon in the notification area follow its setting.
+    std::function<void()> followIconSetting;
 };
 
 enum class Applied {

@@ -1,7 +1,9 @@
 #include "Outside.h"
 
 #include "Elevation.h"
+#include "Logic/HbqNotify.h"
 #include "RunningFenwyn.h"
+#include "TrayStart.h"
 
 namespace settings {
 namespace {
@@ -37,7 +39,9 @@ void settle() {
 Outside realOutside(IStore& store) {
     return {&store,   &writeElevated,
             [] { return frameOfFenwyn() != nullptr; },
-            &restart, &settle, [] {}};
+            &restart, &settle,
+            [] { ::PostMessageW(HWND_BROADCAST, hbqNotifyMessage(), 0, 0); },
+            &followIconSetting};
 }
 
 }  // namespace settings

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "TrayStart.h"
 #include "TrayWnd.h"
 #include "common/Handle.h"
 #include "common/ObjectSecurity.h"
@@ -75,6 +76,9 @@ void handleMessages(HANDLE end, const CTrayWnd& window) {
 }  // namespace
 
 int runTray(HINSTANCE instance) {
+    if (!isIconWanted()) {
+        return 0;
+    }
     const common::UniqueHandle mutex(::CreateMutexW(common::OnlyForTheUser().get(), FALSE, kMutex));
     if (!mutex || ::GetLastError() == ERROR_ALREADY_EXISTS) {
         return 0;

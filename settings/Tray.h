@@ -11,7 +11,7 @@ inline constexpr wchar_t kTrayEndEvent[] = L"Local\\KESTOVA_Fenwyn_Tray_End";
 // The window by which other programs find the process.
 inline constexpr wchar_t kTrayClass[] = L"FenwynTray";
 
-// Shows the icon until the session or the event ends it. Returns the process's exit code: 0 also if the session has an
+// Shows the icon until the session or the event ends it. Returns the process's exit code: 0 also if none is wanted (TrayIcon) or the session has an
 // icon already.
 [[nodiscard]] int runTray(HINSTANCE instance);
 

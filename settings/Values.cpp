@@ -30,13 +30,14 @@ constexpr Value kValues[] = {
     {L"AutoHideDelayTime", Machine, Kind::Milliseconds, 2000, 0, kTenMinutes, Group::Showing, IDS_AUTO_HIDE_DELAY},
     {L"ShowQrdAtLaunch", Machine, Kind::YesNo, 0, 0, 1, Group::Showing, IDS_AT_LAUNCH},
     {L"HideMainUIWhenLostFocus", Machine, Kind::YesNo, 0, 0, 1, Group::Showing, IDS_LOST_FOCUS},
+    {FENWYN_VALUE_TRAY_ICON, Scope::Language, Kind::YesNo, 1, 0, 1, Group::Showing, IDS_ICON},
 
     {L"HideCaption", Machine, Kind::YesNo, 0, 0, 1, Group::Captions, IDS_HIDE_CAPTION},
     {L"AlwaysShowItemsCaption", Machine, Kind::YesNo, 0, 0, 1, Group::Captions, IDS_ALL_CAPTIONS},
     {L"ItemDescMaxWidth", Machine, Kind::Pixels, 100, 20, 1000, Group::Captions, IDS_ITEM_WIDTH},
     {L"SliderThumbSize", Machine, Kind::Pixels, 20, 5, 200, Group::Captions, IDS_THUMB_SIZE},
 
-    {L"Programmable", Machine, Kind::YesNo, 0, 0, 1, Group::Plugins, IDS_PROGRAMMABLE},
+    {kProgrammable, Machine, Kind::YesNo, 0, 0, 1, Group::Plugins, IDS_PROGRAMMABLE},
     {L"PluginPatience", Machine, Kind::Milliseconds, 3000, 0, kTenMinutes, Group::Plugins, IDS_PATIENCE},
     {L"PluginEndTime", Machine, Kind::Milliseconds, 20000, 1000, kTenMinutes, Group::Plugins, IDS_END_TIME},
     {FENWYN_VALUE_INSTALL_PATH, Product, Kind::Path, 0, 0, 0, Group::Plugins, IDS_INSTALL_PATH},

@@ -17,7 +17,7 @@ namespace settings {
 enum class Scope {
     UserElseMachine,  // the card configuration that users may have apart from the machine
     Machine,          // the rest of it
-    Language,         // the program's own key, of the user or else of the machine
+    Language,         // the program's own key, of the user or else of the machine; the icon's switch too
     List,             // the key of the function list that is in force
     Product           // the program's own key below the root of that list
 };
@@ -40,6 +40,9 @@ struct Value {
 
 // In the order of the page.
 [[nodiscard]] std::span<const Value> values();
+
+// Whether keys may be customised; Fenwyn builds its cards anew for it only at its start.
+inline constexpr wchar_t kProgrammable[] = L"Programmable";
 
 // Null if there is no setting of that name.
 [[nodiscard]] const Value* findValue(std::wstring_view name);

@@ -17,6 +17,9 @@
  * defaults in place of the machine's values. */
 #define FENWYN_VALUE_LANGUAGE L"Language"
 
+/* Likewise, REG_DWORD: whether the icon in the notification area is wanted; 1 unless given. */
+#define FENWYN_VALUE_TRAY_ICON L"TrayIcon"
+
 /* The list of hotkey functions: in HKEY_LOCAL_MACHINE, and in HKEY_CURRENT_USER for a machine that has none.
  * FunctionListRoot.h says which of the two is in force. REG_SZ: function names, each followed by ';'. */
 #define FENWYN_REG_HOTKEY FENWYN_REG_PRODUCT L"\\HotKey"

@@ -47,7 +47,6 @@ def settings(program):
     program.offer("Mute", "Lock")
     program.start("/hide")
     made = Settings(program)
-    made.open_keys()
     yield made
     if made.window():
         program.probe.post(made.window().hwnd, WM_CLOSE)
@@ -69,6 +68,7 @@ def expect_choice(program, key):
 
 
 def test_a_pressed_key_opens_the_card_after_apply(program, settings):
+    settings.open_keys()
     settings.press("Alt_L+d")  # add a key, to the card that is selected
     wait_until(settings.keys_are_heard, "the page asks for a key")
     program.keyboard.down(MODIFIER)
@@ -86,6 +86,7 @@ def test_a_pressed_key_opens_the_card_after_apply(program, settings):
 
 
 def test_keys_are_tried_out_without_effect_and_work_when_the_settings_are_killed(program, settings):
+    settings.open_keys()
     settings.press("Alt_L+t")
     wait_until(settings.keys_are_heard, "the field has the focus")
     for _ in range(3):  # a hook that is not called would come first again with one of them

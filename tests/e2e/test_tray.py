@@ -137,3 +137,10 @@ def test_the_menu_works_with_keys(program, tray):
     wait_until(lambda: program.frame() and program.is_up(), "Fenwyn runs", 20)
     tray.press(VK_DOWN, VK_DOWN, VK_RETURN)
     program.expect_strip()
+
+
+def test_where_none_is_wanted_it_ends_at_once(program):
+    program.offer("Mute")
+    program.probe.set_dword("HKCU", "SOFTWARE\\KESTOVA\\Fenwyn", "TrayIcon", 0)
+    assert Tray(program).start().wait(20) == 0
+    assert not program.probe.windows(TRAY_CLASS)

@@ -20,12 +20,13 @@ PARTS = {
     "src/Data/RegistryPaths.h": ["companions/include"],
     "src/Data": ["src/Data/RegistryPaths.h", "src/common", "companions/include"],
     "src/Logic/FuncX/FunctionTables.h": ["plugins/sdk", "src/res"],
-    "src/Logic": ["src/Logic/FuncX/FunctionTables.h", "src/Data", "src/Data/RegistryPaths.h", "src/common", "src/res", "src/Messages.h", "framework", "companions/hotkey/include",
+    "src/Logic/HbqNotify.h": [],
+    "src/Logic": ["src/Logic/FuncX/FunctionTables.h", "src/Logic/HbqNotify.h", "src/Data", "src/Data/RegistryPaths.h", "src/common", "src/res", "src/Messages.h", "framework", "companions/hotkey/include",
                   "companions/OutputSetup/include", "plugins/sdk"],
     "src/UI": ["src/Logic", "src/Data", "src/common", "src/res", "src/Messages.h", "framework",
                "companions/OutputSetup/include", "plugins/sdk"],
     "src": ["src/UI", "src/Logic", "src/Data", "src/common", "src/res", "src/Messages.h", "framework",
-            "companions/hotkey/include", "companions/prtscreen/include"],
+            "companions/hotkey/include", "companions/prtscreen/include", "src/Logic/HbqNotify.h"],
     "companions/include": [],
     "companions/keyboard": ["src/common"],
     "companions/hotkey/include": ["companions/include"],
@@ -48,7 +49,7 @@ PARTS = {
     "settings": ["companions/include", "companions/hotkey/include", "companions/hotkey", "companions/keyboard",
                  "companions/OutputSetup/include", "plugins/sdk",
                  "framework", "src/common", "src/res", "src/Messages.h", "src/Data/RegistryPaths.h",
-                 "src/Logic/FuncX/FunctionTables.h", "companions/captions/include"],
+                 "src/Logic/FuncX/FunctionTables.h", "src/Logic/HbqNotify.h", "companions/captions/include"],
 }
 
 # Includes against the direction of the table. (from, to): why. Allowed in sources only: a header uses a forward

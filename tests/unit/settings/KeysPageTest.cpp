@@ -1,14 +1,10 @@
 // The page Keys with real, injected keys.
 #include "KeyNames.h"
 #include "KeyTable.h"
-#include "Notebook.h"
-#include "Pages.h"
+#include "PageRoom.h"
 #include "SettingsIds.h"
 #include "Texts.h"
 #include "ZelHotkey.h"
-#include "common/DialogFont.h"
-#include "common/Handle.h"
-#include "companions/keyboard/KeyboardRoom.h"
 
 namespace settings {
 namespace {
@@ -25,47 +21,24 @@ bool keysAreTried() {
     return static_cast<bool>(common::UniqueHandle(::OpenEventW(SYNCHRONIZE, FALSE, ZEL_KEY_TRIAL_EVENT)));
 }
 
-class KeysPage : public Notebook {
+class KeysPage : public PageRoom {
  protected:
     void SetUp() override {
-        Notebook::SetUp();
+        PageRoom::SetUp();
         giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;Lock;");
         giveFunction(L"Mute", {0x3B});
         giveFunction(L"Lock", {0x3C, 0x10064});
         ASSERT_TRUE(m_window.prepare());
-        m_surroundings.tell = [this](HWND, const std::wstring& words) { m_told.push_back(words); };
-        m_surroundings.font = [](UINT dpi) { return common::messageFont(dpi); };
-        m_host.reset(
-            ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 600, 400, nullptr, nullptr, nullptr, nullptr));
-        m_pPage = makeKeysPage(m_model, m_surroundings);
-        ASSERT_TRUE(m_pPage->Create(m_host.get()));
-        m_pPage->load();
+        open(&makeKeysPage);
     }
-    void TearDown() override { m_pPage.reset(); }
 
-    void giveFunction(const wchar_t* name, const Codes& codes) {
+    static void giveFunction(const wchar_t* name, const Codes& codes) {
         const std::wstring key = std::wstring(regpath::kHotkeyKey) + L"\\" + name;
         support::RegistryRoom::setBinary(HKEY_LOCAL_MACHINE, key, ZEL_VALUE_CODE, numbersData(codes).bytes);
     }
-    HWND control(int id) const { return ::GetDlgItem(m_pPage->m_hWnd, id); }
-    void press(int id, UINT code = BN_CLICKED) { m_pPage->onControl(static_cast<UINT>(id), code); }
-    void timer(UINT_PTR id) const { ::SendMessageW(m_pPage->m_hWnd, WM_TIMER, id, 0); }
-    std::wstring words(int id) const {
-        wchar_t buffer[512] = L"";
-        ::GetWindowTextW(control(id), buffer, 512);
-        return buffer;
-    }
-    bool says(int id, const std::wstring& part) const {
-        return waitUntil([&] { return words(id).find(part) != std::wstring::npos; });
-    }
-    bool enabled(int id) const { return ::IsWindowEnabled(control(id)) != FALSE; }
-    Codes codesOf(std::size_t function) const { return functionKeys(m_model).at(function).codes; }
+    [[nodiscard]] Codes codesOf(std::size_t function) const { return functionKeys(m_model).at(function).codes; }
 
     companions::CFocusWindow& m_window = companions::CFocusWindow::instance();
-    Surroundings m_surroundings;
-    std::vector<std::wstring> m_told;
-    common::UniqueWindow m_host;
-    std::unique_ptr<CPage> m_pPage;
 };
 
 TEST_F(KeysPage, ListsEveryKeyOfEveryCard) {

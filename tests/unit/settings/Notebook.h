@@ -59,6 +59,7 @@ class Notebook : public testing::Test {
     int m_nRestarts = 0;
     int m_nSettles = 0;
     int m_nAnnouncements = 0;
+    int m_nIconChanges = 0;
     std::vector<std::optional<DWORD>> m_seenWhileSettling;
     CModel m_model{{&m_store,
                     [this](const Changes& changes) {
@@ -74,7 +75,7 @@ class Notebook : public testing::Test {
                         ++m_nSettles;
                         m_seenWhileSettling.push_back(number(Root::User, L"Position"));
                     },
-                    [this] { ++m_nAnnouncements; }}};
+                    [this] { ++m_nAnnouncements; }, [this] { ++m_nIconChanges; }}};
 };
 
 }  // namespace settings

@@ -2,11 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "Messages.h"
+#include "Notebook.h"
 #include "RunningFenwyn.h"
 #include "SettingsIds.h"
 #include "Texts.h"
 #include "Tray.h"
+#include "TrayStart.h"
 #include "TrayWnd.h"
+#include "Values.h"
 #include "ZelHotkey.h"
 
 namespace settings {
@@ -157,6 +160,27 @@ TEST_F(Tray, EndTakesTheIconAwayAndReleasesTheCards) {
     EXPECT_EQ(m_outside.calls, (Calls{L"show", L"release"}));
     EXPECT_EQ(m_outside.messages, std::vector<DWORD>{NIM_DELETE});
     EXPECT_FALSE(m_window.isWindow());
+}
+
+class IconSetting : public Notebook {};
+
+TEST_F(IconSetting, TheUsersComesBeforeTheMachines) {
+    EXPECT_TRUE(isIconWanted());
+    give(Root::Machine, FENWYN_VALUE_TRAY_ICON, 0, regpath::kProgramKey);
+    EXPECT_FALSE(isIconWanted());
+    give(Root::User, FENWYN_VALUE_TRAY_ICON, 1, regpath::kProgramKey);
+    EXPECT_TRUE(isIconWanted());
+}
+
+TEST_F(IconSetting, IsFollowedAtApplyAndOnlyThen) {
+    m_model.setNumber(value(FENWYN_VALUE_TRAY_ICON), 0);
+    EXPECT_EQ(m_nIconChanges, 0);
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    EXPECT_EQ(m_nIconChanges, 1);
+    EXPECT_FALSE(isIconWanted());
+    m_model.setNumber(value(ZEL_VALUE_STICKY_MODIFIER), 1);
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    EXPECT_EQ(m_nIconChanges, 1);
 }
 
 // Windows of Fenwyn's classes, which note what they are told.
