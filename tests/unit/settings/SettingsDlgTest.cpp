@@ -68,6 +68,8 @@ TEST_F(Window, TurnsThePagesByKeysInBothDirections) {
 
 TEST_F(Window, APageThatIsNotShownStaysHiddenWhenEverythingIsLoadedAnew) {
     open();
+    // What is wrong with it takes room, so that the page Behaviour is laid out anew.
+    giveText(Root::Machine, regpath::kConfigKey, L"AutoHideDelayTime", L"soon");
     m_model.setNumber(value(L"HideCaption"), 1);
     press(IDS_APPLY);
     for (std::size_t i = 1; i < pages().size(); ++i) {
