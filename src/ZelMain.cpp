@@ -269,7 +269,7 @@ HRESULT CZelMainApp::showMainDlg(BOOL bShow, BOOL bCancelSticky) {
         }
         renewPlacement();
         m_pZelHideDlg->show(false);
-        m_pZelMainDlg->show(true);
+        m_pZelMainDlg->showInFront();
         return S_OK;
     }
     m_pZelMainDlg->show(false);

@@ -9,6 +9,7 @@
 #include "UI/CardsInUse.h"
 #include "UI/ItemDlg/CircleItemDlg.h"
 #include "UI/LargeCardDlg.h"
+#include "UI/PopupDlg.h"
 #include "ZelMain.h"
 #include "common/GdiPlusFunc.h"
 #include "common/ResourceFunc.h"
@@ -294,6 +295,8 @@ HRESULT CBlackCard::showLargeCardDlg(bool bFocusMoves) {
         }
         ::ShowWindow(m_pLargeCardDlg->m_hWnd, theApp.mouseOperating() ? SW_SHOW : SW_SHOWNOACTIVATE);
         m_pLargeCardDlg->setText(m_pFunx->getCurrentStatus());
+        // Not in its turn, after whatever the windows cause that are shown meanwhile.
+        ::UpdateWindow(m_pLargeCardDlg->m_hWnd);
     }
     if (hides == m_uHides) {
         _showItems(true);
@@ -435,7 +438,7 @@ HRESULT CBlackCard::setItemDlgPos() {
     for (const CQrdItem* item : m_vecItems) {
         const int x = row.left(index++);
         if (item != nullptr) {
-            ::SetWindowPos(item->windowHandle(), HWND_TOPMOST, x, row.y, first.width(), first.height(), SWP_NOACTIVATE);
+            placeWindow(item->windowHandle(), {x, row.y, x + first.width(), row.y + first.height()});
         }
     }
     return S_OK;

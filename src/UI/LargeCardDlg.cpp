@@ -1,5 +1,6 @@
 #include "UI/LargeCardDlg.h"
 
+#include <functional>
 #include <utility>
 
 #include "Logic/Placement.h"
@@ -125,6 +126,12 @@ LRESULT CLargeCardDlg::OnTakeFocusBack(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     return 0;
 }
 
+// The places of the texts follow from the frame's size and the ratio.
+std::optional<std::size_t> CLargeCardDlg::textState() const {
+    return std::hash<std::wstring>()(std::to_wstring(m_placement.ratio) + L'\n' + m_strCaption + L'\n' + m_strDesc +
+                                     L'\n' + m_strText);
+}
+
 HRESULT CLargeCardDlg::drawText(Gdiplus::Graphics& graphics) {
     CDescFormat format;
     std::unique_ptr<Gdiplus::Font> font;
@@ -143,5 +150,5 @@ HRESULT CLargeCardDlg::drawText(Gdiplus::Graphics& graphics) {
     const Gdiplus::RectF textRect = toRectF(m_rects.text);
     RETURN_IF_FAILED(measureTextFont(graphics, m_strText.c_str(), textRect, &font));
     m_statusText.draw(graphics, textRect, m_strText.c_str(), *font, &format, 0.0, kWhite, kWhite);
-    return S_OK;
+    return m_captionText.complete() && m_descText.complete() && m_statusText.complete() ? S_OK : E_OUTOFMEMORY;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "UI/CardGeometry.h"
@@ -27,6 +28,7 @@ class CLargeCardDlg : public CCardWnd, public IDrawTextOnLayeredWnd {
     void expectLateFocusLoss();
 
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics) override;
+    [[nodiscard]] std::optional<std::size_t> textState() const override;
 
     // The items are below it.
     [[nodiscard]] const accessible::Kind& accessibleKind() const override { return accessible::kEnlargedCard; }

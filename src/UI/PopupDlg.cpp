@@ -2,6 +2,17 @@
 
 #include "Messages.h"
 
+bool placeWindow(HWND hWnd, const RECT& rect, HWND hAfter) {
+    RECT now{};
+    const bool bTopmost = (::GetWindowLongPtrW(hWnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    if (hAfter == HWND_TOPMOST && bTopmost && !::IsWindowVisible(hWnd) && ::GetWindowRect(hWnd, &now) &&
+        ::EqualRect(&now, &rect)) {
+        return true;
+    }
+    return ::SetWindowPos(hWnd, hAfter, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+                          SWP_NOACTIVATE) != FALSE;
+}
+
 const MessageMap& CPopupDlg::messageMap() const {
     static constexpr MessageEntry kEntries[] = {
         onMessage<&CPopupDlg::OnNcCalcSize>(WM_NCCALCSIZE),
@@ -12,6 +23,15 @@ const MessageMap& CPopupDlg::messageMap() const {
     };
     static const MessageMap kMap{&CDialog::messageMap(), kEntries};
     return kMap;
+}
+
+// Its handlers learn of it as from ShowWindow.
+void CPopupDlg::showInFront() const {
+    if (isVisible()) {
+        return;
+    }
+    ::SendMessageW(m_hWnd, WM_SHOWWINDOW, TRUE, 0);
+    ::SetWindowPos(m_hWnd, HWND_TOP, 0, 0, 0, 0, SWP_SHOWWINDOW | SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 // The whole window is client area. Some systems look up all measures and fonts of frames, at every move, to find out.

@@ -5,18 +5,22 @@
 #include "UI/Accessible.h"
 #include "framework/Dialog.h"
 
+// In screen coordinates, without activation. A hidden topmost window that is there already stays as it is, because
+// showing it puts it above the others.
+bool placeWindow(HWND hWnd, const RECT& rect, HWND hAfter = HWND_TOPMOST);
+
 class CPopupDlg : public CDialog, public accessible::ITarget {
  public:
     using CDialog::CDialog;
 
+    // Shown in front of the windows of its kind.
     void show(bool bShow) const { ::ShowWindow(m_hWnd, bShow ? SW_SHOWNOACTIVATE : SW_HIDE); }
+    // Shown and put in front in one step.
+    void showInFront() const;
 
     // In screen coordinates, above all windows that are not topmost unless hAfter is given. False: the last system
     // error tells why.
-    bool place(const RECT& rect, HWND hAfter = HWND_TOPMOST) const {
-        return ::SetWindowPos(m_hWnd, hAfter, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
-                              SWP_NOACTIVATE) != FALSE;
-    }
+    bool place(const RECT& rect, HWND hAfter = HWND_TOPMOST) const { return placeWindow(m_hWnd, rect, hAfter); }
 
     // Derived classes say what they are and what they show.
     [[nodiscard]] HWND accessibleWindow() const override { return m_hWnd; }

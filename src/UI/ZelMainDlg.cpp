@@ -472,8 +472,6 @@ HRESULT CZelMainDlg::showOnModifier(BOOL bBreak) {
         invalidate();
         return S_OK;
     }
-    // Without activation: the focus stays with the program that the user works in.
-    ::SetWindowPos(m_hWnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return theApp.showMainDlg(!bBreak, TRUE);
 }
 

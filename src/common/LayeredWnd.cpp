@@ -12,7 +12,9 @@ namespace {
 
 constexpr wchar_t kClassPrefix[] = L"QRD_LayeredWnd";
 constexpr DWORD kExStyle = WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_WINDOWEDGE | WS_EX_TOOLWINDOW | WS_EX_TRANSPARENT;
-constexpr UINT kShowInPlace = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW;
+constexpr UINT kInPlace = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+constexpr UINT kShowInPlace = kInPlace | SWP_SHOWWINDOW;
+constexpr UINT kHideInPlace = kInPlace | SWP_HIDEWINDOW;
 
 // There is no frame, which some systems find out slowly, at every move.
 LRESULT CALLBACK defaultProcedure(HWND hWnd, UINT nMessage, WPARAM wParam, LPARAM lParam) noexcept {
@@ -214,8 +216,8 @@ HRESULT CLayeredWnd::paint(Gdiplus::Image* pImage, DWORD dwAlpha, const POINT* p
 }
 
 void CLayeredWnd::hide() const {
-    if (::IsWindow(m_hWnd) != FALSE) {
-        ::ShowWindow(m_hWnd, SW_HIDE);
+    if (::IsWindowVisible(m_hWnd) != FALSE) {
+        ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kHideInPlace);
     }
 }
 

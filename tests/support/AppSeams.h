@@ -85,8 +85,10 @@ struct LargeCardSeam {
 struct ItemDescSeam {
     static const std::wstring& text(const CItemDescDlg& box) { return box.m_strDesc; }
     static void setText(CItemDescDlg& box, const std::wstring& text) { box.m_strDesc = text; }
-    static HRESULT measure(const CItemDescDlg& box, Gdiplus::RectF& out) { return box.measureDescRect(out); }
-    static HRESULT draw(const CItemDescDlg& box, HDC hDc) { return box.drawDescString(hDc); }
+    static HRESULT measure(const CItemDescDlg& box, Gdiplus::RectF& out) {
+        return box.measureDescRect(box.clientRect(), out);
+    }
+    static HRESULT draw(CItemDescDlg& box, HDC hDc) { return box.drawDescString(hDc); }
 };
 
 struct CircleItemSeam {

@@ -61,7 +61,7 @@ HRESULT CCircleItemDlg::initialize() {
 // The pictures are destroyed before the window that they shadow.
 struct CCircleItemDlg::CHandOver::Windows {
     CWnd item;
-    CWnd box;
+    CItemDescDlg box{std::wstring()};
     std::vector<std::unique_ptr<CLayeredWnd>> vecPictures;
 };
 
@@ -84,7 +84,7 @@ bool CCircleItemDlg::CHandOver::_take(CCircleItemDlg& item) {
     Windows& windows = *m_kept.back();
     windows.vecPictures = item.takePictures();
     windows.item.takeWindow(item);
-    windows.box.takeWindow(item.m_descDlg);
+    windows.box.takeOver(item.m_descDlg);
     return true;
 }
 
@@ -95,7 +95,7 @@ bool CCircleItemDlg::CHandOver::_give(CCircleItemDlg& item) {
     const std::unique_ptr<Windows> windows = std::move(m_kept.front());
     m_kept.erase(m_kept.begin());
     item.takeWindow(windows->item);
-    item.m_descDlg.takeWindow(windows->box);
+    item.m_descDlg.takeOver(windows->box);
     item.setPictures(std::move(windows->vecPictures));
     return true;
 }

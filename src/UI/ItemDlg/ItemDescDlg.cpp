@@ -30,40 +30,53 @@ HRESULT CItemDescDlg::setWndPos(const RECT* pItemRect) {
     const int centre = pItemRect->right - (pItemRect->right - pItemRect->left) / 2;
     const int maxWidth = truncToInt(m_pPlacement->ratio * CZelConfig::getQrdConfig().uItemDescMaxWidth);
     const int y = pItemRect->bottom + kGapBelowItem;
-    // The maximum width first: the text is measured in it.
-    ::SetWindowPos(m_hWnd, nullptr, centre - maxWidth / 2, y, maxWidth, kMeasureHeight, SWP_NOZORDER | SWP_NOACTIVATE);
-
-    Gdiplus::RectF measured;
-    RETURN_IF_FAILED(measureDescRect(measured));
-    const int width = truncToInt(measured.Width) + 6;
-    const int height = truncToInt(measured.Height) + 2;
-    const int left = centre - width / 2;
-    place({left, y, left + width, y + height});
+    RETURN_IF_FAILED(_measure(maxWidth));
+    const SIZE size = m_measured->size;
+    const int left = centre - static_cast<int>(size.cx) / 2;
+    place({left, y, left + size.cx, y + size.cy});
     return S_OK;
 }
 
-HRESULT CItemDescDlg::measureDescRect(Gdiplus::RectF& outRect) const {
+// Once for each text, width and ratio.
+HRESULT CItemDescDlg::_measure(int nMaxWidth) {
+    const double ratio = m_pPlacement->ratio;
+    if (m_measured && m_measured->strText == m_strDesc && m_measured->ratio == ratio &&
+        m_measured->nMaxWidth == nMaxWidth) {
+        return S_OK;
+    }
+    Gdiplus::RectF measured;
+    RETURN_IF_FAILED(measureDescRect({0, 0, nMaxWidth, kMeasureHeight}, measured));
+    m_measured = {m_strDesc, ratio, nMaxWidth, {truncToInt(measured.Width) + 6, truncToInt(measured.Height) + 2}};
+    return S_OK;
+}
+
+void CItemDescDlg::takeOver(CItemDescDlg& other) noexcept {
+    takeWindow(other);
+    m_measured = std::move(other.m_measured);
+    m_text = std::move(other.m_text);
+}
+
+HRESULT CItemDescDlg::measureDescRect(const RECT& layout, Gdiplus::RectF& outRect) const {
     const common::WindowDc dc(m_hWnd);
     Gdiplus::Graphics graphics(dc.get());
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
     const CDescFormat format;
-    if (graphics.MeasureString(m_strDesc.c_str(), -1, font.get(), toRectF(clientRect()), &format, &outRect) !=
-        Gdiplus::Ok) {
+    if (graphics.MeasureString(m_strDesc.c_str(), -1, font.get(), toRectF(layout), &format, &outRect) != Gdiplus::Ok) {
         RETURN_LOGGED(E_FAIL);
     }
-    coverOtherFonts(graphics, m_strDesc.c_str(), *font, toRectF(clientRect()).Width, outRect);
+    coverOtherFonts(graphics, m_strDesc.c_str(), *font, toRectF(layout).Width, outRect);
     return S_OK;
 }
 
-HRESULT CItemDescDlg::drawDescString(HDC hDc) const {
+HRESULT CItemDescDlg::drawDescString(HDC hDc) {
     Gdiplus::Graphics graphics(hDc);
     RECT layout = clientRect();
     layout.top += 1;
     std::unique_ptr<Gdiplus::Font> font;
     RETURN_IF_FAILED(getNormalDPIWndFont(this, graphics, font));
     const CDescFormat format;
-    OutlineText().draw(graphics, toRectF(layout), m_strDesc.c_str(), *font, &format, 0.0, kBlack, kBlack);
+    m_text.draw(graphics, toRectF(layout), m_strDesc.c_str(), *font, &format, 0.0, kBlack, kBlack);
     return S_OK;
 }
 

@@ -1,16 +1,20 @@
 // The caption box that an item shows below itself.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "Logic/Placement.h"
 #include "UI/ItemDlg/NoteWnd.h"
 #include "common/GdiPlus.h"
+#include "common/GdiPlusFunc.h"
 
 class CItemDescDlg : public CNoteWnd {
  public:
     explicit CItemDescDlg(std::wstring strDesc);
 
+    // Takes another box's window over, and what is known of its text.
+    void takeOver(CItemDescDlg& other) noexcept;
     // The placement of the cards; outlives the box.
     void setPlacement(const Placement& placement) { m_pPlacement = &placement; }
     // Places the box under a part of the item, given in screen coordinates, as wide as its text needs. E_POINTER: null.
@@ -22,9 +26,20 @@ class CItemDescDlg : public CNoteWnd {
  private:
     friend struct ItemDescSeam;
     void OnPaint() override;
-    [[nodiscard]] HRESULT measureDescRect(Gdiplus::RectF& outRect) const;
-    [[nodiscard]] HRESULT drawDescString(HDC hDc) const;
+    [[nodiscard]] HRESULT measureDescRect(const RECT& layout, Gdiplus::RectF& outRect) const;
+    [[nodiscard]] HRESULT drawDescString(HDC hDc);
+
+    // A text that was measured.
+    struct Measured {
+        std::wstring strText;
+        double ratio;
+        int nMaxWidth;
+        SIZE size;
+    };
+    [[nodiscard]] HRESULT _measure(int nMaxWidth);
 
     std::wstring m_strDesc;
+    std::optional<Measured> m_measured;
+    OutlineText m_text;
     const Placement* m_pPlacement = &kUnplaced;
 };
