@@ -137,6 +137,11 @@ TEST_F(BlackCard, LettingGoWithNothingSelectedHidesAShownCard) {
     EXPECT_FALSE(largeShown());
 }
 
+TEST_F(BlackCard, EnlargedCardIsPaintedBeforeAnythingElseHappens) {
+    ASSERT_EQ(m_card.showLargeCardDlg(), S_OK);
+    EXPECT_TRUE(shown(LargeCardSeam::layered(*BlackCardSeam::largeCard(m_card))->m_hWnd)) << "no message was handled";
+}
+
 TEST_F(BlackCard, ReleaseOfAFunctionKeyChangesNothing) {
     ASSERT_EQ(press(), S_OK);
     static_cast<void>(calls());

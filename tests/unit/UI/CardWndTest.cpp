@@ -30,9 +30,18 @@ class CAnyCardWnd : public CCardWnd, public IDrawTextOnLayeredWnd {
         return picture(index) == nullptr ? nullptr : picture(index)->m_hWnd;
     }
     [[nodiscard]] int drawn() const { return m_drawn; }
+    // How often it was moved, raised or shown.
+    [[nodiscard]] int moves() const { return m_moves; }
+
+ protected:
+    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override {
+        m_moves += nMessage == WM_WINDOWPOSCHANGING ? 1 : 0;
+        return CCardWnd::WindowProc(nMessage, wParam, lParam);
+    }
 
  private:
     int m_drawn = 0;
+    int m_moves = 0;
 };
 
 using Takes = CAnyCardWnd::Takes;
@@ -48,6 +57,31 @@ class CardWnd : public items::ItemTest {
         }
     }
 };
+
+TEST_F(CardWnd, AllOfItIsClientAreaWhateverItsStyle) {
+    CAnyCardWnd wnd(Takes::Everything);
+    ASSERT_TRUE(wnd.Create(nullptr));
+    wnd.addExStyle(WS_EX_DLGMODALFRAME);
+    ::SetWindowPos(wnd.m_hWnd, nullptr, 10, 10, 80, 60, SWP_FRAMECHANGED | SWP_NOZORDER | SWP_NOACTIVATE);
+    EXPECT_EQ(wnd.clientRect(), items::rect(0, 0, 80, 60));
+}
+
+TEST_F(CardWnd, IsNotPlacedWhereItIsHiddenAlready) {
+    CAnyCardWnd wnd(Takes::Everything);
+    ASSERT_TRUE(wnd.Create(nullptr));
+    const RECT here{10, 10, 90, 70};
+    EXPECT_TRUE(wnd.place(here));
+    EXPECT_TRUE((items::exStyle(wnd.m_hWnd) & WS_EX_TOPMOST) != 0);
+    int moves = wnd.moves();
+    EXPECT_TRUE(wnd.place(here));
+    EXPECT_EQ(wnd.moves(), moves);
+    EXPECT_TRUE(wnd.place({11, 10, 91, 70}));
+    EXPECT_GT(wnd.moves(), moves) << "another place";
+    wnd.show(true);
+    moves = wnd.moves();
+    EXPECT_TRUE(wnd.place({11, 10, 91, 70}));
+    EXPECT_GT(wnd.moves(), moves) << "visible: it may have to be raised";
+}
 
 TEST_F(CardWnd, SurfaceTakesWhatItsKindSays) {
     struct Row {

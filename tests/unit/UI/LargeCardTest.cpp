@@ -102,6 +102,19 @@ TEST_F(LargeCard, PictureCoversItWhileItShows) {
     EXPECT_FALSE(shown(picture()));
 }
 
+TEST_F(LargeCard, IsComposedAgainOnlyForAnotherText) {
+    make(kCaption, kDesc);
+    ::ShowWindow(window(), SW_SHOW);
+    items::paintNow(window());
+    const int composed = LargeCardSeam::layered(*m_pCard)->compositions();
+    m_pCard->invalidate();
+    items::paintNow(window());
+    EXPECT_EQ(LargeCardSeam::layered(*m_pCard)->compositions(), composed);
+    m_pCard->setText(L"On");
+    items::paintNow(window());
+    EXPECT_GT(LargeCardSeam::layered(*m_pCard)->compositions(), composed);
+}
+
 TEST_F(LargeCard, DestroyedCardTakesItsPictureAlong) {
     make(kCaption, kDesc);
     ::ShowWindow(window(), SW_SHOW);
