@@ -88,7 +88,7 @@ struct ItemDescSeam {
     static HRESULT measure(const CItemDescDlg& box, Gdiplus::RectF& out) {
         return box.measureDescRect(box.clientRect(), out);
     }
-    static HRESULT draw(CItemDescDlg& box, HDC hDc) { return box.drawDescString(hDc); }
+    static HRESULT draw(const CItemDescDlg& box, HDC hDc) { return box.drawDescString(hDc); }
 };
 
 struct CircleItemSeam {

@@ -69,7 +69,7 @@ HRESULT CItemDescDlg::measureDescRect(const RECT& layout, Gdiplus::RectF& outRec
     return S_OK;
 }
 
-HRESULT CItemDescDlg::drawDescString(HDC hDc) {
+HRESULT CItemDescDlg::drawDescString(HDC hDc) const {
     Gdiplus::Graphics graphics(hDc);
     RECT layout = clientRect();
     layout.top += 1;

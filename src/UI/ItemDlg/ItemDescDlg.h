@@ -27,7 +27,7 @@ class CItemDescDlg : public CNoteWnd {
     friend struct ItemDescSeam;
     void OnPaint() override;
     [[nodiscard]] HRESULT measureDescRect(const RECT& layout, Gdiplus::RectF& outRect) const;
-    [[nodiscard]] HRESULT drawDescString(HDC hDc);
+    [[nodiscard]] HRESULT drawDescString(HDC hDc) const;
 
     // A text that was measured.
     struct Measured {
@@ -40,6 +40,6 @@ class CItemDescDlg : public CNoteWnd {
 
     std::wstring m_strDesc;
     std::optional<Measured> m_measured;
-    OutlineText m_text;
+    mutable OutlineText m_text;  // a cache
     const Placement* m_pPlacement = &kUnplaced;
 };
