@@ -159,7 +159,8 @@ class CMachineCheck {
 std::wstring textOf(HKEY root, const wchar_t* key, const wchar_t* name) {
     wchar_t text[256];
     DWORD size = sizeof text;
-    return RegGetValueW(root, key, name, RRF_RT_REG_SZ, nullptr, text, &size) == ERROR_SUCCESS ? text : L"";
+    return RegGetValueW(root, key, name, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, text, &size) == ERROR_SUCCESS ? text
+                                                                                                              : L"";
 }
 
 // GetVersionEx tells every program what its manifest knows; this one tells the truth.

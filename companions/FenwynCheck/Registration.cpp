@@ -71,8 +71,8 @@ ExitCode elevate(const Options& options, const std::wstring& arguments, const Ou
 std::wstring storedList(HKEY root) {
     wchar_t list[4096];
     DWORD size = sizeof list;
-    return RegGetValueW(root, FENWYN_REG_HOTKEY, FENWYN_VALUE_FUNC_LIST, RRF_RT_REG_SZ, nullptr, list, &size) ==
-                   ERROR_SUCCESS
+    return RegGetValueW(root, FENWYN_REG_HOTKEY, FENWYN_VALUE_FUNC_LIST, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, list,
+                        &size) == ERROR_SUCCESS
                ? list
                : L"";
 }

@@ -27,7 +27,7 @@ std::wstring displaySourcePath() {
     wchar_t path[1024] = L"";
     DWORD bytes = sizeof path;
     const LSTATUS error = ::RegGetValueW(fenwyn::functionListRoot(), FENWYN_REG_PRODUCT, DISPLAY_SOURCE_VALUE,
-                                         RRF_RT_REG_SZ, nullptr, path, &bytes);
+                                         RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, path, &bytes);
     return error == ERROR_SUCCESS ? path : L"";
 }
 

@@ -50,7 +50,8 @@ struct PluginFault {
 [[nodiscard]] inline std::wstring faultText(const std::wstring& key, const wchar_t* name) {
     wchar_t text[512] = L"";
     DWORD size = sizeof text;
-    const LSTATUS error = RegGetValueW(HKEY_CURRENT_USER, key.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size);
+    const LSTATUS error =
+        RegGetValueW(HKEY_CURRENT_USER, key.c_str(), name, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, text, &size);
     return error == ERROR_SUCCESS ? text : L"";
 }
 

@@ -15,6 +15,7 @@
 #include "common/GdiPlusFunc.h"
 #include "common/GlyphMasks.h"
 #include "common/Picture.h"
+#include "common/ShownText.h"
 
 namespace {
 
@@ -572,7 +573,7 @@ void OutlineText::draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layout
     graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
     const Gdiplus::StringFormat defaultFormat;
     const Gdiplus::StringFormat& format = pFormat != nullptr ? *pFormat : defaultFormat;
-    Key key{pszText,
+    Key key{common::shownText(pszText),
             {layoutRect.X, layoutRect.Y, layoutRect.Width, layoutRect.Height},
             familyName(font),
             font.GetSize(),
@@ -585,12 +586,13 @@ void OutlineText::draw(Gdiplus::Graphics& graphics, const Gdiplus::RectF& layout
             fillColour,
             outlineColour};
     if (!m_key || *m_key != key) {
-        const bool possible = pszText[0] != L'\0' && withinReach(layoutRect) && key.fontSize > 0.0F &&
+        const bool possible = !key.text.empty() && withinReach(layoutRect) && key.fontSize > 0.0F &&
                               key.fontSize <= kLargestFont && outlineWidth >= 0.0 && outlineWidth <= kWidestOutline;
         m_pBitmap.reset();
-        m_picture = possible ? TextLayout(graphics, font, key.fontFamily, pszText)
-                                   .draw(pszText, layoutRect, format, outlineWidth, fillColour, outlineColour, m_place)
-                             : Picture{};
+        m_picture =
+            possible ? TextLayout(graphics, font, key.fontFamily, key.text.c_str())
+                           .draw(key.text.c_str(), layoutRect, format, outlineWidth, fillColour, outlineColour, m_place)
+                     : Picture{};
         m_key = std::move(key);
         if (!m_picture.pixels.empty()) {
             m_pBitmap = tryMakeGdiPlus<Gdiplus::Bitmap>(m_picture.width, m_picture.height, m_picture.width * 4,

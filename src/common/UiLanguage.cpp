@@ -1,6 +1,7 @@
 #include "common/UiLanguage.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "companions/include/FenwynRegistry.h"
 
@@ -23,8 +24,8 @@ BOOL CALLBACK addLanguage(HMODULE /*module*/, LPCWSTR /*type*/, LPCWSTR /*name*/
 LANGID languageOfSetting(HKEY root) noexcept {
     wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
     DWORD size = sizeof name;
-    if (::RegGetValueW(root, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE, RRF_RT_REG_SZ, nullptr, name, &size) !=
-            ERROR_SUCCESS ||
+    if (::RegGetValueW(root, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, name,
+                       &size) != ERROR_SUCCESS ||
         name[0] == L'\0') {  // an empty name is one of the system's
         return 0;
     }
@@ -65,14 +66,14 @@ std::vector<LANGID> languagesOfText(HMODULE module, UINT id) {
 std::wstring textIn(HMODULE module, UINT id, LANGID language) {
     const HRSRC table = ::FindResourceExW(module, RT_STRING, tableOf(id), language);
     const HGLOBAL loaded = table != nullptr ? ::LoadResource(module, table) : nullptr;
-    const auto* text = loaded != nullptr ? static_cast<const wchar_t*>(::LockResource(loaded)) : nullptr;
-    if (text == nullptr) {
-        return {};
+    const auto* const units = loaded != nullptr ? static_cast<const wchar_t*>(::LockResource(loaded)) : nullptr;
+    // A damaged library's lengths may lead out of the table.
+    std::wstring_view rest(units, units != nullptr ? ::SizeofResource(module, table) / sizeof(wchar_t) : 0);
+    for (UINT i = 0; i < id % kTextsOfTable && !rest.empty(); ++i) {
+        rest.remove_prefix(
+            std::min<std::size_t>(rest.size(), std::size_t{1} + rest.front()));  // it begins with its length
     }
-    for (UINT i = 0; i < id % kTextsOfTable; ++i) {
-        text += 1 + *text;  // a text begins with its length
-    }
-    return {text + 1, *text};
+    return rest.empty() ? std::wstring() : std::wstring(rest.substr(1, rest.front()));
 }
 
 std::wstring textNear(HMODULE module, UINT id, LANGID wanted) {

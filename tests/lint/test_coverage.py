@@ -13,7 +13,7 @@ PAGE = "tests/coverage.md"
 # No behaviour may get lost: the number of rows on the page. Add to it with new rows.
 ROWS = 119
 GTEST = re.compile(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", re.M)
-PLACES = ("tests/unit/", "tests/looks/", "tests/e2e/", "tests/package/", "tests/lint/")
+PLACES = ("tests/unit/", "tests/fuzz/", "tests/looks/", "tests/e2e/", "tests/package/", "tests/lint/")
 PYTEST = re.compile(r"^def (test_\w+)\(", re.M)
 
 

@@ -86,7 +86,8 @@ bool readOne(HKEY parent, const std::wstring& name, Favourite& favourite) {
     std::vector<FenwynDisplayRecord> records(kMostDisplays);
     auto recordBytes = static_cast<DWORD>(records.size() * sizeof(FenwynDisplayRecord));
     const wchar_t* key = name.c_str();
-    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_TEXT, RRF_RT_REG_SZ, nullptr, text, &bytes) != ERROR_SUCCESS ||
+    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_TEXT, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, text, &bytes) !=
+            ERROR_SUCCESS ||
         RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MODE, RRF_RT_REG_DWORD, nullptr, &mode, &modeBytes) !=
             ERROR_SUCCESS ||
         RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_DISPLAYS, RRF_RT_REG_BINARY, nullptr, records.data(),

@@ -1,7 +1,8 @@
 #include "Logic/FuncX/FnF5Memory.h"
 
 #include <atomic>
-#include <cwchar>
+
+#include "common/ShownText.h"
 
 namespace fnf5 {
 
@@ -33,7 +34,7 @@ std::wstring textOf(const UniqueText& text) {
     if (bytes == 0 || bytes == static_cast<SIZE_T>(-1)) {
         return {};
     }
-    return {text.get(), ::wcsnlen(text.get(), bytes / sizeof(wchar_t))};
+    return common::shownText(text.get(), bytes / sizeof(wchar_t));
 }
 
 }  // namespace fnf5

@@ -22,7 +22,7 @@ struct TextTraits : common::NullIsNone<wchar_t*> {
 };
 using UniqueText = common::UniqueAny<TextTraits>;
 
-// The text of a block up to its end, even without a terminator. Empty for null.
+// The text of a block as far as it is shown, and no further than the block. Empty for null.
 [[nodiscard]] std::wstring textOf(const UniqueText& text);
 
 }  // namespace fnf5

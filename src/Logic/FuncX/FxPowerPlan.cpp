@@ -1,9 +1,9 @@
 #include "Logic/FuncX/FxPowerPlan.h"
 
 #include <algorithm>
-#include <cwchar>
 
 #include "Logic/ZelCommonFunc.h"
+#include "common/ShownText.h"
 #include "common/Status.h"
 
 namespace {
@@ -81,7 +81,6 @@ HRESULT CFxPowerPlan::getPowerPlanItemName(DWORD dwPlan, std::wstring* pstrName)
     if (pstrName == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    const std::size_t chars = ::SysStringLen(bstrName.get());
-    pstrName->assign(bstrName ? bstrName.get() : L"", chars == 0 ? 0 : ::wcsnlen(bstrName.get(), chars));
+    *pstrName = bstrName ? common::shownText(bstrName.get(), ::SysStringLen(bstrName.get())) : std::wstring();
     return S_OK;
 }

@@ -1,0 +1,65 @@
+// What random inputs have found: the smallest input of each.
+#include "Fuzz.h"
+#include "common/GdiPlus.h"
+#include "common/GdiPlusFunc.h"
+#include "common/Handle.h"
+#include "common/ShownText.h"
+#include "common/UiLanguage.h"
+#include "companions/include/FenwynRegistry.h"
+#include "support/AppRoom.h"
+#include "support/RegistryRoom.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+// Some systems never return from expanding an expandable text of an odd number of bytes.
+TEST(Found, ExpandableTextOfOddSizeIsNoLanguage) {
+    const support::RegistryRoom registry;
+    ASSERT_TRUE(registry.redirected());
+    const LANGID usual = common::wantedLanguage();
+    const std::vector<BYTE> bytes(401, '%');
+    support::RegistryRoom::set(HKEY_CURRENT_USER, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE, REG_EXPAND_SZ,
+                               bytes.data(), bytes.size());
+    EXPECT_EQ(common::wantedLanguage(), usual);
+}
+
+// A text's length pointed behind the table.
+TEST(Found, TextsOfADamagedTableEndWithIt) {
+    const support::TempFolder folder;
+    const std::wstring file = folder / L"Broken.dll";
+    ASSERT_TRUE(::CopyFileW(fuzz::libraryWithoutResources().c_str(), file.c_str(), FALSE));
+    const HANDLE update = ::BeginUpdateResourceW(file.c_str(), TRUE);
+    wchar_t table[] = {2, L'o', L'k', 0xFFFF, L'x'};
+    constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+    ASSERT_TRUE(::UpdateResourceW(update, RT_STRING, MAKEINTRESOURCEW(1), kEnglish, table, sizeof(table)));
+    ASSERT_TRUE(::EndUpdateResourceW(update, FALSE));
+    const common::UniqueModule broken(::LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(broken);
+    EXPECT_EQ(common::textIn(broken.get(), 0, kEnglish), L"ok");
+    EXPECT_EQ(common::textIn(broken.get(), 1, kEnglish), L"x");
+    EXPECT_EQ(common::textIn(broken.get(), 2, kEnglish), L"");
+}
+
+// A caption of half a million letters held the cards up for minutes.
+TEST(Found, TextOfAMegabyteIsDrawnAsFarAsItIsShown) {
+    GdiplusSession gdiplus;
+    ASSERT_EQ(gdiplus.start(), S_OK);
+    Gdiplus::Bitmap target(72, 16);
+    Gdiplus::Graphics graphics(&target);
+    const Gdiplus::Font font(L"Tahoma", 8);
+    const std::wstring text(1U << 19U, L'W');
+    const ULONGLONG begin = ::GetTickCount64();
+    drawOutlineText(graphics, {0, 0, 72, 16}, text.c_str(), font, nullptr, 3.0, 0xFFFFFFFF, 0xFF000000);
+    EXPECT_LE(::GetTickCount64() - begin, 5000U);
+}
+
+TEST(Found, ShownTextEndsWithAWholeLetterAtItsLimit) {
+    const std::wstring pair = L"\xD83D\xDE00";
+    const std::wstring before(common::kMostShownChars - 1, L'a');
+    EXPECT_EQ(common::shownText((before + pair).c_str()), before);
+    EXPECT_EQ(common::shownText((before.substr(1) + pair).c_str()), before.substr(1) + pair);
+    EXPECT_EQ(common::shownText(L"abc", 2), L"ab");
+    EXPECT_EQ(common::shownText(L"a\0c", 3), L"a");
+}
+
+}  // namespace
