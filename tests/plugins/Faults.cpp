@@ -1,10 +1,14 @@
 #include "Faults.h"
 
+#include <objbase.h>
+
 #include <cstdlib>
 
 namespace instr {
 
 namespace {
+
+constexpr SIZE_T kLeakedBytes = 300;
 
 // Volatile, so that the compiler does not see through the faults.
 volatile LONG* volatile g_plNothing = nullptr;
@@ -26,6 +30,20 @@ LONG overflow(LONG lDepth) {
 DWORD WINAPI violateThere(void* /*unused*/) {
     violate();
     return 0;
+}
+
+void changeCaller() {
+    ::SetThreadPriority(::GetCurrentThread(), THREAD_PRIORITY_ABOVE_NORMAL);
+    ::SetThreadErrorMode(SEM_NOGPFAULTERRORBOX, nullptr);
+    ::SetErrorMode(SEM_NOALIGNMENTFAULTEXCEPT);
+    ::SetCurrentDirectoryW(L"C:\\");
+    static_cast<void>(::CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+    using SetContext = HANDLE(WINAPI*)(HANDLE);
+    const auto setContext = reinterpret_cast<SetContext>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"user32.dll"), "SetThreadDpiAwarenessContext")));
+    if (setContext != nullptr) {
+        setContext(reinterpret_cast<HANDLE>(-1));  // unaware
+    }
 }
 
 }  // namespace
@@ -64,6 +82,21 @@ void commit(DWORD dwFault) {
             break;
         case Return5s:
             ::Sleep(5000);
+            break;
+        case LeakGdiObject:
+            ::CreateSolidBrush(RGB(1, 2, 3));
+            break;
+        case LeakHandle:
+            ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
+            break;
+        case LeakUserObject:
+            ::CreateMenu();
+            break;
+        case LeakMemory:
+            ::FillMemory(::HeapAlloc(::GetProcessHeap(), HEAP_GENERATE_EXCEPTIONS, kLeakedBytes), kLeakedBytes, 1);
+            break;
+        case ChangeCaller:
+            changeCaller();
             break;
         case NoFault:
         case FaultCount:

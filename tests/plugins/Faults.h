@@ -19,6 +19,11 @@ enum Fault : DWORD {
     OwnThread,  // returns, and a thread of its own has an access violation
     AskUser,    // shows a message box, "Fenwyn test", until it is closed
     Return5s,   // waits for five seconds
+    LeakGdiObject,
+    LeakHandle,
+    LeakUserObject,
+    LeakMemory,    // 300 bytes
+    ChangeCaller,  // leaves everything changed that a call must leave as it was
     FaultCount
 };
 

@@ -60,6 +60,7 @@ void readRegistry() {
         readNumber(wide(kExportNames[i]) + L".Result", g_control.exports[i].result);
         readNumber(wide(kExportNames[i]) + L".Delay", g_control.exports[i].delay);
         readNumber(wide(kExportNames[i]) + L".Fault", g_control.exports[i].fault);
+        readNumber(wide(kExportNames[i]) + L".Every", g_control.exports[i].every);
     }
     readNumber(L"Info", g_control.info);
     readNumber(L"Info2", g_control.info2);
@@ -68,6 +69,7 @@ void readRegistry() {
     readNumber(L"ItemCount", g_control.itemCount);
     readNumber(L"FollowSelection", g_control.followSelection);
     readNumber(L"WritesOnFailure", g_control.writesOnFailure);
+    readNumber(L"Beyond", g_control.beyond);
     readText(L"Reason", g_control.reason, kMaxText);
     for (std::size_t i = 0; i < kMaxPlans; ++i) {
         readText(L"Plan" + std::to_wstring(i), g_control.plans[i], kMaxText);
@@ -130,12 +132,20 @@ LONG answer(ExportId id, LONG first = 0, LONG second = 0) {
     if (behaviour.pumps) {
         handleMessages();
     }
-    commit(behaviour.fault);
+    if (behaviour.every == 0 || g_control.counts[id] % static_cast<LONG>(behaviour.every) == 0) {
+        commit(behaviour.fault);
+    }
     return behaviour.result;
 }
 
 bool writes(LONG result) {
     return result == FENWYN_OK || g_control.writesOnFailure != FALSE;
+}
+
+// What a plug-in does that takes the value for a larger one.
+template <typename Value>
+void writeBeyond(Value* value) {
+    FillMemory(value + 1, g_control.beyond, 0xEE);
 }
 
 WCHAR* handedOut(WCHAR* text) {
@@ -201,6 +211,8 @@ LONG WINAPI GetDisplayItemInfo(ULONG* puInfo, ULONG* puInfo2, ULONG* pReserved) 
     if (writes(result)) {
         *puInfo = g_control.info;
         *puInfo2 = g_control.info2;
+        writeBeyond(puInfo);
+        writeBeyond(puInfo2);
     }
     *pReserved = 0xDEADBEEF;  // nobody reads it
     return result;
@@ -210,6 +222,7 @@ LONG WINAPI GetCurrentItem(LONG* plItem, ULONG* pReserved) {
     const LONG result = answer(GetCurrentItemId, *plItem);
     if (writes(result)) {
         *plItem = g_control.currentItem;
+        writeBeyond(plItem);
     }
     *pReserved = 0xDEADBEEF;
     return result;
@@ -248,6 +261,7 @@ LONG WINAPI GetCustomItemText(ULONG uPlan, BSTR* pbstrText, ULONGLONG* pReserved
     const LONG result = answer(GetCustomItemTextId, static_cast<LONG>(uPlan), *pReserved == 0 ? 0 : 1);
     if (result == FENWYN_OK && g_control.nullPlanText == FALSE && pbstrText != nullptr && uPlan < kMaxPlans) {
         *pbstrText = SysAllocString(g_control.plans[uPlan]);
+        writeBeyond(pbstrText);
     }
     return result;
 }
@@ -265,6 +279,7 @@ LONG WINAPI FnF5_GetDisplayItemCount(LONG* plCount, ULONG*) {
     const LONG result = answer(FnF5_GetDisplayItemCountId, *plCount);
     if (writes(result)) {
         *plCount = g_control.itemCount;
+        writeBeyond(plCount);
     }
     return result;
 }
@@ -285,6 +300,11 @@ LONG WINAPI FnF5_GetDisplayItemInfo(ULONG uIndex, LONG* plMode, WCHAR** ppszText
         *puRecordCount = entry.recordCount;
         *puRecords = entry.recordsInstead != 0 ? entry.recordsInstead : reinterpret_cast<ULONG_PTR>(entry.records);
         *puFlags = entry.flags;
+        writeBeyond(plMode);
+        writeBeyond(ppszText);
+        writeBeyond(puRecordCount);
+        writeBeyond(puRecords);
+        writeBeyond(puFlags);
     }
     return result;
 }

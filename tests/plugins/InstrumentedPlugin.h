@@ -6,8 +6,10 @@
 // (a copy of the library under another name has its own key), read once when the library is loaded:
 //   <Export>.Result, <Export>.Delay (ms)              DWORD
 //   <Export>.Fault, DllMain.Fault                     DWORD, one of Faults.h
+//   <Export>.Every                                    DWORD: only at every so manieth call
 //   Info, Info2, CurrentItem, Dual, ItemCount         DWORD
 //   FollowSelection, WritesOnFailure                  DWORD
+//   Beyond                                            DWORD: so many bytes are written behind each out value
 //   Reason                                            text why the function is not supported
 //   Plan<n>                                           text of a power plan
 //   Entry<n>.Mode, Entry<n>.Flags, Entry<n>.Records   DWORD
@@ -50,6 +52,7 @@ struct Behaviour {
     HANDLE gate;    // if set: it waits first until the test signals this event
     HANDLE inside;  // if set: it signals this event on entry
     DWORD fault;    // one of Faults.h, after all waiting
+    DWORD every;    // if set: only at every so manieth call
     BOOL pumps;     // if set: it handles all pending messages of its thread, as a message box would
 };
 
@@ -86,6 +89,7 @@ struct Control {
     BOOL nullPlanText;       // GetCustomItemText succeeds and leaves the text null
     BOOL followSelection;    // SelectItem and FocusItem make their item current
     BOOL writesOnFailure;    // out values are written also when the result says failure (initially TRUE)
+    DWORD beyond;            // how many bytes are written behind each out value
 
     BOOL textsOfOwnHeap;  // texts do not come from the allocation callback, as they should
 

@@ -7,9 +7,13 @@
 #include <xmmintrin.h>
 #endif
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <type_traits>
 
 #include "Logic/Faults/CallSection.h"
+#include "Logic/Faults/CallerState.h"
 
 namespace faults {
 
@@ -83,6 +87,52 @@ class CKeepFloatingPoint {
 #endif
 };
 
+// An argument as the plug-in gets it: numbers and callbacks as they are.
+template <typename Argument>
+class CArgument {
+ public:
+    explicit CArgument(Argument value) noexcept : m_value(value) {}
+    [[nodiscard]] Argument passed() noexcept { return m_value; }
+    [[nodiscard]] static bool takeBack() noexcept { return true; }
+
+ private:
+    Argument m_value;
+};
+
+// Out values: the plug-in gets one of its own, between bytes that show and absorb what is written beyond it. A byte has
+// room for a larger boolean.
+template <typename Value>
+requires(!std::is_function_v<Value>) class CArgument<Value*> {
+ public:
+    explicit CArgument(Value* pValue) noexcept : m_pValue(pValue) {
+        m_bytes.fill(kGuard);
+        std::fill_n(m_bytes.begin() + kGuardSize, kRoom, BYTE{0});
+        if (pValue != nullptr) {
+            *_value() = *pValue;
+        }
+    }
+    [[nodiscard]] Value* passed() noexcept { return m_pValue != nullptr ? _value() : nullptr; }
+    // The caller gets the value. False: more was written.
+    [[nodiscard]] bool takeBack() noexcept {
+        if (m_pValue != nullptr) {
+            *m_pValue = *_value();
+        }
+        const auto isGuard = [](BYTE b) { return b == kGuard; };
+        return std::all_of(m_bytes.begin(), m_bytes.begin() + kGuardSize, isGuard) &&
+               std::all_of(m_bytes.begin() + kGuardSize + kRoom, m_bytes.end(), isGuard);
+    }
+
+ private:
+    static constexpr BYTE kGuard = 0xA5;
+    static constexpr std::size_t kGuardSize = 32;
+    static constexpr std::size_t kRoom = std::max(sizeof(Value), sizeof(ULONG));
+
+    [[nodiscard]] Value* _value() noexcept { return reinterpret_cast<Value*>(m_bytes.data() + kGuardSize); }
+
+    Value* m_pValue;
+    alignas(16) std::array<BYTE, kGuardSize + kRoom + kGuardSize> m_bytes;
+};
+
 template <typename Function>
 class CPluginExport;
 
@@ -102,12 +152,24 @@ class CPluginExport<Result(WINAPI*)(Arguments...)> {
 
     // No exception comes out: one that leaves the plug-in ends the program.
     Result operator()(Arguments... arguments) const noexcept {
-        const CPluginCall call(m_plugin, m_pszName, phaseOf(m_pszName));
-        const CKeepFloatingPoint keep;
-        return _call(m_pfExport, arguments...);
+        const Phase phase = phaseOf(m_pszName);
+        const CPluginCall call(m_plugin, m_pszName, phase);
+        const CKeepCallerState keep(m_plugin, m_pszName, phase);
+        return _guarded(CArgument<Arguments>(arguments)...);
     }
 
  private:
+    Result _guarded(CArgument<Arguments>... arguments) const noexcept {
+        const Result result = [&] {
+            const CKeepFloatingPoint keep;
+            return _call(m_pfExport, arguments.passed()...);
+        }();
+        if (!(static_cast<int>(arguments.takeBack()) & ... & 1)) {
+            reportWideWrite(m_plugin, m_pszName);
+        }
+        return result;
+    }
+
     // Has a frame of its own, with the boundary as its handler. Nothing in it needs a clean-up, or the compiler would
     // put a handler there itself.
     [[gnu::noinline]] static Result _call(Function pfExport, Arguments... arguments) {

@@ -141,6 +141,7 @@ HRESULT CFuncX::loadPlugin(const std::wstring& strPath) {
     ::SetLastError(ERROR_MOD_NOT_FOUND);
     if (!strPath.empty()) {
         const faults::CPluginCall call(m_plugin, "DllMain", faults::Phase::Initialising);
+        const faults::CKeepCallerState keep(m_plugin, "DllMain", faults::Phase::Initialising);
         m_hFuncDll = loadLibraryByPath(strPath);
     }
     if (!m_hFuncDll) {
@@ -154,6 +155,7 @@ HRESULT CFuncX::loadPlugin(const std::wstring& strPath) {
 void CFuncX::unloadPlugin() {
     faults::placePlugin(m_plugin, nullptr);
     const faults::CPluginCall call(m_plugin, "DllMain", faults::Phase::Ending);
+    const faults::CKeepCallerState keep(m_plugin, "DllMain", faults::Phase::Ending);
     m_hFuncDll.reset();
 }
 

@@ -1,7 +1,5 @@
 #include "Logic/FuncX/FxBrightness.h"
 
-#include <array>
-
 #include "UI/ItemDlg/SliderItemDlg.h"
 #include "common/ResourceFunc.h"
 #include "common/Status.h"
@@ -63,11 +61,10 @@ HRESULT CFxBrightness::isDualBrtCtrl(bool& rbDual) const {
     if (pfIsDualBrtCtrl == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    // The answer is one byte; the variable has four, in case a plug-in writes a larger boolean.
-    alignas(ULONG) std::array<BYTE, sizeof(ULONG)> answer{};
-    if (pfIsDualBrtCtrl(answer.data()) != FENWYN_OK) {
+    BYTE bAnswer = 0;
+    if (pfIsDualBrtCtrl(&bAnswer) != FENWYN_OK) {
         RETURN_LOGGED(E_FAIL);
     }
-    rbDual = answer.front() != 0;
+    rbDual = bAnswer != 0;
     return S_OK;
 }
