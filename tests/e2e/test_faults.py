@@ -14,7 +14,7 @@ WM_ENDSESSION = 0x16
 FAULTS_KEY = "SOFTWARE\\KESTOVA\\Fenwyn\\PluginFaults"
 NOTICE = "FenwynNotice"
 (VIOLATION, THROW, ABORT, EXIT, EXIT_PROCESS, KILL, OVERFLOW, LOOP, WAIT, OWN_THREAD, ASK_USER,
- FIVE_SECONDS) = range(1, 13)
+ FIVE_SECONDS, LEAK_GDI, LEAK_HANDLE, LEAK_USER, LEAK_MEMORY, CHANGE_CALLER) = range(1, 18)
 WORDS = {VIOLATION: "an access violation (0xC0000005)", THROW: "a C++ exception", ABORT: "abort()", EXIT: "exit()",
          OVERFLOW: "a stack overflow (0xC00000FD)"}
 PLUGIN = "InstrPlugin"
@@ -263,6 +263,24 @@ def test_a_fault_at_the_end_of_the_session_starts_nothing_again(program, at_work
     program.probe.post(program.frame().hwnd, WM_ENDSESSION, 1)
     expect_end(program, process)
     stays(lambda: not program.probe.processes("Fenwyn.exe"), "it was started again", 3)
+
+
+def test_what_a_plugin_changes_around_it_is_put_back(program):
+    offer(program, GetDisplayItemInfo=CHANGE_CALLER)
+    program.probe.set_dword("HKCU", f"{INSTRUMENTED}\\{PLUGIN}", "Beyond", 4)
+    program.start()
+    pid = program.pid
+    use_bad(program)
+    wait_until(lambda: any("SelectItem" in text or "Select item" in text for text in program.log_texts()), "it is used")
+    who = f"GetDisplayItemInfo of function Mute, plug-in {places.windows_path(places.PLUGINS / PLUGIN)}.dll, has "
+    for what in ("changed the priority of the thread. It is put back.", "changed the error mode of the thread. It is put back.",
+                 "changed the COM apartment of the thread. It is put back.", "changed the current folder. It is put back.",
+                 "changed the error mode of the process. It is put back.",
+                 "written more than its out value has room for."):
+        assert program.log_texts().count(who + what) == 1, what
+    heal(program)
+    the_other_card_works(program)
+    assert program.pid == pid
 
 
 def test_no_key_is_left_down(program):

@@ -157,6 +157,18 @@ class Probe:
         """{"kernel": n, "gdi": n}"""
         return self.ask("count-handles", pid)
 
+    def user_objects(self):
+        """Windows, menus, cursors, hooks and the like, of all processes."""
+        return self.ask("count-user-objects")
+
+    def send_nonsense(self, pid, seed, count):
+        """Random messages to all windows of a process; fails if one is not answered within five seconds."""
+        return self.ask("send-nonsense", pid, seed, count)
+
+    def play_rounds(self, strip, codes):
+        """For each code: the strip comes, then the card of the code (0: none), then both go, by messages."""
+        return self.ask("play-rounds", strip, *codes)
+
     def hold(self, kind, name):
         return self.ask("hold-object", kind, name)
 

@@ -42,6 +42,9 @@ constexpr Command kCommands[] = {
     {L"read-at", 2, accessibleAt},
     {L"listen", 0, listen},
     {L"heard", 0, heardEvents},
+    {L"play-rounds", 2, playRounds},
+    {L"send-nonsense", 3, sendNonsense},
+    {L"count-user-objects", 0, countUserObjects},
 };
 
 Arguments split(std::wstring_view line) {

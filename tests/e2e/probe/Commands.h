@@ -24,17 +24,23 @@ std::string workArea(const Arguments& arguments);         // -> rectangle and DP
 std::string sendOrPost(const Arguments& arguments);       // how (post, send), window, message, wParam, lParam -> result
 std::string registerMessage(const Arguments& arguments);  // name -> number
 
+// strip, code... -> how many rounds; each shows and hides the strip, and opens the card of its code unless that is 0
+std::string playRounds(const Arguments& arguments);
+// process id, seed, count; not to the six messages that end the program or its windows
+std::string sendNonsense(const Arguments& arguments);
+
 std::string makeWindow(const Arguments& arguments);        // class, title, left, top, width, height -> window
 std::string receivedMessages(const Arguments& arguments);  // window -> [message, wParam, lParam] since the last query
 std::string focusWindow(const Arguments& arguments);       // window
 std::string destroyWindow(const Arguments& arguments);     // window
 
-std::string listProcesses(const Arguments& arguments);   // -> id and file name of every process
-std::string countHandles(const Arguments& arguments);    // process id -> kernel handles and GDI objects
-std::string holdObject(const Arguments& arguments);      // kind (mutex, event), name -> whether it existed before
-std::string releaseObjects(const Arguments& arguments);  // what holdObject made
-std::string takeHooks(const Arguments& arguments);       // -> how many hooks there were in all processes
-std::string setEvent(const Arguments& arguments);        // name -> whether this event exists
+std::string listProcesses(const Arguments& arguments);     // -> id and file name of every process
+std::string countHandles(const Arguments& arguments);      // process id -> kernel handles and GDI objects
+std::string countUserObjects(const Arguments& arguments);  // -> windows, menus, cursors, hooks... of all processes
+std::string holdObject(const Arguments& arguments);        // kind (mutex, event), name -> whether it existed before
+std::string releaseObjects(const Arguments& arguments);    // what holdObject made
+std::string takeHooks(const Arguments& arguments);         // -> how many hooks there were in all processes
+std::string setEvent(const Arguments& arguments);          // name -> whether this event exists
 
 std::string setValue(const Arguments& arguments);     // root, key, name, type (dword, sz, hex), data
 std::string getValue(const Arguments& arguments);     // root, key, name -> type and bytes in hexadecimal

@@ -111,6 +111,30 @@ std::string countHandles(const Arguments& arguments) {
     return object({{"kernel", number(kernelHandlesOf(id))}, {"gdi", number(gdiObjectsOf(process.get()))}});
 }
 
+// Nobody tells their number, but a new one gets a place in a table: first the free ones, the last freed before all
+// others, then those behind the last one. So the table is full when places ascend, because what was made here is freed
+// in that order.
+std::string countUserObjects(const Arguments& /*arguments*/) {
+    constexpr ULONG_PTR kFirstPlace = 0x20;  // each has two
+    constexpr std::size_t kInARow = 16;
+    const auto placeOf = [](HMENU menu) { return reinterpret_cast<ULONG_PTR>(menu) & 0xFFFF; };
+    std::vector<HMENU> menus;
+    ULONG_PTR highest = 0;
+    for (std::size_t ascending = 0; ascending < kInARow;) {
+        menus.push_back(::CreateMenu());
+        if (menus.back() == nullptr) {
+            break;
+        }
+        const ULONG_PTR place = placeOf(menus.back());
+        ascending = place > highest ? ascending + 1 : 0;
+        highest = std::max(highest, place);
+    }
+    std::ranges::sort(menus, {}, placeOf);
+    std::ranges::for_each(menus, ::DestroyMenu);
+    return menus.front() == nullptr ? error(L"there is no place for further objects")
+                                    : number(static_cast<std::int64_t>((highest - kFirstPlace) / 2 + 1 - menus.size()));
+}
+
 std::string holdObject(const Arguments& arguments) {
     const wchar_t* name = arguments[1].c_str();
     ::SetLastError(ERROR_SUCCESS);
