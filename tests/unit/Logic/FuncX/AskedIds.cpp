@@ -27,7 +27,7 @@ void addCircleFunctions(AskedIds& ids) {
         ids.strings.insert(pFunction->statusTexts.begin(), pFunction->statusTexts.end());
     }
     ids.images.insert({kCursorOverlay.uOnPngId, kNumOverlay.uOnPngId});
-    ids.strings.insert({IDS_KBB_SECONDS, IDS_FAULT_HANGS, IDS_FAULT_RESTARTED, IDS_FAULT_SET_ASIDE});
+    ids.strings.insert({IDS_PRESS, IDS_KBB_SECONDS, IDS_FAULT_HANGS, IDS_FAULT_RESTARTED, IDS_FAULT_SET_ASIDE});
 }
 
 void addWireless(AskedIds& ids) {
