@@ -26,9 +26,16 @@ Function exportOf(const common::UniqueModule& module, const char* name) {
 std::wstring displaySourcePath() {
     wchar_t path[1024] = L"";
     DWORD bytes = sizeof path;
+    DWORD type = REG_NONE;
+    // Expanded here: RegGetValue of some systems does not return from a damaged text that it is to expand.
     const LSTATUS error = ::RegGetValueW(fenwyn::functionListRoot(), FENWYN_REG_PRODUCT, DISPLAY_SOURCE_VALUE,
-                                         RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, path, &bytes);
-    return error == ERROR_SUCCESS ? path : L"";
+                                         RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND, &type, path, &bytes);
+    if (error != ERROR_SUCCESS || type != REG_EXPAND_SZ) {
+        return error == ERROR_SUCCESS ? path : L"";
+    }
+    wchar_t expanded[1024] = L"";
+    const DWORD length = ::ExpandEnvironmentStringsW(path, expanded, static_cast<DWORD>(std::size(expanded)));
+    return length != 0 && length <= std::size(expanded) ? expanded : L"";
 }
 
 CDisplaySource::CDisplaySource(common::UniqueModule module)
