@@ -34,7 +34,8 @@ ROWS = [
     ("kernel32.dll", "the size of the display, scaled",
      "MulDiv"),
     ("kernel32.dll", "texts in the language of the user",
-     "EnumResourceLanguagesW FindResourceExW GetUserDefaultUILanguage LoadResource LocaleNameToLCID LockResource"),
+     "EnumResourceLanguagesW FindResourceExW GetUserDefaultUILanguage LoadResource LocaleNameToLCID LockResource "
+     "SizeofResource"),
     ("kernel32.dll", "drives and their controls",
      "CreateFileW DeviceIoControl GetDriveTypeW GetLogicalDrives"),
     ("kernel32.dll", "the name under which a plug-in remembers what the machine offered",
