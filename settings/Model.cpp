@@ -24,6 +24,11 @@ bool isReadAtTheStart(const Place& place) {
     return isFunctionList(place) || (place.key == regpath::kConfigKey && place.name == kProgrammable);
 }
 
+// A button that belongs to nobody. Fenwyn does not start when keys may be customised and there is no button at all.
+Place nobodysButton() {
+    return {Root::Machine, std::wstring(regpath::kButtonsKey) + L"\\Fenwyn_none", regpath::kIsQrdControl};
+}
+
 bool isButton(const Place& place) {
     return place.key.starts_with(FENWYN_REG_BUTTON_UTILITY);
 }
@@ -226,13 +231,22 @@ Applied CModel::_write() {
     return Applied::Done;
 }
 
+bool CModel::_lacksButtons() const {
+    return read(*findValue(kProgrammable)).number != 0 && subkeys(Root::Machine, regpath::kButtonsKey).empty();
+}
+
 Applied CModel::apply() {
+    if (_lacksButtons()) {
+        m_pending[nobodysButton()] = numberData(0);
+    }
     const bool restart = anyOf(m_pending, &isReadAtTheStart);
     const bool icon = anyOf(m_pending, [](const Place& place) { return place.name == FENWYN_VALUE_TRAY_ICON; });
     const bool buttons = anyOf(m_pending, &isButton);
     const Applied written = _write();
     if (written == Applied::Done) {
         m_before.clear();
+    } else {
+        m_pending.erase(nobodysButton());
     }
     _tell();
     if (written != Applied::Done) {

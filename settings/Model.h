@@ -91,6 +91,7 @@ class CModel {
     [[nodiscard]] DWORD _standardOf(const Place& place) const;
     [[nodiscard]] Changes _withRights() const;
     [[nodiscard]] Applied _write();
+    [[nodiscard]] bool _lacksButtons() const;
     void _tell() const;
 
     Outside m_outside;

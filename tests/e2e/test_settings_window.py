@@ -106,6 +106,21 @@ def test_cards_change_places_by_keys_and_by_mouse(program, settings):
     wait_until(lambda: order() == "Zoom;Lock;Mute;", lambda: f"the order by mouse: {order()}")
 
 
+def test_every_press_of_ctrl_and_tab_turns_one_page(program, settings):
+    program.offer("Mute", "Zoom")
+    program.start("/hide")
+    window = settings()
+    # As fast as they can be pressed: no page has been drawn before the next press. Four turns end on a page that was not
+    # shown on the way.
+    for page in ["Log", "Buttons", "Behaviour", "Keys", "Cards"]:
+        for _ in range(4):
+            window.keyboard.press("Control_L+Tab")
+        window.expect_page(page)
+    for _ in range(4):
+        window.keyboard.press("Control_L+Shift_L+Tab")
+    window.expect_page("Keys")
+
+
 def test_a_bad_value_is_shown_as_it_is_and_repaired_on_request(program, settings):
     program.offer("Mute")
     program.probe.set_text("HKLM", CONFIG, "AutoHideDelayTime", "soon")

@@ -9,7 +9,9 @@ WINDOW_CLASS = "KESTOVA_Fenwyn_Settings"
 IDS = {name: int(number) for name, number in re.findall(
     r"^#define (ID[CS]_\w+) (\d+)", (places.ROOT / "settings" / "SettingsIds.h").read_text(encoding="utf-8"), re.M)}
 OK, CANCEL, APPLY = IDS["IDS_OK"], IDS["IDS_CANCEL"], IDS["IDS_APPLY"]
-PAGES = ["Cards", "Keys", "Behaviour", "Buttons", "Log"]
+# Of each page a control that no other one has.
+PAGES = {"Cards": "IDC_CARDS", "Keys": "IDC_KEYS_LIST", "Behaviour": "IDC_FIRST_ROW", "Buttons": "IDC_BUTTONS_LIST",
+         "Log": "IDC_LOG_FAULTS"}
 WS_DISABLED, WS_VISIBLE = 0x08000000, 0x10000000
 
 
@@ -50,9 +52,14 @@ class SettingsWindow:
         return next((control for control in self.controls() if control.id == number), None)
 
     def turn_to(self, page):
-        """By keys, from the first page."""
-        for _ in range(PAGES.index(page)):
+        """By keys, from the first page; each press turns one page."""
+        names = list(PAGES)
+        for name in names[1:names.index(page) + 1]:
             self.keyboard.press("Control_L+Tab")
+            self.expect_page(name)
+
+    def expect_page(self, name):
+        wait_until(lambda: self.control(IDS[PAGES[name]]), f"the page {name} is shown")
 
     def click(self, number):
         control = wait_until(lambda: self.control(number), f"the control {number} can be seen")

@@ -186,6 +186,24 @@ TEST_F(Model, ANewFunctionListRestartsARunningFenwyn) {
     EXPECT_EQ(storedText(Root::Machine, functionKey(L"Lock"), regpath::kCaption), L"Locked");
 }
 
+TEST_F(Model, CustomisedKeysWithoutAnyKeyStillLetFenwynStart) {
+    const std::wstring nobodys = std::wstring(regpath::kButtonsKey) + L"\\Fenwyn_none";
+    m_store.machineMayBeWritten = false;
+    m_elevatedResult = ERROR_CANCELLED;
+    m_model.setNumber(value(kProgrammable), 1);
+    EXPECT_EQ(m_model.apply(), Applied::Refused);
+    EXPECT_EQ(m_elevated.size(), 2U);
+    EXPECT_TRUE(std::ranges::all_of(m_elevated, [](const auto& each) { return isAllowed(each.first, each.second); }));
+    EXPECT_EQ(m_model.pending().size(), 1U);
+    m_store.machineMayBeWritten = true;
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    EXPECT_EQ(number(Root::Machine, regpath::kIsQrdControl, nobodys.c_str()), 0U);
+    const int before = m_store.writes;
+    m_model.setNumber(value(L"HideCaption"), 1);
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    EXPECT_EQ(m_store.writes, before + 1) << "a button is there now";
+}
+
 TEST_F(Model, TheListIsTheUsersOnlyWhereTheMachineHasNone) {
     EXPECT_EQ(m_model.listRoot(), Root::User);
     m_model.setNumber(value(L"ModifierKey"), VK_CAPITAL);

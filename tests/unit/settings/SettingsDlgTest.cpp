@@ -13,6 +13,8 @@ namespace {
 class Window : public SettingsWindow {};
 
 // The same at every scale.
+constexpr std::size_t kBehaviour = 2;  // the number of the page
+
 class WindowLayout : public SettingsWindow, public testing::WithParamInterface<int> {
  protected:
     void SetUp() override {
@@ -157,7 +159,6 @@ TEST_F(Window, AnImportOfGarbageIsToldAndChangesNothing) {
 
 TEST_F(Window, ANumberThatCannotBeIsNotTaken) {
     open();
-    constexpr std::size_t kBehaviour = 2;
     constexpr int kHoverDelay = IDC_FIRST_ROW + 6 * 7 + 1;
     const HWND field = ::GetDlgItem(m_pWindow->page(kBehaviour).m_hWnd, kHoverDelay);
     ::SendMessageW(field, EM_SETSEL, 0, -1);
@@ -190,18 +191,30 @@ TEST_F(Window, TakesTheScaleOfTheScreenThatItIsMovedTo) {
     EXPECT_EQ(font.lfHeight, fontAt(192).lfHeight);
 }
 
-TEST_P(WindowLayout, EveryControlLiesInsideItsPage) {
+TEST_P(WindowLayout, EveryControlKeepsTheMarginOfItsPage) {
+    constexpr int kMargin = 7;  // dialog units
+    constexpr int kRounding = 1;
     for (std::size_t i = 0; i < pages().size(); ++i) {
         m_pWindow->select(i);
         const HWND page = m_pWindow->page(i).m_hWnd;
+        const SIZE units = common::dialogUnitsOf(reinterpret_cast<HFONT>(::SendMessageW(page, WM_GETFONT, 0, 0)));
         RECT area{};
         ::GetClientRect(page, &area);
+        ::InflateRect(&area, kRounding - ::MulDiv(kMargin, units.cx, 4), kRounding - ::MulDiv(kMargin, units.cy, 8));
         for (const HWND child : childrenOf(page)) {
             RECT place{};
             ::GetWindowRect(child, &place);
             ::MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&place), 2);
-            EXPECT_GE(place.left, 0);
-            EXPECT_LE(place.right, area.right + 1) << i << " " << ::GetDlgCtrlID(child);  // units are rounded
+            const int id = ::GetDlgCtrlID(child);
+            if (::IsRectEmpty(&place) != FALSE) {
+                continue;  // it has nothing to say
+            }
+            EXPECT_GE(place.left, area.left) << i << " " << id;
+            EXPECT_LE(place.right, area.right) << i << " " << id;
+            EXPECT_GE(place.top, area.top) << i << " " << id;
+            if (i != kBehaviour) {  // which can be scrolled
+                EXPECT_LE(place.bottom, area.bottom) << i << " " << id;
+            }
         }
     }
 }
