@@ -92,9 +92,6 @@ struct FontTraits : NullIsNone<HFONT> {
 struct MemoryDcTraits : NullIsNone<HDC> {
     static void close(type value) noexcept { ::DeleteDC(value); }
 };
-struct GlobalMemoryTraits : NullIsNone<HGLOBAL> {
-    static void close(type value) noexcept { ::GlobalFree(value); }
-};
 
 using UniqueModule = UniqueAny<ModuleTraits>;
 using UniqueHandle = UniqueAny<KernelHandleTraits>;  // events, mutexes, threads, processes
@@ -107,7 +104,6 @@ using UniquePen = UniqueAny<PenTraits>;
 using UniqueBitmap = UniqueAny<BitmapTraits>;
 using UniqueFont = UniqueAny<FontTraits>;
 using UniqueMemoryDc = UniqueAny<MemoryDcTraits>;
-using UniqueGlobalMemory = UniqueAny<GlobalMemoryTraits>;
 
 // GetDC/ReleaseDC as a scope. A null window means the screen.
 class WindowDc {

@@ -1,10 +1,10 @@
 #include "common/ResourceFunc.h"
 
-#include <cstring>
+#include <shlwapi.h>
+
 #include <span>
 #include <utility>
 
-#include "common/Handle.h"
 #include "common/PictureStore.h"
 #include "common/Status.h"
 #include "common/UiLanguage.h"
@@ -16,18 +16,6 @@ struct ReleaseStream {
 };
 using StreamPtr = std::unique_ptr<IStream, ReleaseStream>;
 
-// A copy of the content in memory of its own; empty if there is no memory.
-common::UniqueGlobalMemory copyToGlobal(std::span<const std::byte> bytes) noexcept {
-    common::UniqueGlobalMemory memory(::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes.size()));
-    void* const pTarget = memory ? ::GlobalLock(memory.get()) : nullptr;
-    if (pTarget == nullptr) {
-        return {};
-    }
-    std::memcpy(pTarget, bytes.data(), bytes.size());
-    ::GlobalUnlock(memory.get());
-    return memory;
-}
-
 // The address of the bytes of a resource; null if the system cannot supply them.
 const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
     const HGLOBAL hLoaded = ::LoadResource(hModule, hResource);
@@ -36,17 +24,13 @@ const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
 
 // Creates an image from arbitrary bytes. E_POINTER: no memory.
 [[nodiscard]] HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
-    common::UniqueGlobalMemory memory = copyToGlobal(bytes);
-    if (!memory) {
+    // Not a stream on global memory: some systems read behind that one's end when the length of a damaged part leads
+    // there.
+    const StreamPtr stream(
+        ::SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()), static_cast<UINT>(bytes.size())));
+    if (!stream) {
         return E_POINTER;
     }
-    IStream* pRawStream = nullptr;
-    const HRESULT status = ::CreateStreamOnHGlobal(memory.get(), TRUE, &pRawStream);
-    if (FAILED(status)) {
-        return status;
-    }
-    const StreamPtr stream(pRawStream);
-    static_cast<void>(memory.release());  // the stream frees it
     outImage = tryMakeGdiPlus<Gdiplus::Image>(stream.get());
     return outImage != nullptr ? S_OK : E_POINTER;
 }

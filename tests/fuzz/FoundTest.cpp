@@ -3,6 +3,7 @@
 #include "common/GdiPlus.h"
 #include "common/GdiPlusFunc.h"
 #include "common/Handle.h"
+#include "common/ResourceFunc.h"
 #include "common/ShownText.h"
 #include "common/UiLanguage.h"
 #include "companions/include/FenwynRegistry.h"
@@ -23,17 +24,40 @@ TEST(Found, ExpandableTextOfOddSizeIsNoLanguage) {
     EXPECT_EQ(common::wantedLanguage(), usual);
 }
 
+constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+
+// A library with one resource of the id 1.
+common::UniqueModule libraryWith(const std::wstring& file, const wchar_t* type, std::span<const BYTE> bytes) {
+    EXPECT_TRUE(::CopyFileW(fuzz::libraryWithoutResources().c_str(), file.c_str(), FALSE));
+    const HANDLE update = ::BeginUpdateResourceW(file.c_str(), TRUE);
+    EXPECT_TRUE(::UpdateResourceW(update, type, MAKEINTRESOURCEW(1), kEnglish, const_cast<BYTE*>(bytes.data()),
+                                  static_cast<DWORD>(bytes.size())));
+    EXPECT_TRUE(::EndUpdateResourceW(update, FALSE));
+    return common::UniqueModule(::LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+}
+
+// A picture's part claimed a gigabyte, and the program read what stands that far behind it.
+TEST(Found, PictureWithAPartThatIsTooLongIsNotReadBehindItsEnd) {
+    GdiplusSession gdiplus;
+    ASSERT_EQ(gdiplus.start(), S_OK);
+    static constexpr BYTE kPicture[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n',                             //
+                                        0,    0,   0,   13,  'I',  'H',  'D',  'R',  0,    0, 0, 1, 0, 0, 0, 1,  //
+                                        8,    6,   0,   0,   0,    0x1F, 0x15, 0xC4, 0x89,                       //
+                                        0x40, 0,   0,   0,   'I',  'D',  'A',  'T'};
+    const support::TempFolder folder;
+    const common::UniqueModule broken = libraryWith(folder / L"Broken.dll", L"PNG", kPicture);
+    ASSERT_TRUE(broken);
+    std::unique_ptr<Gdiplus::Image> image;
+    ASSERT_EQ(getImageFromRes(broken.get(), 1, L"PNG", image), S_OK);
+    EXPECT_NE(image, nullptr);
+}
+
 // A text's length pointed behind the table.
 TEST(Found, TextsOfADamagedTableEndWithIt) {
     const support::TempFolder folder;
-    const std::wstring file = folder / L"Broken.dll";
-    ASSERT_TRUE(::CopyFileW(fuzz::libraryWithoutResources().c_str(), file.c_str(), FALSE));
-    const HANDLE update = ::BeginUpdateResourceW(file.c_str(), TRUE);
-    wchar_t table[] = {2, L'o', L'k', 0xFFFF, L'x'};
-    constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
-    ASSERT_TRUE(::UpdateResourceW(update, RT_STRING, MAKEINTRESOURCEW(1), kEnglish, table, sizeof(table)));
-    ASSERT_TRUE(::EndUpdateResourceW(update, FALSE));
-    const common::UniqueModule broken(::LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    static constexpr wchar_t kTable[] = {2, L'o', L'k', 0xFFFF, L'x'};
+    const common::UniqueModule broken =
+        libraryWith(folder / L"Broken.dll", RT_STRING, {reinterpret_cast<const BYTE*>(kTable), sizeof(kTable)});
     ASSERT_TRUE(broken);
     EXPECT_EQ(common::textIn(broken.get(), 0, kEnglish), L"ok");
     EXPECT_EQ(common::textIn(broken.get(), 1, kEnglish), L"x");

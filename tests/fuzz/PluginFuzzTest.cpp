@@ -79,7 +79,7 @@ TEST(PluginFuzz, AnswersOfEveryExport) {
     const instr::InstrumentedPlugin plugin;
     ASSERT_TRUE(plugin.loaded());
     support::AppRoom room;
-    fuzz::run(15,
+    fuzz::run(4,
               [&](CRandom& random) {
                   plugin.reset();
                   answerNonsense(random, plugin.control());
