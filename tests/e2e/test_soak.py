@@ -22,12 +22,12 @@ from test_frame import (BUTTONS_CHANGED, RELOAD, RESUME, SET_WORK_AREA, UNLOCK, 
 
 LONG = "FENWYN_SOAK_SHOWS" in os.environ
 SHOWS = int(os.environ.get("FENWYN_SOAK_SHOWS", 2000))
-OPENS = int(os.environ.get("FENWYN_SOAK_OPENS", 20))
+OPENS = int(os.environ.get("FENWYN_SOAK_OPENS", 5))
 FIRST = 1000  # rounds in which everything may be made that is made once
 # Of private memory, afterwards. The heap takes more rounds than the short form has until it has found its size.
 ALLOWED_KB = 256
 LOST = 3.0  # seconds after which a key was lost
-AT_A_TIME = 50  # rounds without anything in between
+AT_A_TIME = 100  # rounds without anything in between
 KINDS = ("Mute", "PowerPlan", "Output_2", "Brightness", "Wireless", "Output")  # a card of each
 
 
@@ -187,7 +187,7 @@ def test_nothing_grows(program):
 LEAKS = {LEAK_GDI: "gdi", LEAK_HANDLE: "kernel", LEAK_USER: "user", LEAK_MEMORY: "private"}
 
 
-@pytest.mark.parametrize("leak", LEAKS if LONG else [LEAK_GDI, LEAK_HANDLE, LEAK_USER])
+@pytest.mark.parametrize("leak", LEAKS if LONG else [LEAK_GDI])
 def test_a_planted_leak_is_seen(program, leak):
     rounds = FIRST if LONG else FIRST // 20
     key = f"{INSTRUMENTED}\\InstrPlugin"
