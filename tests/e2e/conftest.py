@@ -1,4 +1,5 @@
 """Fixtures of the end-to-end tests."""
+import os
 import pathlib
 import re
 import shutil
@@ -10,6 +11,10 @@ sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 from harness import places  # noqa: E402
 from harness.desktop import Desktop, Program  # noqa: E402
+
+
+# Tests of the long runs, which only ./test long starts; docs/testing.md says why.
+collect_ignore = [] if "FENWYN_LONG" in os.environ else ["test_soak.py", "test_fuzz.py"]
 
 
 @pytest.fixture(scope="session")

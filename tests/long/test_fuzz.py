@@ -27,7 +27,7 @@ def test_inputs_for_the_code():
 
 
 def test_the_shipped_program():
-    environment = {"FENWYN_FUZZ_MESSAGES": "80000", "FENWYN_FUZZ_STARTS": "60", **os.environ}
+    environment = {"FENWYN_LONG": "1", "FENWYN_FUZZ_MESSAGES": "80000", "FENWYN_FUZZ_STARTS": "60", **os.environ}
     done = subprocess.run([sys.executable, "-m", "pytest", "-q", "-s", "-p", "no:cacheprovider", "tests/e2e/test_fuzz.py"],
                           cwd=ROOT, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                           timeout=3600)

@@ -10,7 +10,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 def test_a_hundred_thousand_rounds():
     # The larger numbers of FENWYN_SOAK_..., in the environment, count.
-    environment = {"FENWYN_SOAK_SHOWS": "100000", "FENWYN_SOAK_OPENS": "700", **os.environ}
+    environment = {"FENWYN_LONG": "1", "FENWYN_SOAK_SHOWS": "100000", "FENWYN_SOAK_OPENS": "700", **os.environ}
     done = subprocess.run([sys.executable, "-m", "pytest", "-q", "-s", "-p", "no:cacheprovider",
                            "tests/e2e/test_soak.py"], cwd=ROOT, env=environment, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, text=True, timeout=4 * 3600)
