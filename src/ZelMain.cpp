@@ -32,6 +32,11 @@ constexpr wchar_t kImageLibrary[] = L"CardArt.dll";
 constexpr DWORD kSecondLookMs = 200;     // the other instance may just be starting or ending
 constexpr UINT kSignalTimeoutMs = 5000;  // the caller must not hang with a user interface that hangs
 
+BOOL CALLBACK drawAgain(HWND hWnd, LPARAM /*lParam*/) {
+    ::RedrawWindow(hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    return TRUE;
+}
+
 }  // namespace
 
 // The button utility's message is registered before anything else runs, so that its number is the same everywhere.
@@ -413,13 +418,7 @@ void CZelMainApp::renewContrast() {
         return;
     }
     LOG_INFO(L"High contrast is %s.", contrast::used() ? L"on" : L"off");
-    ::EnumThreadWindows(
-        ::GetCurrentThreadId(),
-        [](HWND hWnd, LPARAM) -> BOOL {
-            ::RedrawWindow(hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
-            return TRUE;
-        },
-        0);
+    ::EnumThreadWindows(::GetCurrentThreadId(), &drawAgain, 0);
 }
 
 void CZelMainApp::endSession() {
