@@ -117,23 +117,9 @@ const Family kFamilies[] = {
     {regpath::kUserSettingKey, &isDecimal, {regpath::kOption1, regpath::kOption2}, &isOfUserSetting, false},
 };
 
-const wchar_t* keyOf(Scope scope) {
-    switch (scope) {
-        case Scope::UserElseMachine:
-        case Scope::Machine:
-            return regpath::kConfigKey;
-        case Scope::Language:
-        case Scope::Product:
-            return regpath::kProgramKey;
-        case Scope::List:
-            break;
-    }
-    return regpath::kHotkeyKey;
-}
-
 bool isAllowedValue(const Value& value, const Place& place, const Content& content) {
     return place.key == keyOf(value.scope) && (place.root == Root::Machine || value.scope != Scope::Machine) &&
-           (content ? isGood(value, *content) : isText(value.kind));
+           (content ? isGood(value, *content) : isText(value.kind) || value.scope == Scope::Start);
 }
 
 bool isAllowedInFamily(const Family& family, const Place& place, const Content& content) {
@@ -167,6 +153,22 @@ bool isCode(DWORD code) {
 
 bool isPath(const std::wstring& text) {
     return !text.empty() && text.size() <= kLongestPath && text.find_first_of(L"\"<>|*?") == std::wstring::npos;
+}
+
+const wchar_t* keyOf(Scope scope) {
+    switch (scope) {
+        case Scope::UserElseMachine:
+        case Scope::Machine:
+            return regpath::kConfigKey;
+        case Scope::Language:
+        case Scope::Product:
+            return regpath::kProgramKey;
+        case Scope::Start:
+            return kStartKey;
+        case Scope::List:
+            break;
+    }
+    return regpath::kHotkeyKey;
 }
 
 bool isGood(const Value& value, const Data& data) {

@@ -25,6 +25,9 @@ struct Family {
 inline constexpr wchar_t kLogSection[] = L"LOG";
 [[nodiscard]] std::span<const wchar_t* const> logNames();
 
+// The key of a setting below its root.
+[[nodiscard]] const wchar_t* keyOf(Scope scope);
+
 // Whether a setting may have this content: of the right type, and in range.
 [[nodiscard]] bool isGood(const Value& value, const Data& data);
 

@@ -4,6 +4,7 @@
 
 #include "Data/RegistryPaths.h"
 #include "FenwynFunctions.h"
+#include "KeyTable.h"
 #include "captions/Captions.h"
 #include "common/ProgramPath.h"
 #include "common/UiLanguage.h"
@@ -29,12 +30,19 @@ std::wstring expanded(const std::wstring& path) {
     return length != 0 && length <= std::size(result) ? result : path;
 }
 
-Card cardOf(const CModel& model, const std::wstring& name, bool isListed) {
+bool areCustomised(const std::vector<DWORD>& codes, const std::vector<CustomKey>& keys) {
+    return !codes.empty() && std::ranges::all_of(codes, [&](DWORD code) {
+        return std::ranges::find(keys, code, &CustomKey::code) != keys.end();
+    });
+}
+
+Card cardOf(const CModel& model, const std::vector<CustomKey>& customised, const std::wstring& name, bool isListed) {
     Card card;
     card.name = name;
     card.isListed = isListed;
     card.isKnown = fenwyn::findFunction(name) != nullptr;
     card.codes = numbersOf(model.content(placeOf(model, name, regpath::kCode)).value_or(Data{}));
+    card.startsPrograms = areCustomised(card.codes, customised);
     card.caption = textAt(model, placeOf(model, name, regpath::kCaption));
     card.plugin = textAt(model, placeOf(model, name, regpath::kFuncDll));
     card.pluginFile = expanded(card.plugin);
@@ -68,15 +76,16 @@ void setIfMissing(CModel& model, const Place& place, const std::wstring& text) {
 }  // namespace
 
 std::vector<Card> cards(const CModel& model) {
+    const std::vector<CustomKey> customised = areKeysProgrammable(model) ? customKeys(model) : std::vector<CustomKey>();
     std::vector<Card> list;
     for (const std::wstring& name : listedNames(model)) {
-        list.push_back(cardOf(model, name, true));
+        list.push_back(cardOf(model, customised, name, true));
     }
     for (const fenwyn::Function& function : fenwyn::kFunctions) {
         const bool isListed =
             std::ranges::any_of(list, [&](const Card& card) { return fenwyn::equalNames(card.name, function.name); });
         if (!isListed) {
-            list.push_back(cardOf(model, function.name, false));
+            list.push_back(cardOf(model, customised, function.name, false));
         }
     }
     return list;

@@ -13,6 +13,7 @@ struct Card {
     bool isListed = false;       // switched on
     bool isKnown = true;         // Fenwyn has such a function
     std::vector<DWORD> codes;    // empty: no key is set
+    bool startsPrograms = false;  // each of them starts a program instead of showing the card
     std::wstring caption;        // as stored, or the usual one of a function that is not listed
     std::wstring plugin;         // as stored; empty: none
     std::wstring pluginFile;     // the same with its environment variables replaced

@@ -25,7 +25,7 @@ constexpr UINT kMsgSwitch = WM_APP + 2;    // the row wParam was checked (lParam
 // Of a picture in the list, in pixels at 96 dpi.
 constexpr SIZE kPictureSize{36, 24};
 
-enum class Remedy { None, SwitchOn, SwitchOff, Key, File, Forgive, Check };
+enum class Remedy { None, SwitchOn, SwitchOff, Key, Buttons, File, Forgive, Check };
 
 constexpr Remedy remedyOf(CardState state) {
     switch (state) {
@@ -36,6 +36,8 @@ constexpr Remedy remedyOf(CardState state) {
             return Remedy::SwitchOff;
         case CardState::NoKey:
             return Remedy::Key;
+        case CardState::StartsPrograms:
+            return Remedy::Buttons;
         case CardState::NoPlugin:
         case CardState::FileMissing:
         case CardState::Faulty:
@@ -71,6 +73,7 @@ class CCardsPage : public CPage {
 
     void load() override;
     [[nodiscard]] bool store() override;
+    void setShown(bool shown) override;
     void scaleChanged() override;
     void onControl(UINT id, UINT code) override;
     bool PreTranslateMessage(MSG& message) override;
@@ -141,6 +144,14 @@ bool CCardsPage::OnInitDialog() {
     ::SendMessageW(control(IDC_CARD_CAPTION), EM_LIMITTEXT, kLongestCaption, 0);
     ::SendMessageW(control(IDC_CARD_PLUGIN), EM_LIMITTEXT, kLongestPath, 0);
     return false;
+}
+
+// The other pages may have changed keys since it was last shown.
+void CCardsPage::setShown(bool shown) {
+    if (shown && !isVisible()) {
+        load();
+    }
+    CPage::setShown(shown);
 }
 
 void CCardsPage::scaleChanged() {
@@ -439,6 +450,8 @@ void CCardsPage::_carryOut(Remedy remedy) {
             return _switch(row, false);
         case Remedy::Key:
             return goTo(IDS_TAB_KEYS);
+        case Remedy::Buttons:
+            return goTo(IDS_TAB_BUTTONS);
         case Remedy::File:
             return _chooseFile();
         case Remedy::Forgive:

@@ -21,7 +21,8 @@ bool isFunctionList(const Place& place) {
 }
 
 bool isReadAtTheStart(const Place& place) {
-    return isFunctionList(place) || (place.key == regpath::kConfigKey && place.name == kProgrammable);
+    const Value* const value = findValue(place.name);
+    return isFunctionList(place) || (value != nullptr && value->inForce == InForce::Restart);
 }
 
 // A button that belongs to nobody. Fenwyn does not start when keys may be customised and there is no button at all.
@@ -83,24 +84,24 @@ Root CModel::listRoot() const {
 Place CModel::placeOf(const Value& value) const {
     switch (value.scope) {
         case Scope::UserElseMachine:
-            return {_hasUserKey() ? Root::User : Root::Machine, regpath::kConfigKey, value.name};
+            return {_hasUserKey() ? Root::User : Root::Machine, keyOf(value.scope), value.name};
         case Scope::Machine:
-            return {Root::Machine, regpath::kConfigKey, value.name};
-        case Scope::Language: {
-            const Place users{Root::User, regpath::kProgramKey, value.name};
-            return content(users) ? users : Place{Root::Machine, regpath::kProgramKey, value.name};
+            return {Root::Machine, keyOf(value.scope), value.name};
+        case Scope::Language:
+        case Scope::Start: {
+            const Place users{Root::User, keyOf(value.scope), value.name};
+            return content(users) ? users : Place{Root::Machine, users.key, value.name};
         }
         case Scope::List:
-            return {listRoot(), regpath::kHotkeyKey, value.name};
         case Scope::Product:
             break;
     }
-    return {listRoot(), regpath::kProgramKey, value.name};
+    return {listRoot(), keyOf(value.scope), value.name};
 }
 
 Place CModel::placeToWrite(const Value& value) const {
     Place place = placeOf(value);
-    if (value.scope == Scope::UserElseMachine || value.scope == Scope::Language) {
+    if (value.scope == Scope::UserElseMachine || value.scope == Scope::Language || value.scope == Scope::Start) {
         place.root = Root::User;
     }
     return place;
@@ -117,6 +118,24 @@ CModel::Reading CModel::read(const Value& value) const {
         reading.number = zelModifierKey(reading.number);
     }
     return reading;
+}
+
+void CModel::setNumber(const Value& value, DWORD number) {
+    if (value.scope == Scope::Start) {
+        _setStart(number != 0);
+    } else {
+        set(placeToWrite(value), numberData(number));
+    }
+}
+
+// Where Fenwyn starts for everybody, it needs no value of the user; it only stays away when there is neither.
+void CModel::_setStart(bool starts) {
+    const Place users{Root::User, kStartKey, kWithWindows};
+    const Place machines{Root::Machine, kStartKey, kWithWindows};
+    const Content forAll = stored(machines);
+    set(machines, starts ? forAll : std::nullopt);
+    const Content own = forAll ? stored(users) : numberData(1);
+    set(users, starts ? own : std::nullopt);
 }
 
 void CModel::setText(const Value& value, const std::wstring& text) {
@@ -157,6 +176,10 @@ Changes CModel::everything() const {
 void CModel::takeOver(const Changes& changes) {
     const Root root = listRoot();
     for (const auto& [place, content] : changes) {
+        if (place.key == kStartKey) {
+            _setStart(content && numberOf(*content).value_or(0) != 0);
+            continue;
+        }
         Place here = place;
         here.root = belongsToList(place) ? root : place.root;
         set(here, content);

@@ -31,7 +31,7 @@ enum class Applied {
     Done,
     Refused,      // the person refused the administrator rights; nothing was written
     Failed,       // lastError() tells why; what was not written is still pending
-    NotRestarted  // all is written, but the running Fenwyn still has the old function list
+    NotRestarted  // all is written, but the running Fenwyn is still the one before
 };
 
 class CModel {
@@ -71,7 +71,7 @@ class CModel {
     // Where the setting is read, and where a change of it is written.
     [[nodiscard]] Place placeOf(const Value& value) const;
     [[nodiscard]] Place placeToWrite(const Value& value) const;
-    void setNumber(const Value& value, DWORD number) { set(placeToWrite(value), numberData(number)); }
+    void setNumber(const Value& value, DWORD number);
     // An empty text removes the setting.
     void setText(const Value& value, const std::wstring& text);
 
@@ -85,6 +85,7 @@ class CModel {
     void watch(std::function<void()> changed) { m_changed = std::move(changed); }
 
  private:
+    void _setStart(bool starts);
     void _writeAtOnce(const Place& place, const Content& content);
     [[nodiscard]] bool _hasUserKey() const;
     void _takeOverMachineValues();

@@ -69,6 +69,9 @@ CardReport reportOf(const Card& card, const std::optional<PluginAnswer>& answer)
     if (card.codes.empty()) {
         return {CardState::NoKey, {}, {}};
     }
+    if (card.startsPrograms) {
+        return {CardState::StartsPrograms, {}, {}};
+    }
     if (!answer) {
         return {CardState::Asking, {}, {}};
     }

@@ -38,7 +38,8 @@ enum class CardState {
     Declined,     // the machine does not have it
     Faulty,       // the plug-in breaks the contract
     NotAsked,     // nobody knows
-    Shown
+    Shown,
+    StartsPrograms  // all its keys are customised
 };
 
 struct CardReport {

@@ -140,7 +140,9 @@
 #define IDS_RELEASE_DELAY_MORE 251
 #define IDS_ICON 252
 #define IDS_ICON_MORE 253
-// ---- Keys: controls from 1400, texts from 400
+#define IDS_START 254
+#define IDS_START_MORE 255
+// ---- Keys: controls from 1450, texts from 400
 #define IDS_KEY_NUMBER 400
 #define IDS_KEY_WITH_FN 401
 #define IDS_KEYS_CHOOSE_FN 402
@@ -181,12 +183,12 @@
 #define IDS_KEY_RIGHT_WINDOWS 438
 #define IDS_KEY_CAPS_LOCK 439
 #define IDS_KEY_MENU 440
-#define IDC_KEYS_MODIFIER 1400
-#define IDC_KEYS_DELAY 1401
-#define IDC_KEYS_LIST 1402
-#define IDC_KEYS_HEARD 1403
-#define IDC_KEYS_FIELD 1404
-#define IDC_KEYS_TRIED 1405
+#define IDC_KEYS_MODIFIER 1450
+#define IDC_KEYS_DELAY 1451
+#define IDC_KEYS_LIST 1452
+#define IDC_KEYS_HEARD 1453
+#define IDC_KEYS_FIELD 1454
+#define IDC_KEYS_TRIED 1455
 // ---- Buttons: controls from 1500, texts from 500
 #define IDS_BUTTONS_LIST 500
 #define IDS_BUTTONS_COLUMN_PROGRAM 501

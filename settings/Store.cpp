@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "RunKey.h"
 #include "common/Handle.h"
-#include "companions/include/FenwynRegistry.h"
 
 namespace settings {
 namespace {
@@ -37,6 +37,14 @@ Content readRegistry(const Place& place) {
                                          data.bytes.data(), &size);
     data.bytes.resize(std::min<std::size_t>(size, data.bytes.size()));
     return error == ERROR_SUCCESS || error == ERROR_MORE_DATA ? Content(std::move(data)) : std::nullopt;
+}
+
+Content readStart(const Place& place) {
+    return startsWithWindows(handleOf(place.root), kStartedFenwyn) ? Content(numberData(1)) : std::nullopt;
+}
+
+LSTATUS writeStart(const Place& place, const Content& content) {
+    return setStartWithWindows(handleOf(place.root), kStartedFenwyn, content && numberOf(*content).value_or(0) != 0);
 }
 
 Content readLogFile(const std::wstring& file, const Place& place) {
@@ -96,6 +104,9 @@ std::wstring textOf(const Data& data) {
 }
 
 Content CSystemStore::read(const Place& place) const {
+    if (place.key == kStartKey) {
+        return readStart(place);
+    }
     return place.root == Root::LogFile ? readLogFile(m_strLogFile, place) : readRegistry(place);
 }
 
@@ -122,6 +133,9 @@ std::vector<std::wstring> CSystemStore::subkeys(Root root, const std::wstring& k
 }
 
 LSTATUS CSystemStore::write(const Place& place, const Content& content) {
+    if (place.key == kStartKey) {
+        return writeStart(place, content);
+    }
     return place.root == Root::LogFile ? writeLogFile(m_strLogFile, place, content) : writeRegistry(place, content);
 }
 

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "companions/include/FenwynRegistry.h"
+
 namespace settings {
 
 enum class Root {
@@ -17,6 +19,11 @@ enum class Root {
     User,     // HKEY_CURRENT_USER
     LogFile   // DbgLog.ini beside the programs; its key is the section
 };
+
+// Stands for the start of Fenwyn with Windows, for the user or for everybody: 1 or nothing. What is stored for it is a
+// command line of this installation, which nobody else has to know.
+inline constexpr wchar_t kStartKey[] = FENWYN_REG_PRODUCT L"\\Start";
+inline constexpr wchar_t kWithWindows[] = L"WithWindows";
 
 struct Place {
     Root root = Root::Machine;

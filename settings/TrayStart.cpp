@@ -5,6 +5,7 @@
 #include <string>
 
 #include "FenwynRegistry.h"
+#include "RunKey.h"
 #include "Tray.h"
 #include "common/Handle.h"
 #include "common/ProgramPath.h"
@@ -12,18 +13,10 @@
 namespace settings {
 namespace {
 
-// As the installer writes it, which removes it too.
-constexpr wchar_t kRunKey[] = FENWYN_REG_SOFTWARE L"\\Microsoft\\Windows\\CurrentVersion\\Run";
-constexpr wchar_t kRunValue[] = L"FenwynTray";
-
-bool startsWithWindows(HKEY root) {
-    return ::RegGetValueW(root, kRunKey, kRunValue, RRF_RT_ANY, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
-}
-
-void startWithWindows(const std::wstring& command) {
-    if (!startsWithWindows(HKEY_LOCAL_MACHINE) && !startsWithWindows(HKEY_CURRENT_USER)) {
-        ::RegSetKeyValueW(HKEY_CURRENT_USER, kRunKey, kRunValue, REG_SZ, command.c_str(),
-                          static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
+void startIconWithWindows() {
+    if (!startsWithWindows(HKEY_LOCAL_MACHINE, kStartedIcon) && !startsWithWindows(HKEY_CURRENT_USER, kStartedIcon)) {
+        // The icon is shown now even if it will not be after the next sign-in.
+        static_cast<void>(setStartWithWindows(HKEY_CURRENT_USER, kStartedIcon, true));
     }
 }
 
@@ -64,9 +57,8 @@ void followIconSetting() {
         end();
         return;
     }
-    const std::wstring command = L'"' + common::programPath() + L"\" /tray";
-    startWithWindows(command);
-    start(command);
+    startIconWithWindows();
+    start(commandOf(kStartedIcon));
 }
 
 }  // namespace settings

@@ -19,7 +19,14 @@ enum class Scope {
     Machine,          // the rest of it
     Language,         // the program's own key, of the user or else of the machine; the icon's switch too
     List,             // the key of the function list that is in force
-    Product           // the program's own key below the root of that list
+    Product,          // the program's own key below the root of that list
+    Start             // Windows' own list of what it starts, for the user or for everybody
+};
+
+// When a running Fenwyn takes a change over.
+enum class InForce {
+    AtOnce,  // it reads the value when it needs it, or is told of the change
+    Restart  // it reads the value at its start only, or builds its cards by it
 };
 
 enum class Kind { YesNo, Position, Milliseconds, Pixels, VirtualKey, Language, Path };
@@ -36,12 +43,13 @@ struct Value {
     DWORD highest;
     Group group;
     UINT label;  // the next text says what it does
+    InForce inForce = InForce::AtOnce;
 };
 
 // In the order of the page.
 [[nodiscard]] std::span<const Value> values();
 
-// Whether keys may be customised; Fenwyn builds its cards anew for it only at its start.
+// Whether keys may be customised.
 inline constexpr wchar_t kProgrammable[] = L"Programmable";
 
 // Null if there is no setting of that name.

@@ -7,6 +7,9 @@ from harness.waiting import wait_until
 
 POSITION, HOVER, HOVER_DELAY = 1, 5, 6  # rows of the page Behaviour
 AUTO_HIDE_DELAY = 12
+WITH_WINDOWS, HIDE_CAPTION = 16, 18
+HEADINGS = 0, 3, 17
+RUN = "Software\\Microsoft\\Windows\\CurrentVersion\\Run"
 REPAIR = 6
 
 
@@ -28,6 +31,12 @@ def has_value(program, root, key, name):
         return program.probe.get_value(root, key, name)
     except AssertionError:
         return None
+
+
+def tab_to(window, row):
+    """From the first row of the page Behaviour; headings are passed over."""
+    for _ in range(row - sum(heading < row for heading in HEADINGS)):
+        window.keyboard.press("Tab")
 
 
 def expect_strip_at(program, bottom):
@@ -126,8 +135,8 @@ def test_a_bad_value_is_shown_as_it_is_and_repaired_on_request(program, settings
     program.probe.set_text("HKLM", CONFIG, "AutoHideDelayTime", "soon")
     window = settings()
     window.turn_to("Behaviour")
-    for _ in range(11):  # the tenth is the number, the next the button beside what is wrong
-        window.keyboard.press("Tab")
+    tab_to(window, AUTO_HIDE_DELAY)
+    window.keyboard.press("Tab")  # the button beside what is wrong
     bad = wait_until(lambda: window.control(window.row(AUTO_HIDE_DELAY, REPAIR - 1)), "what is wrong is said")
     assert "\u201csoon\u201d" in bad.title
     window.keyboard.press("space")
@@ -147,6 +156,57 @@ def test_a_second_start_shows_the_first_window(program, settings):
     assert len(window.windows()) == 1
     window.click(CANCEL)
     window.expect_end()
+
+
+def test_captions_that_are_hidden_are_gone_after_apply(program, settings):
+    program.offer("Mute")
+    first = program.start()
+    assert "pszName = Caption" in program.log_texts()
+    window = settings()
+    window.turn_to("Behaviour")
+    tab_to(window, HIDE_CAPTION)
+    window.keyboard.press("space")
+    window.click(APPLY)
+    wait_until(lambda: first.poll() is not None, "Fenwyn ends", 20)
+    wait_until(program.is_up, "Fenwyn is up again", 20)
+    assert has_value(program, "HKLM", CONFIG, "HideCaption") == b"\1\0\0\0"
+    assert "pszName = Caption" not in program.log_texts()
+
+
+def test_the_start_with_windows_is_switched(program, settings):
+    program.offer("Mute")
+    command = f'"{places.windows_path(program.stage)}\\Fenwyn.exe"'
+
+    def run_value(root):
+        data = has_value(program, root, RUN, "Fenwyn")
+        return data and data.decode("utf-16-le").rstrip("\0")
+
+    def switch():
+        window = settings()
+        window.turn_to("Behaviour")
+        tab_to(window, WITH_WINDOWS)
+        window.keyboard.press("space")
+        return window
+    try:
+        assert run_value("HKCU") is None
+        window = switch()
+        window.keyboard.press("Escape")
+        window.expect_end()
+        assert run_value("HKCU") is None
+        for written in command, None:
+            window = switch()
+            window.click(OK)
+            window.expect_end()
+            assert run_value("HKCU") == written
+        program.probe.set_text("HKLM", RUN, "Fenwyn", command)  # of everybody
+        window = switch()
+        window.click(OK)
+        window.expect_end()
+        assert run_value("HKLM") is None
+    finally:
+        for root in "HKCU", "HKLM":
+            if run_value(root) is not None:
+                program.probe.delete_value(root, RUN, "Fenwyn")
 
 
 def test_why_a_card_is_missing_is_told_with_a_remedy(program, settings):

@@ -5,8 +5,10 @@
 #include "Allowed.h"
 #include "CardPictures.h"
 #include "FenwynFunctions.h"
+#include "KeyTable.h"
 #include "Notebook.h"
 #include "PluginState.h"
+#include "ZelHotkey.h"
 #include "companions/include/PluginFaults.h"
 
 namespace settings {
@@ -115,6 +117,24 @@ TEST_F(CardList, SaysWhyACardIsMissing) {
     EXPECT_EQ(report(L"Zoom").state, CardState::NoKey);
     giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Strange;");
     EXPECT_EQ(report(L"Strange").state, CardState::Unknown);
+}
+
+// As Fenwyn decides it: a card with one key left is shown, and without the switch every key opens its card.
+TEST_F(CardList, ACardWhoseKeysAllStartProgramsIsMissing) {
+    setFunctionCodes(m_model, L"Mute", {0x3B, 0x3D});
+    setCustomKey(m_model, 0x3B, L"notepad.exe", L"");
+    setKeysProgrammable(m_model, true);
+    EXPECT_EQ(report(L"Mute").state, CardState::Asking) << "the other key opens it";
+    setCustomKey(m_model, 0x3D, L"notepad.exe", L"");
+    EXPECT_EQ(report(L"Mute").state, CardState::StartsPrograms);
+    EXPECT_EQ(report(L"Lock").state, CardState::Asking);
+    setKeysProgrammable(m_model, false);
+    EXPECT_EQ(report(L"Mute").state, CardState::Asking);
+    setKeysProgrammable(m_model, true);
+    setFunctionCodes(m_model, L"Mute", {0x3B, 0x3B + ZEL_CODE_ALONE});
+    EXPECT_EQ(report(L"Mute").state, CardState::Asking) << "without the modifier no key can be customised";
+    RegistryRoom::removeValue(HKEY_LOCAL_MACHINE, keyOf(L"Zoom"), regpath::kCode);
+    EXPECT_EQ(report(L"Zoom").state, CardState::NoKey);
 }
 
 TEST_F(CardList, APlugInThatIsSetAsideIsToldWithTimeAndReasonAndForgiven) {

@@ -1,6 +1,7 @@
 #include "Model.h"
 
 #include <algorithm>
+#include <set>
 
 #include "Allowed.h"
 #include "Notebook.h"
@@ -184,6 +185,26 @@ TEST_F(Model, ANewFunctionListRestartsARunningFenwyn) {
     m_bStarts = false;
     EXPECT_EQ(m_model.apply(), Applied::NotRestarted);
     EXPECT_EQ(storedText(Root::Machine, functionKey(L"Lock"), regpath::kCaption), L"Locked");
+}
+
+// Every setting, so that a new one has to be thought of.
+TEST_F(Model, WhatFenwynReadsAtItsStartOnlyRestartsIt) {
+    const std::set<std::wstring> readAtTheStart = {L"HideCaption", L"Programmable", L"Language"};
+    giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;");
+    m_bRuns = true;
+    for (const Value& each : values()) {
+        if (each.kind == Kind::Language) {
+            m_model.setText(each, L"de");
+        } else if (isText(each.kind)) {
+            m_model.setText(each, L"C:\\Fenwyn");
+        } else {
+            m_model.setNumber(each, each.standard == each.lowest ? each.highest : each.lowest);
+        }
+        const int before = m_nRestarts;
+        EXPECT_EQ(m_model.apply(), Applied::Done);
+        EXPECT_EQ(m_nRestarts - before, readAtTheStart.contains(each.name) ? 1 : 0)
+            << testing::PrintToString(std::wstring(each.name));
+    }
 }
 
 TEST_F(Model, CustomisedKeysWithoutAnyKeyStillLetFenwynStart) {

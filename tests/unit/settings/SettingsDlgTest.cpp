@@ -240,7 +240,7 @@ TEST_P(WindowLayout, NoButtonIsTooNarrowInAnyLanguage) {
          {IDS_CARD_UP, IDS_CARD_DOWN, IDS_CARD_CHECK, IDS_CARD_CHOOSE, IDS_CARD_CAPTION, IDS_CARD_PLUGIN}) {
         check(::GetDlgItem(cards, id), static_cast<UINT>(id));
     }
-    for (UINT state = 0; state < 10; ++state) {
+    for (UINT state = 0; state <= 11; ++state) {
         if (!text(IDS_CARD_REMEDY + state).empty()) {
             check(::GetDlgItem(cards, IDC_CARD_REMEDY), IDS_CARD_REMEDY + state);
         }
@@ -253,7 +253,7 @@ TEST_P(WindowLayout, WhyACardIsMissingFitsItsPlaceInEveryLanguage) {
     const common::SelectScope select(dc.get(), reinterpret_cast<HFONT>(::SendMessageW(field, WM_GETFONT, 0, 0)));
     RECT area{};
     ::GetClientRect(field, &area);
-    for (UINT state = 0; state <= 10; ++state) {
+    for (UINT state = 0; state <= 11; ++state) {
         for (const LANGID language : common::languagesOfText(nullptr, IDS_CARD_WHY + state)) {
             const std::wstring words = common::textIn(nullptr, IDS_CARD_WHY + state, language);
             RECT extent{0, 0, area.right, 0};
