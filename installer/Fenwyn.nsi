@@ -7,10 +7,11 @@
 ; Command line:
 ;   /S                 without questions          /D=FOLDER            where to; the last argument, without quotes
 ;   /AllUsers          for the machine            /CurrentUser         for the user, without administrator rights
-;   /32                the 32-bit programs        /NOLIST              leave the function list alone
+;   /32, /64           which programs; without it, of the kind that is installed, or else the 64-bit ones
+;   /NOLIST            leave the function list alone
 ;   /NOMENU            no entry in the start menu /NOAUTOSTART         do not start with Windows
 ; Of the uninstaller: /S, /AllUsers, /CurrentUser, and /REMOVESETTINGS.
-; Exit code: 0 done, 1 cancelled, 2 a program or file is in use, 3 not enough rights.
+; Exit code: 0 done, 1 cancelled, 2 a file cannot be replaced, 3 not enough rights.
 Unicode true
 Target amd64-unicode
 ManifestDPIAware true
@@ -26,9 +27,17 @@ SetDateSave off
 ; Size and time of each file as it was installed. A file that differs is somebody else's.
 !define RECORD "$INSTDIR\installed.ini"
 !define SETTINGS_LINK "Fenwyn Settings.lnk"
+; Which programs are installed, 32 or 64, beside their folder.
+!define BITS_VALUE "Bits"
+; What starts with Windows; the settings write the same.
+!define START_FENWYN '"$INSTDIR\Fenwyn.exe"'
+!define START_TRAY '"$INSTDIR\FenwynSettings.exe" /tray'
 !define FRAME_CLASS "ZelMainCls"
-!define END_WAIT_MS 15000
+!define SETTINGS_CLASS "KESTOVA_Fenwyn_Settings"
 !define TRAY_CLASS "FenwynTray"
+!define END_WAIT_MS 15000
+; PROCESS_QUERY_LIMITED_INFORMATION and SYNCHRONIZE
+!define PROCESS_RIGHTS 0x101000
 !define TRAY_END_EVENT "Local\KESTOVA_Fenwyn_Tray_End"
 !define EVENT_MODIFY_STATE 2
 
@@ -71,9 +80,10 @@ VIAddVersionKey /LANG=0 "LegalCopyright" "The Fenwyn developers"
 !include WinMessages.nsh
 
 Var GivenFolder
+Var ChosenFor    ; the mode (all users, one user) for which the components were chosen
 Var Running      ; "1": Fenwyn was ended and is to be started again
 Var TrayRunning  ; the same of the icon in the notification area
-Var Problem      ; what is in use, for the message
+Var Problem      ; what cannot be replaced, for the message
 
 !define MUI_ICON "..\src\res\Fenwyn.ico"
 !define MUI_UNICON "..\src\res\Fenwyn.ico"
@@ -83,12 +93,12 @@ Var Problem      ; what is in use, for the message
 !define MUI_COMPONENTSPAGE_SMALLDESC
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MULTIUSER_PAGE_INSTALLMODE
-!define MUI_PAGE_CUSTOMFUNCTION_PRE rememberChoices
+!define MUI_PAGE_CUSTOMFUNCTION_PRE chooseComponents
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN
-!define MUI_FINISHPAGE_RUN_FUNCTION startFenwyn
+!define MUI_FINISHPAGE_RUN_FUNCTION showFenwyn
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
@@ -135,78 +145,131 @@ FunctionEnd
   ${EndIf}
 !macroend
 
-; Ends the Fenwyn of this folder as a shutdown of Windows would, and waits for it: the plug-ins are finalised. One that
-; runs from another folder is left alone. $Running tells whether there was one. Uses $0 to $4.
-!macro END_FENWYN un
-Function ${un}endFenwyn
-  StrCpy $Running ""
-  FindWindow $0 "${FRAME_CLASS}" ""
+; Finds the program of this folder that has a window of a class: its process in $2, which must be closed, and the window in
+; $0. $2 is 0 if there is none; one that runs from another folder is left alone. Takes class and file from the stack.
+; Uses $0 to $4.
+!macro OPEN_PROGRAM un
+Function ${un}openProgram
+  Pop $4
+  Pop $3
+  StrCpy $2 0
+  FindWindow $0 $3 ""
   ${If} $0 P<> 0
     System::Call 'user32::GetWindowThreadProcessId(p r0, *i .r1) i'
-    System::Call 'kernel32::OpenProcess(i 0x101000, i 0, i r1) p .r2'
-    ${If} $2 P<> 0
-      System::Call 'kernel32::QueryFullProcessImageNameW(p r2, i 0, w .r3, *i ${NSIS_MAX_STRLEN}) i .r4'
-      ${If} $4 <> 0
-      ${AndIf} $3 == "$INSTDIR\Fenwyn.exe"
-        StrCpy $Running "1"
-        System::Call 'user32::PostMessageW(p r0, i ${WM_CLOSE}, p 0, p 0) i'
-        System::Call 'kernel32::WaitForSingleObject(p r2, i ${END_WAIT_MS}) i'
-      ${EndIf}
+    System::Call 'kernel32::OpenProcess(i ${PROCESS_RIGHTS}, i 0, i r1) p .r2'
+    System::Call 'kernel32::QueryFullProcessImageNameW(p r2, i 0, w .r3, *i ${NSIS_MAX_STRLEN}) i .r1'
+    ${If} $1 == 0
+    ${OrIf} $3 != "$INSTDIR\$4"
       System::Call 'kernel32::CloseHandle(p r2) i'
+      StrCpy $2 0
     ${EndIf}
   ${EndIf}
 FunctionEnd
 !macroend
 
-; The same of the icon in the notification area, by its own event. $TrayRunning tells whether there was one.
-!macro END_TRAY un
-Function ${un}endTray
-  StrCpy $TrayRunning ""
-  FindWindow $0 "${TRAY_CLASS}" ""
-  ${If} $0 P<> 0
-    System::Call 'user32::GetWindowThreadProcessId(p r0, *i .r1) i'
-    System::Call 'kernel32::OpenProcess(i 0x101000, i 0, i r1) p .r2'
-    ${If} $2 P<> 0
-      System::Call 'kernel32::QueryFullProcessImageNameW(p r2, i 0, w .r3, *i ${NSIS_MAX_STRLEN}) i .r4'
-      ${If} $4 <> 0
-      ${AndIf} $3 == "$INSTDIR\FenwynSettings.exe"
-        StrCpy $TrayRunning "1"
-        System::Call 'kernel32::OpenEventW(i ${EVENT_MODIFY_STATE}, i 0, w "${TRAY_END_EVENT}") p .r4'
-        System::Call 'kernel32::SetEvent(p r4) i'
-        System::Call 'kernel32::WaitForSingleObject(p r2, i ${END_WAIT_MS}) i'
-        System::Call 'kernel32::CloseHandle(p r4) i'
-      ${EndIf}
-      System::Call 'kernel32::CloseHandle(p r2) i'
-    ${EndIf}
+; Closes the program's window and waits for its end. RUNNING, a variable or nothing, becomes "1" if it ran.
+!macro CLOSE_PROGRAM un CLASS FILE RUNNING
+  Push "${CLASS}"
+  Push "${FILE}"
+  Call ${un}openProgram
+  ${If} $2 P<> 0
+    !if "${RUNNING}" != ""
+      StrCpy ${RUNNING} "1"
+    !endif
+    System::Call 'user32::PostMessageW(p r0, i ${WM_CLOSE}, p 0, p 0) i'
+    !insertmacro AWAIT_END
+  ${EndIf}
+!macroend
+
+; Waits for the end of the process in $2, and closes it.
+!macro AWAIT_END
+  System::Call 'kernel32::WaitForSingleObject(p r2, i ${END_WAIT_MS}) i'
+  System::Call 'kernel32::CloseHandle(p r2) i'
+!macroend
+
+; Ends what runs from this folder and can be asked to: the settings as "Cancel" does, Fenwyn as a shutdown of Windows does
+; (the plug-ins are finalised), the icon in the notification area by its own event. What was ended stays noted when this
+; is called again. Uses $0 to $4.
+!macro END_PROGRAMS un
+Function ${un}endPrograms
+  !insertmacro CLOSE_PROGRAM "${un}" "${SETTINGS_CLASS}" "FenwynSettings.exe" ""
+  !insertmacro CLOSE_PROGRAM "${un}" "${FRAME_CLASS}" "Fenwyn.exe" $Running
+  Push "${TRAY_CLASS}"
+  Push "FenwynSettings.exe"
+  Call ${un}openProgram
+  ${If} $2 P<> 0
+    StrCpy $TrayRunning "1"
+    System::Call 'kernel32::OpenEventW(i ${EVENT_MODIFY_STATE}, i 0, w "${TRAY_END_EVENT}") p .r4'
+    System::Call 'kernel32::SetEvent(p r4) i'
+    System::Call 'kernel32::CloseHandle(p r4) i'
+    !insertmacro AWAIT_END
   ${EndIf}
 FunctionEnd
 !macroend
 
-; Ends Fenwyn and sees to it that our files can be replaced; asks again until they can. Does not return otherwise.
+; The installer of all users has rights that the programs must not have; the shell starts them with the user's, without
+; arguments.
+!macro START un
+Function ${un}startFenwyn
+  ${If} $MultiUser.InstallMode == "AllUsers"
+    Exec '"$WINDIR\explorer.exe" ${START_FENWYN}'
+  ${Else}
+    Exec '${START_FENWYN}'
+  ${EndIf}
+FunctionEnd
+
+; The icon of all users comes back with the next sign-in, or by the settings.
+Function ${un}startTray
+  ${If} $MultiUser.InstallMode != "AllUsers"
+    Exec '${START_TRAY}'
+  ${EndIf}
+FunctionEnd
+
+Function ${un}startAgain
+  ${If} $Running == "1"
+    Call ${un}startFenwyn
+  ${EndIf}
+  ${If} $TrayRunning == "1"
+    Call ${un}startTray
+  ${EndIf}
+FunctionEnd
+!macroend
+
+; Ends the programs and sees to it that our files can be replaced; asks again until they can. Does not return otherwise.
 !macro MAKE_READY un
 Function ${un}makeReady
   ${Do}
-    Call ${un}endFenwyn
-    Call ${un}endTray
+    Call ${un}endPrograms
     StrCpy $Problem ""
+    !if "${un}" == ""
+      ; Without our list beside it, it is another product's.
+      ${If} ${FileExists} "$INSTDIR\Uninstall.exe"
+      ${AndIfNot} ${FileExists} "${RECORD}"
+        StrCpy $Problem "Uninstall.exe"
+      ${EndIf}
+    !endif
     !insertmacro CHECK_FILE "Uninstall.exe"
     !include "${CONTENTS}\check.nsh"
     ${If} $Problem == ""
       Return
     ${EndIf}
-    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$(TEXT_IN_USE)" /SD IDCANCEL IDRETRY +3
-    SetErrorLevel ${ERROR_IN_USE}
-    Quit
+    ${IfNot} ${Cmd} 'MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$(TEXT_IN_USE)" /SD IDCANCEL IDRETRY'
+      Call ${un}startAgain
+      SetErrorLevel ${ERROR_IN_USE}
+      Quit
+    ${EndIf}
   ${Loop}
 FunctionEnd
 !macroend
 
 !insertmacro FILE_STATE ""
 !insertmacro FILE_STATE "un."
-!insertmacro END_FENWYN ""
-!insertmacro END_FENWYN "un."
-!insertmacro END_TRAY ""
-!insertmacro END_TRAY "un."
+!insertmacro OPEN_PROGRAM ""
+!insertmacro OPEN_PROGRAM "un."
+!insertmacro END_PROGRAMS ""
+!insertmacro END_PROGRAMS "un."
+!insertmacro START ""
+!insertmacro START "un."
 !insertmacro MAKE_READY ""
 
 ; ---- Installer
@@ -294,17 +357,12 @@ Section "$(TEXT_MENU)" SecMenu
 SectionEnd
 
 Section "$(TEXT_AUTOSTART)" SecAutostart
-  WriteRegStr SHCTX "${RUN_KEY}" "Fenwyn" '"$INSTDIR\Fenwyn.exe"'
-  WriteRegStr SHCTX "${RUN_KEY}" "FenwynTray" '"$INSTDIR\FenwynSettings.exe" /tray'
+  WriteRegStr SHCTX "${RUN_KEY}" "Fenwyn" '${START_FENWYN}'
+  WriteRegStr SHCTX "${RUN_KEY}" "FenwynTray" '${START_TRAY}'
 SectionEnd
 
 Section "-restart"
-  ${If} $Running == "1"
-    Call startFenwyn
-  ${EndIf}
-  ${If} $TrayRunning == "1"
-    Call startTray
-  ${EndIf}
+  Call startAgain
 SectionEnd
 
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
@@ -316,55 +374,77 @@ SectionEnd
 Function installFiles
   ${If} ${SectionIsSelected} ${Sec32}
     !include "${CONTENTS}\install-32.nsh"
+    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "${BITS_VALUE}" 32
   ${Else}
     !include "${CONTENTS}\install-64.nsh"
+    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "${BITS_VALUE}" 64
   ${EndIf}
 FunctionEnd
 
-; The installer of all users has rights that Fenwyn must not have; the shell starts it with the user's.
-Function startFenwyn
+; From the last page. Fenwyn alone shows nothing until a key is held; the icon does, or, where it cannot be started, the
+; settings.
+Function showFenwyn
+  ${If} $Running == ""
+    Call startFenwyn
+  ${EndIf}
+  Call startTray
   ${If} $MultiUser.InstallMode == "AllUsers"
-    Exec '"$WINDIR\explorer.exe" "$INSTDIR\Fenwyn.exe"'
-  ${Else}
-    Exec '"$INSTDIR\Fenwyn.exe"'
-  ${EndIf}
-FunctionEnd
-
-; The shell passes no arguments on; the icon of all users comes back with the next sign-in, or by the settings.
-Function startTray
-  ${If} $MultiUser.InstallMode != "AllUsers"
-    Exec '"$INSTDIR\FenwynSettings.exe" /tray'
+    Exec '"$WINDIR\explorer.exe" "$INSTDIR\FenwynSettings.exe"'
   ${EndIf}
 FunctionEnd
 
 ; What an earlier version installed goes by its own list; what belongs to the user stays.
 Function removeOldFiles
-  ${If} ${FileExists} "$INSTDIR\Uninstall.exe"
+  ${If} ${FileExists} "${RECORD}"
     ExecWait '"$INSTDIR\Uninstall.exe" /S /UPGRADE /$MultiUser.InstallMode _?=$INSTDIR'
   ${EndIf}
 FunctionEnd
 
-; An upgrade does not bring back what the user has switched off.
+; An upgrade installs programs of the same kind, and does not bring back what the user has switched off.
 Function rememberChoices
   ReadRegStr $0 SHCTX "${UNINSTALL_KEY}" "InstallLocation"
-  ${If} $0 != ""
-    ReadRegStr $0 SHCTX "${RUN_KEY}" "Fenwyn"
-    ${If} $0 == ""
-      !insertmacro UnselectSection ${SecAutostart}
-    ${EndIf}
-    ${IfNot} ${FileExists} "$SMPROGRAMS\Fenwyn.lnk"
-      !insertmacro UnselectSection ${SecMenu}
-    ${EndIf}
+  ${If} $0 == ""
+    Return
+  ${EndIf}
+  ReadRegDWORD $0 SHCTX "${UNINSTALL_KEY}" "${BITS_VALUE}"
+  ${If} $0 == 32
+    !insertmacro SelectSection ${Sec32}
+  ${EndIf}
+  ReadRegStr $0 SHCTX "${RUN_KEY}" "Fenwyn"
+  ${If} $0 == ""
+    !insertmacro UnselectSection ${SecAutostart}
+  ${EndIf}
+  ${IfNot} ${FileExists} "$SMPROGRAMS\Fenwyn.lnk"
+    !insertmacro UnselectSection ${SecMenu}
   ${EndIf}
 FunctionEnd
 
-!macro UNSELECT_IF OPTION SECTION
+!macro OPTION NAME CHANGE SECTION
   ClearErrors
-  ${GetOptions} $R0 "${OPTION}" $R1
+  ${GetOptions} $R0 "${NAME}" $R1
   ${IfNot} ${Errors}
-    !insertmacro UnselectSection ${SECTION}
+    !insertmacro ${CHANGE} ${SECTION}
   ${EndIf}
 !macroend
+
+; Once for each mode, so that a choice on the page stays when the user goes back and forth.
+Function chooseComponents
+  ${If} $ChosenFor == $MultiUser.InstallMode
+    Return
+  ${EndIf}
+  StrCpy $ChosenFor $MultiUser.InstallMode
+  !insertmacro UnselectSection ${Sec32}
+  !insertmacro SelectSection ${SecList}
+  !insertmacro SelectSection ${SecMenu}
+  !insertmacro SelectSection ${SecAutostart}
+  Call rememberChoices
+  ${GetParameters} $R0
+  !insertmacro OPTION "/64" UnselectSection ${Sec32}
+  !insertmacro OPTION "/32" SelectSection ${Sec32}
+  !insertmacro OPTION "/NOLIST" UnselectSection ${SecList}
+  !insertmacro OPTION "/NOMENU" UnselectSection ${SecMenu}
+  !insertmacro OPTION "/NOAUTOSTART" UnselectSection ${SecAutostart}
+FunctionEnd
 
 Function .onInit
   SetRegView 64
@@ -385,15 +465,7 @@ Function .onInit
   ${If} $GivenFolder != ""
     StrCpy $INSTDIR $GivenFolder
   ${EndIf}
-  Call rememberChoices
-  !insertmacro UNSELECT_IF "/NOLIST" ${SecList}
-  !insertmacro UNSELECT_IF "/NOMENU" ${SecMenu}
-  !insertmacro UNSELECT_IF "/NOAUTOSTART" ${SecAutostart}
-  ClearErrors
-  ${GetOptions} $R0 "/32" $R1
-  ${IfNot} ${Errors}
-    !insertmacro SelectSection ${Sec32}
-  ${EndIf}
+  Call chooseComponents
 FunctionEnd
 
 ; ---- Uninstaller
@@ -425,13 +497,22 @@ Function un.onInit
   !insertmacro MULTIUSER_UNINIT
 FunctionEnd
 
+!macro REMOVE_SETTINGS ROOT
+  DeleteRegKey ${ROOT} "${SETTINGS_KEY}"
+  DeleteRegKey /ifempty ${ROOT} "${MAKER_KEY}"
+!macroend
+
 Function un.removeSettings
-  DeleteRegKey HKCU "${SETTINGS_KEY}"
-  DeleteRegKey /ifempty HKCU "${MAKER_KEY}"
+  !insertmacro REMOVE_SETTINGS HKCU
   ${If} $MultiUser.InstallMode == "AllUsers"
-    DeleteRegKey HKLM "${SETTINGS_KEY}"
-    DeleteRegKey /ifempty HKLM "${MAKER_KEY}"
+    !insertmacro REMOVE_SETTINGS HKLM
+    ; The machine's settings of the 32-bit programs.
+    SetRegView 32
+    !insertmacro REMOVE_SETTINGS HKLM
+    SetRegView 64
   ${EndIf}
+  ; Those of the log.
+  Delete "$INSTDIR\DbgLog.ini"
   ; Where a plug-in was at fault, its dumps stay, and so does the folder.
   SetShellVarContext current
   Delete "$LOCALAPPDATA\KESTOVA\Fenwyn\log.txt"
@@ -443,11 +524,11 @@ Function un.removeSettings
   ${EndIf}
 FunctionEnd
 
-; The settings write the value for the user, also where the installer did so for everybody.
-!macro REMOVE_TRAY_START ROOT
-  ReadRegStr $0 ${ROOT} "${RUN_KEY}" "FenwynTray"
-  ${If} $0 == '"$INSTDIR\FenwynSettings.exe" /tray'
-    DeleteRegValue ${ROOT} "${RUN_KEY}" "FenwynTray"
+; Ours alone: another Fenwyn may start with Windows too.
+!macro REMOVE_START ROOT NAME COMMAND
+  ReadRegStr $0 ${ROOT} "${RUN_KEY}" "${NAME}"
+  ${If} $0 == '${COMMAND}'
+    DeleteRegValue ${ROOT} "${RUN_KEY}" "${NAME}"
   ${EndIf}
 !macroend
 
@@ -483,12 +564,11 @@ Section "Uninstall"
     ${EndIf}
     Delete "$SMPROGRAMS\Fenwyn.lnk"
     Delete "$SMPROGRAMS\${SETTINGS_LINK}"
-    ReadRegStr $0 SHCTX "${RUN_KEY}" "Fenwyn"
-    ${If} $0 == '"$INSTDIR\Fenwyn.exe"'
-      DeleteRegValue SHCTX "${RUN_KEY}" "Fenwyn"
-    ${EndIf}
-    !insertmacro REMOVE_TRAY_START SHCTX
-    !insertmacro REMOVE_TRAY_START HKCU
+    ; The settings write values for the user, also where Fenwyn was installed for everybody.
+    !insertmacro REMOVE_START SHCTX "Fenwyn" '${START_FENWYN}'
+    !insertmacro REMOVE_START SHCTX "FenwynTray" '${START_TRAY}'
+    !insertmacro REMOVE_START HKCU "Fenwyn" '${START_FENWYN}'
+    !insertmacro REMOVE_START HKCU "FenwynTray" '${START_TRAY}'
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"
   ${EndIf}
   !include "${CONTENTS}\remove.nsh"

@@ -56,7 +56,7 @@ def scoop(version, url, zips):
                          for bits, file in zips.items()},
         "extract_dir": "Fenwyn",
         "bin": "FenwynCheck.exe",
-        "shortcuts": [["Fenwyn.exe", "Fenwyn"]],
+        "shortcuts": [["Fenwyn.exe", "Fenwyn"], ["FenwynSettings.exe", "Fenwyn Settings"]],
         "post_install": "& \"$dir\\FenwynCheck.exe\" --register --user",
         "pre_uninstall": "& \"$dir\\FenwynCheck.exe\" --unregister --user",
     }

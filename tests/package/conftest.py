@@ -1,4 +1,5 @@
 """What the tests of the packages share: the packages of this build, and a Windows to install them on."""
+import os
 import pathlib
 import shutil
 import subprocess
@@ -15,10 +16,18 @@ PACKAGE = places.ROOT / "package"
 
 
 @pytest.fixture(scope="session")
-def packages():
-    """The folder of the packages that ./package makes of the stage folders."""
-    subprocess.run([PACKAGE, "--no-build"], check=True, timeout=300)
-    return places.BUILD / "package"
+def packagings():
+    """The folders of the packages that ./package makes of the stage folders, made twice at the same time."""
+    folders = [places.BUILD / "package", places.BUILD / "package-again"]
+    made = [subprocess.Popen([PACKAGE, "--no-build"], env=dict(os.environ, FENWYN_PACKAGE_OUT=str(folder)))
+            for folder in folders]
+    assert [process.wait(300) for process in made] == [0, 0]
+    return folders
+
+
+@pytest.fixture(scope="session")
+def packages(packagings):
+    return packagings[0]
 
 
 @pytest.fixture(scope="session")
