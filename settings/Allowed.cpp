@@ -90,6 +90,10 @@ constexpr const wchar_t* kLogNames[] = {L"Level", L"Destination", L"SourceFileFo
                                         kLogFileName};
 constexpr wchar_t kHighestOfLog[] = {L'3', L'4', L'1', L'3', L'1'};  // of the numbers, in that order
 
+bool isLogName(const std::wstring& name) {
+    return std::ranges::any_of(kLogNames, [&](const wchar_t* known) { return name == known; });
+}
+
 bool isOfLog(const std::wstring& name, const Data& data) {
     const std::wstring text = textOf(data);
     if (name == kLogFileName) {
@@ -119,7 +123,7 @@ const Family kFamilies[] = {
 
 bool isAllowedValue(const Value& value, const Place& place, const Content& content) {
     return place.key == keyOf(value.scope) && (place.root == Root::Machine || value.scope != Scope::Machine) &&
-           (content ? isGood(value, *content) : isText(value.kind) || value.scope == Scope::Start);
+           (content ? isGood(value, *content) : mayBeAbsent(value));
 }
 
 bool isAllowedInFamily(const Family& family, const Place& place, const Content& content) {
@@ -191,7 +195,7 @@ bool isGood(const Value& value, const Data& data) {
 
 bool isAllowed(const Place& place, const Content& content) {
     if (place.root == Root::LogFile) {
-        return place.key == kLogSection && content && isOfLog(place.name, *content);
+        return place.key == kLogSection && (content ? isOfLog(place.name, *content) : isLogName(place.name));
     }
     if (const Value* const value = findValue(place.name); value != nullptr) {
         return isAllowedValue(*value, place, content);

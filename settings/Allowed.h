@@ -31,6 +31,11 @@ inline constexpr wchar_t kLogSection[] = L"LOG";
 // Whether a setting may have this content: of the right type, and in range.
 [[nodiscard]] bool isGood(const Value& value, const Data& data);
 
+// Whether it means something that there is no value: other settings are written with their default.
+[[nodiscard]] constexpr bool mayBeAbsent(const Value& value) {
+    return isText(value.kind) || value.scope == Scope::Start;
+}
+
 // Whether the place is one of a setting, and the content one that it may have.
 [[nodiscard]] bool isAllowed(const Place& place, const Content& content);
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "Controls.h"
 #include "KeyListener.h"
 #include "KeyNames.h"
 #include "KeyTable.h"
@@ -94,12 +95,7 @@ void CButtonsPage::setShown(bool shown) {
 }
 
 void CButtonsPage::scaleChanged() {
-    RECT area{};
-    ::GetClientRect(control(IDC_BUTTONS_LIST), &area);
-    const int width = area.right - ::GetSystemMetrics(SM_CXVSCROLL);
-    ListView_SetColumnWidth(control(IDC_BUTTONS_LIST), 0, width / 4);
-    ListView_SetColumnWidth(control(IDC_BUTTONS_LIST), 1, width / 2);
-    ListView_SetColumnWidth(control(IDC_BUTTONS_LIST), 2, width - width / 4 - width / 2);
+    shareWidth(control(IDC_BUTTONS_LIST), {25, 50, 25});
 }
 
 void CButtonsPage::load() {
@@ -124,6 +120,7 @@ void CButtonsPage::load() {
         ListView_SetItemText(list, item.iItem, 1, key.program.data());
         ListView_SetItemText(list, item.iItem, 2, key.parameters.data());
     }
+    scaleChanged();
     m_bLoading = false;
     _showFields(0, L"", L"");
     _say(L"");

@@ -92,6 +92,7 @@ class CCardsPage : public CPage {
 
     [[nodiscard]] HWND _list() const { return control(IDC_CARDS); }
     [[nodiscard]] int _selected() const { return ListView_GetNextItem(_list(), -1, LVNI_SELECTED); }
+    void _shareWidth() const { shareWidth(_list(), {40, 22, 38}); }
     [[nodiscard]] const Card* _card() const;
     [[nodiscard]] std::size_t _listed() const;
     [[nodiscard]] int _rowAt(POINT point) const;
@@ -159,13 +160,7 @@ void CCardsPage::scaleChanged() {
     m_pictures = cardPictures({::MulDiv(kPictureSize.cx, dpi, USER_DEFAULT_SCREEN_DPI),
                                ::MulDiv(kPictureSize.cy, dpi, USER_DEFAULT_SCREEN_DPI)});
     ListView_SetImageList(_list(), m_pictures.get(), LVSIL_SMALL);
-    RECT client{};
-    ::GetClientRect(_list(), &client);
-    const int width = static_cast<int>(client.right) - ::GetSystemMetrics(SM_CXVSCROLL) - ::GetSystemMetrics(SM_CXEDGE);
-    constexpr int kPercents[] = {44, 24, 32};
-    for (int column = 0; column < static_cast<int>(std::size(kPercents)); ++column) {
-        ListView_SetColumnWidth(_list(), column, ::MulDiv(width, kPercents[column], 100));
-    }
+    _shareWidth();
 }
 
 // The selection stays with the row.
@@ -187,6 +182,7 @@ void CCardsPage::load() {
         ListView_SetCheckState(_list(), item.iItem, card.isListed ? TRUE : FALSE);
     }
     m_bLoading = false;
+    _shareWidth();
     _select(std::min(selected, static_cast<int>(m_vecCards.size()) - 1));
     _showStates();
 }

@@ -5,6 +5,7 @@
 
 #include <commctrl.h>
 
+#include <initializer_list>
 #include <string>
 
 namespace settings {
@@ -36,6 +37,22 @@ inline void addChoice(HWND list, const std::wstring& words) {
 }
 inline void choose(HWND list, int index) {
     ::SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+}
+
+// Gives the columns of a list these shares of its width, in percent. Again when rows have come or gone, because a scroll bar
+// takes room of it.
+inline void shareWidth(HWND list, std::initializer_list<int> percents) {
+    RECT area{};
+    ::GetClientRect(list, &area);
+    int column = 0;
+    int left = 0;
+    int share = 0;
+    for (const int percent : percents) {
+        share += percent;
+        const int right = ::MulDiv(static_cast<int>(area.right), share, 100);
+        ListView_SetColumnWidth(list, column++, right - left);
+        left = right;
+    }
 }
 
 // A text field: whether the person has changed it since its text was set.

@@ -12,8 +12,6 @@
 namespace settings {
 namespace {
 
-// Buttons that this program makes begin with this, so that it removes no others.
-constexpr wchar_t kOwnButton[] = L"Fenwyn_";
 constexpr DWORD kFirstOwnFunction = 40000;  // the numbers of the button utility's own functions are small
 
 Place ofList(const CModel& model, const wchar_t* name) {
@@ -142,6 +140,14 @@ void removeCustomKey(CModel& model, const CustomKey& key) {
     if (key.button.starts_with(kOwnButton)) {
         for (const wchar_t* name : {regpath::kIsQrdControl, regpath::kMakeFunction, regpath::kMakeValue}) {
             model.set(ofButton(key.button, name), std::nullopt);
+        }
+    }
+}
+
+void removeOtherCustomKeys(CModel& model, const Changes& kept) {
+    for (const CustomKey& key : customKeys(model)) {
+        if (!kept.contains(ofButton(key.button, regpath::kMakeValue))) {
+            removeCustomKey(model, key);
         }
     }
 }

@@ -34,6 +34,9 @@ struct CustomKey {
     std::wstring parameters;
 };
 
+// Buttons that this program makes begin with this, so that it removes no others.
+inline constexpr wchar_t kOwnButton[] = L"Fenwyn_";
+
 // The highest code that a customised key can have: the button utility keeps seven bits.
 inline constexpr DWORD kHighestCustomCode = 0x7F;
 
@@ -43,6 +46,8 @@ inline constexpr DWORD kHighestCustomCode = 0x7F;
 void setCustomKey(CModel& model, DWORD code, const std::wstring& program, const std::wstring& parameters);
 // The key opens its card again. A button of the utility's own stays, without a program.
 void removeCustomKey(CModel& model, const CustomKey& key);
+// Removes those whose buttons are not among these values.
+void removeOtherCustomKeys(CModel& model, const Changes& kept);
 [[nodiscard]] bool areKeysProgrammable(const CModel& model);
 void setKeysProgrammable(CModel& model, bool programmable);
 

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "Controls.h"
+#include "KeyField.h"
 #include "KeyListener.h"
 #include "KeyNames.h"
 #include "KeyTable.h"
@@ -141,6 +143,10 @@ bool CKeysPage::OnInitDialog() {
         title = IDS_KEYS_COLUMN_KEY;
     }
     Edit_LimitText(control(IDC_KEYS_DELAY), 5);
+    // Not drawn, but what a screen reader says of it. The label above has the key that leads here.
+    std::wstring name = text(IDS_KEYS_TRY);
+    std::erase(name, L'&');
+    ::SetWindowTextW(control(IDC_KEYS_FIELD), name.c_str());
     return true;
 }
 
@@ -158,11 +164,7 @@ void CKeysPage::setShown(bool shown) {
 }
 
 void CKeysPage::scaleChanged() {
-    RECT area{};
-    ::GetClientRect(control(IDC_KEYS_LIST), &area);
-    const int width = area.right - ::GetSystemMetrics(SM_CXVSCROLL);
-    ListView_SetColumnWidth(control(IDC_KEYS_LIST), 0, width * 6 / 10);
-    ListView_SetColumnWidth(control(IDC_KEYS_LIST), 1, width - width * 6 / 10);
+    shareWidth(control(IDC_KEYS_LIST), {60, 40});
 }
 
 void CKeysPage::load() {
@@ -223,6 +225,7 @@ void CKeysPage::_showRows() {
         ListView_SetItemText(list, item.iItem, 1, key.data());
     }
     const int last = static_cast<int>(m_vecRows.size()) - 1;
+    scaleChanged();
     ListView_SetItemState(list, std::clamp(selected, 0, std::max(last, 0)), LVIS_SELECTED | LVIS_FOCUSED,
                           LVIS_SELECTED | LVIS_FOCUSED);
     _enableButtons();
@@ -596,28 +599,20 @@ LRESULT CKeysPage::OnDrawItem(WPARAM /*wParam*/, LPARAM lParam) {
     if (count == 0) {
         return TRUE;
     }
-    const int gap = std::max<int>(2, (draw.rcItem.bottom - draw.rcItem.top) / 14);
-    ::InflateRect(&inner, -gap, -gap);
+    ::InflateRect(&inner, -1, -1);  // the frame
     ::SetBkMode(draw.hDC, TRANSPARENT);
     const common::SelectScope font(
         draw.hDC, reinterpret_cast<HFONT>(::SendMessageW(draw.hwndItem, WM_GETFONT, 0, 0)));
-    const int rows = count > 5 ? 2 : 1;
-    const int columns = (count + rows - 1) / rows;
     for (int i = 0; i < count; ++i) {
         const FunctionKeys& function = m_vecFunctions[static_cast<std::size_t>(i)];
-        const int column = i % columns;
-        const int row = i / columns;
-        const LONG width = inner.right - inner.left;
-        const LONG height = inner.bottom - inner.top;
-        RECT box{inner.left + width * column / columns, inner.top + height * row / rows,
-                 inner.left + width * (column + 1) / columns - gap, inner.top + height * (row + 1) / rows - gap};
+        RECT box = boxOfCard(inner, count, i);
         const bool open = _opens(function);
         ::FillRect(draw.hDC, &box, ::GetSysColorBrush(open ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
         if (m_bCardsShown) {
             ::FrameRect(draw.hDC, &box, ::GetSysColorBrush(COLOR_HIGHLIGHT));
         }
         ::SetTextColor(draw.hDC, ::GetSysColor(open ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
-        ::InflateRect(&box, -2, 0);
+        ::InflateRect(&box, -kBesideCaption, 0);
         ::DrawTextW(draw.hDC, function.caption.c_str(), -1, &box,
                     DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
     }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "Allowed.h"
+#include "Controls.h"
 #include "PluginState.h"
 #include "Pages.h"
 #include "SettingsIds.h"
@@ -114,12 +115,7 @@ bool CLogPage::OnInitDialog() {
 }
 
 void CLogPage::scaleChanged() {
-    RECT area{};
-    ::GetClientRect(control(IDC_LOG_FAULTS), &area);
-    const int width = area.right - ::GetSystemMetrics(SM_CXVSCROLL);
-    ListView_SetColumnWidth(control(IDC_LOG_FAULTS), 0, width * 3 / 10);
-    ListView_SetColumnWidth(control(IDC_LOG_FAULTS), 1, width * 3 / 10);
-    ListView_SetColumnWidth(control(IDC_LOG_FAULTS), 2, width - 2 * (width * 3 / 10));
+    shareWidth(control(IDC_LOG_FAULTS), {30, 30, 40});
 }
 
 // Plug-ins may have been set aside since the page was shown last.
@@ -176,6 +172,7 @@ void CLogPage::_loadFaults() {
         ListView_SetItemText(list, item.iItem, 1, fault.when.data());
         ListView_SetItemText(list, item.iItem, 2, fault.reason.data());
     }
+    scaleChanged();
     ListView_SetItemState(list, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     _enableButtons();
 }

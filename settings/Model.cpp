@@ -4,6 +4,7 @@
 
 #include "Allowed.h"
 #include "Data/RegistryPaths.h"
+#include "KeyTable.h"
 #include "ZelHotkey.h"
 #include "ZelModifier.h"
 #include "companions/include/FunctionListRoot.h"
@@ -27,7 +28,7 @@ bool isReadAtTheStart(const Place& place) {
 
 // A button that belongs to nobody. Fenwyn does not start when keys may be customised and there is no button at all.
 Place nobodysButton() {
-    return {Root::Machine, std::wstring(regpath::kButtonsKey) + L"\\Fenwyn_none", regpath::kIsQrdControl};
+    return {Root::Machine, std::wstring(regpath::kButtonsKey) + L"\\" + kOwnButton + L"none", regpath::kIsQrdControl};
 }
 
 bool isButton(const Place& place) {
@@ -39,6 +40,10 @@ bool belongsToList(const Place& place) {
     const Value* const value = findValue(place.name);
     return place.root != Root::LogFile && (isFunctionList(place) || (value != nullptr && (value->scope == Scope::List ||
                                                                                        value->scope == Scope::Product)));
+}
+
+bool isOneOfTheButtons(const Place& place) {
+    return place.key.starts_with(std::wstring(regpath::kButtonsKey) + L"\\");
 }
 
 bool anyOf(const Changes& changes, bool (*test)(const Place&)) {
@@ -144,16 +149,15 @@ void CModel::setText(const Value& value, const std::wstring& text) {
 
 Changes CModel::everything() const {
     Changes all;
-    const auto add = [&](const Place& place) {
-        if (const Content there = content(place); there && isAllowed(place, there)) {
+    const auto addContent = [&](const Place& place, const Content& there) {
+        if (isAllowed(place, there)) {
             all.emplace(place, there);
         }
     };
+    const auto add = [&](const Place& place) { addContent(place, content(place)); };
     for (const Value& value : values()) {
-        const Reading reading = read(value);
-        const Content shown = isText(value.kind) ? reading.content : numberData(reading.number);
-        if (const Place place = placeToWrite(value); reading.isGood && shown && isAllowed(place, shown)) {
-            all.emplace(place, shown);
+        if (const Reading reading = read(value); reading.isGood) {
+            addContent(placeToWrite(value), mayBeAbsent(value) ? reading.content : numberData(reading.number));
         }
     }
     for (const Family& family : families()) {
@@ -166,6 +170,7 @@ Changes CModel::everything() const {
             }
         }
     }
+    add(nobodysButton());  // so that there is one, from which takeOver sees that all are there
     add({listRoot(), regpath::kHotkeyKey, regpath::kFuncList});
     for (const wchar_t* name : logNames()) {
         add({Root::LogFile, kLogSection, name});
@@ -175,6 +180,9 @@ Changes CModel::everything() const {
 
 void CModel::takeOver(const Changes& changes) {
     const Root root = listRoot();
+    if (anyOf(changes, &isOneOfTheButtons)) {
+        removeOtherCustomKeys(*this, changes);
+    }
     for (const auto& [place, content] : changes) {
         if (place.key == kStartKey) {
             _setStart(content && numberOf(*content).value_or(0) != 0);

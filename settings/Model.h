@@ -75,10 +75,10 @@ class CModel {
     // An empty text removes the setting.
     void setText(const Value& value, const std::wstring& text);
 
-    // Everything that is set, as it is to be after Apply; what a setting may not have is left out.
+    // Everything as it is to be after Apply, including what is not set; what a setting may not have is left out.
     [[nodiscard]] Changes everything() const;
     // Takes settings over from elsewhere; all of them are allowed. What belongs to a function list goes to the one in
-    // force here.
+    // force here. Where there are buttons among them, these are all: customised keys of other buttons are removed.
     void takeOver(const Changes& changes);
 
     // Called after every change.

@@ -195,6 +195,8 @@ TEST(Allowed, TheLogsFile) {
     EXPECT_TRUE(isAllowedIn(Root::LogFile, L"LOG", L"LogFile", textData(L"%TEMP%\\log.txt")));
     EXPECT_FALSE(isAllowedIn(Root::LogFile, L"OTHER", L"Level", textData(L"3")));
     EXPECT_FALSE(isAllowedIn(Root::LogFile, L"LOG", L"Other", textData(L"3")));
+    EXPECT_TRUE(isAllowedIn(Root::LogFile, L"LOG", L"LogFile", std::nullopt));
+    EXPECT_FALSE(isAllowedIn(Root::LogFile, L"LOG", L"Other", std::nullopt));
 }
 
 }  // namespace settings

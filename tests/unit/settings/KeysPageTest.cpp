@@ -50,6 +50,11 @@ TEST_F(KeysPage, ListsEveryKeyOfEveryCard) {
     EXPECT_EQ(cell, text(IDS_KEY_WITH_FN, {keyName(0x3B)}));
 }
 
+TEST_F(KeysPage, FieldHasANameForScreenReaders) {
+    EXPECT_NE(words(IDC_KEYS_FIELD), L"");
+    EXPECT_EQ(words(IDC_KEYS_FIELD).find(L'&'), std::wstring::npos);
+}
+
 TEST_F(KeysPage, PressedKeyIsDescribedAndCanBeUsed) {
     press(IDS_KEYS_ADD);
     EXPECT_TRUE(keysAreTried()) << "Fenwyn keeps quiet";

@@ -4,6 +4,8 @@
 #include <set>
 
 #include "Allowed.h"
+#include "ChangeFile.h"
+#include "KeyTable.h"
 #include "Notebook.h"
 
 namespace settings {
@@ -302,6 +304,76 @@ TEST_F(Model, WhatIsExportedIsTakenOverOnAnotherMachine) {
     EXPECT_EQ(number(Root::User, L"Position"), 1U);
     EXPECT_FALSE(number(Root::Machine, L"PluginEndTime")) << "what is not good is not handed on";
     EXPECT_EQ(storedText(Root::LogFile, kLogSection, L"Level"), L"2");
+}
+
+// Through the file, back to how everything was: what was not set is not set then.
+TEST_F(Model, WhatIsExportedIsTakenBackOnTheSameMachine) {
+    giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;");
+    giveText(Root::Machine, functionKey(L"Mute"), regpath::kFuncDll, L"C:\\Fenwyn\\Mute.dll");
+    give(Root::Machine, L"HideCaption", 1);
+    setCustomKey(m_model, 0x3B, L"notepad.exe", L"");
+    m_model.set({Root::LogFile, kLogSection, L"Level"}, textData(L"2"));
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    const Changes exported = m_model.everything();
+
+    for (const Value& each : values()) {
+        if (each.kind == Kind::Language) {
+            m_model.setText(each, L"de");
+        } else if (isText(each.kind)) {
+            m_model.setText(each, L"C:\\Elsewhere");
+        } else {
+            m_model.setNumber(each, m_model.read(each).number == each.lowest ? each.highest : each.lowest);
+        }
+    }
+    m_model.set({Root::Machine, functionKey(L"Mute"), regpath::kCaption}, textData(L"Silence"));
+    setFunctionCodes(m_model, L"Mute", {0x3D});
+    m_model.set({Root::Machine, regpath::kHotkeyKey, regpath::kFuncList}, textData(L"Mute;Lock;"));
+    m_model.set({Root::LogFile, kLogSection, L"Level"}, textData(L"3"));
+    m_model.set({Root::LogFile, kLogSection, L"LogFile"}, textData(L"C:\\log.txt"));
+    setCustomKey(m_model, 0x3B, L"write.exe", L"x");
+    setCustomKey(m_model, 0x3C, L"notepad.exe", L"");
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    for (const auto& [place, content] : exported) {
+        const bool same = m_model.content(place) == content;
+        const bool keeps = place.name == regpath::kFuncDll || place.key.find(L"Buttons") != std::wstring::npos ||
+                           (place.root == Root::LogFile && !content && place.name != L"LogFile");
+        EXPECT_EQ(same, keeps) << testing::PrintToString(place.name);
+    }
+
+    std::size_t line = 0;
+    const std::optional<Changes> read = parseFile(fileText(exported), line);
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(std::ranges::all_of(*read, [](const auto& each) { return isAllowed(each.first, each.second); }));
+    m_model.takeOver(*read);
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    for (const auto& [place, content] : exported) {
+        EXPECT_EQ(m_model.stored(place), content) << testing::PrintToString(place.name);
+    }
+    ASSERT_EQ(customKeys(m_model).size(), 1U);
+    EXPECT_EQ(customKeys(m_model)[0].program, L"notepad.exe");
+    EXPECT_EQ(m_model.read(value(L"Language")).text, L"");
+}
+
+TEST_F(Model, AnImportWithoutButtonsLeavesThemAlone) {
+    setCustomKey(m_model, 0x3B, L"notepad.exe", L"");
+    m_model.takeOver({{{Root::Machine, regpath::kConfigKey, L"HideCaption"}, numberData(1)}});
+    EXPECT_EQ(customKeys(m_model).size(), 1U);
+}
+
+TEST_F(Model, AnExportWithoutButtonsTakesThoseAwayThatCameLater) {
+    const Changes exported = m_model.everything();
+    setCustomKey(m_model, 0x3B, L"notepad.exe", L"");
+    const std::wstring makers = std::wstring(regpath::kButtonsKey) + L"\\Mail";
+    give(Root::Machine, regpath::kIsQrdControl, 1, makers.c_str());
+    give(Root::Machine, regpath::kMakeFunction, 7, makers.c_str());
+    give(Root::Machine, regpath::kMakeValue, 0x3C, makers.c_str());
+    giveText(Root::Machine, std::wstring(regpath::kUserSettingKey) + L"\\7", regpath::kOption1, L"notepad.exe");
+    giveText(Root::Machine, std::wstring(regpath::kUserSettingKey) + L"\\7", regpath::kOption2, L"");
+    EXPECT_EQ(customKeys(m_model).size(), 2U);
+    m_model.takeOver(exported);
+    EXPECT_EQ(m_model.apply(), Applied::Done);
+    EXPECT_TRUE(customKeys(m_model).empty());
+    EXPECT_EQ(number(Root::Machine, regpath::kMakeValue, makers.c_str()), 0x3CU) << "a button of others stays";
 }
 
 TEST_F(Model, EveryChangeIsTold) {

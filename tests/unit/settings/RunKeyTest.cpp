@@ -92,11 +92,15 @@ TEST(RunKey, ValuesAreThoseOfTheInstaller) {
     const std::ifstream stream(std::filesystem::path(FENWYN_TREE L"/installer/Fenwyn.nsi"));
     const std::string script = (std::ostringstream() << stream.rdbuf()).str();
     ASSERT_NE(script.find(R"(!define RUN_KEY "Software\Microsoft\Windows\CurrentVersion\Run")"), std::string::npos);
-    for (const StartedProgram& program : {kStartedFenwyn, kStartedIcon}) {
-        const std::wstring line = std::wstring(L"WriteRegStr SHCTX \"${RUN_KEY}\" \"") + program.value +
-                                  L"\" '\"$INSTDIR\\" + program.file + L"\"" + program.arguments + L"'";
-        EXPECT_NE(script.find(std::string(line.begin(), line.end())), std::string::npos)
-            << testing::PrintToString(line);
+    for (const auto& [program, name] :
+         {std::pair(kStartedFenwyn, L"START_FENWYN"), std::pair(kStartedIcon, L"START_TRAY")}) {
+        const std::wstring lines[] = {
+            std::wstring(L"!define ") + name + L" '\"$INSTDIR\\" + program.file + L"\"" + program.arguments + L"'",
+            std::wstring(L"WriteRegStr SHCTX \"${RUN_KEY}\" \"") + program.value + L"\" '${" + name + L"}'"};
+        for (const std::wstring& line : lines) {
+            EXPECT_NE(script.find(std::string(line.begin(), line.end())), std::string::npos)
+                << testing::PrintToString(line);
+        }
     }
 }
 

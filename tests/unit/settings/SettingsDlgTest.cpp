@@ -5,41 +5,13 @@
 #include "ChangeFile.h"
 #include "Pages.h"
 #include "SettingsWindow.h"
-#include "common/UiLanguage.h"
 
 namespace settings {
 namespace {
 
 class Window : public SettingsWindow {};
 
-// The same at every scale.
 constexpr std::size_t kBehaviour = 2;  // the number of the page
-
-class WindowLayout : public SettingsWindow, public testing::WithParamInterface<int> {
- protected:
-    void SetUp() override {
-        SettingsWindow::SetUp();
-        m_nDpi = GetParam();
-        giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;");
-        open();
-    }
-};
-
-std::vector<HWND> childrenOf(HWND parent) {
-    std::vector<HWND> children;
-    for (HWND child = ::GetWindow(parent, GW_CHILD); child != nullptr; child = ::GetWindow(child, GW_HWNDNEXT)) {
-        children.push_back(child);
-    }
-    return children;
-}
-
-SIZE measured(HWND control, const std::wstring& text) {
-    const common::WindowDc dc(control);
-    const common::SelectScope select(dc.get(), reinterpret_cast<HFONT>(::SendMessageW(control, WM_GETFONT, 0, 0)));
-    RECT extent{};
-    ::DrawTextW(dc.get(), text.c_str(), -1, &extent, DT_CALCRECT | DT_SINGLELINE);
-    return {extent.right, extent.bottom};
-}
 
 }  // namespace
 
@@ -190,79 +162,5 @@ TEST_F(Window, TakesTheScaleOfTheScreenThatItIsMovedTo) {
     ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(control(IDOK), WM_GETFONT, 0, 0)), sizeof font, &font);
     EXPECT_EQ(font.lfHeight, fontAt(192).lfHeight);
 }
-
-TEST_P(WindowLayout, EveryControlKeepsTheMarginOfItsPage) {
-    constexpr int kMargin = 7;  // dialog units
-    constexpr int kRounding = 1;
-    for (std::size_t i = 0; i < pages().size(); ++i) {
-        m_pWindow->select(i);
-        const HWND page = m_pWindow->page(i).m_hWnd;
-        const SIZE units = common::dialogUnitsOf(reinterpret_cast<HFONT>(::SendMessageW(page, WM_GETFONT, 0, 0)));
-        RECT area{};
-        ::GetClientRect(page, &area);
-        ::InflateRect(&area, kRounding - ::MulDiv(kMargin, units.cx, 4), kRounding - ::MulDiv(kMargin, units.cy, 8));
-        for (const HWND child : childrenOf(page)) {
-            RECT place{};
-            ::GetWindowRect(child, &place);
-            ::MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&place), 2);
-            const int id = ::GetDlgCtrlID(child);
-            if (::IsRectEmpty(&place) != FALSE) {
-                continue;  // it has nothing to say
-            }
-            EXPECT_GE(place.left, area.left) << i << " " << id;
-            EXPECT_LE(place.right, area.right) << i << " " << id;
-            EXPECT_GE(place.top, area.top) << i << " " << id;
-            if (i != kBehaviour) {  // which can be scrolled
-                EXPECT_LE(place.bottom, area.bottom) << i << " " << id;
-            }
-        }
-    }
-}
-
-// Of the window and the page Cards; the rows of the page Behaviour take as many lines as they need.
-TEST_P(WindowLayout, NoButtonIsTooNarrowInAnyLanguage) {
-    const LONG padding = ::MulDiv(8, GetParam(), USER_DEFAULT_SCREEN_DPI);
-    const auto check = [&](HWND button, UINT id) {
-        RECT area{};
-        ::GetClientRect(button, &area);
-        for (const LANGID language : common::languagesOfText(nullptr, id)) {
-            const std::wstring words = common::textIn(nullptr, id, language);
-            EXPECT_LE(measured(button, words).cx + padding, area.right)
-                << testing::PrintToString(words) << " in " << language;
-        }
-    };
-    for (const int id : {IDOK, IDCANCEL, IDS_APPLY, IDS_EXPORT, IDS_IMPORT}) {
-        check(control(id), static_cast<UINT>(id));
-    }
-    check(control(IDS_APPLY), IDS_APPLY_FOR_ALL);
-    const HWND cards = m_pWindow->page(0).m_hWnd;
-    for (const int id :
-         {IDS_CARD_UP, IDS_CARD_DOWN, IDS_CARD_CHECK, IDS_CARD_CHOOSE, IDS_CARD_CAPTION, IDS_CARD_PLUGIN}) {
-        check(::GetDlgItem(cards, id), static_cast<UINT>(id));
-    }
-    for (UINT state = 0; state <= 11; ++state) {
-        if (!text(IDS_CARD_REMEDY + state).empty()) {
-            check(::GetDlgItem(cards, IDC_CARD_REMEDY), IDS_CARD_REMEDY + state);
-        }
-    }
-}
-
-TEST_P(WindowLayout, WhyACardIsMissingFitsItsPlaceInEveryLanguage) {
-    const HWND field = ::GetDlgItem(m_pWindow->page(0).m_hWnd, IDC_CARD_WHY);
-    const common::WindowDc dc(field);
-    const common::SelectScope select(dc.get(), reinterpret_cast<HFONT>(::SendMessageW(field, WM_GETFONT, 0, 0)));
-    RECT area{};
-    ::GetClientRect(field, &area);
-    for (UINT state = 0; state <= 11; ++state) {
-        for (const LANGID language : common::languagesOfText(nullptr, IDS_CARD_WHY + state)) {
-            const std::wstring words = common::textIn(nullptr, IDS_CARD_WHY + state, language);
-            RECT extent{0, 0, area.right, 0};
-            ::DrawTextW(dc.get(), words.c_str(), -1, &extent, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-            EXPECT_LE(extent.bottom, area.bottom) << testing::PrintToString(words);
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Dpi, WindowLayout, testing::Values(96, 192));
 
 }  // namespace settings
