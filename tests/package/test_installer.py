@@ -97,6 +97,11 @@ def expect_icon(desktop, other_than=None):
     return process_of(desktop, TRAY_CLASS)
 
 
+def offer_functions(desktop):
+    """The user's own list: Fenwyn runs only with one, and making it takes the installer a second."""
+    desktop.probe.set_text("HKCU", desk.LIST, "FuncList", "Zoom;Lock;")
+
+
 def start_all(desktop, windows):
     """Fenwyn and the icon run, and the settings are open; returns the processes of the first two."""
     windows.start(f"{FOLDER}\\Fenwyn.exe")
@@ -146,7 +151,7 @@ def test_what_is_installed_is_what_is_uninstalled(desktop, windows, setup, mode)
     for name in shipped():
         source = places.ROOT / "LICENSE" if name == "LICENSE.txt" else places.STAGE / name
         assert (folder / name).read_bytes() == source.read_bytes(), name
-    now = windows.registry()
+    now = windows.registry(ROOTS[mode])
     entry = {name.strip('"'): value for (key, name), value in now.items()
              if name and key == f"{ROOTS[mode]}\\{UNINSTALL}"}
     quoted = FOLDER.replace("\\", "\\\\")
@@ -190,11 +195,11 @@ def older_setup(tmp_path):
 
 
 def test_an_upgrade_ends_the_running_program_and_keeps_what_is_the_users(desktop, windows, setup, older_setup):
-    assert install(windows, older_setup, "/CurrentUser", f"/D={FOLDER}") == 0
+    assert install(windows, older_setup, "/CurrentUser", "/NOLIST", f"/D={FOLDER}") == 0
     assert user_value(desktop, UNINSTALL, "DisplayVersion") == "0.9.0"
     folder = windows.path(FOLDER)
     desktop.probe.set_dword("HKCU", desk.CONFIG, "Position", 1)
-    desktop.probe.set_text("HKCU", desk.LIST, "FuncList", "Zoom;Lock;")
+    offer_functions(desktop)
     desktop.probe.delete_value("HKCU", RUN, "Fenwyn")
     (folder / "DbgLog.ini").write_text("[Config]\r\n")
     (folder / "PrtHook.dll").write_bytes(b"a maker's own")
@@ -217,10 +222,11 @@ def test_an_upgrade_ends_the_running_program_and_keeps_what_is_the_users(desktop
 
 
 def test_a_file_in_use_stops_it_before_anything_is_changed(desktop, windows, setup):
-    assert install(windows, setup, "/CurrentUser", f"/D={FOLDER}") == 0
+    offer_functions(desktop)
+    assert install(windows, setup, "/CurrentUser", "/NOLIST", f"/D={FOLDER}") == 0
     (windows.path(FOLDER) / "LICENSE.txt").unlink()
     before = start_all(desktop, windows)
-    files, registry = installed(windows), windows.registry()
+    files, registry = installed(windows), windows.registry(ROOTS["CurrentUser"])
     with program_in_use(desktop, windows):
         assert install(windows, setup, "/CurrentUser") == IN_USE
         # What it had ended runs again, and does so after the uninstaller.
@@ -228,7 +234,7 @@ def test_a_file_in_use_stops_it_before_anything_is_changed(desktop, windows, set
         assert installed(windows) == files
         windows.run(f"{FOLDER}\\Uninstall.exe", "/S", "/CurrentUser")
         expect_started_again(desktop, before)
-        assert installed(windows) == files and windows.registry() == registry
+        assert installed(windows) == files and windows.registry(ROOTS["CurrentUser"]) == registry
 
 
 def test_an_uninstaller_of_another_product_is_neither_run_nor_replaced(desktop, windows, setup, tmp_path):
@@ -254,7 +260,7 @@ class Wizard:
 
     def __init__(self, desktop, windows, setup):
         self.probe = desktop.probe
-        self.process = windows.start(places.windows_path(setup), "/CurrentUser")
+        self.process = windows.start(places.windows_path(setup), "/CurrentUser", "/NOLIST")
         self.hwnd = wait_until(self._find, "the installer's window is there", 30).hwnd
 
     def _find(self):
@@ -293,6 +299,7 @@ class Wizard:
 
 
 def test_the_last_page_shows_the_icon_and_a_second_try_starts_again_what_ran(desktop, windows, setup):
+    offer_functions(desktop)
     # Where it was before; nothing of it runs.
     desktop.probe.set_text("HKCU", UNINSTALL, "InstallLocation", FOLDER)
     first = Wizard(desktop, windows, setup)

@@ -8,7 +8,7 @@ from harness import places
 
 # What Windows itself writes meanwhile.
 OF_THE_SYSTEM = re.compile(r"\\(Wine|Explorer|Shell Folders|UserAssist|Fonts|Prefetcher|Tracing|MMDevices)(\\|$)", re.IGNORECASE)
-ROOTS = ("HKEY_CURRENT_USER\\Software", "HKEY_LOCAL_MACHINE\\Software")
+ROOTS = ("HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE")
 
 
 class Windows:
@@ -38,13 +38,14 @@ class Windows:
                 found[str(path.relative_to(self.drive))] = path.lstat().st_size
         return found
 
-    def registry(self):
-        """{(key, name): value} of the software's branches, and ours without values: {(key, None): ""}."""
+    def registry(self, *roots):
+        """{(key, name): value} of the software's branches, and ours without values: {(key, None): ""}. The machine's takes
+        seconds."""
         values = {}
-        for root in ROOTS:
+        for root in roots or ROOTS:
             file = self.drive / "windows" / "temp" / "exported.reg"
             file.unlink(missing_ok=True)
-            assert self.run("reg", "export", root, "C:\\windows\\temp\\exported.reg", "/y") == 0
+            assert self.run("reg", "export", f"{root}\\Software", "C:\\windows\\temp\\exported.reg", "/y") == 0
             key = ""
             for line in file.read_text("utf-16").replace("\\\n  ", "").splitlines():
                 if line.startswith("["):
