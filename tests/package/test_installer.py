@@ -330,6 +330,8 @@ def test_the_32_bit_programs_in_the_same_file(windows, setup):
     assert not any(name == '"Fenwyn"' and key.endswith("\\Run") for key, name in registry)
     assert not any("KESTOVA" in key for key, _ in registry)
     assert not any(path.endswith(".lnk") and "Fenwyn" in path for path in windows.files())
+    assert install(windows, setup, "/CurrentUser", "/64", "/NOLIST") == 0
+    assert (folder / "Fenwyn.exe").read_bytes() == (places.STAGE / "Fenwyn.exe").read_bytes()
 
 
 def test_an_upgrade_for_the_machine_keeps_the_32_bit_programs_and_nothing_stays_in_the_end(desktop, windows, setup):
