@@ -305,6 +305,7 @@ void CBehaviourPage::_take(const Row& row) {
         case Kind::Language: {
             const int index = chosen(control);
             model().setText(*row.value, index > 0 ? languageNames()[static_cast<std::size_t>(index - 1)] : L"");
+            _loadControl(row, model().read(*row.value));  // without a language of the user the machine's may be in force
             break;
         }
         default:

@@ -445,9 +445,9 @@ void CCardsPage::_carryOut(Remedy remedy) {
         case Remedy::SwitchOff:
             return _switch(row, false);
         case Remedy::Key:
-            return goTo(IDS_TAB_KEYS);
+            return goTo(IDS_TAB_KEYS, _card()->name);
         case Remedy::Buttons:
-            return goTo(IDS_TAB_BUTTONS);
+            return goTo(IDS_TAB_BUTTONS, _card()->name);
         case Remedy::File:
             return _chooseFile();
         case Remedy::Forgive:

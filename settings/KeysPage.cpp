@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "Controls.h"
+#include "FenwynFunctions.h"
 #include "KeyField.h"
 #include "KeyListener.h"
 #include "KeyNames.h"
@@ -59,6 +60,7 @@ class CKeysPage : public CPage {
     void load() override;
     bool store() override;
     void setShown(bool shown) override;
+    void showCard(const fenwyn::Function& function) override;
     void scaleChanged() override;
     void onControl(UINT id, UINT code) override;
     bool DestroyWindow() override;
@@ -88,6 +90,7 @@ class CKeysPage : public CPage {
     void _enableButtons() const;
     [[nodiscard]] int _selectedRow() const { return ListView_GetNextItem(control(IDC_KEYS_LIST), -1, LVNI_SELECTED); }
     void _select(const std::wstring& function, DWORD code) const;
+    void _selectRow(std::ptrdiff_t row) const;
     void _say(const std::wstring& words) const { ::SetWindowTextW(control(IDC_KEYS_HEARD), words.c_str()); }
 
     void _listen(For purpose);
@@ -159,8 +162,26 @@ bool CKeysPage::DestroyWindow() {
 void CKeysPage::setShown(bool shown) {
     if (!shown) {
         _stopListening();
+    } else if (!isVisible()) {
+        load();  // the other pages may have changed cards and keys
     }
     CPage::setShown(shown);
+}
+
+void CKeysPage::showCard(const fenwyn::Function& function) {
+    const auto found = std::ranges::find_if(m_vecRows, [&](const Row& row) {
+        return fenwyn::equalNames(m_vecFunctions[row.function].name, function.name);
+    });
+    if (found != m_vecRows.end()) {
+        _selectRow(found - m_vecRows.begin());
+        ::SetFocus(control(IDC_KEYS_LIST));
+    }
+}
+
+void CKeysPage::_selectRow(std::ptrdiff_t row) const {
+    const HWND list = control(IDC_KEYS_LIST);
+    ListView_SetItemState(list, static_cast<int>(row), LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    ListView_EnsureVisible(list, static_cast<int>(row), FALSE);
 }
 
 void CKeysPage::scaleChanged() {
@@ -234,9 +255,7 @@ void CKeysPage::_showRows() {
 void CKeysPage::_select(const std::wstring& function, DWORD code) const {
     for (std::size_t i = 0; i < m_vecRows.size(); ++i) {
         if (m_vecRows[i].code == code && m_vecFunctions[m_vecRows[i].function].name == function) {
-            ListView_SetItemState(control(IDC_KEYS_LIST), static_cast<int>(i), LVIS_SELECTED | LVIS_FOCUSED,
-                                  LVIS_SELECTED | LVIS_FOCUSED);
-            ListView_EnsureVisible(control(IDC_KEYS_LIST), static_cast<int>(i), FALSE);
+            _selectRow(static_cast<std::ptrdiff_t>(i));
         }
     }
 }

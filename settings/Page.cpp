@@ -1,5 +1,6 @@
 #include "Page.h"
 
+#include "FenwynFunctions.h"
 #include "Texts.h"
 
 namespace settings {
@@ -23,6 +24,12 @@ LRESULT CPage::onNotify(const NMHDR& /*header*/) {
 
 void CPage::tell(const std::wstring& message) const {
     m_surroundings.tell(::GetAncestor(m_hWnd, GA_ROOT), message);
+}
+
+void CPage::goTo(UINT title, const std::wstring& function) const {
+    if (const fenwyn::Function* const known = fenwyn::findFunction(function); known != nullptr) {
+        ::SendMessageW(::GetParent(m_hWnd), kMsgGoTo, title, known - fenwyn::kFunctions);
+    }
 }
 
 bool CPage::ask(const std::wstring& question) const {

@@ -7,11 +7,16 @@
 #include "Surroundings.h"
 #include "framework/Dialog.h"
 
+namespace fenwyn {
+struct Function;
+}
+
 namespace settings {
 
 class CModel;
 
-// To the window: the page with the title wParam comes to the front.
+// To the window: the page with the title wParam comes to the front and shows the card of the function that has the number
+// lParam in fenwyn::kFunctions.
 inline constexpr UINT kMsgGoTo = WM_APP + 1;
 
 class CPage : public CDialog {
@@ -33,6 +38,9 @@ class CPage : public CDialog {
     // A change of the screen's scale: the controls have their new places already.
     virtual void scaleChanged() {}
 
+    // Selects the card of a function that Fenwyn has.
+    virtual void showCard(const fenwyn::Function& /*function*/) {}
+
     // A control that a page has and that tells it something through the window: its id and notification code.
     virtual void onControl(UINT /*id*/, UINT /*code*/) {}
 
@@ -49,8 +57,8 @@ class CPage : public CDialog {
     [[nodiscard]] CModel& model() const { return m_model; }
     [[nodiscard]] const Surroundings& surroundings() const { return m_surroundings; }
     void tell(const std::wstring& message) const;
-    // Brings the page with that title to the front.
-    void goTo(UINT title) const { ::SendMessageW(::GetParent(m_hWnd), kMsgGoTo, title, 0); }
+    // Brings the page with that title to the front, and selects the card of that function there.
+    void goTo(UINT title, const std::wstring& function) const;
     [[nodiscard]] bool ask(const std::wstring& question) const;
 
  private:

@@ -6,6 +6,7 @@
 
 #include "Allowed.h"
 #include "ChangeFile.h"
+#include "FenwynFunctions.h"
 #include "Model.h"
 #include "Pages.h"
 #include "SettingsIds.h"
@@ -275,10 +276,13 @@ LRESULT CSettingsDlg::OnNotify(WPARAM /*wParam*/, LPARAM lParam) {
     return Default();
 }
 
-LRESULT CSettingsDlg::OnGoTo(WPARAM wParam, LPARAM /*lParam*/) {
+LRESULT CSettingsDlg::OnGoTo(WPARAM wParam, LPARAM lParam) {
     const auto found = std::ranges::find(pages(), static_cast<UINT>(wParam), &PageEntry::title);
     if (found != pages().end()) {
         select(static_cast<std::size_t>(found - pages().begin()));
+        if (const auto function = static_cast<std::size_t>(lParam); function < std::size(fenwyn::kFunctions)) {
+            m_vecPages[m_uSelected]->showCard(fenwyn::kFunctions[function]);
+        }
     }
     return 0;
 }

@@ -221,6 +221,20 @@ TEST_P(WindowLayout, EveryChoiceAndEveryHeadingOfAListFitsInEveryLanguage) {
     }
 }
 
+TEST_P(WindowLayout, ColumnsShareTheWholeWidthOfTheirList) {
+    constexpr std::pair<std::size_t, int> kLists[] = {
+        {kCards, IDC_CARDS}, {kKeys, IDC_KEYS_LIST}, {kButtons, IDC_BUTTONS_LIST}, {kLog, IDC_LOG_FAULTS}};
+    for (const auto& [page, id] : kLists) {
+        const HWND list = ::GetDlgItem(m_pWindow->page(page).m_hWnd, id);
+        const int columns = Header_GetItemCount(ListView_GetHeader(list));
+        int width = 0;
+        for (int column = 0; column < columns; ++column) {
+            width += ListView_GetColumnWidth(list, column);
+        }
+        EXPECT_EQ(width, areaOf(list).cx) << id;
+    }
+}
+
 // With all functions in the list.
 TEST_P(WindowLayout, EveryCaptionFitsTheFieldWhereKeysAreTriedOut) {
     const HWND field = ::GetDlgItem(m_pWindow->page(kKeys).m_hWnd, IDC_KEYS_FIELD);

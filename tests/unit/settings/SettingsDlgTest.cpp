@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Allowed.h"
 #include "ChangeFile.h"
 #include "Pages.h"
 #include "SettingsWindow.h"
@@ -144,6 +145,43 @@ TEST_F(Window, ANumberThatCannotBeIsNotTaken) {
     EXPECT_EQ(number(Root::User, L"MouseEnterIdle"), 7000U) << "what could be was seen at once";
     press(IDCANCEL);
     EXPECT_FALSE(number(Root::User, L"MouseEnterIdle"));
+}
+
+TEST_F(Window, WithoutALanguageOfTheUserThatOfTheMachineIsShown) {
+    giveText(Root::Machine, regpath::kProgramKey, L"Language", L"de");
+    open();
+    const auto count = static_cast<LRESULT>(languageNames().size()) + 1;
+    HWND box = ::GetWindow(m_pWindow->page(kBehaviour).m_hWnd, GW_CHILD);
+    while (box != nullptr && ::SendMessageW(box, CB_GETCOUNT, 0, 0) != count) {
+        box = ::GetWindow(box, GW_HWNDNEXT);
+    }
+    ASSERT_NE(box, nullptr);
+    const LRESULT german = ::SendMessageW(box, CB_GETCURSEL, 0, 0);
+    EXPECT_NE(german, 0);
+    const auto chooseItem = [&](WPARAM index) {
+        ::SendMessageW(box, CB_SETCURSEL, index, 0);
+        m_pWindow->page(kBehaviour).onControl(static_cast<UINT>(::GetDlgCtrlID(box)), CBN_SELCHANGE);
+    };
+    chooseItem(0);
+    EXPECT_EQ(::SendMessageW(box, CB_GETCURSEL, 0, 0), german) << "it stays in force";
+    EXPECT_FALSE(isEnabled(IDS_APPLY));
+    chooseItem(1);
+    EXPECT_EQ(::SendMessageW(box, CB_GETCURSEL, 0, 0), 1);
+    EXPECT_TRUE(isEnabled(IDS_APPLY));
+}
+
+TEST_F(Window, TheRemedyForACardWithoutAKeyLeadsToItsRowOnThePageKeys) {
+    giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;Lock;");
+    support::TempFolder::write(m_folder / L"Plugin.dll", "x");
+    for (const wchar_t* name : {L"Mute", L"Lock"}) {
+        giveText(Root::Machine, std::wstring(regpath::kHotkeyKey) + L"\\" + name, regpath::kFuncDll,
+                 (m_folder / L"Plugin.dll").wstring());
+    }
+    open();
+    ListView_SetItemState(::GetDlgItem(m_pWindow->page(0).m_hWnd, IDC_CARDS), 1, LVIS_SELECTED, LVIS_SELECTED);
+    m_pWindow->page(0).onControl(IDC_CARD_REMEDY, BN_CLICKED);
+    EXPECT_EQ(m_pWindow->selected(), 1U);
+    EXPECT_EQ(ListView_GetNextItem(::GetDlgItem(m_pWindow->page(1).m_hWnd, IDC_KEYS_LIST), -1, LVNI_SELECTED), 1);
 }
 
 TEST_F(Window, TakesTheScaleOfTheScreenThatItIsMovedTo) {
