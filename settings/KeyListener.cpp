@@ -1,5 +1,6 @@
 #include "KeyListener.h"
 
+#include <bitset>
 #include <optional>
 
 #include "companions/hotkey/Alarm.h"
@@ -43,7 +44,11 @@ class CKeyListener::CSession : public keyboard::IHookClient {
     explicit CSession(HWND hTold)
         : m_hTold(hTold),
           m_trial(::CreateEventW(common::OnlyForTheUser().get(), TRUE, FALSE, ZEL_KEY_TRIAL_EVENT)),
-          m_poster(hTold) {}
+          m_poster(hTold) {
+        for (std::size_t key = 0; key < m_heldBefore.size(); ++key) {
+            m_heldBefore[key] = ::GetAsyncKeyState(static_cast<int>(key)) < 0;
+        }
+    }
 
     // Before the hook's thread starts.
     void tryOut(const hotkey::TrackerSettings& settings) noexcept {
@@ -59,6 +64,9 @@ class CKeyListener::CSession : public keyboard::IHookClient {
             const bool swallow = m_tracker->handle(event);
             _setAlarm();
             return swallow;
+        }
+        if (_belongsToOthers(event)) {
+            return false;
         }
         ::PostMessageW(m_hTold, kMsgKeyHeard, event.virtualKey | static_cast<WPARAM>(event.slot) << 16,
                        event.down ? 1 : 0);
@@ -77,6 +85,16 @@ class CKeyListener::CSession : public keyboard::IHookClient {
     }
 
  private:
+    // A key that was down before, such as those that opened this, repeats and goes up for those who saw it go down:
+    // otherwise the system would take it for held from then on.
+    bool _belongsToOthers(const keyboard::KeyEvent& event) noexcept {
+        const std::size_t key = event.virtualKey % m_heldBefore.size();
+        const bool others = m_heldBefore[key] || (!event.down && !m_hidden[key]);
+        m_heldBefore[key] = m_heldBefore[key] && event.down;
+        m_hidden[key] = !others && event.down;
+        return others;
+    }
+
     void _setAlarm() noexcept {
         if (m_tracker->alone() == hotkey::CKeyTracker::Alone::Released) {
             m_aloneEnd.set(::GetTickCount64() + m_nReleaseDelay);
@@ -88,6 +106,8 @@ class CKeyListener::CSession : public keyboard::IHookClient {
     HWND m_hTold;
     common::UniqueHandle m_trial;
     CPoster m_poster;
+    std::bitset<256> m_heldBefore;  // by virtual key
+    std::bitset<256> m_hidden;      // whose going down only we heard of
     std::optional<hotkey::CKeyTracker> m_tracker;  // none: every key is told
     hotkey::CAlarm m_aloneEnd;
     DWORD m_nReleaseDelay = 0;  // ms

@@ -31,7 +31,8 @@ class CKeyListener {
     CKeyListener(const CKeyListener&) = delete;
     CKeyListener& operator=(const CKeyListener&) = delete;
 
-    // Every key is told with kMsgKeyHeard, and nobody else hears of it. False: the system gives no hook.
+    // Every key is told with kMsgKeyHeard, and nobody else hears of it, but for keys that are down already: they are
+    // not told, and go up for everybody. False: the system gives no hook.
     bool hear(HWND hTold);
     // Keys are treated as the hotkey library treats them with these settings, by its own code; what it would report is
     // told with kMsgKeyTried. Other keys work as always.

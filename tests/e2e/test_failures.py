@@ -289,6 +289,26 @@ def test_a_library_that_lacks_an_export(program, library, export, starts):
     assert program.log_texts()[-1] == "LEAVE CZelMainApp::ExitInstance"
 
 
+def enlarge_every_item(program, name):
+    """Steps through a function's items until each of them was shown enlarged."""
+
+    def newly_enlarged():
+        pictures = {window.rect for window in program.shown_layered()}
+        return next((item.hwnd for item in items() if item.rect in pictures and item.hwnd not in seen), None)
+
+    def items():
+        return [window for window in program.shown_dialogs() if window.size[0] == window.size[1]]
+
+    seen = set()
+    program.hold()
+    program.press(name)
+    seen.add(wait_until(newly_enlarged, "an item is enlarged"))
+    while len(seen) < len(items()):
+        program.press(name)
+        seen.add(wait_until(newly_enlarged, "the next item is enlarged"))
+    program.let_go()
+
+
 def test_nothing_leaks_over_many_sequences(program):
     program.offer("Zoom", "Mute", "ODD")
     program.start()
@@ -309,9 +329,10 @@ def test_nothing_leaks_over_many_sequences(program):
         stays(lambda: not program.shown_layered(), "the cards came back", 0.2)
         return program.probe.handles(pid)
 
-    # What is made once and kept, such as windows of items, exists after some turns; how many, depends on the cards that
-    # happened to be open at the same time.
-    for _ in range(6):
+    # What is made once and kept: the windows of every item, small and enlarged, and what the first turns need.
+    for name in ("Zoom", "Mute", "ODD"):
+        enlarge_every_item(program, name)
+    for _ in range(3):
         before = use(5)
     after = use(25)
     # Far below one object for each of the 25 sequences; caches of fonts and the like still change a little.

@@ -11,6 +11,7 @@ ROOT = Path(__file__).resolve().parents[2]
 ENTRY = re.compile(r'^\s+(IDS_\w+(?: \+ \d+)?),\s+"((?:[^"]|"")*)"$', re.M)
 # What the program fills in, and what it shows in another place of its text.
 MARK = re.compile(r"%\d|\\\\OutputConf|\\\\Config|\\\\Save|FenwynCheck --forgive")
+TEXT_ID = re.compile(r"\bIDS_\w+")
 ACCESS_KEY = re.compile(r"&(\w)")
 
 # Texts with access keys that are in a window at the same time.
@@ -20,6 +21,24 @@ WINDOWS = [
     {"IDS_DISPLAYS_LABEL", "IDS_FAVOURITES_LABEL", "IDS_RENAME", "IDS_DELETE"},
     {"IDS_KEEP", "IDS_GO_BACK"},
 ]
+
+
+def settings_windows():
+    """Each page of the settings program with the frame around it. The page Behaviour has no template: it shows every
+    value that no other page shows."""
+    sources = {name: (ROOT / "settings" / name).read_text(encoding="utf-8")
+               for name in ("FenwynSettings.rc", "Values.cpp", "BehaviourPage.cpp")}
+    dialogs = {name: set(TEXT_ID.findall(body)) for name, body in
+               re.findall(r"^(IDD_\w+) DIALOGEX.*?^BEGIN\n(.*?)^END", sources["FenwynSettings.rc"], re.M | re.S)}
+    frame = dialogs.pop("IDD_SETTINGS")
+    dialogs["IDD_PAGE_BEHAVIOUR"] = set(TEXT_ID.findall(sources["Values.cpp"] + sources["BehaviourPage.cpp"]))
+    dialogs["IDD_PAGE_BEHAVIOUR"] -= dialogs["IDD_PAGE_KEYS"]
+    # The button has one text or the other.
+    return [(page | frame) - {"IDS_APPLY_FOR_ALL"} for page in dialogs.values()] + [
+        (page | frame | {"IDS_APPLY_FOR_ALL"}) - {"IDS_APPLY"} for page in dialogs.values()]
+
+
+WINDOWS += settings_windows()
 
 
 def blocks(source):
@@ -45,7 +64,7 @@ def problems(english, other):
         for window in WINDOWS:
             letters = [ACCESS_KEY.search(texts[name])[1].lower() for name in sorted(window & texts.keys())
                        if ACCESS_KEY.search(texts[name])]
-            found += [f"{letter} is promised twice by {sorted(window)}"
+            found += [f"{letter} is promised twice by {sorted(name for name in window & texts.keys() if '&' in texts[name])}"
                       for letter, count in collections.Counter(letters).items() if count > 1]
     # Two rows of the same text would hide one of them.
     names = [name for name, _ in ENTRY.findall(other)]

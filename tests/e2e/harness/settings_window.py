@@ -30,7 +30,8 @@ class SettingsWindow:
         """Starts the program (once more)."""
         return subprocess.Popen([str(places.WINE), str(self.program.stage / "FenwynSettings.exe")],
                                 cwd=self.program.folder, env=self.program.desktop.environment,
-                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                start_new_session=True)
 
     def _is_focused(self):
         # The screen gives a window the focus a moment after the system does.

@@ -69,6 +69,18 @@ TEST_F(KeysPage, PressedKeyIsDescribedAndCanBeUsed) {
     EXPECT_TRUE(m_window.keys().empty()) << "nobody else heard of the key";
 }
 
+TEST_F(KeysPage, KeysThatAreDownAlreadyGoUpForEverybody) {
+    sendKey('D', true);
+    ASSERT_TRUE(m_window.settle());
+    press(IDS_KEYS_ADD);
+    sendKey('D', true);  // it repeats
+    sendKey('D', false);
+    EXPECT_TRUE(waitUntil([this] { return m_window.keys() == std::vector<int>{'D', 'D', -'D'}; }));
+    EXPECT_FALSE(enabled(IDS_KEYS_USE_FN));
+    pressKey('D');
+    EXPECT_TRUE(says(IDC_KEYS_HEARD, text(IDS_KEYS_TYPING))) << "pressed again";
+}
+
 TEST_F(KeysPage, KeyThatIsTakenIsNamedAndNotOffered) {
     press(IDS_KEYS_ADD);
     pressKey(VK_F2);
