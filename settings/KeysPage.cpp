@@ -162,13 +162,13 @@ bool CKeysPage::DestroyWindow() {
 void CKeysPage::setShown(bool shown) {
     if (!shown) {
         _stopListening();
-    } else if (!isVisible()) {
-        load();  // the other pages may have changed cards and keys
     }
     CPage::setShown(shown);
 }
 
+// The card may have come to the list since the page was loaded.
 void CKeysPage::showCard(const fenwyn::Function& function) {
+    load();
     const auto found = std::ranges::find_if(m_vecRows, [&](const Row& row) {
         return fenwyn::equalNames(m_vecFunctions[row.function].name, function.name);
     });
