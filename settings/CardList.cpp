@@ -76,7 +76,7 @@ void setIfMissing(CModel& model, const Place& place, const std::wstring& text) {
 }  // namespace
 
 std::vector<Card> cards(const CModel& model) {
-    const std::vector<CustomKey> customised = areKeysProgrammable(model) ? customKeys(model) : std::vector<CustomKey>();
+    const std::vector<CustomKey> customised = customKeysInForce(model);
     std::vector<Card> list;
     for (const std::wstring& name : listedNames(model)) {
         list.push_back(cardOf(model, customised, name, true));

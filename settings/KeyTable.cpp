@@ -156,6 +156,10 @@ bool areKeysProgrammable(const CModel& model) {
     return numberAt(model, {Root::Machine, regpath::kConfigKey, kProgrammable}).value_or(0) != 0;
 }
 
+std::vector<CustomKey> customKeysInForce(const CModel& model) {
+    return areKeysProgrammable(model) ? customKeys(model) : std::vector<CustomKey>();
+}
+
 void setKeysProgrammable(CModel& model, bool programmable) {
     model.set({Root::Machine, regpath::kConfigKey, kProgrammable}, numberData(programmable ? 1 : 0));
 }

@@ -49,6 +49,8 @@ void removeCustomKey(CModel& model, const CustomKey& key);
 // Removes those whose buttons are not among these values.
 void removeOtherCustomKeys(CModel& model, const Changes& kept);
 [[nodiscard]] bool areKeysProgrammable(const CModel& model);
+// Those that start something: none while keys may not be customised.
+[[nodiscard]] std::vector<CustomKey> customKeysInForce(const CModel& model);
 void setKeysProgrammable(CModel& model, bool programmable);
 
 // How the hotkey library would treat the keys after Apply, if the cards are not switched off.

@@ -191,7 +191,7 @@ void CKeysPage::scaleChanged() {
 void CKeysPage::load() {
     m_bLoading = true;
     m_vecFunctions = functionKeys(model());
-    m_vecCustom = areKeysProgrammable(model()) ? customKeys(model()) : std::vector<CustomKey>();
+    m_vecCustom = customKeysInForce(model());
     _showModifier();
     Button_SetCheck(control(IDS_STICKY), keyNumber(model(), ZEL_VALUE_STICKY_MODIFIER, 0) != 0);
     ::SetDlgItemTextW(m_hWnd, IDC_KEYS_DELAY,

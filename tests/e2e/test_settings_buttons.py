@@ -1,19 +1,16 @@
 """The page Buttons of the settings program, by real keys and a real mouse, beside a running Fenwyn."""
 import pytest
-from harness.settings_window import APPLY, CANCEL, IDS, SettingsWindow
+from harness.settings_window import APPLY, CANCEL, IDS, TRIAL_EVENT, opening
 from harness.waiting import wait_until
 from test_custom_keys import SHELL, lines_of, writes
-
-TRIAL_EVENT = "Local\\KESTOVA_Fenwyn_KeyTrial"
 
 
 @pytest.fixture
 def window(program):
     program.offer("Mute", "Lock")
     program.start("/hide")
-    opened = SettingsWindow(program)
-    yield opened
-    opened.close()
+    with opening(program) as open_window:
+        yield open_window()
 
 
 def apply_and_await_restart(program, window):

@@ -4,35 +4,25 @@ import signal
 
 import pytest
 from harness.keyboard import MODIFIER
-from harness.settings_window import SettingsWindow
+from harness.settings_window import TRIAL_EVENT, opening
 from harness.waiting import stays, wait_until
-
-TRIAL_EVENT = "Local\\KESTOVA_Fenwyn_KeyTrial"
-
-
-class KeysPage(SettingsWindow):
-    def __init__(self, program):
-        super().__init__(program)
-        self.turn_to("Keys")
-
-    def keys_are_heard(self):
-        return self.probe.set_event(TRIAL_EVENT)
-
-    def press(self, keys):
-        self.keyboard.press(keys)
-
-    def kill(self):
-        os.killpg(self.process.pid, signal.SIGKILL)
-        self.process.wait(10)
 
 
 @pytest.fixture
 def settings(program):
     program.offer("Mute", "Lock")
     program.start("/hide")
-    page = KeysPage(program)
-    yield page
-    page.close()
+    with opening(program, "Keys") as open_page:
+        yield open_page()
+
+
+def keys_are_heard(program):
+    return program.probe.set_event(TRIAL_EVENT)
+
+
+def kill(settings):
+    os.killpg(settings.process.pid, signal.SIGKILL)
+    settings.process.wait(10)
 
 
 def codes_of(program, function):
@@ -50,16 +40,16 @@ def expect_choice(program, key):
 
 
 def test_a_pressed_key_opens_the_card_after_apply(program, settings):
-    settings.press("Alt_L+d")  # add a key, to the card that is selected
-    wait_until(settings.keys_are_heard, "the page asks for a key")
+    settings.keyboard.press("Alt_L+d")  # add a key, to the card that is selected
+    wait_until(lambda: keys_are_heard(program), "the page asks for a key")
     program.keyboard.down(MODIFIER)
-    settings.press("F9")
+    settings.keyboard.press("F9")
     program.keyboard.up(MODIFIER)
-    wait_until(lambda: not settings.keys_are_heard(), "the page has its key")
+    wait_until(lambda: not keys_are_heard(program), "the page has its key")
     assert not program.strip_shown() and not program.chosen("Mute")
     first, = program.running()
-    settings.press("space")  # with Fn, as the key was pressed
-    settings.press("Alt_L+a")
+    settings.keyboard.press("space")  # with Fn, as the key was pressed
+    settings.keyboard.press("Alt_L+a")
     wait_until(lambda: first.poll() is not None, "Fenwyn has ended", 20)
     wait_until(program.is_up, "Fenwyn has started again with the new key", 20)
     assert codes_of(program, "Mute") == "3b00000043000000"
@@ -67,15 +57,15 @@ def test_a_pressed_key_opens_the_card_after_apply(program, settings):
 
 
 def test_keys_are_tried_out_without_effect_and_work_when_the_settings_are_killed(program, settings):
-    settings.press("Alt_L+t")
-    wait_until(settings.keys_are_heard, "the field has the focus")
+    settings.keyboard.press("Alt_L+t")
+    wait_until(lambda: keys_are_heard(program), "the field has the focus")
     for _ in range(3):  # a hook that is not called would come first again with one of them
         program.keyboard.down(MODIFIER)
-        settings.press("F1")
+        settings.keyboard.press("F1")
         program.keyboard.up(MODIFIER)
         stays(lambda: not program.strip_shown() and not program.shown_dialogs(), "no card is shown", 0.5)
     assert not program.chosen("Mute")
     assert not any("hook was lost" in text for text in program.log_texts())
-    settings.kill()
+    kill(settings)
     program.desktop.focus(program.desktop.window)
     expect_choice(program, "F1")

@@ -2,7 +2,7 @@
 import pytest
 from harness import geometry, places
 from harness.desktop import PRODUCT
-from harness.settings_window import APPLY, CANCEL, IDS, WS_DISABLED, SettingsWindow
+from harness.settings_window import APPLY, CANCEL, IDS, WS_DISABLED, opening
 from harness.waiting import wait_until
 
 FAULTS = f"{PRODUCT}\\PluginFaults"
@@ -12,16 +12,9 @@ TITLE = "Fenwyn settings"
 @pytest.fixture
 def settings(program):
     """Opens the page when it is called; closes the window after the test."""
-    opened = []
-
-    def open_page():
-        opened.append(SettingsWindow(program))
-        opened[-1].turn_to("Log")
-        return opened[-1]
     program.offer("Mute", "Zoom")
-    yield open_page
-    for window in opened:
-        window.close()
+    with opening(program, "Log") as open_page:
+        yield open_page
 
 
 def log_settings(program):

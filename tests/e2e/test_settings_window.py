@@ -2,7 +2,7 @@
 import pytest
 from harness import geometry, places
 from harness.desktop import CONFIG, LIST
-from harness.settings_window import APPLY, CANCEL, IDS, OK, SettingsWindow
+from harness.settings_window import APPLY, CANCEL, IDS, OK, opening
 from harness.waiting import wait_until
 
 POSITION, HOVER, HOVER_DELAY = 1, 5, 6  # rows of the page Behaviour
@@ -16,14 +16,8 @@ REPAIR = 6
 @pytest.fixture
 def settings(program):
     """Opens the window when it is called; closes it after the test."""
-    opened = []
-
-    def open_window():
-        opened.append(SettingsWindow(program))
-        return opened[-1]
-    yield open_window
-    for window in opened:
-        window.close()
+    with opening(program) as open_window:
+        yield open_window
 
 
 def has_value(program, root, key, name):

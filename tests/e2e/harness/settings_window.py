@@ -1,4 +1,5 @@
 """The settings program, with real keys and a real mouse."""
+import contextlib
 import re
 import subprocess
 
@@ -6,6 +7,7 @@ from . import places
 from .waiting import wait_until
 
 WINDOW_CLASS = "KESTOVA_Fenwyn_Settings"
+TRIAL_EVENT = "Local\\KESTOVA_Fenwyn_KeyTrial"  # there while a page listens to keys
 IDS = {name: int(number) for name, number in re.findall(
     r"^#define (ID[CS]_\w+) (\d+)", (places.ROOT / "settings" / "SettingsIds.h").read_text(encoding="utf-8"), re.M)}
 OK, CANCEL, APPLY = IDS["IDS_OK"], IDS["IDS_CANCEL"], IDS["IDS_APPLY"]
@@ -84,3 +86,19 @@ class SettingsWindow:
             for window in self.probe.windows(pid=pid):
                 self.probe.post(window.hwnd, 0x0010)
         wait_until(lambda: not self.probe.processes("FenwynSettings.exe"), "no settings program is left behind", 20)
+
+
+@contextlib.contextmanager
+def opening(program, page="Cards"):
+    """Yields a function that opens the window and turns to the page; all of them are closed in the end."""
+    opened = []
+
+    def open_window():
+        opened.append(SettingsWindow(program))
+        opened[-1].turn_to(page)
+        return opened[-1]
+    try:
+        yield open_window
+    finally:
+        for window in opened:
+            window.close()

@@ -17,7 +17,19 @@ constexpr const wchar_t* kSeven[] = {L"Disable",         L"Position", L"EnableHo
                                      L"MouseEnterIdle",  L"Topmost",  L"MonitorOfActiveWindow",
                                      L"HideInFullScreen"};
 
-class Model : public Notebook {};
+class Model : public Notebook {
+ protected:
+    // Another content than the one that is in force.
+    void change(const Value& each) {
+        if (each.kind == Kind::Language) {
+            m_model.setText(each, L"de");
+        } else if (isText(each.kind)) {
+            m_model.setText(each, L"C:\\Elsewhere");
+        } else {
+            m_model.setNumber(each, m_model.read(each).number == each.lowest ? each.highest : each.lowest);
+        }
+    }
+};
 
 std::wstring functionKey(const wchar_t* name) {
     return std::wstring(regpath::kHotkeyKey) + L"\\" + name;
@@ -195,13 +207,7 @@ TEST_F(Model, WhatFenwynReadsAtItsStartOnlyRestartsIt) {
     giveText(Root::Machine, regpath::kHotkeyKey, regpath::kFuncList, L"Mute;");
     m_bRuns = true;
     for (const Value& each : values()) {
-        if (each.kind == Kind::Language) {
-            m_model.setText(each, L"de");
-        } else if (isText(each.kind)) {
-            m_model.setText(each, L"C:\\Fenwyn");
-        } else {
-            m_model.setNumber(each, each.standard == each.lowest ? each.highest : each.lowest);
-        }
+        change(each);
         const int before = m_nRestarts;
         EXPECT_EQ(m_model.apply(), Applied::Done);
         EXPECT_EQ(m_nRestarts - before, readAtTheStart.contains(each.name) ? 1 : 0)
@@ -316,15 +322,7 @@ TEST_F(Model, WhatIsExportedIsTakenBackOnTheSameMachine) {
     EXPECT_EQ(m_model.apply(), Applied::Done);
     const Changes exported = m_model.everything();
 
-    for (const Value& each : values()) {
-        if (each.kind == Kind::Language) {
-            m_model.setText(each, L"de");
-        } else if (isText(each.kind)) {
-            m_model.setText(each, L"C:\\Elsewhere");
-        } else {
-            m_model.setNumber(each, m_model.read(each).number == each.lowest ? each.highest : each.lowest);
-        }
-    }
+    std::ranges::for_each(values(), [this](const Value& each) { change(each); });
     m_model.set({Root::Machine, functionKey(L"Mute"), regpath::kCaption}, textData(L"Silence"));
     setFunctionCodes(m_model, L"Mute", {0x3D});
     m_model.set({Root::Machine, regpath::kHotkeyKey, regpath::kFuncList}, textData(L"Mute;Lock;"));
