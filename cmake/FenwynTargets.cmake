@@ -24,6 +24,11 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   add_link_options(-s)
 endif()
 
+# The canary of the stack protector. Every target gets it; the linker takes it for files that have protected functions.
+add_library(fenwyn_stack_guard STATIC "${CMAKE_CURRENT_LIST_DIR}/StackGuard.cpp")
+target_link_libraries(fenwyn_stack_guard PUBLIC advapi32)
+link_libraries(fenwyn_stack_guard)
+
 # The default, -O3, takes longer to compile and makes nothing noticeably faster.
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
@@ -48,6 +53,7 @@ if(FENWYN_PRECOMPILE)
     <string_view> <utility> <vector>)
   fenwyn_warnings(fenwyn_headers)
 endif()
+fenwyn_warnings(fenwyn_stack_guard)
 
 # fenwyn_code(<target>...): the settings of every target with our own sources.
 function(fenwyn_code)
