@@ -2,8 +2,8 @@
 //
 // - "own work": the time from entry to return of the hook (decide, queue), while another thread empties the queue.
 // - "chain": the same through the system, from another thread: the program's own hook, which is called first, times the
-//   rest of the chain, without and with the library. Thread switches dominate it, so it grows with the load of the
-//   machine.
+//   rest of the chain: without the library, with a hook in a thread of its own that does nothing, and with the library.
+//   Thread switches dominate it, so it grows with the load of the machine.
 //
 //   cmake --build --preset x64-release --target HookTiming
 //   xvfb-run -a tools/wine build/x64-release/bench/hooktiming/HookTiming.exe build/stage/ZelMain.dll
@@ -105,6 +105,40 @@ DWORD WINAPI emptyQueue(void* parameter) {
     return 0;
 }
 
+// The least that a hook in another thread than the one that is asked first can cost.
+class CIdleHook {
+ public:
+    CIdleHook()
+        : m_ready(::CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+          m_thread(::CreateThread(nullptr, 0, &CIdleHook::run, m_ready.get(), 0, &m_nId)) {
+        ::WaitForSingleObject(m_ready.get(), INFINITE);
+    }
+    ~CIdleHook() {
+        ::PostThreadMessageW(m_nId, WM_QUIT, 0, 0);
+        ::WaitForSingleObject(m_thread.get(), INFINITE);
+    }
+    CIdleHook(const CIdleHook&) = delete;
+    CIdleHook& operator=(const CIdleHook&) = delete;
+
+ private:
+    static LRESULT CALLBACK pass(int code, WPARAM wParam, LPARAM lParam) {
+        return ::CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static DWORD WINAPI run(void* pReady) {
+        const common::UniqueHook hook(::SetWindowsHookExW(WH_KEYBOARD_LL, &pass, ::GetModuleHandleW(nullptr), 0));
+        ::SetEvent(pReady);
+        MSG message;
+        while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
+        }
+        return 0;
+    }
+
+    DWORD m_nId = 0;
+    const common::UniqueHandle m_ready;
+    const common::UniqueHandle m_thread;
+};
+
 double measureOwnWork() {
     hotkey::CNotificationQueue queue;
     hotkey::CKeyWatcher watcher(queue);
@@ -159,6 +193,10 @@ int main(int argc, char** argv) {
     }
     const double fP99 = measureOwnWork();
     measureChain("chain, bare");
+    {
+        const CIdleHook idle;
+        measureChain("chain, idle hook");
+    }
     if (pfnStart(&ignoreKey, &ignoreConfig) != 0 || pfnEnable() != 0) {
         std::puts("the library does not start");
         return 2;
