@@ -50,9 +50,12 @@ void registerWndClass(const std::wstring& strName) noexcept {
 
 // Wine keeps what is painted until a thread of the process, any of them, waits for messages. If that was another thread, for
 // the first time in the process and while this one was handing over a picture, each of the two waited for the other for
-// ever. Waits for nothing and handles no message.
-void passOnWhatIsPainted() noexcept {
-    ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 0, 0);
+// ever. Waits for nothing and handles no message; doing it at each show would double the time to the picture.
+void passOnFirstPaint() noexcept {
+    static bool s_bDone = false;
+    if (!std::exchange(s_bDone, true)) {
+        ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 0, 0);
+    }
 }
 
 }  // namespace
@@ -120,7 +123,7 @@ HRESULT CLayeredWnd::paint(const std::vector<Gdiplus::Image*>& vecImages, const 
     RETURN_IF_FAILED(_compose({vecImages, vecAlphas, vecDrawRects, nSourceTop, nSourceHeight}));
     const common::WindowDc screenDc(nullptr);
     if (::IsWindowVisible(m_hWnd) == FALSE) {
-        passOnWhatIsPainted();
+        passOnFirstPaint();
         m_shown.reset();
         ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, kShowInPlace);
     }
