@@ -28,6 +28,7 @@ namespace faultcare {
 namespace {
 
 constexpr DWORD kNewsMs = 15000;  // how long the news of the last run is shown
+constexpr DWORD kHideMs = 1000;   // how long the cards may take to hide
 
 // The thread that does what may take long or wait for others.
 struct Care {
@@ -82,8 +83,9 @@ void attendToHang() {
         callSuccessor();
     }
     faults::section().fault.told = FALSE;
-    // The cards would come back with what the plug-in was called for; nobody waits for that any more.
-    theApp.postToFrame(kMsgHideStrip);
+    // The cards would come back with what the plug-in was called for; nobody waits for that any more. They are hidden
+    // before what is left of them can be seen again.
+    theApp.sendToFrame(kMsgHideStrip, kHideMs);
     CHotkeyEventHandler::takeKeysAgain();
 }
 

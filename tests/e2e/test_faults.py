@@ -1,10 +1,12 @@
 """Plug-ins that crash, end the process or do not return: the program starts again by itself, the user is told which
 function it was, and a plug-in that does it twice, or at its initialisation, is set aside."""
+import collections
 import os
 import subprocess
 
 import pytest
 from harness import geometry, places
+from harness.desktop import HIDE_STRIP
 from harness.functions import Function
 from harness.keyboard import CODES, MODIFIER
 from harness.waiting import stays, wait_until
@@ -218,6 +220,84 @@ def test_a_hang_gives_the_keys_back_and_is_ended(program, fault):
     assert program.strip().rect == geometry.strip(program.desktop.work_area(), 1)
     program.functions = [OTHER]
     the_other_card_works(program)
+
+
+def only_the_notice_is_seen(program, before):
+    """Whether the screen is as it was before the cards appeared, except where the notice is."""
+    place = next(window.rect for window in program.probe.windows(NOTICE) if window.visible)
+    now = program.desktop.screen.picture()
+
+    def same(y):
+        row = [picture.data[y * 3 * now.width:(y + 1) * 3 * now.width] for picture in (now, before)]
+        if place.top <= y < place.bottom:
+            row = [pixels[:place.left * 3] + pixels[place.right * 3:] for pixels in row]
+        return row[0] == row[1]
+    return all(same(y) for y in range(now.height))
+
+
+# What is on the screen when the call hangs: the function and its export, the card that is opened, what it shows, and
+# what is done then.
+State = collections.namedtuple("State", "function export opened shown act info", defaults=[3])
+STATES = {
+    "captions": State("Mute", "SelectItem", "Mute", lambda size: 10 < size[1] < 45 < size[0],
+                      lambda keyboard: keyboard.up(MODIFIER)),
+    "preview": State("Output_2", "SelectItem", "Output_2", lambda size: size == (120, 80),
+                     lambda keyboard: keyboard.up(MODIFIER)),
+    "slider": State("Brightness", "FocusItem", "Brightness", lambda size: size == (200, 24),
+                    lambda keyboard: [keyboard.press("F3") for _ in range(2)], 10),
+    "another card": State("Mute", "GetDisplayItemInfo", "Zoom", lambda size: 10 < size[1] < 45 < size[0],
+                          lambda keyboard: keyboard.press("F1")),
+}
+
+
+def alike(first, second):
+    """Apart from what the surfaces that take the mouse, with their opacity of 1 of 255, add to a colour."""
+    return all(abs(one - other) <= 1 for one, other in zip(first.data, second.data) if one != other)
+
+
+def open_card(program, state):
+    """Returns what the screen shows then."""
+    program.hold()
+    program.press(state.opened)
+    wait_until(lambda: any(state.shown(window.size) for window in program.shown_dialogs()),
+               lambda: f"it is shown: {program.shown_dialogs()}")
+    pictures = [program.desktop.screen.picture()]
+
+    def is_complete():
+        pictures.append(program.desktop.screen.picture())
+        return pictures[-2] == pictures[-1]
+    wait_until(is_complete, "it is painted")
+    return pictures[-1]
+
+
+@pytest.mark.parametrize("state", STATES)
+@pytest.mark.parametrize("position", [0, 1])
+def test_nothing_of_the_cards_is_seen_while_a_call_hangs(program, state, position):
+    state = STATES[state]
+    program.configure(PluginPatience=500, AlwaysShowItemsCaption=1, Position=position)
+    for name, value in {"ItemCount": 2, "Info": state.info, "CurrentItem": 1, "Entry0.Records": 2, "Entry1.Records": 2,
+                        "FocusItem.Every": 2}.items():  # the release of the modifier would hang again
+        program.probe.set_dword("HKCU", f"{INSTRUMENTED}\\{PLUGIN}", name, value)
+    offer(program, state.function, **{state.export: FIVE_SECONDS})
+    program.start()
+    before = program.desktop.screen.picture()
+    opened = open_card(program, state)
+    state.act(program.keyboard)
+    wait_for_notice(program, "Bad", "does not answer")
+    wait_until(lambda: only_the_notice_is_seen(program, before),
+               lambda: f"nothing but the notice is seen: {program.shown_dialogs()}", 3)
+    assert "The plug-in has returned: the cards answer again." not in program.log_texts(), "it was seen too late"
+    program.keyboard.release_all()
+    wait_until(lambda: "LEAVE CHotkeyEventHandler::takeKeysAgain" in program.log_texts(), "keys are taken again", 20)
+    wait_until(lambda: not notice(program), "the notice goes")
+    program.expect_strip(shown=False)
+    assert program.desktop.screen.picture() == before, "the cards stay hidden"
+    # They look as ever when they are opened again.
+    if state.function != "Brightness":  # its level is another now
+        assert alike(open_card(program, state), opened)
+        program.probe.post(program.frame().hwnd, HIDE_STRIP)
+        program.expect_strip(shown=False)
+        wait_until(lambda: program.desktop.screen.picture() == before, "they hide as ever")
 
 
 def test_a_call_that_returns_after_all_takes_the_keys_again(program):
