@@ -8,6 +8,7 @@
 
 #include "Data/FaultMemory.h"
 #include "Data/ZelConfig.h"
+#include "Logic/Faults/CallerState.h"
 #include "Logic/Faults/FaultHandler.h"
 #include "Logic/Faults/HangWatch.h"
 #include "Logic/Faults/PluginGate.h"
@@ -33,6 +34,7 @@ constexpr DWORD kHideMs = 1000;   // how long the cards may take to hide
 // The thread that does what may take long or wait for others.
 struct Care {
     common::UniqueHandle call;   // a successor is wanted
+    common::UniqueHandle comes;  // and is about to be started
     common::UniqueHandle hangs;  // the cards hang
     common::UniqueHandle over;   // they answer again
     std::atomic<bool> goOn = true;
@@ -66,7 +68,11 @@ std::wstring hangText(const faults::PluginEntry& plugin) {
     return filled(IDS_FAULT_HANGS, strName, fileOf(plugin.path));
 }
 
+// Starting a process needs the heap. Whoever lost its lock has stopped this thread here at the latest; then the keeper
+// ends the process.
 void callSuccessor() noexcept {
+    faults::touchHeap();
+    ::SetEvent(care().comes.get());
     if (!faults::startSuccessor(care().goOn)) {
         ::TerminateProcess(::GetCurrentProcess(), 3);
     }
@@ -119,6 +125,10 @@ void askForSuccessor(bool bGoOn) noexcept {
     ::SetEvent(care().call.get());
 }
 
+bool successorComes(DWORD dwMilliseconds) noexcept {
+    return ::WaitForSingleObject(care().comes.get(), dwMilliseconds) == WAIT_OBJECT_0;
+}
+
 void ping() noexcept {
     theApp.postToFrame(kMsgAlive);
 }
@@ -154,6 +164,7 @@ void rememberFault(const faults::Section& left) {
 void startThread() {
     Care& rCare = care();
     rCare.call.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    rCare.comes.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     rCare.hangs.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     rCare.over.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     const common::UniqueHandle thread(::CreateThread(nullptr, 0, &careThread, nullptr, 0, nullptr));
@@ -185,7 +196,8 @@ bool startCare() {
         rememberFault(left);
         faults::section().ownRestart = predecessor.existed && left.fault.known == FALSE ? TRUE : FALSE;
     }
-    if (faults::installFaultHandlers({&askForSuccessor}) && faults::startKeeper({&ping, &hangs, &over})) {
+    if (faults::installFaultHandlers({&askForSuccessor, &successorComes}) &&
+        faults::startKeeper({&ping, &hangs, &over})) {
         startThread();
         registerRestart();
     }

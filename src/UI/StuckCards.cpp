@@ -34,22 +34,19 @@ CStuckCards::CStuckCards(DWORD dwThread) noexcept {
 }
 
 CStuckCards::~CStuckCards() {
-    for (const Surface& surface : m_vecSurfaces) {
+    for (std::size_t i = 0; i < m_uSurfaces; ++i) {
+        const Surface& surface = m_surfaces[i];
         ::SetLayeredWindowAttributes(surface.hWnd, surface.key, surface.alpha, surface.flags);
     }
 }
 
 BOOL CALLBACK CStuckCards::_hideSurface(HWND hWnd, LPARAM lParam) noexcept {
+    auto& rCards = *reinterpret_cast<CStuckCards*>(lParam);
     Surface surface{hWnd, 0, 0, 0};
-    if (::IsWindowVisible(hWnd) == FALSE ||
-        ::GetLayeredWindowAttributes(hWnd, &surface.key, &surface.alpha, &surface.flags) == FALSE) {
-        return TRUE;
-    }
-    try {
-        reinterpret_cast<CStuckCards*>(lParam)->m_vecSurfaces.push_back(surface);
+    if (rCards.m_uSurfaces < rCards.m_surfaces.size() && ::IsWindowVisible(hWnd) != FALSE &&
+        ::GetLayeredWindowAttributes(hWnd, &surface.key, &surface.alpha, &surface.flags) != FALSE) {
+        rCards.m_surfaces[rCards.m_uSurfaces++] = surface;
         ::SetLayeredWindowAttributes(hWnd, surface.key, 0, surface.flags | LWA_ALPHA);
-    } catch (...) {
-        return TRUE;  // without memory it stays as it is, because it could not be restored
     }
     return TRUE;
 }

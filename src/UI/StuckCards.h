@@ -4,7 +4,8 @@
 
 #include <windows.h>
 
-#include <vector>
+#include <array>
+#include <cstddef>
 
 class CStuckCards {
  public:
@@ -29,5 +30,7 @@ class CStuckCards {
     static BOOL CALLBACK _hideSurface(HWND hWnd, LPARAM lParam) noexcept;
     static BOOL CALLBACK _hidePicture(HWND hWnd, LPARAM /*unused*/) noexcept;
 
-    std::vector<Surface> m_vecSurfaces;
+    // Without memory of the heap, whose lock the thread may hold. More windows than a screen has room for.
+    std::array<Surface, 256> m_surfaces;
+    std::size_t m_uSurfaces = 0;
 };

@@ -16,7 +16,8 @@ WM_ENDSESSION = 0x16
 FAULTS_KEY = "SOFTWARE\\KESTOVA\\Fenwyn\\PluginFaults"
 NOTICE = "FenwynNotice"
 (VIOLATION, THROW, ABORT, EXIT, EXIT_PROCESS, KILL, OVERFLOW, LOOP, WAIT, OWN_THREAD, ASK_USER,
- FIVE_SECONDS, LEAK_GDI, LEAK_HANDLE, LEAK_USER, LEAK_MEMORY, CHANGE_CALLER) = range(1, 18)
+ FIVE_SECONDS, LEAK_GDI, LEAK_HANDLE, LEAK_USER, LEAK_MEMORY, CHANGE_CALLER,
+ LOSE_HEAP, LOCK_HEAP) = range(1, 20)
 WORDS = {VIOLATION: "an access violation (0xC0000005)", THROW: "a C++ exception", ABORT: "abort()", EXIT: "exit()",
          OVERFLOW: "a stack overflow (0xC00000FD)"}
 PLUGIN = "InstrPlugin"
@@ -312,6 +313,31 @@ def test_a_call_that_returns_after_all_takes_the_keys_again(program):
     program.expect_strip(shown=False)
     the_other_card_works(program)
     assert program.pid == pid and not program.probe.windows(NOTICE)
+
+
+@pytest.mark.parametrize("fault", [LOSE_HEAP, LOCK_HEAP])
+@pytest.mark.parametrize("destination", [2, 3], ids=["log is open", "log is opened for each line"])
+def test_without_the_heap_the_keys_go_back_and_the_program_ends(program, fault, destination):
+    """No thread gets the lock of the process heap any more, so that nothing can be shown, and nobody started."""
+    program.configure(PluginPatience=500, PluginEndTime=3000)
+    program.write_log_settings(LogFile=places.windows_path(program.log_file), Level=3, Flush=1, Destination=destination)
+    offer(program, SelectItem=fault)
+    process = program.start()
+    use_bad(program)
+    wait_until(lambda: program.log_file.exists() and any("does not return" in text for text in program.log_texts()),
+               "the line is written")
+    wait_until(lambda: key_arrives(program), "keys are not swallowed")
+    wait_until(lambda: process.poll() is not None, "the program has ended", 15)
+    assert any(f"The program ends: {ENDINGS[LOOP]} in SelectItem of function Mute" in text
+               for text in program.log_texts())
+    assert not program.probe.processes("Fenwyn.exe")
+    heal(program)
+    program.write_log_settings(LogFile=places.windows_path(program.log_file), Flush=1, Level=3, Destination=2)
+    program.start()
+    assert last_run(program)[0].endswith("a call that did not return. The plug-in is set aside.")
+    wait_for_notice(program, "Bad", f"{PLUGIN}.dll", "switched off")
+    program.functions = [OTHER]
+    the_other_card_works(program)
 
 
 def test_a_message_box_is_no_hang(program):
