@@ -8,6 +8,7 @@
 
 #include "Data/FaultMemory.h"
 #include "Data/ZelConfig.h"
+#include "Logic/Faults/CallerState.h"
 #include "Logic/Faults/FaultHandler.h"
 #include "Logic/Faults/HangWatch.h"
 #include "Logic/Faults/PluginGate.h"
@@ -28,10 +29,12 @@ namespace faultcare {
 namespace {
 
 constexpr DWORD kNewsMs = 15000;  // how long the news of the last run is shown
+constexpr DWORD kHideMs = 1000;   // how long the cards may take to hide
 
 // The thread that does what may take long or wait for others.
 struct Care {
     common::UniqueHandle call;   // a successor is wanted
+    common::UniqueHandle comes;  // and is about to be started
     common::UniqueHandle hangs;  // the cards hang
     common::UniqueHandle over;   // they answer again
     std::atomic<bool> goOn = true;
@@ -65,7 +68,11 @@ std::wstring hangText(const faults::PluginEntry& plugin) {
     return filled(IDS_FAULT_HANGS, strName, fileOf(plugin.path));
 }
 
+// Starting a process needs the heap. Whoever lost its lock has stopped this thread here at the latest; then the keeper
+// ends the process.
 void callSuccessor() noexcept {
+    faults::touchHeap();
+    ::SetEvent(care().comes.get());
     if (!faults::startSuccessor(care().goOn)) {
         ::TerminateProcess(::GetCurrentProcess(), 3);
     }
@@ -82,8 +89,9 @@ void attendToHang() {
         callSuccessor();
     }
     faults::section().fault.told = FALSE;
-    // The cards would come back with what the plug-in was called for; nobody waits for that any more.
-    theApp.postToFrame(kMsgHideStrip);
+    // The cards would come back with what the plug-in was called for; nobody waits for that any more. They are hidden
+    // before what is left of them can be seen again.
+    theApp.sendToFrame(kMsgHideStrip, kHideMs);
     CHotkeyEventHandler::takeKeysAgain();
 }
 
@@ -115,6 +123,10 @@ DWORD WINAPI careThread(void* /*unused*/) noexcept {
 void askForSuccessor(bool bGoOn) noexcept {
     care().goOn = bGoOn;
     ::SetEvent(care().call.get());
+}
+
+bool successorComes(DWORD dwMilliseconds) noexcept {
+    return ::WaitForSingleObject(care().comes.get(), dwMilliseconds) == WAIT_OBJECT_0;
 }
 
 void ping() noexcept {
@@ -152,6 +164,7 @@ void rememberFault(const faults::Section& left) {
 void startThread() {
     Care& rCare = care();
     rCare.call.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    rCare.comes.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     rCare.hangs.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     rCare.over.reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     const common::UniqueHandle thread(::CreateThread(nullptr, 0, &careThread, nullptr, 0, nullptr));
@@ -183,7 +196,8 @@ bool startCare() {
         rememberFault(left);
         faults::section().ownRestart = predecessor.existed && left.fault.known == FALSE ? TRUE : FALSE;
     }
-    if (faults::installFaultHandlers({&askForSuccessor}) && faults::startKeeper({&ping, &hangs, &over})) {
+    if (faults::installFaultHandlers({&askForSuccessor, &successorComes}) &&
+        faults::startKeeper({&ping, &hangs, &over})) {
         startThread();
         registerRestart();
     }

@@ -350,6 +350,11 @@ void CZelMainApp::postToFrame(UINT message) const {
     ::PostMessageW(m_hFrameWnd, message, 0, 0);
 }
 
+void CZelMainApp::sendToFrame(UINT message, DWORD dwPatienceMs) const {
+    DWORD_PTR uResult = 0;
+    ::SendMessageTimeoutW(m_hFrameWnd, message, 0, 0, SMTO_NORMAL, dwPatienceMs, &uResult);
+}
+
 void CZelMainApp::postLatch(bool bLatched) const {
     if (const HWND strip = m_hStripWnd; strip != nullptr) {
         ::PostMessageW(strip, kMsgLatch, bLatched ? 1 : 0, 0);

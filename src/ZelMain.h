@@ -56,6 +56,8 @@ class CZelMainApp : public CWinApp {
     static void cancelScreenSaver();
     // Callable on any thread: ends message handling of the frame through WM_CLOSE, or asks it to reload.
     void postToFrame(UINT message) const;
+    // The same, and waits until the frame has handled the message, or for the given time. Not for its own thread.
+    void sendToFrame(UINT message, DWORD dwPatienceMs) const;
     // Tells the strip whether the modifier is latched. Any thread.
     void postLatch(bool bLatched) const;
 

@@ -67,11 +67,18 @@ void CHotkeyEventHandler::stopHotkeyEventLoop() {
     }
 }
 
+// The keys come first: the thread that hangs may do so within the log.
 void CHotkeyEventHandler::handBackKeys() {
+    HRESULT status = S_OK;
+    {
+        const std::lock_guard lock(g_lock);
+        if (g_hHotkeyLibrary != nullptr && !std::exchange(g_bKeysHandedBack, true)) {
+            status = _stop(g_hHotkeyLibrary);
+        }
+    }
     LOG_ENTER_LEAVE();
-    const std::lock_guard lock(g_lock);
-    if (g_hHotkeyLibrary != nullptr && !std::exchange(g_bKeysHandedBack, true) && FAILED(_stop(g_hHotkeyLibrary))) {
-        LOG_STATUS(E_FAIL);
+    if (FAILED(status)) {
+        LOG_STATUS(status);
     }
 }
 

@@ -4,15 +4,16 @@
 
 #include <windows.h>
 
-#include <vector>
+#include <array>
+#include <cstddef>
 
 class CStuckCards {
  public:
-    // Of the windows of that thread: the pictures become one transparent pixel outside of the screen, the surfaces let
-    // the mouse through. Windows that are not layered stay visible. Called on another thread than
-    // that one.
+    // Of the windows of that thread: the pictures become one transparent pixel outside of the screen; the others become
+    // transparent and let the mouse through. All windows of the cards are layered; others stay. Called on another
+    // thread than that one.
     explicit CStuckCards(DWORD dwThread) noexcept;
-    // The surfaces get back what they had. The pictures come back with the next paint, when their cards are shown
+    // The others get back what they had. The pictures come back with the next paint, when their cards are shown
     // again.
     ~CStuckCards();
     CStuckCards(const CStuckCards&) = delete;
@@ -26,7 +27,10 @@ class CStuckCards {
         DWORD flags;
     };
 
-    static BOOL CALLBACK _hide(HWND hWnd, LPARAM lParam) noexcept;
+    static BOOL CALLBACK _hideSurface(HWND hWnd, LPARAM lParam) noexcept;
+    static BOOL CALLBACK _hidePicture(HWND hWnd, LPARAM /*unused*/) noexcept;
 
-    std::vector<Surface> m_vecSurfaces;
+    // Without memory of the heap, whose lock the thread may hold. More windows than a screen has room for.
+    std::array<Surface, 256> m_surfaces;
+    std::size_t m_uSurfaces = 0;
 };

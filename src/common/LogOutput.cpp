@@ -118,19 +118,14 @@ void LogOutput::writeLast(const Line& line, bool bAlone) {
     }
 }
 
-// Past the runtime, whose locks another thread may hold for good. The first line of the process empties the file, as
-// always; later ones are appended to this one.
+// Past the runtime and the heap, whose locks another thread may hold for good. The first line of the process empties
+// the file, as always; later ones are appended to this one.
 void LogOutput::_appendDirectly(const Line& line) {
     const bool bEmpty = m_settings.destination == kFile && !m_bOpenTried && !m_bClosed;
-    const DWORD dwDisposition = bEmpty ? CREATE_ALWAYS : OPEN_ALWAYS;
-    const auto open = [&] {
-        return ::CreateFileW(m_path.data(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                             nullptr, dwDisposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-    };
-    common::UniqueFile file(open());
+    common::UniqueFile file = m_lastFile.openForAppending(bEmpty);
     if (!file && ::GetLastError() == ERROR_PATH_NOT_FOUND) {
         createFoldersOf(m_path.data());
-        file.reset(open());
+        file = m_lastFile.openForAppending(bEmpty);
     }
     if (file) {
         writeToHandle(file.get(), line);

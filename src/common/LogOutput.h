@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "common/DirectFile.h"
 #include "common/Logger.h"
 
 namespace dbglog {
@@ -11,7 +12,8 @@ namespace dbglog {
 // Lines that cannot be written are dropped silently. Not thread-safe: the logger calls it one line at a time.
 class LogOutput final : public ILineSink {
  public:
-    explicit LogOutput(const Settings& settings) : m_settings(settings), m_path(expandedLogFile(settings)) {}
+    explicit LogOutput(const Settings& settings)
+        : m_settings(settings), m_path(expandedLogFile(settings)), m_lastFile(m_path.data()) {}
 
     void write(const Line& line) override;
     void writeLast(const Line& line, bool bAlone) override;
@@ -34,7 +36,8 @@ class LogOutput final : public ILineSink {
 
     const Settings m_settings;
     const Path m_path;
-    Stream m_pStream;  // of the kept-open file
+    const common::DirectFile m_lastFile;  // the same file
+    Stream m_pStream;                     // of the kept-open file
     bool m_bOpenTried = false;
     bool m_bClosed = false;  // later lines are appended
 };

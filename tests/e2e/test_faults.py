@@ -1,10 +1,12 @@
 """Plug-ins that crash, end the process or do not return: the program starts again by itself, the user is told which
 function it was, and a plug-in that does it twice, or at its initialisation, is set aside."""
+import collections
 import os
 import subprocess
 
 import pytest
 from harness import geometry, places
+from harness.desktop import HIDE_STRIP
 from harness.functions import Function
 from harness.keyboard import CODES, MODIFIER
 from harness.waiting import stays, wait_until
@@ -14,7 +16,8 @@ WM_ENDSESSION = 0x16
 FAULTS_KEY = "SOFTWARE\\KESTOVA\\Fenwyn\\PluginFaults"
 NOTICE = "FenwynNotice"
 (VIOLATION, THROW, ABORT, EXIT, EXIT_PROCESS, KILL, OVERFLOW, LOOP, WAIT, OWN_THREAD, ASK_USER,
- FIVE_SECONDS, LEAK_GDI, LEAK_HANDLE, LEAK_USER, LEAK_MEMORY, CHANGE_CALLER) = range(1, 18)
+ FIVE_SECONDS, LEAK_GDI, LEAK_HANDLE, LEAK_USER, LEAK_MEMORY, CHANGE_CALLER,
+ LOSE_HEAP, LOCK_HEAP) = range(1, 20)
 WORDS = {VIOLATION: "an access violation (0xC0000005)", THROW: "a C++ exception", ABORT: "abort()", EXIT: "exit()",
          OVERFLOW: "a stack overflow (0xC00000FD)"}
 PLUGIN = "InstrPlugin"
@@ -220,6 +223,84 @@ def test_a_hang_gives_the_keys_back_and_is_ended(program, fault):
     the_other_card_works(program)
 
 
+def only_the_notice_is_seen(program, before):
+    """Whether the screen is as it was before the cards appeared, except where the notice is."""
+    place = next(window.rect for window in program.probe.windows(NOTICE) if window.visible)
+    now = program.desktop.screen.picture()
+
+    def same(y):
+        row = [picture.data[y * 3 * now.width:(y + 1) * 3 * now.width] for picture in (now, before)]
+        if place.top <= y < place.bottom:
+            row = [pixels[:place.left * 3] + pixels[place.right * 3:] for pixels in row]
+        return row[0] == row[1]
+    return all(same(y) for y in range(now.height))
+
+
+# What is on the screen when the call hangs: the function and its export, the card that is opened, what it shows, and
+# what is done then.
+State = collections.namedtuple("State", "function export opened shown act info", defaults=[3])
+STATES = {
+    "captions": State("Mute", "SelectItem", "Mute", lambda size: 10 < size[1] < 45 < size[0],
+                      lambda keyboard: keyboard.up(MODIFIER)),
+    "preview": State("Output_2", "SelectItem", "Output_2", lambda size: size == (120, 80),
+                     lambda keyboard: keyboard.up(MODIFIER)),
+    "slider": State("Brightness", "FocusItem", "Brightness", lambda size: size == (200, 24),
+                    lambda keyboard: [keyboard.press("F3") for _ in range(2)], 10),
+    "another card": State("Mute", "GetDisplayItemInfo", "Zoom", lambda size: 10 < size[1] < 45 < size[0],
+                          lambda keyboard: keyboard.press("F1")),
+}
+
+
+def alike(first, second):
+    """Apart from what the surfaces that take the mouse, with their opacity of 1 of 255, add to a colour."""
+    return all(abs(one - other) <= 1 for one, other in zip(first.data, second.data) if one != other)
+
+
+def open_card(program, state):
+    """Returns what the screen shows then."""
+    program.hold()
+    program.press(state.opened)
+    wait_until(lambda: any(state.shown(window.size) for window in program.shown_dialogs()),
+               lambda: f"it is shown: {program.shown_dialogs()}")
+    pictures = [program.desktop.screen.picture()]
+
+    def is_complete():
+        pictures.append(program.desktop.screen.picture())
+        return pictures[-2] == pictures[-1]
+    wait_until(is_complete, "it is painted")
+    return pictures[-1]
+
+
+@pytest.mark.parametrize("state", STATES)
+@pytest.mark.parametrize("position", [0, 1])
+def test_nothing_of_the_cards_is_seen_while_a_call_hangs(program, state, position):
+    state = STATES[state]
+    program.configure(PluginPatience=500, AlwaysShowItemsCaption=1, Position=position)
+    for name, value in {"ItemCount": 2, "Info": state.info, "CurrentItem": 1, "Entry0.Records": 2, "Entry1.Records": 2,
+                        "FocusItem.Every": 2}.items():  # the release of the modifier would hang again
+        program.probe.set_dword("HKCU", f"{INSTRUMENTED}\\{PLUGIN}", name, value)
+    offer(program, state.function, **{state.export: FIVE_SECONDS})
+    program.start()
+    before = program.desktop.screen.picture()
+    opened = open_card(program, state)
+    state.act(program.keyboard)
+    wait_for_notice(program, "Bad", "does not answer")
+    wait_until(lambda: only_the_notice_is_seen(program, before),
+               lambda: f"nothing but the notice is seen: {program.shown_dialogs()}", 3)
+    assert "The plug-in has returned: the cards answer again." not in program.log_texts(), "it was seen too late"
+    program.keyboard.release_all()
+    wait_until(lambda: "LEAVE CHotkeyEventHandler::takeKeysAgain" in program.log_texts(), "keys are taken again", 20)
+    wait_until(lambda: not notice(program), "the notice goes")
+    program.expect_strip(shown=False)
+    assert program.desktop.screen.picture() == before, "the cards stay hidden"
+    # They look as ever when they are opened again.
+    if state.function != "Brightness":  # its level is another now
+        assert alike(open_card(program, state), opened)
+        program.probe.post(program.frame().hwnd, HIDE_STRIP)
+        program.expect_strip(shown=False)
+        wait_until(lambda: program.desktop.screen.picture() == before, "they hide as ever")
+
+
 def test_a_call_that_returns_after_all_takes_the_keys_again(program):
     program.configure(PluginPatience=500)
     offer(program, SelectItem=FIVE_SECONDS)
@@ -232,6 +313,31 @@ def test_a_call_that_returns_after_all_takes_the_keys_again(program):
     program.expect_strip(shown=False)
     the_other_card_works(program)
     assert program.pid == pid and not program.probe.windows(NOTICE)
+
+
+@pytest.mark.parametrize("fault", [LOSE_HEAP, LOCK_HEAP])
+@pytest.mark.parametrize("destination", [2, 3], ids=["log is open", "log is opened for each line"])
+def test_without_the_heap_the_keys_go_back_and_the_program_ends(program, fault, destination):
+    """No thread gets the lock of the process heap any more, so that nothing can be shown, and nobody started."""
+    program.configure(PluginPatience=500, PluginEndTime=3000)
+    program.write_log_settings(LogFile=places.windows_path(program.log_file), Level=3, Flush=1, Destination=destination)
+    offer(program, SelectItem=fault)
+    process = program.start()
+    use_bad(program)
+    wait_until(lambda: program.log_file.exists() and any("does not return" in text for text in program.log_texts()),
+               "the line is written")
+    wait_until(lambda: key_arrives(program), "keys are not swallowed")
+    wait_until(lambda: process.poll() is not None, "the program has ended", 15)
+    assert any(f"The program ends: {ENDINGS[LOOP]} in SelectItem of function Mute" in text
+               for text in program.log_texts())
+    assert not program.probe.processes("Fenwyn.exe")
+    heal(program)
+    program.write_log_settings(LogFile=places.windows_path(program.log_file), Flush=1, Level=3, Destination=2)
+    program.start()
+    assert last_run(program)[0].endswith("a call that did not return. The plug-in is set aside.")
+    wait_for_notice(program, "Bad", f"{PLUGIN}.dll", "switched off")
+    program.functions = [OTHER]
+    the_other_card_works(program)
 
 
 def test_a_message_box_is_no_hang(program):

@@ -32,6 +32,20 @@ DWORD WINAPI violateThere(void* /*unused*/) {
     return 0;
 }
 
+DWORD WINAPI lockHeap(void* pLocked) {
+    ::HeapLock(::GetProcessHeap());
+    ::SetEvent(pLocked);
+    ::Sleep(INFINITE);
+    return 0;
+}
+
+void loseHeap() {
+    const HANDLE hLocked = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const HANDLE hThread = ::CreateThread(nullptr, 0, &lockHeap, hLocked, 0, nullptr);
+    ::WaitForSingleObject(hLocked, INFINITE);
+    ::TerminateThread(hThread, 0);
+}
+
 void changeCaller() {
     ::SetThreadPriority(::GetCurrentThread(), THREAD_PRIORITY_ABOVE_NORMAL);
     ::SetThreadErrorMode(SEM_NOGPFAULTERRORBOX, nullptr);
@@ -97,6 +111,13 @@ void commit(DWORD dwFault) {
             break;
         case ChangeCaller:
             changeCaller();
+            break;
+        case LoseHeap:
+            loseHeap();
+            break;
+        case LockHeap:
+            ::HeapLock(::GetProcessHeap());
+            ::Sleep(INFINITE);
             break;
         case NoFault:
         case FaultCount:

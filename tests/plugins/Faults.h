@@ -24,6 +24,8 @@ enum Fault : DWORD {
     LeakUserObject,
     LeakMemory,    // 300 bytes
     ChangeCaller,  // leaves everything changed that a call must leave as it was
+    LoseHeap,      // a thread of its own is terminated while it holds the lock of the process heap; returns
+    LockHeap,      // holds that lock itself, and waits
     FaultCount
 };
 

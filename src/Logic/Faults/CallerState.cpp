@@ -114,7 +114,9 @@ CKeepCallerState::CKeepCallerState(DWORD plugin, const char* pszExport, Phase ph
     static_cast<void>(ofProcess());
 }
 
+// If the lock is lost, the program stops here, while it is known whose call it was.
 CKeepCallerState::~CKeepCallerState() {
+    touchHeap();
     for (std::size_t i = 0; i < kOfThread; ++i) {
         const ULONG_PTR now = kProperties[i].read();
         // What a plug-in does to have COM for its whole life.
@@ -144,6 +146,11 @@ void CKeepCallerState::_report(const wchar_t* pszWhat) const noexcept {
     const PluginEntry& rPlugin = section().plugin[m_plugin];
     LOG_WARNING(L"%s of function %s, plug-in %s, has changed the %s. It is put back.", name, rPlugin.function,
                 rPlugin.path, pszWhat);
+}
+
+void touchHeap() noexcept {
+    const HANDLE hHeap = ::GetProcessHeap();
+    ::HeapFree(hHeap, 0, ::HeapAlloc(hHeap, 0, 1));
 }
 
 void reportWideWrite(DWORD plugin, const char* pszExport) noexcept {

@@ -32,6 +32,9 @@ class CKeepCallerState {
     std::array<ULONG_PTR, kOfThread> m_before{};
 };
 
+// Returns once this thread has had the lock of the process heap: never, if somebody has lost it.
+void touchHeap() noexcept;
+
 // The line in the log for an export that wrote beyond one of its out values.
 void reportWideWrite(DWORD plugin, const char* pszExport) noexcept;
 

@@ -15,6 +15,8 @@ namespace {
 
 // How long the successor may take to look at this process before it ends itself.
 constexpr DWORD kPatienceMs = 30000;
+// How long it may take until somebody begins to start it.
+constexpr DWORD kBeginMs = 3000;
 constexpr DWORD kGccException = 0x20474343;
 constexpr DWORD kMsvcException = 0xE06D7363;
 // What an overflowing stack keeps for the handlers.
@@ -202,7 +204,9 @@ void handleFault() noexcept {
     // Without a plug-in to blame, a second process would be likely to end in the same way.
     const bool bGoOn = !g_bEndIsNear && (rSection.fault.known != FALSE || rSection.ownRestart == FALSE);
     g_successor.call(bGoOn);
-    ::Sleep(kPatienceMs);
+    if (g_successor.comes(kBeginMs)) {
+        ::Sleep(kPatienceMs);
+    }
     endProcess();
 }
 

@@ -13,6 +13,8 @@ struct Successor {
     // Asks another thread to start it, and returns at once. It ends this process once it has looked at it; `bGoOn`:
     // then it takes its place.
     void (*call)(bool bGoOn) noexcept;
+    // Whether that thread gets to it within this time. It never does without the lock of the process heap.
+    bool (*comes)(DWORD dwMilliseconds) noexcept;
 };
 
 // Installs the handlers for exceptions, std::terminate, abort() and exit(), and starts the thread that does the work

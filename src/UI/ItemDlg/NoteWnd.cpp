@@ -10,7 +10,9 @@ const MessageMap& CNoteWnd::messageMap() const {
 }
 
 bool CNoteWnd::OnInitDialog() {
-    addExStyle(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE);
+    addExStyle(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE | WS_EX_LAYERED);
+    // Opaque; but other threads can take it off the screen, which no other kind of window allows (UI/StuckCards.h).
+    ::SetLayeredWindowAttributes(m_hWnd, 0, 255, LWA_ALPHA);
     return false;
 }
 
