@@ -48,9 +48,10 @@ void registerWndClass(const std::wstring& strName) noexcept {
     ::RegisterClassExW(&wndClass);
 }
 
-// Wine keeps what is painted until a thread of the process, any of them, waits for messages. If that was another thread, for
-// the first time in the process and while this one was handing over a picture, each of the two waited for the other for
-// ever. Waits for nothing and handles no message; doing it at each show would double the time to the picture.
+// Wine keeps what is painted until a thread of the process, any of them, waits for messages. If that was another
+// thread, for the first time in the process and while this one was handing over a picture, each of the two waited for
+// the other for ever. Waits for nothing and handles no message; doing it at each show would double the time to the
+// picture.
 void passOnFirstPaint() noexcept {
     static bool s_bDone = false;
     if (!std::exchange(s_bDone, true)) {

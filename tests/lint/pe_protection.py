@@ -10,8 +10,10 @@ RELOCS_STRIPPED, LIBRARY = 0x1, 0x2000
 WRITE, EXECUTE = 0x80000000, 0x20000000
 BASE_RELOCATIONS, DEBUG = 5, 6
 
-# The stack protector is the only reader of this import: it fills its canary at start.
-CANARY = b"*** stack smashing detected ***"
+# The linker takes cmake/StackGuard.cpp, and with it this import, for files with protected functions only.
+CANARY = b"SystemFunction036"
+# The compiler's own canary opens a cryptographic provider at each start.
+SLOW_CANARY = b"CryptGenRandom"
 
 
 def base_of(data, optional, magic):
@@ -53,6 +55,8 @@ def faults(path):
         found.append("an address that follows from the folder")
     if CANARY not in data:
         found.append("no stack protector")
+    if SLOW_CANARY in data:
+        found.append("the compiler's own canary")
     try:
         kinds = {kind for kind, _, _ in pe_resources.read(path)}
     except ValueError:

@@ -56,11 +56,25 @@ def test_a_library_whose_address_follows_from_its_folder_is_found(tmp_path):
     assert len(found) == 2, "the linker has changed: it takes no address from the folder any more"
 
 
-def test_a_soundly_linked_file_lacks_only_what_its_sources_give(tmp_path):
+def protected(tmp_path, *canary):
+    """What is wrong with a program that has a protected function and gets its canary from there."""
     compiler = shutil.which("x86_64-w64-mingw32-g++")
     source, program = tmp_path / "good.cpp", tmp_path / "good.exe"
     source.write_text("int main(int count, char** words) { char copy[99]; for (int i = 0; words[0][i]; ++i) copy[i] = words[0][i];"
                       " return copy[count]; }\n", encoding="utf-8")
-    subprocess.run([compiler, source, "-o", program, "-s", "-Wl,--no-insert-timestamp", "-fstack-protector-strong", "-static"],
-                   check=True)
-    assert faults(program) == ["no version information"]
+    archive = []
+    if canary:
+        subprocess.run([compiler, "-c", *canary, "-o", tmp_path / "canary.o"], check=True)
+        subprocess.run(["x86_64-w64-mingw32-ar", "rcs", tmp_path / "libcanary.a", tmp_path / "canary.o"], check=True)
+        archive = [tmp_path / "libcanary.a", "-ladvapi32"]
+    subprocess.run([compiler, source, *archive, "-o", program, "-s", "-Wl,--no-insert-timestamp", "-fstack-protector-strong",
+                    "-static"], check=True)
+    return faults(program)
+
+
+def test_a_soundly_linked_file_lacks_only_what_its_sources_give(tmp_path):
+    assert protected(tmp_path, ROOT / "cmake/StackGuard.cpp") == ["no version information"]
+
+
+def test_the_compilers_own_canary_is_found(tmp_path):
+    assert "the compiler's own canary" in protected(tmp_path)

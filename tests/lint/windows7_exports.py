@@ -15,8 +15,7 @@ ROWS = [
     ("advapi32.dll", "named objects that only the user may open",
      "AddAccessAllowedAce CreateWellKnownSid GetTokenInformation InitializeAcl InitializeSecurityDescriptor "
      "SetSecurityDescriptorControl SetSecurityDescriptorDacl"),
-    ("advapi32.dll", "the runtime of the compiler: a random number for the stack protector",
-     "CryptAcquireContextA CryptGenRandom CryptReleaseContext"),
+    ("advapi32.dll", "RtlGenRandom by its documented name: a random number for the stack protector", "SystemFunction036"),
     ("gdi32.dll", "the question's headline and colours",
      "CreateFontIndirectW DeleteObject GetObjectW SetBkColor SetTextColor"),
     ("gdi32.dll", "the resolution of the screen",
@@ -59,8 +58,8 @@ ROWS = [
     ("kernel32.dll", "the runtime of the compiler: its 32-bit start",
      "GetModuleHandleA LoadLibraryA", "x86-release"),
     ("msvcrt.dll", "the runtime of the compiler: memory, texts, its own error messages",
-     "_amsg_exit _beginthreadex _close _endthreadex _errno _exit _initterm _lock _open _read _strdup _ultoa "
-     "_unlock _write abort calloc exit fprintf fputc fputs fputwc free fwprintf fwrite localeconv longjmp malloc "
+     "_amsg_exit _beginthreadex _close _endthreadex _errno _initterm _lock _read _strdup _ultoa "
+     "_unlock abort calloc exit fprintf fputc fputs fputwc free fwprintf fwrite localeconv longjmp malloc "
      "memchr memcmp memcpy memmove memset printf realloc strcmp strerror strlen strncmp vfprintf wcslen wcstol"),
     ("msvcrt.dll", "the runtime of the compiler, in its 64-bit form",
      "___lc_codepage_func ___mb_cur_max_func __iob_func _setjmp signal", "x64-release"),
