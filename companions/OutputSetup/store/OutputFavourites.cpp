@@ -54,17 +54,17 @@ std::vector<wchar_t> joinedTexts(const std::vector<Position>& positions, std::si
 // Empty unless there is a path and a corner for each of the displays.
 std::vector<Position> readPositions(HKEY parent, const wchar_t* key, std::size_t count) {
     DWORD bytes = 0;
-    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MONITORS, RRF_RT_REG_MULTI_SZ, nullptr, nullptr, &bytes) !=
-        ERROR_SUCCESS) {
+    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MONITORS, RRF_RT_REG_MULTI_SZ | RRF_NOEXPAND, nullptr, nullptr,
+                     &bytes) != ERROR_SUCCESS) {
         return {};
     }
     std::vector<wchar_t> paths(bytes / sizeof(wchar_t) + 2);
     bytes = static_cast<DWORD>(paths.size() * sizeof(wchar_t));
     std::vector<POINT> corners(count + 1);
     auto cornerBytes = static_cast<DWORD>(corners.size() * sizeof(POINT));
-    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MONITORS, RRF_RT_REG_MULTI_SZ, nullptr, paths.data(), &bytes) !=
-            ERROR_SUCCESS ||
-        RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_CORNERS, RRF_RT_REG_BINARY, nullptr, corners.data(),
+    if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MONITORS, RRF_RT_REG_MULTI_SZ | RRF_NOEXPAND, nullptr,
+                     paths.data(), &bytes) != ERROR_SUCCESS ||
+        RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_CORNERS, RRF_RT_REG_BINARY | RRF_NOEXPAND, nullptr, corners.data(),
                      &cornerBytes) != ERROR_SUCCESS ||
         cornerBytes != count * sizeof(POINT)) {
         return {};
@@ -88,10 +88,10 @@ bool readOne(HKEY parent, const std::wstring& name, Favourite& favourite) {
     const wchar_t* key = name.c_str();
     if (RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_TEXT, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, text, &bytes) !=
             ERROR_SUCCESS ||
-        RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MODE, RRF_RT_REG_DWORD, nullptr, &mode, &modeBytes) !=
-            ERROR_SUCCESS ||
-        RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_DISPLAYS, RRF_RT_REG_BINARY, nullptr, records.data(),
-                     &recordBytes) != ERROR_SUCCESS ||
+        RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_MODE, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &mode,
+                     &modeBytes) != ERROR_SUCCESS ||
+        RegGetValueW(parent, key, OUTPUT_SETUP_VALUE_DISPLAYS, RRF_RT_REG_BINARY | RRF_NOEXPAND, nullptr,
+                     records.data(), &recordBytes) != ERROR_SUCCESS ||
         mode > FENWYN_MODE_SEVERAL) {
         return false;
     }
