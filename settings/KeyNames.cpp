@@ -107,7 +107,7 @@ std::wstring keyboardName(HANDLE device) {
     wchar_t words[256] = L"";
     DWORD bytes = sizeof words;
     if (::RegGetValueW(HKEY_LOCAL_MACHINE, (L"SYSTEM\\CurrentControlSet\\Enum\\" + name).c_str(), L"DeviceDesc",
-                       RRF_RT_REG_SZ, nullptr, words, &bytes) != ERROR_SUCCESS) {
+                       RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, words, &bytes) != ERROR_SUCCESS) {
         return name;
     }
     const std::wstring description = words;  // "@keyboard.inf,%...%;HID Keyboard Device"

@@ -44,7 +44,7 @@ bool isIconWanted() noexcept {
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
         DWORD wanted = 0;
         DWORD size = sizeof wanted;
-        if (::RegGetValueW(root, FENWYN_REG_PRODUCT, FENWYN_VALUE_TRAY_ICON, RRF_RT_REG_DWORD, nullptr, &wanted,
+        if (::RegGetValueW(root, FENWYN_REG_PRODUCT, FENWYN_VALUE_TRAY_ICON, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &wanted,
                            &size) == ERROR_SUCCESS) {
             return wanted != 0;
         }

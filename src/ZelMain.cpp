@@ -19,6 +19,7 @@
 #include "common/ObjectSecurity.h"
 #include "common/SiblingLibrary.h"
 #include "common/Status.h"
+#include "common/SystemLoops.h"
 #include "common/TryMake.h"
 #include "companions/hotkey/include/ZelHotkey.h"
 #include "companions/prtscreen/include/PrtHook.h"
@@ -440,6 +441,10 @@ void CZelMainApp::endSession() {
         ExitInstance();
     }
     dbglog::close();
+}
+
+bool CZelMainApp::PreTranslateMessage(MSG& message) {
+    return common::startsLoopOfInputMethod(message);
 }
 
 // Usually out of memory. The operation has failed; the program continues.

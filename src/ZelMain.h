@@ -64,6 +64,7 @@ class CZelMainApp : public CWinApp {
  protected:
     bool InitInstance() override;
     int ExitInstance() override;
+    bool PreTranslateMessage(MSG& message) override;
     void exceptionCaught() noexcept override;
 
  private:

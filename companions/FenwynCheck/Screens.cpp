@@ -81,8 +81,8 @@ void limitOwnLife(DWORD milliseconds) {
 bool screenAllowed(const std::wstring& path) {
     DWORD allowed = 0;
     DWORD size = sizeof allowed;
-    return RegGetValueW(HKEY_CURRENT_USER, FENWYN_REG_ALLOWED_SCREENS, path.c_str(), RRF_RT_REG_DWORD, nullptr,
-                        &allowed, &size) == ERROR_SUCCESS &&
+    return RegGetValueW(HKEY_CURRENT_USER, FENWYN_REG_ALLOWED_SCREENS, path.c_str(), RRF_RT_REG_DWORD | RRF_NOEXPAND,
+                        nullptr, &allowed, &size) == ERROR_SUCCESS &&
            allowed != 0;
 }
 

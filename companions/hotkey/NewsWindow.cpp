@@ -2,6 +2,7 @@
 
 #include <wtsapi32.h>
 
+#include "common/SystemLoops.h"
 #include "keyboard/OwnModule.h"
 
 namespace hotkey {
@@ -93,7 +94,7 @@ LRESULT CALLBACK CNewsWindow::_wndProc(HWND hWnd, UINT message, WPARAM wParam, L
     if (self != nullptr) {
         self->_handle(message, wParam, lParam);
     }
-    return ::DefWindowProcW(hWnd, message, wParam, lParam);
+    return common::startsSystemLoop(message, wParam) ? 0 : ::DefWindowProcW(hWnd, message, wParam, lParam);
 }
 
 }  // namespace hotkey

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/SystemLoops.h"
 #include "include/ZelHotkey.h"
 #include "keyboard/OwnModule.h"
 
@@ -50,7 +51,7 @@ LRESULT CALLBACK CStickyWindow::_wndProc(HWND hWnd, UINT message, WPARAM wParam,
         self->m_onCancel();
         return 0;
     }
-    return ::DefWindowProcW(hWnd, message, wParam, lParam);
+    return common::startsSystemLoop(message, wParam) ? 0 : ::DefWindowProcW(hWnd, message, wParam, lParam);
 }
 
 }  // namespace hotkey

@@ -9,8 +9,8 @@ namespace fenwyn {
 
 // Whether there is a function list below `root`. One that exists but may not be read counts as existing.
 [[nodiscard]] inline bool hasFunctionList(HKEY root) noexcept {
-    const LSTATUS error =
-        RegGetValueW(root, FENWYN_REG_HOTKEY, FENWYN_VALUE_FUNC_LIST, RRF_RT_ANY, nullptr, nullptr, nullptr);
+    const LSTATUS error = RegGetValueW(root, FENWYN_REG_HOTKEY, FENWYN_VALUE_FUNC_LIST, RRF_RT_ANY | RRF_NOEXPAND,
+                                       nullptr, nullptr, nullptr);
     return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND;
 }
 

@@ -60,13 +60,13 @@ struct PluginFault {
     const std::wstring key = faultKeyOf(path);
     DWORD aside = 0;
     DWORD size = sizeof aside;
-    if (RegGetValueW(HKEY_CURRENT_USER, key.c_str(), FENWYN_VALUE_SET_ASIDE, RRF_RT_REG_DWORD, nullptr, &aside,
-                     &size) != ERROR_SUCCESS) {
+    if (RegGetValueW(HKEY_CURRENT_USER, key.c_str(), FENWYN_VALUE_SET_ASIDE, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr,
+                     &aside, &size) != ERROR_SUCCESS) {
         return false;
     }
     size = sizeof rFault.time;
-    RegGetValueW(HKEY_CURRENT_USER, key.c_str(), FENWYN_VALUE_FAULT_TIME, RRF_RT_REG_QWORD, nullptr, &rFault.time,
-                 &size);
+    RegGetValueW(HKEY_CURRENT_USER, key.c_str(), FENWYN_VALUE_FAULT_TIME, RRF_RT_REG_QWORD | RRF_NOEXPAND, nullptr,
+                 &rFault.time, &size);
     rFault.plugin = path;
     rFault.function = faultText(key, FENWYN_VALUE_FAULT_FUNCTION);
     rFault.exportName = faultText(key, FENWYN_VALUE_FAULT_EXPORT);

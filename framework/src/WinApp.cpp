@@ -101,6 +101,9 @@ void CWinApp::_handle(MSG& message) noexcept {
 }
 
 bool CWinApp::_preTranslate(MSG& message) {
+    if (PreTranslateMessage(message)) {
+        return true;
+    }
     for (HWND window = message.hwnd; window != nullptr; window = ::GetAncestor(window, GA_PARENT)) {
         CWnd* object = CWnd::fromHandle(window);
         if (object != nullptr && object->PreTranslateMessage(message)) {

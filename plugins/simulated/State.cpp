@@ -27,16 +27,16 @@ std::wstring stateKeyOf(const std::wstring& function) {
 DWORD readNumber(const std::wstring& function, const wchar_t* value, DWORD fallback) {
     DWORD number = 0;
     DWORD bytes = sizeof number;
-    const LSTATUS error = RegGetValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value, RRF_RT_REG_DWORD,
-                                       nullptr, &number, &bytes);
+    const LSTATUS error = RegGetValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value,
+                                       RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &number, &bytes);
     return error == ERROR_SUCCESS ? number : fallback;
 }
 
 std::wstring readText(const std::wstring& function, const wchar_t* value, const std::wstring& fallback) {
     wchar_t text[1024];
     DWORD bytes = sizeof text;
-    const LSTATUS error =
-        RegGetValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value, RRF_RT_REG_SZ, nullptr, text, &bytes);
+    const LSTATUS error = RegGetValueW(HKEY_CURRENT_USER, stateKeyOf(function).c_str(), value,
+                                       RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, text, &bytes);
     return error == ERROR_SUCCESS ? std::wstring(text) : fallback;
 }
 

@@ -5,10 +5,10 @@
 #include "Data/ZelConfig.h"
 #include "Logic/Faults/HangWatch.h"
 #include "Logic/HbqNotify.h"
-#include "Logic/ZelCommonFunc.h"
 #include "Messages.h"
 #include "ZelMain.h"
 #include "common/Status.h"
+#include "common/SystemLoops.h"
 
 namespace {
 
@@ -28,7 +28,6 @@ const MessageMap& CSysMsgHandlerFrame::messageMap() const {
         onMessage<&CSysMsgHandlerFrame::OnSettingChange>(WM_SETTINGCHANGE),
         onMessage<&CSysMsgHandlerFrame::OnColoursChanged>(WM_SYSCOLORCHANGE),
         onMessage<&CSysMsgHandlerFrame::OnColoursChanged>(WM_THEMECHANGED),
-        onMessage<&CSysMsgHandlerFrame::OnSysCommand>(WM_SYSCOMMAND),
         onMessage<&CSysMsgHandlerFrame::OnEndSession>(WM_ENDSESSION),
         onTimer<&CSysMsgHandlerFrame::OnTimer>(),
     };
@@ -58,7 +57,8 @@ LRESULT CSysMsgHandlerFrame::WindowProc(UINT message, WPARAM wParam, LPARAM lPar
         LOG_INFO(L"Refersh the fenwyn because hotkey is customized.");
         return theApp.refreshCards(TRUE);
     }
-    return CFrameWnd::WindowProc(message, wParam, lParam);
+    // The hidden frame cannot be closed, moved or shown through system commands.
+    return common::startsSystemLoop(message, wParam) ? 0 : CFrameWnd::WindowProc(message, wParam, lParam);
 }
 
 LRESULT CSysMsgHandlerFrame::OnReloadConfig(WPARAM /*wParam*/, LPARAM /*lParam*/) {
@@ -124,11 +124,6 @@ LRESULT CSysMsgHandlerFrame::OnSettingChange(WPARAM wParam, LPARAM /*lParam*/) {
 LRESULT CSysMsgHandlerFrame::OnColoursChanged(WPARAM /*wParam*/, LPARAM /*lParam*/) {
     CZelMainApp::renewContrast();
     return Default();
-}
-
-// The hidden frame cannot be closed, moved or shown through system commands.
-LRESULT CSysMsgHandlerFrame::OnSysCommand(WPARAM wParam, LPARAM /*lParam*/) {
-    return isForTheSystem(wParam) ? Default() : 0;
 }
 
 // The preceding query, WM_QUERYENDSESSION, is accepted by default. After the answer to this message the system may end

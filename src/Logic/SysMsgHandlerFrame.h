@@ -27,7 +27,6 @@ class CSysMsgHandlerFrame : public CFrameWnd {
     LRESULT OnSessionChange(WPARAM wParam, LPARAM lParam);
     LRESULT OnSettingChange(WPARAM wParam, LPARAM lParam);
     LRESULT OnColoursChanged(WPARAM wParam, LPARAM lParam);
-    LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
     LRESULT OnEndSession(WPARAM wParam, LPARAM lParam);
     void OnTimer(UINT_PTR uId);
 

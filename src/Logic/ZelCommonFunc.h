@@ -54,13 +54,6 @@ inline constexpr int kNormalDpi = 96;
 // Whether a window belongs to this process. False for null and for a destroyed window.
 [[nodiscard]] bool isOwnWindow(HWND hWnd) noexcept;
 
-// Whether a WM_SYSCOMMAND requests a service of the system (screen saver, power of the display) rather than an action
-// on the window.
-[[nodiscard]] constexpr bool isForTheSystem(WPARAM wCommand) noexcept {
-    const WPARAM command = wCommand & 0xFFF0U;  // the system uses the lowest four bits itself
-    return command == SC_SCREENSAVE || command == SC_MONITORPOWER;
-}
-
 template <typename Container>
 [[nodiscard]] constexpr bool indexInContainer(long index, const Container& container) noexcept {
     return index >= 0 && static_cast<unsigned long>(index) < container.size();

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/Handle.h"
+#include "common/SystemLoops.h"
 
 namespace {
 
@@ -126,6 +127,6 @@ LRESULT CALLBACK CFaultNotice::_wndProc(HWND hWnd, UINT uMessage, WPARAM wParam,
         case WM_MOUSEACTIVATE:
             return MA_NOACTIVATE;
         default:
-            return ::DefWindowProcW(hWnd, uMessage, wParam, lParam);
+            return common::startsSystemLoop(uMessage, wParam) ? 0 : ::DefWindowProcW(hWnd, uMessage, wParam, lParam);
     }
 }

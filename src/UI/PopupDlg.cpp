@@ -1,6 +1,7 @@
 #include "UI/PopupDlg.h"
 
 #include "Messages.h"
+#include "common/SystemLoops.h"
 
 bool placeWindow(HWND hWnd, const RECT& rect, HWND hAfter) {
     RECT now{};
@@ -23,6 +24,14 @@ const MessageMap& CPopupDlg::messageMap() const {
     };
     static const MessageMap kMap{&CDialog::messageMap(), kEntries};
     return kMap;
+}
+
+LRESULT CPopupDlg::WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) {
+    return common::startsSystemLoop(nMessage, wParam) ? 0 : CDialog::WindowProc(nMessage, wParam, lParam);
+}
+
+bool CPopupDlg::PreTranslateMessage(MSG& message) {
+    return common::startsSystemLoop(message.message, message.wParam) || CDialog::PreTranslateMessage(message);
 }
 
 // Its handlers learn of it as from ShowWindow.

@@ -34,6 +34,9 @@ class CPopupDlg : public CDialog, public accessible::ITarget {
 
  protected:
     [[nodiscard]] const MessageMap& messageMap() const override;
+    // Without what starts a message loop of the system's: there is no frame to move the window by, and no menu.
+    LRESULT WindowProc(UINT nMessage, WPARAM wParam, LPARAM lParam) override;
+    bool PreTranslateMessage(MSG& message) override;  // for its controls
     void PostNcDestroy() override { m_accessible.disconnect(); }
 
     // An assistive program presses the window or one of its parts, as a click would; or changes its value.

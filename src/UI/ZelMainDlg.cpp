@@ -46,7 +46,6 @@ const MessageMap& CZelMainDlg::messageMap() const {
         onMouse<&CZelMainDlg::OnLButtonDown>(WM_LBUTTONDOWN),
         onMouseLeave<&CZelMainDlg::OnMouseLeave>(),
         onMessage<&CZelMainDlg::OnMouseActivate>(WM_MOUSEACTIVATE),
-        onMessage<&CZelMainDlg::OnSysCommand>(WM_SYSCOMMAND),
         onMessage<&CZelMainDlg::OnDpiChanged>(kMsgDpiChanged),
     };
     static const MessageMap kMap{&CCardWnd::messageMap(), kEntries};
@@ -598,9 +597,4 @@ LRESULT CZelMainDlg::OnDpiChanged(WPARAM /*wParam*/, LPARAM /*lParam*/) {
         static_cast<void>(theApp.refreshCards(FALSE));
     }
     return 0;
-}
-
-// The strip cannot be closed, moved or minimised through system commands.
-LRESULT CZelMainDlg::OnSysCommand(WPARAM wParam, LPARAM /*lParam*/) {
-    return isForTheSystem(wParam) ? Default() : 0;
 }

@@ -110,7 +110,6 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
     void OnMouseLeave();
     LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
     void OnLButtonDown(POINT point);
-    LRESULT OnSysCommand(WPARAM wParam, LPARAM lParam);
     LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
 
     Placement m_placement;  // before the cards, which use it until they are destroyed

@@ -15,8 +15,8 @@ std::size_t g_uState = 0;
 bool isStored() {
     wchar_t flags[16] = L"";
     DWORD dwSize = sizeof(flags);
-    return ::RegGetValueW(HKEY_CURRENT_USER, L"Control Panel\\Accessibility\\HighContrast", L"Flags", RRF_RT_REG_SZ,
-                          nullptr, flags, &dwSize) == ERROR_SUCCESS &&
+    return ::RegGetValueW(HKEY_CURRENT_USER, L"Control Panel\\Accessibility\\HighContrast", L"Flags",
+                          RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, flags, &dwSize) == ERROR_SUCCESS &&
            (std::wcstoul(flags, nullptr, 10) & HCF_HIGHCONTRASTON) != 0;
 }
 

@@ -6,6 +6,7 @@
 #include "common/FrameSurface.h"
 #include "common/PictureStore.h"
 #include "common/Status.h"
+#include "common/SystemLoops.h"
 #include "common/TryMake.h"
 
 namespace {
@@ -18,7 +19,9 @@ constexpr UINT kHideInPlace = kInPlace | SWP_HIDEWINDOW;
 
 // There is no frame, which some systems find out slowly, at every move.
 LRESULT CALLBACK defaultProcedure(HWND hWnd, UINT nMessage, WPARAM wParam, LPARAM lParam) noexcept {
-    return nMessage == WM_NCCALCSIZE ? 0 : ::DefWindowProcW(hWnd, nMessage, wParam, lParam);
+    return nMessage == WM_NCCALCSIZE || common::startsSystemLoop(nMessage, wParam)
+               ? 0
+               : ::DefWindowProcW(hWnd, nMessage, wParam, lParam);
 }
 
 LONG width(const RECT& rect) noexcept {

@@ -19,7 +19,8 @@ std::vector<BYTE> bytesOf(const void* data, std::size_t size) {
 LSTATUS write(HKEY root, const Setting& setting) {
     const wchar_t* key = setting.key.c_str();
     const wchar_t* name = setting.name.c_str();
-    if (setting.keepExisting && RegGetValueW(root, key, name, RRF_RT_ANY, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
+    if (setting.keepExisting &&
+        RegGetValueW(root, key, name, RRF_RT_ANY | RRF_NOEXPAND, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
         return ERROR_SUCCESS;
     }
     return RegSetKeyValueW(root, key, name, setting.type, setting.data.data(), static_cast<DWORD>(setting.data.size()));

@@ -13,15 +13,16 @@ from harness import places  # noqa: E402
 from harness.desktop import Desktop, Program  # noqa: E402
 
 
-# Tests of the long runs, which only ./test long starts; docs/testing.md says why.
-collect_ignore = [] if "FENWYN_LONG" in os.environ else ["test_soak.py", "test_fuzz.py"]
-
-
 @pytest.fixture(scope="session")
 def desktop():
     made = Desktop()
     yield made
     made.close()
+
+
+def pytest_collection_modifyitems(items):
+    """The longest test first, so that the other worker has enough to do meanwhile."""
+    items.sort(key=lambda item: item.name != "test_nothing_grows")
 
 
 @pytest.hookimpl(hookwrapper=True)

@@ -474,3 +474,22 @@ def test_a_fault_on_a_thread_of_the_plugin_counts(program):
     crash(program, SelectItem=OWN_THREAD)
     assert "a thread of its own of function Mute" in last_run(program)[0]
     wait_for_notice(program, "Bad")
+
+
+@pytest.mark.parametrize("bad", [1, 2], ids=["no memory", "end of a page"])
+@pytest.mark.parametrize("export", ["GetUnsupportedReason", "GetCustomItemText"])
+def test_a_bad_text_is_the_fault_of_its_plugin(program, export, bad):
+    """It is read when the export has returned already."""
+    for name, value in {"BadText": bad, "InitializeHotkeyDll.Result": int(export in AT_START)}.items():
+        program.probe.set_dword("HKCU", f"{INSTRUMENTED}\\{PLUGIN}", name, value)
+    offer(program, OWNERS[export])
+    program.launch()
+    old = 0
+    if export not in AT_START:
+        wait_until(lambda: is_new(program, 0), "it runs", 20)
+        old = program.pid
+        use_bad(program)
+    wait_until(lambda: is_new(program, old) and last_run(program), "it was started again", 40)
+    said, = last_run(program)
+    assert f"in {export} of function {OWNERS[export]}, plug-in " in said and WORDS[VIOLATION] in said
+    wait_for_notice(program, "Bad", f"{PLUGIN}.dll")

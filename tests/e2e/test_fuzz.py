@@ -11,7 +11,7 @@ from test_failures import the_other_card_works
 from test_frame import RELOAD
 
 MESSAGES = int(os.environ.get("FENWYN_FUZZ_MESSAGES", 2000))
-STARTS = int(os.environ.get("FENWYN_FUZZ_STARTS", 4))
+STARTS = int(os.environ.get("FENWYN_FUZZ_STARTS", 2))
 
 
 def random_of_run():
@@ -38,6 +38,44 @@ def test_messages_of_another_process_are_harmless(program):
         program.probe.send(program.frame().hwnd, RELOAD)
         assert program.pid == pid
     assert programs(program) == before, "a program was started"
+    program.end()
+
+
+# What the system's own procedures answer with a message loop of theirs, or with a capture of the mouse, until somebody
+# moves the mouse, releases a button or leaves a menu: first parameters by message.
+WM_NCLBUTTONDOWN, WM_NCLBUTTONDBLCLK, WM_NCRBUTTONDOWN, WM_NCRBUTTONUP = 0xA1, 0xA3, 0xA4, 0xA5
+WM_SYSKEYDOWN, WM_SYSKEYUP, WM_SYSCOMMAND = 0x104, 0x105, 0x112
+WM_CONTEXTMENU, WM_POPUPSYSTEMMENU = 0x7B, 0x313
+# The title, its menu and buttons, scroll bars, and two borders.
+HIT_TESTS = (2, 3, 5, 6, 7, 8, 9, 10, 17, 20, 21)
+# All but the screen saver and the power of the display, which are the system's; sizing and moving with the mouse.
+SYSTEM_COMMANDS = (*range(0xF000, 0xF0A0, 0x10), 0xF100, 0xF110, 0xF120, 0xF130, 0xF150, 0xF160, 0xF180, 0xF001, 0xF012)
+VK_MENU, VK_F10 = 0x12, 0x79
+INSIDE = 12 << 16 | 100  # a point in the title of the program's frame, which has the corner of the screen
+LOOPS = {WM_NCLBUTTONDOWN: HIT_TESTS, WM_NCLBUTTONDBLCLK: HIT_TESTS, WM_NCRBUTTONDOWN: HIT_TESTS, WM_NCRBUTTONUP: HIT_TESTS,
+         WM_SYSCOMMAND: SYSTEM_COMMANDS, WM_SYSKEYDOWN: (VK_MENU, VK_F10), WM_SYSKEYUP: (VK_MENU, VK_F10),
+         WM_POPUPSYSTEMMENU: (0,), WM_CONTEXTMENU: (0,)}
+
+
+def test_no_message_starts_a_loop_of_the_system(program):
+    program.write_log_settings(Level=0)
+    program.log_file.unlink(missing_ok=True)
+    program.configure(EnableHover=1)
+    program.offer("Mute", "Brightness", "Output")
+    program.start()
+    strip = program.strip().hwnd
+    program.probe.play_rounds(strip, [function.codes[0] for function in program.functions])
+    windows = [window.hwnd for window in program.windows()]
+    windows += [control.hwnd for window in windows for control in program.probe.controls(window)]
+    for message, parameters in LOOPS.items():
+        for w_param in parameters:
+            for window in windows:
+                program.probe.post(window, message, w_param, INSIDE)
+            try:
+                program.probe.play_rounds(strip, [0])
+            except AssertionError as error:
+                raise AssertionError(f"0x{message:x} 0x{w_param:x}: {error}") from error
+    program.end()
 
 
 def damaged(chance, data):

@@ -1,5 +1,6 @@
 // What random inputs have found: the smallest input of each.
 #include "Fuzz.h"
+#include "OutputFavourites.h"
 #include "common/GdiPlus.h"
 #include "common/GdiPlusFunc.h"
 #include "common/Handle.h"
@@ -22,6 +23,24 @@ TEST(Found, ExpandableTextOfOddSizeIsNoLanguage) {
     support::RegistryRoom::set(HKEY_CURRENT_USER, FENWYN_REG_PRODUCT, FENWYN_VALUE_LANGUAGE, REG_EXPAND_SZ,
                                bytes.data(), bytes.size());
     EXPECT_EQ(common::wantedLanguage(), usual);
+}
+
+// The same for a list of displays that is no list: a text is not expanded before its type is looked at.
+TEST(Found, ExpandableTextOfOddSizeIsNoFavourite) {
+    const support::RegistryRoom registry;
+    ASSERT_TRUE(registry.redirected());
+    const std::wstring key = OUTPUT_SETUP_REG_FAVOURITES L"\\0";
+    const std::wstring text = L"Desk";
+    const DWORD mode = 0;
+    support::RegistryRoom::set(HKEY_CURRENT_USER, key, OUTPUT_SETUP_VALUE_TEXT, REG_SZ, text.c_str(),
+                               (text.size() + 1) * sizeof(wchar_t));
+    support::RegistryRoom::set(HKEY_CURRENT_USER, key, OUTPUT_SETUP_VALUE_MODE, REG_DWORD, &mode, sizeof mode);
+    const std::vector<BYTE> bytes(23299, '%');
+    for (const wchar_t* const name :
+         {OUTPUT_SETUP_VALUE_DISPLAYS, OUTPUT_SETUP_VALUE_MONITORS, OUTPUT_SETUP_VALUE_CORNERS}) {
+        support::RegistryRoom::set(HKEY_CURRENT_USER, key, name, REG_EXPAND_SZ, bytes.data(), bytes.size());
+    }
+    EXPECT_TRUE(favourites::load().empty());
 }
 
 constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);

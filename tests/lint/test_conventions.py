@@ -386,3 +386,24 @@ def test_named_objects_are_the_users_own():
 ])
 def test_the_rule_of_named_objects_sees_an_open_one(text, wrong):
     assert bool(unprotected(text)) == wrong
+
+
+# Some systems expand a text before they look at its type, and read behind the end of one that has no end.
+READ_CALL = re.compile(r"\bRegGetValueW\([^;]*;")
+
+
+def expanding(text):
+    return [call for call in READ_CALL.findall(text) if not re.search(r"\bRRF_NOEXPAND\b|\bkAsStored\b", call)]
+
+
+def test_no_registry_value_is_expanded_while_it_is_read():
+    assert {path: calls for path in code_files(".cpp", ".h") if (calls := expanding(tree.text(path)))} == {}
+
+
+@pytest.mark.parametrize("text, wrong", [
+    ("RegGetValueW(root, key, name, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &number, &bytes);", 0),
+    ("x = ::RegGetValueW(root, key, name, kAsStored, nullptr,\n nullptr, &bytes) == 0;", 0),
+    ("x = ::RegGetValueW(root, key, name, RRF_RT_REG_BINARY, nullptr,\n nullptr, &bytes) == 0;", 1),
+])
+def test_the_rule_of_reading_sees_a_value_that_is_expanded(text, wrong):
+    assert len(expanding(text)) == wrong

@@ -7,7 +7,7 @@ ROWS = [
     ("advapi32.dll", "reading settings and policies",
      "RegGetValueW"),
     ("advapi32.dll", "favourites, and the arrangement of the screens to which one can go back",
-     "RegCloseKey RegCopyTreeW RegCreateKeyExW RegDeleteTreeW RegOpenKeyExW RegSetKeyValueW"),
+     "RegCloseKey RegCopyTreeW RegCreateKeyExW RegDeleteTreeW RegEnumKeyExW RegOpenKeyExW RegSetKeyValueW"),
     ("advapi32.dll", "the external screens that the user allows",
      "RegEnumValueW"),
     ("advapi32.dll", "the privilege that SetSuspendState asks for",

@@ -70,6 +70,7 @@ void readRegistry() {
     readNumber(L"FollowSelection", g_control.followSelection);
     readNumber(L"WritesOnFailure", g_control.writesOnFailure);
     readNumber(L"Beyond", g_control.beyond);
+    readNumber(L"BadText", g_control.badText);
     readText(L"Reason", g_control.reason, kMaxText);
     for (std::size_t i = 0; i < kMaxPlans; ++i) {
         readText(L"Plan" + std::to_wstring(i), g_control.plans[i], kMaxText);
@@ -158,6 +159,23 @@ WCHAR* handedOut(WCHAR* text) {
     return copy != nullptr ? wcscpy(copy, text) : nullptr;
 }
 
+BSTR systemText(const WCHAR* text) {
+    constexpr SIZE_T kPage = 4096;
+    constexpr DWORD kCharacters = 8;  // within the page; the text says that it is longer
+    if (g_control.badText == 0) {
+        return SysAllocString(text);
+    }
+    if (g_control.badText == 1) {
+        return reinterpret_cast<BSTR>(kPage / 2);
+    }
+    auto* const pages = static_cast<BYTE*>(VirtualAlloc(nullptr, 2 * kPage, MEM_RESERVE, PAGE_NOACCESS));
+    VirtualAlloc(pages, kPage, MEM_COMMIT, PAGE_READWRITE);
+    FillMemory(pages, kPage, 'x');
+    auto* const characters = reinterpret_cast<WCHAR*>(pages + kPage) - kCharacters;
+    reinterpret_cast<DWORD*>(characters)[-1] = kPage;
+    return characters;
+}
+
 std::wstring baseName(HMODULE module) {
     wchar_t path[MAX_PATH];
     const std::wstring file(path, GetModuleFileNameW(module, path, MAX_PATH));
@@ -200,8 +218,8 @@ LONG WINAPI InitializeHotkeyDll(LONG lZero, ULONG* pReserved) {
 
 LONG WINAPI GetUnsupportedReason(BSTR* pbstrText, ULONG* pReserved) {
     const LONG result = answer(GetUnsupportedReasonId, *pbstrText == nullptr ? 0 : 1, static_cast<LONG>(*pReserved));
-    if (writes(result) && g_control.reason[0] != L'\0') {
-        *pbstrText = SysAllocString(g_control.reason);
+    if (writes(result) && (g_control.reason[0] != L'\0' || g_control.badText != 0)) {
+        *pbstrText = systemText(g_control.reason);
     }
     return result;
 }
@@ -260,7 +278,7 @@ LONG WINAPI IsDualBrtCtrl(BYTE* pbDual) {
 LONG WINAPI GetCustomItemText(ULONG uPlan, BSTR* pbstrText, ULONGLONG* pReserved) {
     const LONG result = answer(GetCustomItemTextId, static_cast<LONG>(uPlan), *pReserved == 0 ? 0 : 1);
     if (result == FENWYN_OK && g_control.nullPlanText == FALSE && pbstrText != nullptr && uPlan < kMaxPlans) {
-        *pbstrText = SysAllocString(g_control.plans[uPlan]);
+        *pbstrText = systemText(g_control.plans[uPlan]);
         writeBeyond(pbstrText);
     }
     return result;

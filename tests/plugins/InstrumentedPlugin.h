@@ -86,6 +86,7 @@ struct Control {
     Entry entries[kMaxEntries];  // FnF5_GetDisplayItemInfo fails beyond
     WCHAR plans[kMaxPlans][kMaxText];
     WCHAR reason[kMaxText];  // the text of GetUnsupportedReason; empty: it leaves the text null
+    DWORD badText;           // 1: both texts are at an address without memory; 2: they go on after the end of a page
     BOOL nullPlanText;       // GetCustomItemText succeeds and leaves the text null
     BOOL followSelection;    // SelectItem and FocusItem make their item current
     BOOL writesOnFailure;    // out values are written also when the result says failure (initially TRUE)

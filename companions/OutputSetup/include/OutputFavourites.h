@@ -39,7 +39,7 @@ struct Favourite {
 [[nodiscard]] std::vector<Favourite> load();
 
 // Replaces all favourites; those beyond kMost are dropped. To add one: load, append, store. Returns a system error
-// code; after a failure the list may be shorter.
+// code. After a failure, or an end of the process meanwhile, each number has its old favourite or its new one.
 [[nodiscard]] LSTATUS store(const std::vector<Favourite>& favourites);
 
 }  // namespace favourites

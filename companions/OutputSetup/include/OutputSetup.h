@@ -41,6 +41,7 @@
  *                         system starts anew, which the numbers of adapters and outputs do not. May be missing
  *   Corners   REG_BINARY  the upper left corner of each, two signed 32-bit numbers of pixels. May be missing
  *
+ * While a favourite is being replaced, "N.new" has all of it and counts where "N" has no text.
  * While the key does not exist, no favourite has ever been stored. OutputFavourites.h reads and writes them. */
 #define OUTPUT_SETUP_REG_FAVOURITES FENWYN_REG_PRODUCT L"\\Favourites"
 #define OUTPUT_SETUP_VALUE_TEXT L"Text"

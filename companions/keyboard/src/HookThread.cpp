@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/Caught.h"
+#include "common/SystemLoops.h"
 #include "keyboard/OwnInput.h"
 #include "keyboard/OwnModule.h"
 
@@ -21,7 +22,9 @@ common::UniqueHandle autoResetEvent() noexcept {
 void drainMessages() noexcept {
     MSG message;
     while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-        ::DispatchMessageW(&message);
+        if (!common::startsLoopOfInputMethod(message)) {
+            ::DispatchMessageW(&message);
+        }
     }
 }
 

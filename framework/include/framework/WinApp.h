@@ -35,6 +35,8 @@ class CWinApp {
     virtual int ExitInstance();
     // Until WM_QUIT, or until the main window has been destroyed.
     virtual void Run();
+    // Sees every message of the loop first. True: it has been handled, and reaches no window.
+    virtual bool PreTranslateMessage(MSG& /*message*/) { return false; }
     // Called in a catch block: an exception reached a border that it must not cross (the start, the end, the message
     // loop, a window procedure or a hook), and stops there. The caller of the failed code gets a failure.
     virtual void exceptionCaught() noexcept {}
@@ -44,8 +46,8 @@ class CWinApp {
     void _run() noexcept;
     [[nodiscard]] int _end() noexcept;
     [[nodiscard]] bool _nextMessage(MSG& message) const;
-    static void _handle(MSG& message) noexcept;
-    static bool _preTranslate(MSG& message);
+    void _handle(MSG& message) noexcept;
+    bool _preTranslate(MSG& message);
 
     static CWinApp* s_pCurrent;
     int m_nExitCode = 0;

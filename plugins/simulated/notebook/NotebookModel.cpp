@@ -27,7 +27,7 @@ constexpr std::size_t kMostCodes = 64;
 DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
     DWORD number = 0;
     DWORD bytes = sizeof number;
-    RegGetValueW(root, key, name, RRF_RT_REG_DWORD, nullptr, &number, &bytes);
+    RegGetValueW(root, key, name, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &number, &bytes);
     return number;
 }
 
@@ -35,7 +35,8 @@ DWORD numberOf(HKEY root, const wchar_t* key, const wchar_t* name) {
 bool textOf(const std::wstring& key, const wchar_t* name, std::wstring& text) {
     DWORD bytes = 0;
     const auto read = [&](wchar_t* place) {
-        return RegGetValueW(fenwyn::functionListRoot(), key.c_str(), name, RRF_RT_REG_SZ, nullptr, place, &bytes);
+        return RegGetValueW(fenwyn::functionListRoot(), key.c_str(), name, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, place,
+                            &bytes);
     };
     if (read(nullptr) != ERROR_SUCCESS) {
         return false;

@@ -36,8 +36,8 @@ bool cardsAtBottom() {
     DWORD position = 0;
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
         DWORD bytes = sizeof position;
-        if (RegGetValueW(root, ZEL_REG_CONFIG, L"Position", RRF_RT_REG_DWORD, nullptr, &position, &bytes) ==
-            ERROR_SUCCESS) {
+        if (RegGetValueW(root, ZEL_REG_CONFIG, L"Position", RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &position,
+                         &bytes) == ERROR_SUCCESS) {
             break;
         }
     }

@@ -39,7 +39,8 @@ void appendFunction(std::vector<Setting>& settings, const Function& function, co
 LSTATUS readList(HKEY root, std::wstring& list) {
     DWORD bytes = 0;
     const auto read = [&](wchar_t* place) {
-        return RegGetValueW(root, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_REG_SZ, nullptr, place, &bytes);
+        return RegGetValueW(root, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_REG_SZ | RRF_NOEXPAND, nullptr, place,
+                            &bytes);
     };
     if (const LSTATUS error = read(nullptr); error != ERROR_SUCCESS) {
         return error;
@@ -95,8 +96,8 @@ LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& l
     }
     std::vector<Setting> settings;
     appendFunction(settings, function, library, language);
-    if (RegGetValueW(root, settings.front().key.c_str(), ZEL_VALUE_CODE, RRF_RT_ANY, nullptr, nullptr, nullptr) ==
-        ERROR_SUCCESS) {
+    if (RegGetValueW(root, settings.front().key.c_str(), ZEL_VALUE_CODE, RRF_RT_ANY | RRF_NOEXPAND, nullptr, nullptr,
+                     nullptr) == ERROR_SUCCESS) {
         std::erase_if(settings, [](const Setting& setting) { return setting.name != ZEL_VALUE_FUNC_DLL; });
     }
     if (!isListed(list, function)) {
@@ -109,7 +110,7 @@ LSTATUS offerFunction(HKEY root, const Function& function, const std::wstring& l
 }
 
 ListState listState(HKEY root, const std::wstring& folder) {
-    if (RegGetValueW(root, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_ANY, nullptr, nullptr, nullptr) !=
+    if (RegGetValueW(root, ZEL_REG_HOTKEY, ZEL_VALUE_FUNC_LIST, RRF_RT_ANY | RRF_NOEXPAND, nullptr, nullptr, nullptr) !=
         ERROR_SUCCESS) {
         return ListState::None;
     }

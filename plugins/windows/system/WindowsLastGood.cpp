@@ -66,14 +66,14 @@ class CWindowsLastGood final : public ILastGood {
 
     std::optional<Layout> load() override {
         DWORD dwBytes = 0;
-        if (::RegGetValueW(HKEY_CURRENT_USER, kKey, kLastGood, RRF_RT_REG_MULTI_SZ, nullptr, nullptr, &dwBytes) !=
-            ERROR_SUCCESS) {
+        if (::RegGetValueW(HKEY_CURRENT_USER, kKey, kLastGood, RRF_RT_REG_MULTI_SZ | RRF_NOEXPAND, nullptr, nullptr,
+                           &dwBytes) != ERROR_SUCCESS) {
             return std::nullopt;
         }
         std::wstring texts(dwBytes / sizeof(wchar_t) + 2, L'\0');
         dwBytes = static_cast<DWORD>(texts.size() * sizeof(wchar_t));
-        if (::RegGetValueW(HKEY_CURRENT_USER, kKey, kLastGood, RRF_RT_REG_MULTI_SZ, nullptr, texts.data(), &dwBytes) !=
-            ERROR_SUCCESS) {
+        if (::RegGetValueW(HKEY_CURRENT_USER, kKey, kLastGood, RRF_RT_REG_MULTI_SZ | RRF_NOEXPAND, nullptr,
+                           texts.data(), &dwBytes) != ERROR_SUCCESS) {
             return std::nullopt;
         }
         Layout layout;
@@ -90,8 +90,8 @@ class CWindowsLastGood final : public ILastGood {
     bool wasLeftUnsettled() override {
         DWORD dwUnsettled = 0;
         DWORD dwBytes = sizeof(dwUnsettled);
-        if (::RegGetValueW(HKEY_CURRENT_USER, kKey, kUnsettled, RRF_RT_REG_DWORD, nullptr, &dwUnsettled, &dwBytes) !=
-                ERROR_SUCCESS ||
+        if (::RegGetValueW(HKEY_CURRENT_USER, kKey, kUnsettled, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &dwUnsettled,
+                           &dwBytes) != ERROR_SUCCESS ||
             dwUnsettled == 0) {
             return false;
         }

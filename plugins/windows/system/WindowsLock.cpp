@@ -12,8 +12,8 @@ constexpr wchar_t kPolicyValue[] = L"DisableLockWorkstation";
 bool policySet(HKEY hRoot) {
     DWORD dwValue = 0;
     DWORD dwBytes = sizeof(dwValue);
-    return ::RegGetValueW(hRoot, kPolicyKey, kPolicyValue, RRF_RT_REG_DWORD, nullptr, &dwValue, &dwBytes) ==
-               ERROR_SUCCESS &&
+    return ::RegGetValueW(hRoot, kPolicyKey, kPolicyValue, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &dwValue,
+                          &dwBytes) == ERROR_SUCCESS &&
            dwValue != 0;
 }
 

@@ -23,8 +23,8 @@ class CWindowsOfferMemory final : public IOfferMemory {
     std::optional<bool> offered() override {
         DWORD dwOffered = 0;
         DWORD dwBytes = sizeof(dwOffered);
-        return ::RegGetValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, m_strName.c_str(), RRF_RT_REG_DWORD, nullptr,
-                              &dwOffered, &dwBytes) == ERROR_SUCCESS
+        return ::RegGetValueW(HKEY_CURRENT_USER, FENWYN_REG_OFFERED, m_strName.c_str(), RRF_RT_REG_DWORD | RRF_NOEXPAND,
+                              nullptr, &dwOffered, &dwBytes) == ERROR_SUCCESS
                    ? std::optional<bool>(dwOffered != 0)
                    : std::nullopt;
     }

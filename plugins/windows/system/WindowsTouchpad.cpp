@@ -54,8 +54,8 @@ class CWindowsTouchpad final : public ITouchpad {
     std::optional<bool> enabled() override {
         DWORD dwEnabled = 0;
         DWORD dwBytes = sizeof(dwEnabled);
-        if (::RegGetValueW(HKEY_CURRENT_USER, kStatusKey, kStatusValue, RRF_RT_REG_DWORD, nullptr, &dwEnabled,
-                           &dwBytes) != ERROR_SUCCESS) {
+        if (::RegGetValueW(HKEY_CURRENT_USER, kStatusKey, kStatusValue, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr,
+                           &dwEnabled, &dwBytes) != ERROR_SUCCESS) {
             return std::nullopt;
         }
         return dwEnabled != 0;

@@ -133,6 +133,35 @@ requires(!std::is_function_v<Value>) class CArgument<Value*> {
     alignas(16) std::array<BYTE, kGuardSize + kRoom + kGuardSize> m_bytes;
 };
 
+// Has a frame of its own, with the boundary as its handler. Nothing in it needs a clean-up, or the compiler would put a
+// handler there itself.
+template <typename Result, typename... Arguments>
+[[gnu::noinline]] Result callGuarded(Result(WINAPI* pfFunction)(Arguments...), Arguments... arguments) {
+#ifdef _WIN64
+    asm volatile(".seh_handler FenwynPluginBoundary, @except");
+#endif
+    // Volatile, so that nothing of it becomes a part of this frame.
+    Result(WINAPI* volatile pfCalled)(Arguments...) = pfFunction;
+    const Result result = pfCalled(arguments...);
+    // Keeps the compiler from leaving the frame before the call, and the system from taking the return address for a
+    // part of the epilogue, where no handler is called.
+    asm volatile("nop" ::: "memory");
+    return result;
+}
+
+// Reads or frees what an export has handed out, as a part of its call: if a pointer is bad, the plug-in is at fault. An
+// exception of `work` would be taken for the plug-in's; it needs no memory, therefore.
+template <typename Work>
+void asPartOfCall(PluginId plugin, const char* pszExport, Work work) noexcept {
+    const CPluginCall call(plugin, pszExport, phaseOf(pszExport));
+    using Function = LONG(WINAPI*)(Work*);
+    callGuarded(static_cast<Function>([](Work* pWork) -> LONG {
+                    (*pWork)();
+                    return 0;
+                }),
+                &work);
+}
+
 template <typename Function>
 class CPluginExport;
 
@@ -162,24 +191,11 @@ class CPluginExport<Result(WINAPI*)(Arguments...)> {
     Result _guarded(CArgument<Arguments>... arguments) const noexcept {
         const Result result = [&] {
             const CKeepFloatingPoint keep;
-            return _call(m_pfExport, arguments.passed()...);
+            return callGuarded(m_pfExport, arguments.passed()...);
         }();
         if (!(static_cast<int>(arguments.takeBack()) & ... & 1)) {
             reportWideWrite(m_plugin, m_pszName);
         }
-        return result;
-    }
-
-    // Has a frame of its own, with the boundary as its handler. Nothing in it needs a clean-up, or the compiler would
-    // put a handler there itself.
-    [[gnu::noinline]] static Result _call(Function pfExport, Arguments... arguments) {
-#ifdef _WIN64
-        asm volatile(".seh_handler FenwynPluginBoundary, @except");
-#endif
-        const Result result = pfExport(arguments...);
-        // Keeps the compiler from leaving the frame before the call, and the system from taking the return address for
-        // a part of the epilogue, where no handler is called.
-        asm volatile("nop" ::: "memory");
         return result;
     }
 

@@ -2,8 +2,6 @@
 
 #include <atomic>
 
-#include "common/ShownText.h"
-
 namespace fnf5 {
 
 namespace {
@@ -28,13 +26,13 @@ long outstandingBlocks() noexcept {
     return s_lOutstanding;
 }
 
-std::wstring textOf(const UniqueText& text) {
+common::ShownText textOf(const UniqueText& text) noexcept {
     const SIZE_T bytes = text ? ::HeapSize(::GetProcessHeap(), 0, text.get()) : 0;
     // A block of another heap has no size.
     if (bytes == 0 || bytes == static_cast<SIZE_T>(-1)) {
         return {};
     }
-    return common::shownText(text.get(), bytes / sizeof(wchar_t));
+    return {text.get(), bytes / sizeof(wchar_t)};
 }
 
 }  // namespace fnf5

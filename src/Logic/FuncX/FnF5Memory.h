@@ -4,9 +4,8 @@
 
 #include <windows.h>
 
-#include <string>
-
 #include "common/Handle.h"
+#include "common/ShownText.h"
 
 namespace fnf5 {
 
@@ -23,6 +22,6 @@ struct TextTraits : common::NullIsNone<wchar_t*> {
 using UniqueText = common::UniqueAny<TextTraits>;
 
 // The text of a block as far as it is shown, and no further than the block. Empty for null.
-[[nodiscard]] std::wstring textOf(const UniqueText& text);
+[[nodiscard]] common::ShownText textOf(const UniqueText& text) noexcept;
 
 }  // namespace fnf5

@@ -127,10 +127,22 @@ void CFuncX::logUnsupportedReason() const {
     }
     BSTR bstrReason = nullptr;
     ULONG uReserved = 0;
-    if (pfGetReason(&bstrReason, &uReserved) == FENWYN_OK && bstrReason != nullptr) {
-        LOG_INFO(L"Hotkey %s has no card: %s", m_strCaption.c_str(), bstrReason);
+    const bool bSaid = pfGetReason(&bstrReason, &uReserved) == FENWYN_OK && bstrReason != nullptr;
+    const common::ShownText reason = takeText(FENWYN_GET_UNSUPPORTED_REASON, bstrReason);
+    if (bSaid) {
+        LOG_INFO(L"Hotkey %s has no card: %s", m_strCaption.c_str(), reason.str().c_str());
     }
-    ::SysFreeString(bstrReason);
+}
+
+common::ShownText CFuncX::takeText(const char* pszExport, BSTR bstrText) const noexcept {
+    common::ShownText text;
+    asPartOfCall(pszExport, [&]() noexcept {
+        if (bstrText != nullptr) {
+            text = {bstrText, ::SysStringLen(bstrText)};
+            ::SysFreeString(bstrText);
+        }
+    });
+    return text;
 }
 
 HRESULT CFuncX::loadPlugin(const std::wstring& strPath) {

@@ -3,6 +3,10 @@
 // where a function's own thread is named.
 #pragma once
 
+#include <windows.h>
+
+#include <oleauto.h>
+
 #include <memory>
 #include <string>
 #include <utility>
@@ -11,6 +15,7 @@
 #include "Logic/Faults/PluginCall.h"
 #include "Logic/Placement.h"
 #include "common/Handle.h"
+#include "common/ShownText.h"
 
 class CDialog;
 class CQrdItem;
@@ -71,6 +76,13 @@ class CFuncX {
     template <typename Function>
     [[nodiscard]] faults::CPluginExport<Function> getExport(const char* pszName) const {
         return {_findExport(pszName), m_plugin, pszName};
+    }
+    // The text of an export, as far as it is shown, which is freed. Empty for null.
+    [[nodiscard]] common::ShownText takeText(const char* pszExport, BSTR bstrText) const noexcept;
+    // Reads or frees what the export has handed out (faults::asPartOfCall).
+    template <typename Work>
+    void asPartOfCall(const char* pszExport, Work work) const noexcept {
+        faults::asPartOfCall(m_plugin, pszExport, work);
     }
     // Asks a plug-in that declined for its reason, and logs it at information level. The export is optional.
     void logUnsupportedReason() const;

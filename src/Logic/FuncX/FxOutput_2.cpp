@@ -210,14 +210,20 @@ HRESULT CFxOutput_2::getAvailableItems(LONG lCount) {
         std::unique_ptr<FnF5ItemInfo> pInfo;
         fnf5::UniqueText text;
         const HRESULT status = _askForItem(static_cast<DWORD>(lIndex), pInfo, text);
+        const bool bText = static_cast<bool>(text);
+        common::ShownText shown;
+        asPartOfCall(FENWYN_FNF5_GET_DISPLAY_ITEM_INFO, [&]() noexcept {
+            shown = fnf5::textOf(text);
+            text.reset();
+        });
         if (FAILED(status)) {
             m_vecAvailableItems.clear();
             RETURN_LOGGED(status);
         }
-        if (pInfo->dwCustom != 0 && !text) {
+        if (pInfo->dwCustom != 0 && !bText) {
             LOG_ASSERT(L"NULL != pszItemText");
         }
-        pInfo->strText = pInfo->dwCustom != 0 ? fnf5::textOf(text) : getDefaultItemName(pInfo->lMode);
+        pInfo->strText = pInfo->dwCustom != 0 ? shown.str() : getDefaultItemName(pInfo->lMode);
         if (lIndex == m_lCurrentItem) {
             m_strCurrentItemText = pInfo->strText;
         }
@@ -284,9 +290,12 @@ HRESULT CFxOutput_2::_addOutputItem(const FnF5ItemInfo& rInfo, std::vector<CQrdI
     }
     const auto* const pRecords =
         reinterpret_cast<const FenwynDisplayRecord*>(static_cast<std::uintptr_t>(rInfo.ullRecords));
+    std::array<FenwynDisplayRecord, FENWYN_MAX_RECORDS> records;
+    const DWORD dwCount = readableRecords(pRecords, std::min<DWORD>(rInfo.dwRecordCount, FENWYN_MAX_RECORDS));
+    asPartOfCall(FENWYN_FNF5_GET_DISPLAY_ITEM_INFO,
+                 [&]() noexcept { std::copy_n(pRecords, dwCount, records.begin()); });
     auto pItem = common::tryMake<CFxOutputItemDlg>(rInfo.lMode, rInfo.dwNeedsSetup, rInfo.dwShowResolution,
-                                                   uIdSmallIcon, uIdLargeIcon, rInfo.strText,
-                                                   readableRecords(pRecords, rInfo.dwRecordCount), pRecords);
+                                                   uIdSmallIcon, uIdLargeIcon, rInfo.strText, dwCount, records.data());
     CDialog* const pWindow = pItem.get();
     return appendItem(std::move(pItem), pWindow, ItemOrder::InitializeThenWindow, rVecItems);
 }

@@ -3,17 +3,7 @@
 #include <algorithm>
 
 #include "Logic/ZelCommonFunc.h"
-#include "common/ShownText.h"
 #include "common/Status.h"
-
-namespace {
-
-struct BstrTraits : common::NullIsNone<BSTR> {
-    static void close(type value) noexcept { ::SysFreeString(value); }
-};
-using UniqueBstr = common::UniqueAny<BstrTraits>;
-
-}  // namespace
 
 HRESULT CFxPowerPlan::initItems(std::vector<CQrdItem*>& rVecItems) {
     ItemGuard guard(rVecItems);
@@ -73,14 +63,16 @@ HRESULT CFxPowerPlan::getPowerPlanItemName(DWORD dwPlan, std::wstring* pstrName)
     if (pfGetCustomItemText == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    UniqueBstr bstrName;
+    BSTR bstrName = nullptr;
     ULONGLONG ullScratch = 0;
-    if (pfGetCustomItemText(dwPlan, bstrName.put(), &ullScratch) != FENWYN_OK) {
+    const LONG lResult = pfGetCustomItemText(dwPlan, &bstrName, &ullScratch);
+    const common::ShownText name = takeText(FENWYN_GET_CUSTOM_ITEM_TEXT, bstrName);
+    if (lResult != FENWYN_OK) {
         RETURN_LOGGED(E_FAIL);
     }
     if (pstrName == nullptr) {
         RETURN_LOGGED(E_POINTER);
     }
-    *pstrName = bstrName ? common::shownText(bstrName.get(), ::SysStringLen(bstrName.get())) : std::wstring();
+    *pstrName = name.str();
     return S_OK;
 }

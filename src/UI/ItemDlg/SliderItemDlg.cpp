@@ -23,6 +23,8 @@ namespace {
 constexpr double kBaseWidth = 200.0;
 constexpr double kHeightPerThumb = 1.2;
 constexpr int kLowestLevel = 1;
+// More than one for each pixel of the widest screen; and the messages of a trackbar have no room for a larger one.
+constexpr LONG kMostLevels = 0x7FFF;
 constexpr DWORD kOpaque = 255;
 
 constexpr Gdiplus::ARGB kGrey = 0xFF696969;
@@ -179,6 +181,10 @@ const MessageMap& CSliderItemDlg::messageMap() const {
 
 // A level of 0 is valid although the track begins at 1: a plug-in may report it, and the slider shows its minimum.
 HRESULT CSliderItemDlg::initialize() {
+    if (m_lLevelCount > kMostLevels) {
+        LOG_ASSERT(L"m_lLevelCount <= kMostLevels");
+        m_lLevelCount = kMostLevels;
+    }
     if (m_lCurrentLevel < 0 || m_lCurrentLevel > m_lLevelCount) {
         RETURN_LOGGED(E_FAIL);
     }

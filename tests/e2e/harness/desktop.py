@@ -142,7 +142,7 @@ class Program:
         shutil.copytree(places.STAGE, self.stage, copy_function=_link)
         (self.stage / "DbgLog.ini").unlink(missing_ok=True)
         self._log_to(self.log_file)
-        self.probe.set_text("HKCU", NOTEBOOK, "RecordFile", places.windows_path(self.record_file))
+        self.renew_machine()
 
     # Configuration before the start
     def write_log_settings(self, **values):
@@ -180,6 +180,11 @@ class Program:
         """State of the simulated notebook: machine("Mute", Item=1)."""
         for name, value in values.items():
             self.probe.set_dword("HKCU", f"{NOTEBOOK}\\{function}", name.replace("__", "."), value)
+
+    def renew_machine(self):
+        """The simulated notebook as it is delivered."""
+        self.probe.delete_key("HKCU", NOTEBOOK)
+        self.probe.set_text("HKCU", NOTEBOOK, "RecordFile", places.windows_path(self.record_file))
 
     def machine_item(self, function):
         return int.from_bytes(self.probe.get_value("HKCU", f"{NOTEBOOK}\\{function}", "Item"), "little")

@@ -23,6 +23,9 @@ bool CZelMainApp::InitInstance() {
     return false;
 }
 
+bool CZelMainApp::PreTranslateMessage(MSG& /*message*/) {
+    return false;
+}
 void CZelMainApp::exceptionCaught() noexcept {}
 int CZelMainApp::ExitInstance() {
     return 0;

@@ -181,8 +181,8 @@ TEST_F(Output2List, ATextWithoutEndStopsAtItsBlock) {
     auto* const pText = static_cast<wchar_t*>(fnf5::allocate(10));
     ASSERT_NE(pText, nullptr);
     std::wstring(L"abcde").copy(pText, 5);
-    EXPECT_EQ(fnf5::textOf(fnf5::UniqueText(pText)), L"abcde");
-    EXPECT_EQ(fnf5::textOf(fnf5::UniqueText()), L"");
+    EXPECT_EQ(fnf5::textOf(fnf5::UniqueText(pText)).str(), L"abcde");
+    EXPECT_EQ(fnf5::textOf(fnf5::UniqueText()).str(), L"");
 }
 
 TEST_F(Output2List, CountsBelowOneGiveNoItems) {

@@ -57,6 +57,22 @@ TEST_F(SliderItem, AcceptsLevelsFromZeroToTheCount) {
     }
 }
 
+TEST_F(SliderItem, MoreLevelsThanATrackbarCanTellNeverReachIt) {
+    for (const LONG count : {0x8000, 0x7FFFFFFF}) {
+        m_log.clear();
+        CSliderItemDlg item(kDecrease, kIncrease, count, 5);
+        item.setPlacement(m_room.placement());
+        EXPECT_EQ(item.initialize(), S_OK);
+        EXPECT_EQ(errors(), std::vector<std::wstring>{
+                                L"[ERR] (CSliderItemDlg::initialize): ASSERT( m_lLevelCount <= kMostLevels )"});
+        ASSERT_TRUE(item.Create(nullptr));
+        const HWND slider = SliderItemSeam::slider(item).m_hWnd;
+        EXPECT_EQ(::SendMessageW(slider, TBM_GETRANGEMAX, 0, 0), 0x7FFF);
+        EXPECT_EQ(::SendMessageW(slider, TBM_GETPOS, 0, 0), 5);
+        item.DestroyWindow();
+    }
+}
+
 TEST_F(SliderItem, LeavesTheFocusWhereItIsWhenItIsMade) {
     const HWND other = ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 900, 500, 50, 50, nullptr, nullptr,
                                          nullptr, nullptr);

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "common/Handle.h"
+#include "companions/OutputSetup/store/RegistryChanges.h"
 #include "support/RegistryRoom.h"
 
 namespace {
@@ -40,6 +43,79 @@ class KeptFavourites : public testing::Test {
 };
 
 }  // namespace
+
+namespace {
+
+// Fails from the given change on, as if the process had ended before it.
+class EndedProcess : public favourites::IRegistryChanges {
+ public:
+    explicit EndedProcess(int changes) : m_left(changes) {}
+    ~EndedProcess() override { favourites::registryChanges() = m_before; }
+    EndedProcess(const EndedProcess&) = delete;
+    EndedProcess& operator=(const EndedProcess&) = delete;
+
+    LSTATUS set(HKEY key, const wchar_t* subKey, const wchar_t* value, DWORD type, const void* data,
+                DWORD bytes) override {
+        return ended() ? ERROR_PROCESS_ABORTED : IRegistryChanges::set(key, subKey, value, type, data, bytes);
+    }
+    LSTATUS remove(HKEY key, const wchar_t* subKey) override {
+        return ended() ? ERROR_PROCESS_ABORTED : IRegistryChanges::remove(key, subKey);
+    }
+
+ private:
+    bool ended() { return m_left-- <= 0; }
+
+    int m_left;
+    favourites::IRegistryChanges* m_before = std::exchange(favourites::registryChanges(), this);
+};
+
+favourites::Favourite twoScreens(const std::wstring& name, ULONG width) {
+    favourites::Favourite favourite{name, FENWYN_MODE_EXTEND_LEFT, {}, {}};
+    favourite.displays = {favourites::displayRecord(L"LCD", 0, width, 600),
+                          favourites::displayRecord(L"HDMI 1", 1, width, 768)};
+    favourite.positions = {{L"A" + name, {0, 0}}, {L"B" + name, {static_cast<LONG>(width), 5}}};
+    return favourite;
+}
+
+bool same(const favourites::Favourite& one, const favourites::Favourite& other) {
+    return one.text == other.text && one.displays.size() == other.displays.size() &&
+           one.displays[1].uWidth == other.displays[1].uWidth && one.positions.size() == other.positions.size() &&
+           one.positions[1].path == other.positions[1].path && one.positions[1].corner.x == other.positions[1].corner.x;
+}
+
+}  // namespace
+
+TEST_F(KeptFavourites, AreTheOldOrTheNewOnesWhereverTheProcessEnds) {
+    const std::vector<favourites::Favourite> before{twoScreens(L"Desk", 800), twoScreens(L"Home", 1024),
+                                                    twoScreens(L"Hall", 1280)};
+    const std::vector<favourites::Favourite> after{twoScreens(L"Sofa", 640), twoScreens(L"Bed", 320)};
+    LSTATUS error = ERROR_PROCESS_ABORTED;
+    int changes = 0;
+    for (; error != ERROR_SUCCESS; ++changes) {
+        // Also what one that ended leaves is no harm to the next, wherever that one ends.
+        for (const int first : {1000, 0, 3, 7, 9, 14}) {
+            ASSERT_EQ(favourites::store(before), ERROR_SUCCESS);
+            {
+                const EndedProcess ended(first);
+                static_cast<void>(favourites::store(after));
+            }
+            const auto left = favourites::load();
+            {
+                const EndedProcess ended(changes);
+                error = favourites::store(after);
+            }
+            const auto found = favourites::load();
+            ASSERT_GE(found.size(), after.size()) << changes;
+            for (std::size_t i = 0; i < found.size(); ++i) {
+                EXPECT_TRUE(same(found[i], left[i]) || same(found[i], after[i])) << changes << ", number " << i;
+            }
+        }
+    }
+    EXPECT_GT(changes, 10) << "each value is a change";
+    EXPECT_EQ(storedNames(), (Names{L"Sofa", L"Bed"}));
+    EXPECT_FALSE(hasKey(OUTPUT_SETUP_REG_FAVOURITES L"\\0.new"));
+    EXPECT_FALSE(hasKey(OUTPUT_SETUP_REG_FAVOURITES L"\\2"));
+}
 
 TEST_F(KeptFavourites, StandBelowTheProductsKey) {
     EXPECT_FALSE(favourites::exist());
