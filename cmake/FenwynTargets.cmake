@@ -137,9 +137,19 @@ function(fenwyn_base_address target)
   endif()
 endfunction()
 
+# fenwyn_emergency_memory(<target>): a library with C++ code gives back all its memory when it is unloaded.
+function(fenwyn_emergency_memory target)
+  get_target_property(type ${target} TYPE)
+  get_target_property(language ${target} LINKER_LANGUAGE)
+  if(NOT type STREQUAL "EXECUTABLE" AND NOT language STREQUAL "C")
+    target_sources(${target} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/EmergencyMemory.cpp")
+  endif()
+endfunction()
+
 # fenwyn_ship(<target> [subfolder]): the target's file goes into the stage folder.
 function(fenwyn_ship target)
   add_dependencies(stage ${target})
+  fenwyn_emergency_memory(${target})
   fenwyn_version(${target})
   fenwyn_base_address(${target})
   set(folder "${FENWYN_STAGE_DIR}")
