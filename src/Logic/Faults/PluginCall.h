@@ -149,17 +149,18 @@ template <typename Result, typename... Arguments>
     return result;
 }
 
+template <typename Work>
+LONG WINAPI doWork(Work* pWork) {
+    (*pWork)();
+    return 0;
+}
+
 // Reads or frees what an export has handed out, as a part of its call: if a pointer is bad, the plug-in is at fault. An
 // exception of `work` would be taken for the plug-in's; it needs no memory, therefore.
 template <typename Work>
 void asPartOfCall(PluginId plugin, const char* pszExport, Work work) noexcept {
     const CPluginCall call(plugin, pszExport, phaseOf(pszExport));
-    using Function = LONG(WINAPI*)(Work*);
-    callGuarded(static_cast<Function>([](Work* pWork) -> LONG {
-                    (*pWork)();
-                    return 0;
-                }),
-                &work);
+    callGuarded(&doWork<Work>, &work);
 }
 
 template <typename Function>
