@@ -85,19 +85,27 @@ void CKeyWatcher::_setAlarms(CKeyTracker::Alone before) noexcept {
     }
 }
 
+void CKeyWatcher::handleStart() noexcept {
+    _takePending();
+}
+
 void CKeyWatcher::handleWake() noexcept {
+    m_newsWindow.open();
+    _takePending();
+    if (m_bEnabled.load(std::memory_order_relaxed)) {
+        m_tracker.enable();
+        m_secondRoad.set(m_newsWindow.handle(), m_alone);
+    }
+}
+
+void CKeyWatcher::_takePending() noexcept {
     std::optional<TrackerSettings> settings;
     {
         const keyboard::CExclusiveLock lock(m_lock);
         settings = std::exchange(m_pending, std::nullopt);
     }
-    m_newsWindow.open();
     if (settings) {
         _takeSettings(*settings);
-    }
-    if (m_bEnabled.load(std::memory_order_relaxed)) {
-        m_tracker.enable();
-        m_secondRoad.set(m_newsWindow.handle(), m_alone);
     }
 }
 

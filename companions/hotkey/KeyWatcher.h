@@ -28,6 +28,7 @@ class CKeyWatcher : public keyboard::IHookClient, private IKeyPresser, private I
 
     void handleCall() noexcept override;
     [[nodiscard]] bool handleKey(const keyboard::KeyEvent& event) noexcept override;
+    void handleStart() noexcept override;
     void handleWake() noexcept override;
     void handleTick() noexcept override;
     [[nodiscard]] DWORD timeToTick() const noexcept override;
@@ -42,6 +43,7 @@ class CKeyWatcher : public keyboard::IHookClient, private IKeyPresser, private I
     void keyboardChangedHands() noexcept override;
     // Whether the press of a key can be more than typing.
     [[nodiscard]] bool _mayAct(const keyboard::KeyEvent& event) const noexcept;
+    void _takePending() noexcept;
     void _takeSettings(const TrackerSettings& settings) noexcept;
     // `before`: what the tracker said of keys without the modifier before the change.
     void _setAlarms(CKeyTracker::Alone before) noexcept;

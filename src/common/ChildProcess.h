@@ -10,7 +10,7 @@ namespace common {
 struct ChildResult {
     bool ended = false;  // false: it did not end in time and was ended, or it could not be started
     DWORD exitCode = 0;
-    std::wstring text;  // what it wrote to standard output, line feeds only
+    std::wstring text;  // what it wrote to standard output, in UTF-8
 };
 
 // Runs the program with these arguments, without a window, and waits until it ends, for `patience` milliseconds at

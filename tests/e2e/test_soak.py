@@ -24,10 +24,13 @@ LONG = "FENWYN_SOAK_SHOWS" in os.environ
 SHOWS = int(os.environ.get("FENWYN_SOAK_SHOWS", 2000))
 OPENS = int(os.environ.get("FENWYN_SOAK_OPENS", 5))
 FIRST = 1000  # rounds in which everything may be made that is made once
-# Of private memory, afterwards. The heap takes more rounds than the short form has until it has found its size.
+# Of private memory, after more rounds than the short form has: until then the heap finds its size.
 ALLOWED_KB = 256
+SETTLED = 10000
 LOST = 0.5  # seconds after which a key was lost
 AT_A_TIME = 100  # rounds without anything in between
+# In the first rounds: the heap has found its size after about two hundred rebuilds, with a few hundred KB more.
+FIRST_AT_A_TIME = 5 if LONG else AT_A_TIME
 KINDS = ("Mute", "PowerPlan", "Output_2", "Brightness", "Wireless", "Output")  # a card of each
 
 
@@ -116,10 +119,10 @@ class Soak:
     def one_of_each(self):
         self.program.probe.play_rounds(self.strip, [function.codes[0] for function in self.program.functions] + [0])
 
-    def rounds(self, codes):
+    def rounds(self, codes, at_a_time=AT_A_TIME):
         """A round for each code; 0 opens no card. Something else comes after every few of them."""
-        for first in range(0, len(codes), AT_A_TIME):
-            part = codes[first:first + AT_A_TIME]
+        for first in range(0, len(codes), at_a_time):
+            part = codes[first:first + at_a_time]
             self.program.probe.play_rounds(self.strip, part)
             self.done["messages"] += len(part)
             self.random.choice(self.interludes)()
@@ -155,16 +158,18 @@ def soak(program, seed, shows, opens, first=FIRST):
     table, began = [], time.monotonic()
     run.first_time()
     for start in range(0, len(codes), first):
-        run.rounds(codes[start:start + first])
+        run.rounds(codes[start:start + first], AT_A_TIME if start else FIRST_AT_A_TIME)
         table.append(run.counts())
-        print(f"{time.monotonic() - began:6.0f} s, {start + first} rounds: {table[-1]}, {run.done}", flush=True)
+        kinds = program.probe.gdi_kinds(program.pid)
+        print(f"{time.monotonic() - began:6.0f} s, {start + first} rounds: {table[-1]}, {kinds}, {run.done}", flush=True)
+    before = dict(table[0], private=table[min(SETTLED // first, len(table)) - 1]["private"])
     # A thread or a handle of the system's may just be ending.
     for _ in range(3):
-        if not growth(table[0], table[-1]):
+        if not growth(before, table[-1]):
             break
         table.append(run.counts())
         print(f"once more: {table[-1]}")
-    return growth(table[0], table[-1])
+    return growth(before, table[-1])
 
 
 def prepare(program, *functions):

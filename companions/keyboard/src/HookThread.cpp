@@ -62,10 +62,11 @@ void CHookThread::_run(IHookClient& client) noexcept {
         const bool bInstalled = static_cast<bool>(hook);
         m_installStatus = bInstalled ? S_OK : HRESULT_FROM_WIN32(::GetLastError());
         if (bInstalled) {
-            client.handleWake();
+            client.handleStart();
         }
         ::SetEvent(m_hReady.get());
         if (bInstalled) {
+            client.handleWake();
             _loop(client, hook);
         }
     }

@@ -155,7 +155,11 @@ class Probe:
 
     def handles(self, pid):
         """{"kernel": n, "gdi": n}"""
-        return self.ask("count-handles", pid)
+        return {kind: count for kind, count in self.ask("count-handles", pid).items() if kind != "gdi kinds"}
+
+    def gdi_kinds(self, pid):
+        """{"device contexts": n, ...}"""
+        return self.ask("count-handles", pid)["gdi kinds"]
 
     def user_objects(self):
         """Windows, menus, cursors, hooks and the like, of all processes."""

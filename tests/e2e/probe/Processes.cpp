@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
 
 #include "Commands.h"
 #include "Json.h"
@@ -44,6 +45,10 @@ constexpr int kSystemExtendedHandles = 64;
 constexpr std::size_t kGdiTableOffset = 0xF8;  // in the process environment block, 64 bit
 constexpr std::size_t kGdiEntries = 0x10000;
 
+// What the types in the table are called.
+const std::map<int, const char*> kGdiTypes = {{0x01, "device contexts"}, {0x04, "regions"}, {0x05, "bitmaps"},
+                                              {0x08, "palettes"},        {0x0A, "fonts"},   {0x10, "brushes and pens"}};
+
 std::vector<common::UniqueHandle>& heldObjects() {
     static std::vector<common::UniqueHandle> all;
     return all;
@@ -75,7 +80,8 @@ bool readFrom(HANDLE process, std::uint64_t address, T* out, std::size_t count) 
     return ::ReadProcessMemory(process, reinterpret_cast<const void*>(address), out, count * sizeof(T), &read) != 0;
 }
 
-std::int64_t gdiObjectsOf(HANDLE process) {
+// GDI objects by type; empty if the table cannot be read.
+std::map<int, std::int64_t> gdiObjectsOf(HANDLE process) {
     using Query = NTSTATUS(NTAPI*)(HANDLE, int, void*, ULONG, ULONG*);
     static const auto query = ofNtdll<Query>("NtQueryInformationProcess");
     PROCESS_BASIC_INFORMATION basic{};
@@ -84,9 +90,15 @@ std::int64_t gdiObjectsOf(HANDLE process) {
     if (query(process, ProcessBasicInformation, &basic, sizeof basic, nullptr) != 0 ||
         !readFrom(process, reinterpret_cast<std::uint64_t>(basic.PebBaseAddress) + kGdiTableOffset, &table, 1) ||
         !readFrom(process, table, entries.data(), entries.size())) {
-        return -1;
+        return {};
     }
-    return std::count_if(entries.begin(), entries.end(), [](const GdiEntry& entry) { return entry.type != 0; });
+    std::map<int, std::int64_t> found;
+    for (const GdiEntry& entry : entries) {
+        if (entry.type != 0) {
+            ++found[entry.type];
+        }
+    }
+    return found;
 }
 
 }  // namespace
@@ -108,7 +120,14 @@ std::string countHandles(const Arguments& arguments) {
     if (!process) {
         return error(L"no such process");
     }
-    return object({{"kernel", number(kernelHandlesOf(id))}, {"gdi", number(gdiObjectsOf(process.get()))}});
+    std::int64_t gdi = 0;
+    std::vector<Member> kinds;
+    for (const auto& [type, count] : gdiObjectsOf(process.get())) {
+        gdi += count;
+        const auto known = kGdiTypes.find(type);
+        kinds.push_back({known == kGdiTypes.end() ? "others" : known->second, number(count)});
+    }
+    return object({{"kernel", number(kernelHandlesOf(id))}, {"gdi", number(gdi)}, {"gdi kinds", object(kinds)}});
 }
 
 // Nobody tells their number, but a new one gets a place in a table: first the free ones, the last freed before all

@@ -36,6 +36,8 @@ class CRounds {
 
     // The strip comes and goes; with a code, a card opens in between. The phase that did not end in time, or null.
     const wchar_t* run(DWORD code) {
+        // Without the strip, the hover strip is there, and may be when a card opens.
+        const std::vector<HWND> rest = isShown(m_strip) ? std::vector<HWND>{} : _shown();
         if (!_await([this] { return _isUp(); })) {
             return L"the strip is shown";
         }
@@ -49,6 +51,7 @@ class CRounds {
             _post(code, 1);
         }
         _post(0, 1);
+        std::erase_if(windows, [&rest](HWND window) { return std::ranges::find(rest, window) != rest.end(); });
         return _await([&windows] { return std::none_of(windows.begin(), windows.end(), isShown); })
                    ? nullptr
                    : L"the cards are hidden";

@@ -231,6 +231,19 @@ TEST_F(RegConfig, MissingNumberIsLoggedByBothReads) {
                                }));
 }
 
+TEST_F(RegConfig, ReadOfATextIsTraced) {
+    RegistryRoom::setText(HKEY_LOCAL_MACHINE, kKey, L"Text", L"a");
+    openKey();
+    const LogCapture capture;
+    std::vector<wchar_t> units;
+    EXPECT_EQ(m_access.GetValue(L"Text", units), S_OK);
+    EXPECT_EQ(capture.lines(), (Lines{
+                                   L"[TRC] (RegConfigAccess::GetValue): ENTER RegConfigAccess::GetValue",
+                                   L"[TRC] (RegConfigAccess::GetValue): pszName = Text",
+                                   L"[TRC] (RegConfigAccess::GetValue): LEAVE RegConfigAccess::GetValue",
+                               }));
+}
+
 // Another program changes the size all the time: every read returns a complete old or new value, or the system's error
 // that it grew between the two calls.
 TEST_F(RegConfig, ValueThatChangesMeanwhileIsReadWholeOrRefused) {

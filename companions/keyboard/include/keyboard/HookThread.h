@@ -19,6 +19,9 @@ class IHookClient {
     [[nodiscard]] virtual bool handleKey(const KeyEvent& event) noexcept = 0;
     // The hook was called, for whatever reason and whoever pressed the key.
     virtual void handleCall() noexcept {}
+    // Before CHookThread::start() returns. What can wait, like windows that only the client needs, belongs to the first
+    // handleWake(): a thread's first window takes longer than all the rest.
+    virtual void handleStart() noexcept {}
     // After CHookThread::wake(), and once before the first key.
     virtual void handleWake() noexcept {}
     // timeToTick() ms from now, which is asked after everything that happens; INFINITE: never.
