@@ -141,8 +141,8 @@ TEST(Report, LeavesTheProfilesPathOutWhereverItStands) {
 
 TEST(Report, SaysWhichProgramSystemAndMachine) {
     const std::wstring text = machine::surroundings();
-    for (const wchar_t* const words :
-         {L"FenwynCheck 1.", L" bit\nSystem: Windows ", L" build ", L", 64 bit\nMachine: ", L"\nSession: at the machine\n"}) {
+    for (const wchar_t* const words : {L"FenwynCheck 1.", L" bit\nSystem: Windows ", L" build ", L", 64 bit\nMachine: ",
+                                       L"\nSession: at the machine\n"}) {
         EXPECT_NE(text.find(words), std::wstring::npos) << std::string(text.begin(), text.end());
     }
 }
