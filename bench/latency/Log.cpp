@@ -114,6 +114,7 @@ void writeSettings(int level) {
     ::WritePrivateProfileStringW(L"LOG", L"LogFile", (folder() + L"latency-log.txt").c_str(), ini.c_str());
 }
 
+#ifdef LATENCY_LOG_PEER
 std::string peerFile() {
     const std::wstring wide = folder() + L"latency-peer.txt";
     std::string narrow;
@@ -122,6 +123,7 @@ std::string peerFile() {
     }
     return narrow;
 }
+#endif
 
 void writeLines() {
     std::vector<Row> rows{{"written", &perCall<Line>}};

@@ -12,7 +12,6 @@
 #include "UI/PopupDlg.h"
 #include "ZelMain.h"
 #include "common/GdiPlusFunc.h"
-#include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "common/TryMake.h"
 #include "framework/Wnd.h"
@@ -51,7 +50,7 @@ HRESULT CBlackCard::_initialize(const wchar_t* pszName, std::vector<DWORD> vecCo
 }
 
 HRESULT CBlackCard::_loadImage() {
-    return getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_pFunx->getSmallPngID()), kPngResourceType, m_pImage);
+    return getImageFromRes(theApp.getPngDll(), static_cast<WORD>(m_pFunx->getSmallPngID()), kPngResourceType, m_image);
 }
 
 void CBlackCard::endFunction() {
@@ -64,7 +63,7 @@ void CBlackCard::uninitialize() {
     if (m_pFunx != nullptr) {
         m_pFunx->finalize();
     }
-    m_pImage.reset();
+    m_image = {};
     m_pFunx.reset();
     if (m_pLargeCardDlg != nullptr) {
         m_pLargeCardDlg->DestroyWindow();

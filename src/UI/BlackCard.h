@@ -12,6 +12,7 @@
 #include "UI/CardGeometry.h"
 #include "UI/ItemDlg/QrdItem.h"
 #include "common/GdiPlusFunc.h"
+#include "common/ResourceFunc.h"
 
 class CLargeCardDlg;
 class CWnd;
@@ -41,8 +42,8 @@ class CBlackCard {
     [[nodiscard]] HRESULT drawText(Gdiplus::Graphics& graphics);
     // The picture for the function's current state; owned by the card. Asks the plug-in.
     [[nodiscard]] Gdiplus::Image* getImage();
-    // The picture of the last getImage().
-    [[nodiscard]] Gdiplus::Image* image() const { return m_pImage.get(); }
+    // The picture of the last getImage(). Decodes it at the first call.
+    [[nodiscard]] Gdiplus::Image* image() { return m_image.get(); }
     [[nodiscard]] std::wstring getCaption() const;
     [[nodiscard]] std::wstring getDesc() const;
 
@@ -102,7 +103,7 @@ class CBlackCard {
 
     CWnd* m_pParentWnd;
     const Placement& m_placement;
-    std::unique_ptr<Gdiplus::Image> m_pImage;
+    LateImage m_image;
     RECT m_cardRect{};
     geometry::Card m_parts{};
     OutlineText m_captionText;

@@ -9,7 +9,6 @@
 #include "UI/CardGeometry.h"
 #include "UI/CardStyle.h"
 #include "ZelMain.h"
-#include "common/ResourceFunc.h"
 #include "common/Status.h"
 #include "res/DialogIds.h"
 #include "res/Pictures.h"
@@ -32,7 +31,7 @@ bool CZelHideDlg::OnInitDialog() {
     LOG_ENTER_LEAVE();
     CCardWnd::OnInitDialog();
     static_cast<void>(_setDlgPos());
-    const HRESULT status = getImageFromRes(theApp.getPngDll(), kHoverBorderImageId, kPngResourceType, m_pBorderImage);
+    const HRESULT status = getImageFromRes(theApp.getPngDll(), kHoverBorderImageId, kPngResourceType, m_borderImage);
     if (FAILED(status)) {
         LOG_STATUS(status);
     }
@@ -84,7 +83,7 @@ HRESULT CZelHideDlg::_showBlackCardsBoder() {
     if (!isVisible() || m_vecSegments.empty()) {
         return S_FALSE;
     }
-    const std::vector<Gdiplus::Image*> images(m_vecSegments.size(), m_pBorderImage.get());
+    const std::vector<Gdiplus::Image*> images(m_vecSegments.size(), m_borderImage.get());
     const std::vector<DWORD> opacities(m_vecSegments.size(), kCardOpacity);
     std::vector<const RECT*> places;
     for (const RECT& segment : m_vecSegments) {

@@ -1,11 +1,10 @@
 // The hover strip: four pixels at the screen edge that bring up the cards when the mouse rests on them.
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include "UI/CardWnd.h"
-#include "common/GdiPlus.h"
+#include "common/ResourceFunc.h"
 
 class CZelHideDlg : public CCardWnd {
  public:
@@ -34,7 +33,7 @@ class CZelHideDlg : public CCardWnd {
     void OnTimer(UINT_PTR uId);
     static void _showCards();
 
-    std::unique_ptr<Gdiplus::Image> m_pBorderImage;
+    LateImage m_borderImage;
     int m_nCardCount;
     std::vector<RECT> m_vecSegments;
     bool m_bTimerRunning = false;

@@ -206,7 +206,7 @@ LRESULT CZelMainDlg::OnPrepare(WPARAM wParam, LPARAM /*lParam*/) {
     return 0;
 }
 
-void CZelMainDlg::_addPicture(Pictures& pictures, const CBlackCard& card, DWORD dwOpacity) {
+void CZelMainDlg::_addPicture(Pictures& pictures, CBlackCard& card, DWORD dwOpacity) {
     pictures.vecImages.push_back(card.image());
     pictures.vecPlaces.push_back(&card.imageRect());
     pictures.vecOpacities.push_back(dwOpacity);

@@ -75,7 +75,7 @@ class CZelMainDlg : public CCardWnd, public IDrawTextOnLayeredWnd, public IEnumH
         std::vector<DWORD> vecOpacities;
         std::vector<const RECT*> vecPlaces;
     };
-    static void _addPicture(Pictures& pictures, const CBlackCard& card, DWORD dwOpacity);
+    static void _addPicture(Pictures& pictures, CBlackCard& card, DWORD dwOpacity);
     void _prepareLater(std::size_t uCard) const;
     [[nodiscard]] DWORD _cardOpacity(int nCard) const;
     [[nodiscard]] bool isHotkeyDesired(DWORD dwHotkey) const;

@@ -22,6 +22,22 @@ const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
     return hLoaded != nullptr ? static_cast<const std::byte*>(::LockResource(hLoaded)) : nullptr;
 }
 
+// E_POINTER: there is none; E_FAIL: it is empty.
+[[nodiscard]] HRESULT findResource(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType,
+                                   std::span<const std::byte>& rBytes) noexcept {
+    const HRSRC hResource = ::FindResourceW(hModule, MAKEINTRESOURCEW(wResourceId), pszResourceType);
+    if (hResource == nullptr) {
+        return E_POINTER;
+    }
+    const DWORD dwSize = ::SizeofResource(hModule, hResource);
+    if (dwSize == 0) {
+        return E_FAIL;
+    }
+    const std::byte* const pBytes = resourceBytes(hModule, hResource);
+    rBytes = {pBytes, pBytes != nullptr ? dwSize : 0};
+    return pBytes != nullptr ? S_OK : E_POINTER;
+}
+
 // Creates an image from arbitrary bytes. E_POINTER: no memory.
 [[nodiscard]] HRESULT decode(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
     // Not a stream on global memory: some systems read behind that one's end when the length of a damaged part leads
@@ -60,29 +76,46 @@ const std::byte* resourceBytes(HMODULE hModule, HRSRC hResource) noexcept {
     return storedImage(std::move(master), outImage);
 }
 
+// Without memory for the picture, it counts as missing.
+[[nodiscard]] HRESULT decodedImage(std::span<const std::byte> bytes, std::unique_ptr<Gdiplus::Image>& outImage) {
+    std::unique_ptr<Gdiplus::Image> image;
+    const HRESULT status = common::statusOf([&] { return imageOf(bytes, image); });
+    if (FAILED(status)) {
+        return status == E_OUTOFMEMORY ? E_POINTER : status;
+    }
+    outImage = std::move(image);
+    return S_OK;
+}
+
 }  // namespace
 
 HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType,
                         std::unique_ptr<Gdiplus::Image>& outImage) {
-    const HRSRC hResource = ::FindResourceW(hModule, MAKEINTRESOURCEW(wResourceId), pszResourceType);
-    if (hResource == nullptr) {
-        RETURN_LOGGED(E_POINTER);
-    }
-    const DWORD dwSize = ::SizeofResource(hModule, hResource);
-    if (dwSize == 0) {
-        RETURN_LOGGED(E_FAIL);
-    }
-    const std::byte* const pBytes = resourceBytes(hModule, hResource);
-    if (pBytes == nullptr) {
-        RETURN_LOGGED(E_POINTER);
-    }
-    const std::span<const std::byte> bytes(pBytes, dwSize);
-    std::unique_ptr<Gdiplus::Image> image;
-    const HRESULT status = common::statusOf([&] { return imageOf(bytes, image); });
-    // Without memory for the picture, it counts as missing.
-    RETURN_IF_FAILED(status == E_OUTOFMEMORY ? E_POINTER : status);
-    outImage = std::move(image);
+    std::span<const std::byte> bytes;
+    RETURN_IF_FAILED(findResource(hModule, wResourceId, pszResourceType, bytes));
+    RETURN_IF_FAILED(decodedImage(bytes, outImage));
     return S_OK;
+}
+
+HRESULT getImageFromRes(HMODULE hModule, WORD wResourceId, const wchar_t* pszResourceType, LateImage& rOutImage) try {
+    std::span<const std::byte> bytes;
+    RETURN_IF_FAILED(findResource(hModule, wResourceId, pszResourceType, bytes));
+    rOutImage = LateImage({bytes.begin(), bytes.end()});
+    return S_OK;
+} catch (const std::bad_alloc&) {
+    RETURN_LOGGED(E_POINTER);
+}
+
+Gdiplus::Image* LateImage::get() {
+    if (!m_bytes.empty()) {
+        const HRESULT status = decodedImage(m_bytes, m_pImage);
+        if (FAILED(status)) {
+            LOG_STATUS(status);
+            return nullptr;
+        }
+        m_bytes = {};
+    }
+    return m_pImage.get();
 }
 
 std::wstring loadResString(UINT uResourceId) {

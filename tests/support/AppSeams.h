@@ -44,7 +44,7 @@ struct HotkeyEventSeam {
 
 struct HideDlgSeam {
     static CLayeredWnd* layered(const CZelHideDlg& strip) { return strip.picture(); }
-    static std::unique_ptr<Gdiplus::Image>& border(CZelHideDlg& strip) { return strip.m_pBorderImage; }
+    static LateImage& border(CZelHideDlg& strip) { return strip.m_borderImage; }
     static const std::vector<RECT>& segments(const CZelHideDlg& strip) { return strip.m_vecSegments; }
     static HRESULT show(CZelHideDlg& strip) { return strip._showBlackCardsBoder(); }
 };
@@ -62,7 +62,7 @@ struct MainDlgSeam {
 };
 
 struct BlackCardSeam {
-    static std::unique_ptr<Gdiplus::Image>& image(CBlackCard& card) { return card.m_pImage; }
+    static LateImage& image(CBlackCard& card) { return card.m_image; }
     static std::unique_ptr<CFuncX>& function(CBlackCard& card) { return card.m_pFunx; }
     static std::unique_ptr<CLargeCardDlg>& largeCard(CBlackCard& card) { return card.m_pLargeCardDlg; }
     static std::vector<CQrdItem*>& items(CBlackCard& card) { return card.m_vecItems; }

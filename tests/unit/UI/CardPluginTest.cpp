@@ -3,6 +3,7 @@
 
 #include "UI/Doubles.h"
 #include "UI/ItemDlg/ItemsFixture.h"
+#include "common/PictureStore.h"
 #include "support/LeakCheck.h"
 
 namespace cards {
@@ -180,15 +181,16 @@ TEST_F(CardPlugin, FunctionsOfFixedItemsGetNoSubstitute) {
 TEST_F(CardPlugin, PictureFollowsTheState) {
     m_plugin->currentItem = 1;
     CBlackCard& card = addCard(L"CursorOverlay", {kKey});
-    const Gdiplus::Image* off = card.getImage();
-    EXPECT_EQ(card.getImage(), off);
+    const auto picture = [&card] { return dynamic_cast<StoredImage&>(*card.getImage()).master().id(); };
+    const std::size_t off = picture();
+    EXPECT_EQ(picture(), off);
     m_plugin->currentItem = 0;
-    const Gdiplus::Image* on = card.getImage();
+    const std::size_t on = picture();
     EXPECT_NE(on, off);
-    EXPECT_EQ(card.getImage(), on);
+    EXPECT_EQ(picture(), on);
     m_room.withoutPictures();
     m_plugin->currentItem = 1;
-    EXPECT_EQ(card.getImage(), on) << "a failed load keeps the picture";
+    EXPECT_EQ(picture(), on) << "a failed load keeps the picture";
 }
 
 TEST_F(CardPlugin, ErrorNoticeIsPlacedByItsSize) {

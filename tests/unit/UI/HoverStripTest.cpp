@@ -35,7 +35,7 @@ class HoverStripTest : public ShellTest {
                 border->SetPixel(x, y, Gdiplus::Color(255, 0, 0, static_cast<BYTE>(y * 3)));
             }
         }
-        HideDlgSeam::border(hover()) = std::move(border);
+        HideDlgSeam::border(hover()) = LateImage(std::move(border));
         system_double::state().keepFrames = true;
     }
     [[nodiscard]] const system_double::Frame& frame() const { return system_double::state().frames[hoverWindow()]; }
@@ -50,7 +50,7 @@ TEST_F(HoverStripTest, DialogOnlyTakesTheMouse) {
     EXPECT_EQ(alpha, 1);
     EXPECT_EQ(flags, static_cast<DWORD>(LWA_COLORKEY | LWA_ALPHA));
     EXPECT_NE(::GetWindowLongPtrW(hoverWindow(), GWL_EXSTYLE) & WS_EX_TOOLWINDOW, 0);
-    EXPECT_TRUE(HideDlgSeam::border(hover())) << "the border's picture comes from the image library";
+    EXPECT_NE(HideDlgSeam::border(hover()).get(), nullptr) << "the border's picture comes from the image library";
 }
 
 TEST_F(HoverStripTest, TakesFourPixelsOfTheChosenEdge) {

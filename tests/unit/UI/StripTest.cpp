@@ -20,7 +20,7 @@ class StripTest : public ShellTest {
                                       Gdiplus::Color(255, 0, 0, static_cast<BYTE>(y * kRowStep)));
                 }
             }
-            BlackCardSeam::image(*each) = std::move(picture);
+            BlackCardSeam::image(*each) = LateImage(std::move(picture));
         }
         system_double::state().keepFrames = true;
     }

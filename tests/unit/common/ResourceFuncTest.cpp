@@ -72,6 +72,49 @@ TEST_F(ImageResourceTest, APictureOutlivesItsLibrary) {
     EXPECT_EQ(canvas.at(1, 1), 0x80000080U);
 }
 
+TEST_F(ImageResourceTest, ALatePictureIsDecodedWhenItIsAskedFor) {
+    LateImage image;
+    EXPECT_EQ(image.get(), nullptr) << "there is none yet";
+    ASSERT_EQ(getImageFromRes(m_library.get(), kCutPicture, kPngResourceType, image), S_OK);
+    ASSERT_NE(image.get(), nullptr);
+    EXPECT_NE(image.get()->GetLastStatus(), Gdiplus::Ok) << "as one that is decoded at once";
+    ASSERT_EQ(getImageFromRes(m_library.get(), kGoodPicture, kPngResourceType, image), S_OK);
+    m_library.reset();
+    Gdiplus::Image* const decoded = image.get();
+    ASSERT_NE(decoded, nullptr);
+    EXPECT_EQ(decoded->GetWidth(), 3U);
+    EXPECT_EQ(image.get(), decoded) << "once";
+    EXPECT_THAT(m_log.lines(), IsEmpty());
+}
+
+TEST_F(ImageResourceTest, AMissingLatePictureIsReportedAndTouchesNothing) {
+    LateImage image;
+    ASSERT_EQ(getImageFromRes(m_library.get(), kGoodPicture, kPngResourceType, image), S_OK);
+    const Gdiplus::Image* const before = image.get();
+    EXPECT_EQ(getImageFromRes(m_library.get(), kMissing, kPngResourceType, image), E_POINTER);
+    EXPECT_EQ(getImageFromRes(m_library.get(), kNoBytes, kPngResourceType, image), E_FAIL);
+    EXPECT_EQ(image.get(), before);
+    EXPECT_THAT(m_log.errors(), ElementsAre(kPointerLine, L"[ERR] (getImageFromRes): Error Code: 0x80004005"));
+}
+
+TEST_F(ImageResourceTest, WithoutMemoryALatePictureIsTriedAgain) {
+    HRESULT status = S_OK;
+    LateImage image;
+    const long failures = support::forEachFailure(
+        support::FailingAllocation::Extent::Once,
+        [&] {
+            status = getImageFromRes(m_library.get(), kGoodPicture, kPngResourceType, image);
+            static_cast<void>(image.get());
+        },
+        [&] {
+            // Without memory for its bytes there is nothing to decode.
+            EXPECT_EQ(image.get() != nullptr, status == S_OK);
+            EXPECT_TRUE(status == S_OK || status == E_POINTER);
+            image = {};
+        });
+    EXPECT_GE(failures, 2);
+}
+
 TEST_F(ImageResourceTest, AMissingOneIsReportedAndTouchesNothing) {
     std::unique_ptr<Gdiplus::Image> image = rendering::plainImage(1, 1, 0xFFFFFFFFU);
     const Gdiplus::Image* const before = image.get();

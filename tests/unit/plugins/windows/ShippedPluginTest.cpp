@@ -74,7 +74,18 @@ LONG initialized(const common::UniqueModule& rLibrary) {
                                  : reinterpret_cast<FenwynInitializeHotkeyDll>(find(FENWYN_INITIALIZE))(0, &reserved);
 }
 
-class EachShippedPlugin : public testing::TestWithParam<Shipped> {};
+class EachShippedPlugin : public testing::TestWithParam<Shipped> {
+ protected:
+    // Waits for the shell, which comes with the first window and whose absence costs handles that are not the
+    // plug-ins': here, each question for a class that nobody has registered leaves two behind.
+    static void SetUpTestSuite() {
+        ::GetDesktopWindow();
+        const ULONGLONG end = ::GetTickCount64() + 10000;
+        while (::FindWindowW(L"Shell_TrayWnd", nullptr) == nullptr && ::GetTickCount64() < end) {
+            ::Sleep(10);
+        }
+    }
+};
 
 INSTANTIATE_TEST_SUITE_P(Windows, EachShippedPlugin, testing::ValuesIn(kShipped),
                          [](const testing::TestParamInfo<Shipped>& row) { return narrow(row.param.function); });
@@ -150,22 +161,31 @@ TEST_P(EachShippedPlugin, EndsWithinASecondAndLeavesNothingBehind) {
         reinterpret_cast<FenwynFinalizeHotkeyDll>(find(FENWYN_FINALIZE))();
         EXPECT_LT(::GetTickCount64() - start, 1000U);
     };
-    cycle();
-    cycle();
-    const std::size_t before = testsupport::kernelHandles();
-    ASSERT_GT(before, 0U) << "the counter does not work here";
-    for (int i = 0; i < 5; ++i) {
-        cycle();
-    }
     const std::wstring file = std::wstring(L"Win") + GetParam().function + L".dll";
-    // A worker that has just ended releases its reference a moment later.
-    const ULONGLONG end = ::GetTickCount64() + 5000;
-    while (::GetTickCount64() < end &&
-           (::GetModuleHandleW(file.c_str()) != nullptr || testsupport::kernelHandles() > before + 2)) {
-        ::Sleep(10);
+    // How many handles five cycles leave behind. A worker that has just ended releases its reference a moment later.
+    const auto growth = [&] {
+        const std::size_t before = testsupport::kernelHandles();
+        EXPECT_GT(before, 0U) << "the counter does not work here";
+        for (int i = 0; i < 5; ++i) {
+            cycle();
+        }
+        const ULONGLONG end = ::GetTickCount64() + 3000;
+        while (::GetTickCount64() < end &&
+               (::GetModuleHandleW(file.c_str()) != nullptr || testsupport::kernelHandles() > before + 2)) {
+            ::Sleep(10);
+        }
+        const std::size_t after = testsupport::kernelHandles();
+        return after > before ? after - before : 0;
+    };
+    cycle();
+    cycle();
+    std::size_t left = growth();
+    // The system opens what it needs once, at a time of its own. A leak is there each time.
+    for (int i = 0; i < 2 && left > 2; ++i) {
+        left = growth();
     }
     EXPECT_EQ(::GetModuleHandleW(file.c_str()), nullptr);
-    EXPECT_LE(testsupport::kernelHandles(), before + 2);
+    EXPECT_LE(left, 2U);
 }
 
 // What a start after the first one costs the user-interface thread, at best of several, because the test machine may be
