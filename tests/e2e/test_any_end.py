@@ -97,6 +97,7 @@ def test_kills_at_any_moment(program):
                 os.kill(int(task.name), signal.SIGKILL)
         wait_until(lambda: not program.probe.processes("Fenwyn.exe"), "it is gone")
         nothing_is_left(program)
+        plain_key_arrives(program)
     # Whoever was killed while it initialised a plug-in blames that one.
     program.probe.delete_key("HKCU", FAULTS_KEY)
     program.start()
@@ -104,3 +105,4 @@ def test_kills_at_any_moment(program):
     the_other_card_works(program)
     program.end()
     nothing_is_left(program)
+    plain_key_arrives(program)

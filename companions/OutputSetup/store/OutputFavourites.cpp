@@ -10,6 +10,7 @@ namespace {
 
 constexpr wchar_t kKey[] = OUTPUT_SETUP_REG_FAVOURITES;
 constexpr wchar_t kOldKey[] = OUTPUT_SETUP_REG_OLD_FAVOURITES;
+constexpr wchar_t kMoving[] = L"Moving";  // while the old list is copied, and until it is deleted
 constexpr REGSAM kChange = KEY_READ | KEY_WRITE | DELETE;
 
 common::UniqueRegKey openKey(const wchar_t* path, REGSAM access) {
@@ -24,20 +25,33 @@ LSTATUS createKey(common::UniqueRegKey& key) {
     return RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, kChange, nullptr, key.put(), nullptr);
 }
 
+// Whether the process ended while it moved the old list there: it is marked, or nothing has been written yet.
+bool isHalfMoved(HKEY key) {
+    DWORD keys = 0;
+    DWORD values = 0;
+    return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
+                            nullptr) == ERROR_SUCCESS &&
+           (keys + values == 0 || RegQueryValueExW(key, kMoving, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS);
+}
+
 // The old list is deleted only when all of it is in the new place; if a new list exists, only that counts.
 void moveOldList() {
     const common::UniqueRegKey old = openKey(kOldKey, KEY_READ);
-    if (!old || openKey(kKey, KEY_READ)) {
+    const common::UniqueRegKey present = openKey(kKey, KEY_READ);
+    if (!old || (present && !isHalfMoved(present.get()))) {
         return;
     }
-    common::UniqueRegKey key;
-    if (createKey(key) != ERROR_SUCCESS) {
+    IRegistryChanges& changes = *registryChanges();
+    const DWORD mark = 1;
+    if (changes.set(HKEY_CURRENT_USER, kKey, kMoving, REG_DWORD, &mark, sizeof mark) != ERROR_SUCCESS) {
         return;
     }
-    if (RegCopyTreeW(old.get(), nullptr, key.get()) == ERROR_SUCCESS) {
-        RegDeleteTreeW(HKEY_CURRENT_USER, kOldKey);
-    } else {
-        RegDeleteTreeW(HKEY_CURRENT_USER, kKey);
+    if (changes.copy(old.get(), HKEY_CURRENT_USER, kKey) != ERROR_SUCCESS) {
+        changes.remove(HKEY_CURRENT_USER, kKey);
+        return;
+    }
+    if (changes.remove(HKEY_CURRENT_USER, kOldKey) == ERROR_SUCCESS) {
+        changes.forget(HKEY_CURRENT_USER, kKey, kMoving);
     }
 }
 

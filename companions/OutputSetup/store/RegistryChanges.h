@@ -1,8 +1,10 @@
-// The single changes of the registry of which storing the favourites consists. Tests let one of them fail, as if the
-// process had ended there.
+// The single changes of the registry of which storing and moving the favourites consist. Tests let one of them fail, as
+// if the process had ended there.
 #pragma once
 
 #include <windows.h>
+
+#include "common/Handle.h"
 
 namespace favourites {
 
@@ -12,6 +14,16 @@ class IRegistryChanges {
     virtual LSTATUS set(HKEY hKey, const wchar_t* pszSubKey, const wchar_t* pszValue, DWORD type, const void* pData,
                         DWORD bytes) {
         return RegSetKeyValueW(hKey, pszSubKey, pszValue, type, pData, bytes);
+    }
+    // Keys and values of one key into another.
+    virtual LSTATUS copy(HKEY hFrom, HKEY hKey, const wchar_t* pszSubKey) {
+        common::UniqueRegKey to;
+        const LSTATUS error =
+            RegCreateKeyExW(hKey, pszSubKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, to.put(), nullptr);
+        return error != ERROR_SUCCESS ? error : RegCopyTreeW(hFrom, nullptr, to.get());
+    }
+    virtual LSTATUS forget(HKEY hKey, const wchar_t* pszSubKey, const wchar_t* pszValue) {
+        return RegDeleteKeyValueW(hKey, pszSubKey, pszValue);
     }
     // A key that does not exist is deleted already.
     virtual LSTATUS remove(HKEY hKey, const wchar_t* pszSubKey) {

@@ -58,8 +58,22 @@ class EndedProcess : public favourites::IRegistryChanges {
                 DWORD bytes) override {
         return ended() ? ERROR_PROCESS_ABORTED : IRegistryChanges::set(key, subKey, value, type, data, bytes);
     }
+    // Where the process ends within a copy, part of the list has arrived.
+    LSTATUS copy(HKEY from, HKEY key, const wchar_t* subKey) override {
+        if (!ended()) {
+            return IRegistryChanges::copy(from, key, subKey);
+        }
+        common::UniqueRegKey first;
+        if (m_left == -1 && ::RegOpenKeyExW(from, L"0", 0, KEY_READ, first.put()) == ERROR_SUCCESS) {
+            IRegistryChanges::copy(first.get(), key, (std::wstring(subKey) + L"\\0").c_str());
+        }
+        return ERROR_PROCESS_ABORTED;
+    }
     LSTATUS remove(HKEY key, const wchar_t* subKey) override {
         return ended() ? ERROR_PROCESS_ABORTED : IRegistryChanges::remove(key, subKey);
+    }
+    LSTATUS forget(HKEY key, const wchar_t* subKey, const wchar_t* value) override {
+        return ended() ? ERROR_PROCESS_ABORTED : IRegistryChanges::forget(key, subKey, value);
     }
 
  private:
@@ -134,6 +148,30 @@ TEST_F(KeptFavourites, OldPlaceIsReadOnceAndMoved) {
     EXPECT_EQ(moved.mode, FENWYN_MODE_EXTEND_LEFT);
     ASSERT_EQ(moved.displays.size(), 1U);
     EXPECT_EQ(moved.displays[0].uWidth, 800U);
+}
+
+TEST_F(KeptFavourites, AreMovedWholeWhereverTheProcessEnds) {
+    for (int changes = 0; changes < 6; ++changes) {
+        ::RegDeleteTreeW(HKEY_CURRENT_USER, OUTPUT_SETUP_REG_FAVOURITES);
+        keepInTheOldPlace(L"0", L"Desk");
+        keepInTheOldPlace(L"1", L"Home");
+        {
+            const EndedProcess ended(changes);
+            static_cast<void>(favourites::load());
+        }
+        EXPECT_EQ(storedNames(), (Names{L"Desk", L"Home"})) << changes;
+        EXPECT_FALSE(hasKey(OUTPUT_SETUP_REG_OLD_FAVOURITES)) << changes;
+    }
+}
+
+// It only made the key.
+TEST_F(KeptFavourites, OldListCountsUntilAnythingStandsInTheNewPlace) {
+    common::UniqueRegKey key;
+    ASSERT_EQ(::RegCreateKeyExW(HKEY_CURRENT_USER, OUTPUT_SETUP_REG_FAVOURITES, 0, nullptr, 0, KEY_READ, nullptr,
+                                key.put(), nullptr),
+              ERROR_SUCCESS);
+    keepInTheOldPlace(L"0", L"Desk");
+    EXPECT_EQ(storedNames(), Names{L"Desk"});
 }
 
 TEST_F(KeptFavourites, EmptyListOfTheOldPlaceCountsToo) {
