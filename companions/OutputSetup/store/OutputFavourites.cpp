@@ -10,7 +10,7 @@ namespace {
 
 constexpr wchar_t kKey[] = OUTPUT_SETUP_REG_FAVOURITES;
 constexpr wchar_t kOldKey[] = OUTPUT_SETUP_REG_OLD_FAVOURITES;
-constexpr wchar_t kMoving[] = L"Moving";  // while the old list is copied, and until it is deleted
+constexpr wchar_t kMoving[] = L"Moving";  // 1: the old list is being copied, or is not deleted yet
 constexpr REGSAM kChange = KEY_READ | KEY_WRITE | DELETE;
 
 common::UniqueRegKey openKey(const wchar_t* path, REGSAM access) {
@@ -25,13 +25,30 @@ LSTATUS createKey(common::UniqueRegKey& key) {
     return RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, kChange, nullptr, key.put(), nullptr);
 }
 
-// Whether the process ended while it moved the old list there: it is marked, or nothing has been written yet.
+std::vector<std::wstring> namesOfKeys(HKEY parent) {
+    std::vector<std::wstring> names;
+    wchar_t name[256];
+    DWORD length = ARRAYSIZE(name);
+    while (RegEnumKeyExW(parent, static_cast<DWORD>(names.size()), name, &length, nullptr, nullptr, nullptr, nullptr) ==
+           ERROR_SUCCESS) {
+        names.emplace_back(name, length);
+        length = ARRAYSIZE(name);
+    }
+    return names;
+}
+
+// Whether the process ended while it moved the old list there: it says so, or nothing has been written yet.
 bool isHalfMoved(HKEY key) {
-    DWORD keys = 0;
-    DWORD values = 0;
-    return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
-                            nullptr) == ERROR_SUCCESS &&
-           (keys + values == 0 || RegQueryValueExW(key, kMoving, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS);
+    DWORD moving = 0;
+    DWORD bytes = sizeof moving;
+    if (RegGetValueW(key, nullptr, kMoving, RRF_RT_REG_DWORD, nullptr, &moving, &bytes) == ERROR_SUCCESS) {
+        return moving != 0;
+    }
+    return namesOfKeys(key).empty();
+}
+
+LSTATUS setMoving(DWORD moving) {
+    return registryChanges()->set(HKEY_CURRENT_USER, kKey, kMoving, REG_DWORD, &moving, sizeof moving);
 }
 
 // The old list is deleted only when all of it is in the new place; if a new list exists, only that counts.
@@ -42,8 +59,7 @@ void moveOldList() {
         return;
     }
     IRegistryChanges& changes = *registryChanges();
-    const DWORD mark = 1;
-    if (changes.set(HKEY_CURRENT_USER, kKey, kMoving, REG_DWORD, &mark, sizeof mark) != ERROR_SUCCESS) {
+    if (setMoving(1) != ERROR_SUCCESS) {
         return;
     }
     if (changes.copy(old.get(), HKEY_CURRENT_USER, kKey) != ERROR_SUCCESS) {
@@ -51,7 +67,7 @@ void moveOldList() {
         return;
     }
     if (changes.remove(HKEY_CURRENT_USER, kOldKey) == ERROR_SUCCESS) {
-        changes.forget(HKEY_CURRENT_USER, kKey, kMoving);
+        setMoving(0);
     }
 }
 
@@ -181,18 +197,6 @@ LSTATUS replaceOne(HKEY parent, const std::wstring& name, const Favourite& favou
         error = error != ERROR_SUCCESS ? error : replaceKey(parent, key, favourite);
     }
     return error != ERROR_SUCCESS ? error : registryChanges()->remove(parent, standIn(name).c_str());
-}
-
-std::vector<std::wstring> namesOfKeys(HKEY parent) {
-    std::vector<std::wstring> names;
-    wchar_t name[256];
-    DWORD length = ARRAYSIZE(name);
-    while (RegEnumKeyExW(parent, static_cast<DWORD>(names.size()), name, &length, nullptr, nullptr, nullptr, nullptr) ==
-           ERROR_SUCCESS) {
-        names.emplace_back(name, length);
-        length = ARRAYSIZE(name);
-    }
-    return names;
 }
 
 LSTATUS removeAllBut(HKEY parent, const std::vector<std::wstring>& kept) {

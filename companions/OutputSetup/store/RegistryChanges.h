@@ -22,9 +22,6 @@ class IRegistryChanges {
             RegCreateKeyExW(hKey, pszSubKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, to.put(), nullptr);
         return error != ERROR_SUCCESS ? error : RegCopyTreeW(hFrom, nullptr, to.get());
     }
-    virtual LSTATUS forget(HKEY hKey, const wchar_t* pszSubKey, const wchar_t* pszValue) {
-        return RegDeleteKeyValueW(hKey, pszSubKey, pszValue);
-    }
     // A key that does not exist is deleted already.
     virtual LSTATUS remove(HKEY hKey, const wchar_t* pszSubKey) {
         const LSTATUS error = RegDeleteTreeW(hKey, pszSubKey);

@@ -72,9 +72,6 @@ class EndedProcess : public favourites::IRegistryChanges {
     LSTATUS remove(HKEY key, const wchar_t* subKey) override {
         return ended() ? ERROR_PROCESS_ABORTED : IRegistryChanges::remove(key, subKey);
     }
-    LSTATUS forget(HKEY key, const wchar_t* subKey, const wchar_t* value) override {
-        return ended() ? ERROR_PROCESS_ABORTED : IRegistryChanges::forget(key, subKey, value);
-    }
 
  private:
     bool ended() { return m_left-- <= 0; }
