@@ -15,8 +15,9 @@ namespace machine {
 
 namespace {
 
-constexpr DWORD kInspectPatience = 20000;  // ms; an initialisation may take seconds on a busy machine
-constexpr DWORD kTryPatience = 30000;
+// ms; an initialisation may take seconds on a busy machine. The process itself gives up before.
+constexpr DWORD kInspectPatience = kInspectMs + 2000;
+constexpr DWORD kTryPatience = kTryMs + 2000;
 constexpr std::size_t kNameWidth = 16;
 
 const wchar_t* sourceText(Source source) {

@@ -10,6 +10,10 @@
 
 namespace machine {
 
+// ms after which the processes of --inspect and --try-one end themselves and tell which export does not return.
+inline constexpr DWORD kInspectMs = 18000;
+inline constexpr DWORD kTryMs = 28000;
+
 [[nodiscard]] ExitCode checkMachine(const Options& options, const Outside& outside);
 
 // --ask: the same for one plug-in, in lines that a program reads.

@@ -98,10 +98,12 @@ int run(const machine::Options& options) {
             return machine::askPlugin(options, outside);
         case Command::Inspect:
             check::tellCrashes();
+            check::tellHangs(machine::kInspectMs);
             leaveDisplaysAlone();
             return look(machine::inspect(options.function, options.plugin));
         case Command::Try:
             check::tellCrashes();
+            check::tellHangs(machine::kTryMs);
             leaveDisplaysAlone();
             return look(machine::tryChange(options.function, options.plugin));
         case Command::ListScreens:

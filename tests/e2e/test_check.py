@@ -6,6 +6,8 @@ from harness import places
 from harness.desktop import LIST, MAKER, PRODUCT
 from harness.functions import sample
 from harness.waiting import wait_until
+from test_faults import WAIT
+from test_faults import offer as offer_bad
 
 WELL, FAULTY, WRONG_USE, NOT_WRITTEN, NOTHING_TO_DO = range(5)
 NOT_ALLOWED, REFUSES = 200, 202
@@ -40,6 +42,15 @@ def test_goes_through_the_family_beside_it_where_there_is_no_list(program):
     assert told["NumericOverlay"][-1].startswith("calls: InitializeHotkeyDll ")
     assert "not offered: There is no optical drive (mounted images are none)." in told["ODD"]
     assert f"{len(told)} functions: " in said and " 0 at fault." in said
+
+
+def test_names_the_export_that_does_not_return(program):
+    offer_bad(program, InitializeHotkeyDll=WAIT)
+    code, said = check(program, "--machine")
+    assert code == FAULTY, said
+    told = sections(said)
+    assert told["Mute"][2:] == ["FAULT: InitializeHotkeyDll did not return within 18 seconds."]
+    assert told["Zoom"][2] == "offered", "the others are looked at all the same"
 
 
 def test_looks_at_the_list_in_force_and_changes_nothing(program):

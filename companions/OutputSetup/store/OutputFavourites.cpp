@@ -41,7 +41,8 @@ std::vector<std::wstring> namesOfKeys(HKEY parent) {
 bool isHalfMoved(HKEY key) {
     DWORD moving = 0;
     DWORD bytes = sizeof moving;
-    if (RegGetValueW(key, nullptr, kMoving, RRF_RT_REG_DWORD, nullptr, &moving, &bytes) == ERROR_SUCCESS) {
+    if (RegGetValueW(key, nullptr, kMoving, RRF_RT_REG_DWORD | RRF_NOEXPAND, nullptr, &moving, &bytes) ==
+        ERROR_SUCCESS) {
         return moving != 0;
     }
     return namesOfKeys(key).empty();

@@ -1,6 +1,6 @@
 #include "Console.h"
 
-#include <windows.h>
+#include <thread>
 
 #include "PluginLibrary.h"
 
@@ -32,6 +32,16 @@ void tell(const std::wstring& text) {
 
 void tellCrashes() {
     SetUnhandledExceptionFilter(onCrash);
+}
+
+void tellHangs(DWORD milliseconds) {
+    std::thread([milliseconds] {
+        Sleep(milliseconds);
+        const char* const name = exportInProgress();
+        tell(L"FAULT: " + (name != nullptr ? wide(name) : std::wstring(L"loading it")) + L" did not return within " +
+             std::to_wstring(milliseconds / 1000) + L" seconds.\n");
+        TerminateProcess(GetCurrentProcess(), 1);
+    }).detach();
 }
 
 }  // namespace check

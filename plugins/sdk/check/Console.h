@@ -1,5 +1,8 @@
-// What the checking programs share: telling a person something, and a last word when a plug-in crashes.
+// What the checking programs share: telling a person something, and a last word when a plug-in crashes or
+// hangs.
 #pragma once
+
+#include <windows.h>
 
 #include <string>
 
@@ -10,5 +13,8 @@ void tell(const std::wstring& text);
 
 // From here on a crash of a plug-in is told, with the export that was running, and ends the process with 1.
 void tellCrashes();
+
+// A process that still runs after that many milliseconds tells which export does not return, and ends with 1.
+void tellHangs(DWORD milliseconds);
 
 }  // namespace check

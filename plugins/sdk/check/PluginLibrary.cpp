@@ -1,5 +1,6 @@
 #include "PluginLibrary.h"
 
+#include <atomic>
 #include <cmath>
 
 #include "common/LibrarySearch.h"
@@ -8,7 +9,7 @@ namespace check {
 
 namespace {
 
-const char* g_pszInProgress = nullptr;
+std::atomic<const char*> g_pszInProgress = nullptr;
 
 std::wstring loadFailure(DWORD error) {
     switch (error) {

@@ -14,7 +14,7 @@
 
 namespace check {
 
-// The export that is being called, for the message after a crash. Null between calls.
+// The export that is being called, for the message after a crash or from another thread. Null between calls.
 [[nodiscard]] const char* exportInProgress() noexcept;
 
 class CPluginLibrary {
