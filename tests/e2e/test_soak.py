@@ -26,7 +26,7 @@ OPENS = int(os.environ.get("FENWYN_SOAK_OPENS", 5))
 FIRST = 1000  # rounds in which everything may be made that is made once
 # Of private memory, after more rounds than the short form has: until then the heap finds its size.
 ALLOWED_KB = 256
-SETTLED = 10000
+SETTLED = 20000
 LOST = 0.5  # seconds after which a key was lost
 AT_A_TIME = 100  # rounds without anything in between
 # In the first rounds: the heap has found its size after about two hundred rebuilds, with a few hundred KB more.
