@@ -148,8 +148,22 @@ const MessageEntry* CWnd::_findEntry(UINT message, UINT notifyCode, bool reflect
     return nullptr;
 }
 
+namespace {
+
+// Any program may post any number in place of the address, where the system lets it.
+bool isNotification(LPARAM lParam) {
+    NMHDR header{};
+    return ::ReadProcessMemory(::GetCurrentProcess(), reinterpret_cast<const void*>(lParam), &header, sizeof header,
+                               nullptr) != FALSE;
+}
+
+}  // namespace
+
 LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     LRESULT result = 0;
+    if (message == WM_NOTIFY && !isNotification(lParam)) {
+        return 0;
+    }
     if (message == WM_NOTIFY && _reflectNotify(wParam, lParam, result)) {
         return result;
     }
@@ -160,7 +174,7 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 // Offers a control's notification to the control's own object.
 bool CWnd::_reflectNotify(WPARAM wParam, LPARAM lParam, LRESULT& result) {
     const auto* header = reinterpret_cast<const NMHDR*>(lParam);
-    CWnd* sender = header == nullptr ? nullptr : fromHandle(header->hwndFrom);
+    CWnd* sender = fromHandle(header->hwndFrom);
     const MessageEntry* entry = sender == nullptr ? nullptr : sender->_findEntry(WM_NOTIFY, header->code, true);
     if (entry == nullptr) {
         return false;

@@ -291,6 +291,14 @@ TEST_F(Reflection, WithoutAnObjectTheParentHearsAsUsual) {
     EXPECT_EQ(heard, 1);
 }
 
+TEST_F(Reflection, NumberInPlaceOfAnAddressIsHarmless) {
+    const int drawn = m_control.drawn;
+    for (const LPARAM number : {LPARAM{0}, LPARAM{1}, LPARAM{0xFF667C49}, LPARAM{-1}}) {
+        EXPECT_EQ(::SendMessageW(m_parent.m_hWnd, WM_NOTIFY, 1, number), 0);
+    }
+    EXPECT_EQ(m_control.drawn, drawn);
+}
+
 TEST_F(Reflection, SliderMembersReachTheTrackbar) {
     m_control.SetRangeMin(1);
     m_control.SetRangeMax(9, true);
