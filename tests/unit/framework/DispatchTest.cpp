@@ -293,7 +293,7 @@ TEST_F(Reflection, WithoutAnObjectTheParentHearsAsUsual) {
 
 TEST_F(Reflection, NumberInPlaceOfAnAddressIsHarmless) {
     const int drawn = m_control.drawn;
-    for (const LPARAM number : {LPARAM{0}, LPARAM{1}, LPARAM{0xFF667C49}, LPARAM{-1}}) {
+    for (const LPARAM number : {LPARAM{0}, LPARAM{1}, LPARAM{0x7F667C49}, LPARAM{-1}}) {
         EXPECT_EQ(::SendMessageW(m_parent.m_hWnd, WM_NOTIFY, 1, number), 0);
     }
     EXPECT_EQ(m_control.drawn, drawn);
